@@ -1,0 +1,37 @@
+# Compiler settings of all our targets, and how a folder becomes a library or a test program.
+
+find_package(Threads REQUIRED)
+
+add_library(quillmere_options INTERFACE)
+target_compile_options(quillmere_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+if(QUILLMERE_WERROR)
+  target_compile_options(quillmere_options INTERFACE -Werror)
+endif()
+if(QUILLMERE_SANITIZE)
+  target_compile_options(quillmere_options INTERFACE -fsanitize=${QUILLMERE_SANITIZE} -fno-omit-frame-pointer
+                         -fno-sanitize-recover=all)
+  target_link_options(quillmere_options INTERFACE -fsanitize=${QUILLMERE_SANITIZE})
+endif()
+target_include_directories(quillmere_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+
+set(QUILLMERE_PCH <algorithm> <atomic> <cstdint> <filesystem> <functional> <map> <memory> <mutex> <optional>
+    <string> <string_view> <unordered_map> <utility> <vector>)
+
+# quillmere_library(NAME SOURCES ... LINKS ...): one folder of the core. It links only what it may use,
+# so that a call to a floor above does not link.
+function(quillmere_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC quillmere_options ${ARG_LINKS})
+  target_precompile_headers(${name} PRIVATE ${QUILLMERE_PCH})
+endfunction()
+
+# quillmere_test(NAME SOURCES ... LINKS ...): one GoogleTest program for one folder.
+function(quillmere_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE quillmere_options ${ARG_LINKS} GTest::gmock GTest::gtest_main)
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  target_precompile_headers(${name} PRIVATE ${QUILLMERE_PCH} <gtest/gtest.h>)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
+endfunction()

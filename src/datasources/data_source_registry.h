@@ -1,0 +1,95 @@
+// The registered Oracle connections (data sources) with their cached catalogue, and their files
+// config/database.xml and config/<name>.xml.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/H_tea.h"
+#include "messages/message_log.h"
+
+namespace quillmere {
+
+struct KeyRecord {
+  std::string table_owner, table_name, key_name, status;
+};
+
+struct IndexRecord {
+  std::string table_owner, table_name, index_owner, index_name, type, status;
+  std::int32_t level = 0;
+};
+
+struct TableRecord {
+  std::string table_owner, table_name, tablespace, type;
+  std::int32_t rows = 0;
+};
+
+enum class ConnectionState : int { Empty = 0, Registered = 1, Connected = 2, Disconnected = 3 };
+
+struct DataSource {
+  ConnectionState state = ConnectionState::Empty;  // Empty marks a free slot
+  std::string name;                                // also the connect name and the file name
+  bool needsave = false;                           // the record changed since its file was written
+  std::string database_type = "ORACLE";
+  std::string version;
+  std::string description;
+  std::string user_id;
+  std::string password;         // clear in memory only
+  std::string mode = "NORMAL";  // "NORMAL" or "SYSDBA"
+  std::vector<KeyRecord> primary_keys;
+  std::vector<IndexRecord> indexes;
+  std::vector<TableRecord> tables;
+
+  bool IsSysdba() const { return mode == "SYSDBA"; }
+};
+
+// Indices stay valid while the registry lives: a removed data source leaves an empty slot.
+// User-interface thread only.
+class DataSourceRegistry {
+ public:
+  static constexpr std::size_t kMostDataSources = 20;
+
+  DataSourceRegistry(std::filesystem::path working_folder, MessageLog& log,
+                     const Settings& settings);
+
+  std::size_t Count() const { return sources_.size(); }  // slots, empty ones included
+  std::size_t CountInUse() const;
+  DataSource& At(std::size_t index) { return sources_[index]; }
+  const DataSource& At(std::size_t index) const { return sources_[index]; }
+
+  // Index of the first data source of that name (exact comparison), or -1.
+  int IndexOf(std::string_view name) const;
+
+  // Why the name cannot be given to a new data source; empty when it can.
+  std::string WhyNameRefused(std::string_view name) const;
+
+  // Takes the first free slot, marks it needsave and returns its index. Saving is the caller's.
+  std::size_t Add(DataSource source);
+
+  // Empties the slot and removes the data source's file: its password must not stay behind.
+  bool Remove(std::size_t index, std::string& error);
+
+  // Writes database.xml and the file of each data source that needs it. Files that fail keep their
+  // needsave flag; the first reason is left in error. The log gets the registry's own lines.
+  bool Save(std::string& error);
+
+  // Replaces the list by what the files say; what cannot be read is reported in the log.
+  void Load();
+
+ private:
+  std::filesystem::path ListFile() const;
+  std::filesystem::path SourceFile(std::string_view name) const;
+
+  const std::filesystem::path working_folder_;
+  MessageLog& log_;
+  const Settings& settings_;
+  std::deque<DataSource> sources_;
+  std::vector<std::filesystem::path> unreadable_;  // kept as .bad before the first save over them
+};
+
+}  // namespace quillmere

@@ -1,0 +1,10 @@
+// What every floor above stands on: the configuration dialect, the password cipher, files that are
+// replaced whole, names that may become file names, time.
+#pragma once
+
+#include "foundation/clock.h"
+#include "foundation/file_names.h"
+#include "foundation/files.h"
+#include "foundation/settings.h"
+#include "foundation/tea_cipher.h"
+#include "foundation/xml_document.h"

@@ -1,0 +1,34 @@
+// Wall-clock time, passed in wherever time matters so that tests can turn it by hand.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace quillmere {
+
+// Local date and time in milliseconds since 1970-01-01 00:00:00 local time; 0 means not set.
+struct LocalTime {
+  std::int64_t ms = 0;
+  auto operator<=>(const LocalTime&) const = default;
+};
+
+inline LocalTime AddMinutes(LocalTime time, std::int64_t minutes) {
+  return LocalTime{time.ms + minutes * 60'000};
+}
+
+// "20260131 23:59:07": the stamp in front of every log line.
+std::string FormatTimeStamp(LocalTime time);
+
+// Any thread may ask.
+class Clock {
+ public:
+  virtual ~Clock() = default;
+  virtual LocalTime Now() const = 0;
+};
+
+class SystemClock final : public Clock {
+ public:
+  LocalTime Now() const override;
+};
+
+}  // namespace quillmere

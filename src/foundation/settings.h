@@ -1,0 +1,24 @@
+// The operator's settings, kept in config/settings.xml. One object per workspace; the window
+// writes, every thread reads, hence the atomics. client_library is set before threads start.
+#pragma once
+
+#include <atomic>
+#include <filesystem>
+#include <string>
+
+namespace quillmere {
+
+struct Settings {
+  std::atomic<bool> debug{false};              // diagnostic lines in the message log
+  std::atomic<bool> statement_trace{false};    // CREATE TABLE statements in the message log
+  std::atomic<bool> registry_messages{false};  // "... need save before save." lines
+  std::atomic<int> message_limit{500};         // rows of the message list
+  std::string client_library;                  // "", "oracle", "sandbox" or a path
+};
+
+// A missing file leaves the defaults and is success. A file that cannot be read or understood
+// leaves the defaults and fails with a reason.
+bool LoadSettings(const std::filesystem::path& file, Settings& settings, std::string& error);
+bool SaveSettings(const std::filesystem::path& file, const Settings& settings, std::string& error);
+
+}  // namespace quillmere

@@ -1,0 +1,59 @@
+// All jobs of a workspace, addressed by index, with the one lock that guards their run state; and
+// their files (job_catalogue.h). Owned by the workspace.
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string_view>
+
+#include "jobs/job_catalogue.h"
+#include "jobs/sync_job.h"
+
+namespace quillmere {
+
+// A record never moves in memory and its index never changes while the list lives: the list may
+// grow while the worker walks it. A slot whose state is Empty holds no job and is used again.
+class JobList {
+ public:
+  static constexpr std::size_t kNotFound = static_cast<std::size_t>(-1);
+
+  struct Progress {
+    std::uint32_t batch_applied = 0;
+    std::uint32_t batch_remaining = 0;
+  };
+
+  std::size_t Count() const;  // slots, empty ones included
+
+  // index must be below Count.
+  SyncJob& At(std::size_t index);
+  const SyncJob& At(std::size_t index) const;
+
+  // The first live job of that name (exact comparison), or kNotFound.
+  std::size_t IndexOf(std::string_view name) const;
+
+  JobState State(std::size_t index, Progress* progress = nullptr) const;
+  void SetState(std::size_t index, JobState state);
+  void SetState(std::size_t index, JobState state, Progress progress);
+  void SetProgress(std::size_t index, Progress progress);
+
+  // Writes only over the expected state, test and write under one lock: a request that came in
+  // meanwhile is never overwritten. The progress is written in any case. False: state was another.
+  bool ReplaceState(std::size_t index, JobState expected, JobState state,
+                    std::optional<Progress> progress = std::nullopt);
+
+  // A free slot (the lowest, else a new one), still Empty: the caller fills the record and then
+  // sets its state, which makes it a job. One thread adds and removes jobs.
+  std::size_t Claim();
+
+  // Frees the slot and what the record holds. The job must rest.
+  void Remove(std::size_t index);
+
+ private:
+  mutable std::mutex mutex_;  // guards jobs_, and state and progress of every job
+  std::deque<SyncJob> jobs_;
+};
+
+}  // namespace quillmere

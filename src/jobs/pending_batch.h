@@ -1,0 +1,38 @@
+// The statements of a job's current batch, in capture order. Texts lie end to end in large blocks,
+// so a statement costs 16 bytes above its text. Belongs to the thread that runs the job.
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace quillmere {
+
+class PendingBatch {
+ public:
+  PendingBatch() = default;
+  PendingBatch(const PendingBatch&) = delete;
+  PendingBatch& operator=(const PendingBatch&) = delete;
+
+  // Copies the statement. Earlier views stay valid.
+  void Append(std::string_view statement);
+
+  std::size_t Size() const { return statements_.size(); }
+  bool Empty() const { return statements_.empty(); }
+
+  // Valid until Clear.
+  std::string_view operator[](std::size_t index) const { return statements_[index]; }
+
+  // Gives the memory back.
+  void Clear();
+
+ private:
+  std::deque<std::string_view> statements_;
+  std::vector<std::unique_ptr<char[]>> blocks_;
+  std::size_t block_used_ = 0;
+  std::size_t block_size_ = 0;
+};
+
+}  // namespace quillmere

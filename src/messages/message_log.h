@@ -1,0 +1,56 @@
+// The message list of the program and its two log files, error.log and ravelkin.log, in the
+// working folder. Owned by the workspace.
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include "foundation/H_tea.h"
+
+namespace quillmere {
+
+class MessageLog {
+ public:
+  struct Entry {
+    std::string text;  // with its time stamp, without a line feed
+    bool error = false;
+  };
+
+  // clock and settings must outlive the log.
+  MessageLog(std::filesystem::path folder, const Clock& clock, const Settings& settings);
+
+  // Appends the line to error.log and to the list; a full list is cleared first but for its latest
+  // entry. False when error.log cannot be written: then nothing is listed either, and the caller
+  // says so where it can. User-interface thread only (the command line's only thread that talks).
+  bool Add(std::string_view text, bool error);
+
+  // Appends the line to ravelkin.log; nothing is shown. Any thread.
+  bool WriteGeneral(std::string_view text);
+
+  // Empties a log file that grew above its limit (2 MiB and 10 MiB) and starts it with a fresh
+  // line. Called every 100 s. User-interface thread.
+  void LimitFiles();
+
+  const std::deque<Entry>& Entries() const { return entries_; }
+
+  // Told after each change of the list: true when it was cleared before the entry was added.
+  // User-interface thread.
+  void SetListener(std::function<void(bool cleared)> listener) { listener_ = std::move(listener); }
+
+ private:
+  std::string Line(std::string_view text) const;
+
+  const std::filesystem::path folder_;
+  const Clock& clock_;
+  const Settings& settings_;
+  std::deque<Entry> entries_;
+  std::function<void(bool)> listener_;
+  std::mutex general_mutex_;  // ravelkin.log is written by the worker and limited by the window
+};
+
+}  // namespace quillmere
