@@ -8,12 +8,14 @@
 
 namespace quillmere {
 
+inline constexpr int kDefaultMessageLimit = 500;
+
 struct Settings {
   std::atomic<bool> debug{false};              // diagnostic lines in the message log
   std::atomic<bool> statement_trace{false};    // CREATE TABLE statements in the message log
   std::atomic<bool> registry_messages{false};  // "... need save before save." lines
-  std::atomic<int> message_limit{500};         // rows of the message list
-  std::string client_library;                  // "", "oracle", "sandbox" or a path
+  std::atomic<int> message_limit{kDefaultMessageLimit};  // rows of the message list
+  std::string client_library;                            // "", "oracle", "sandbox" or a path
 };
 
 // A missing file leaves the defaults and is success. A file that cannot be read or understood

@@ -9,11 +9,10 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/byte_arena.h"
 #include "foundation/files.h"
 
 namespace quillmere {
-
-class XmlDocument;
 
 // One element. The document that made it owns it, its texts and its whole subtree, and destroys all
 // of them together: nodes and the views they return live until the document is cleared or loaded.
@@ -47,14 +46,29 @@ class XmlNode {
  private:
   friend class XmlDocument;
   friend class XmlReader;
-  explicit XmlNode(XmlDocument& document) : document_(document) {}
+  explicit XmlNode(ByteArena& arena) : arena_(arena) {}
 
-  XmlDocument& document_;
+  // A child whose texts are not copied.
+  XmlNode& Append(std::string_view name, std::string_view data);
+
+  ByteArena& arena_;  // the document's; holds all nodes but the root
   std::string_view name_, data_;
   XmlNode* first_child_ = nullptr;
   XmlNode* last_child_ = nullptr;
   XmlNode* next_sibling_ = nullptr;
 };
+
+// A line of a file holds this many characters; the reader discards the rest of a longer one.
+inline constexpr std::size_t kXmlLineLimit = 2048;
+
+// Indentation grows with the depth, so a deep tree could make a text without measure: more bytes
+// than this are not written.
+inline constexpr std::size_t kXmlTextLimit = std::size_t{256} << 20;
+
+// The value with a line feed put wherever one of its lines would be too long for the reader, which
+// could not find the closing tag then. For free texts: all characters survive, except in a run of
+// more than a hundred blanks.
+std::string FoldForXml(std::string_view value);
 
 // The unnamed root above the top-level elements of one file. One thread at a time.
 class XmlDocument {
@@ -73,12 +87,12 @@ class XmlDocument {
 
   // Replaces the file whole; on failure Message() is "Can not create " and the path.
   bool Save(const std::filesystem::path& path, FileAccess access = FileAccess::Everyone);
+  // What Save would write; empty when that is more than can be held (kXmlTextLimit).
   std::string Text() const;
 
   const std::string& Message() const;
 
  private:
-  friend class XmlNode;
   struct Storage;
   std::unique_ptr<Storage> storage_;
 };

@@ -1,0 +1,66 @@
+#include "foundation/xml_document.h"
+
+#include <new>
+
+#include "foundation/xml_reader.h"
+#include "foundation/xml_writer.h"
+
+namespace quillmere {
+
+struct XmlDocument::Storage {
+  ByteArena arena;
+  std::string text;  // what was read; names and data point into it
+  XmlNode root{arena};
+  std::string message;
+};
+
+XmlDocument::XmlDocument() : storage_(std::make_unique<Storage>()) {}
+XmlDocument::~XmlDocument() = default;
+
+XmlNode& XmlDocument::Root() {
+  return storage_->root;
+}
+const XmlNode& XmlDocument::Root() const {
+  return storage_->root;
+}
+const std::string& XmlDocument::Message() const {
+  return storage_->message;
+}
+
+void XmlDocument::Clear() {
+  storage_ = std::make_unique<Storage>();
+}
+
+bool XmlDocument::Load(const std::filesystem::path& path, bool* missing) {
+  Clear();
+  std::string reason;
+  if (!ReadFile(path, storage_->text, reason, missing)) {
+    storage_->message = "Can not open " + PathText(path);
+    return false;
+  }
+  return XmlReader(storage_->root, storage_->text, storage_->message).Read();
+}
+
+bool XmlDocument::Parse(std::string_view text) {
+  auto fresh = std::make_unique<Storage>();
+  fresh->text = text;  // before the old tree goes: the text may be a part of it
+  storage_ = std::move(fresh);
+  return XmlReader(storage_->root, storage_->text, storage_->message).Read();
+}
+
+bool XmlDocument::Save(const std::filesystem::path& path, FileAccess access) {
+  XmlWriter writer;
+  std::string reason;
+  if (writer.Write(storage_->root) && ReplaceTextFile(path, writer.Text(), access, reason)) {
+    return true;
+  }
+  storage_->message = "Can not create " + PathText(path);
+  return false;
+}
+
+std::string XmlDocument::Text() const {
+  XmlWriter writer;
+  return writer.Write(storage_->root) ? std::string(writer.Text()) : std::string();
+}
+
+}  // namespace quillmere

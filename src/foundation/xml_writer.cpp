@@ -1,0 +1,139 @@
+#include "foundation/xml_writer.h"
+
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+namespace quillmere {
+
+namespace {
+
+constexpr std::size_t kIndent = 3;
+constexpr std::size_t kFirstBuffer = std::size_t{64} << 10;
+
+bool NeedsEscape(char c) {
+  return c == '<' || c == '>' || c == '\\';
+}
+
+}  // namespace
+
+bool XmlWriter::Write(const XmlNode& root) {
+  used_ = 0;
+  std::vector<const XmlNode*> open;
+  const XmlNode* node = root.FirstChild();
+  while (true) {
+    if (node != nullptr && node->FirstChild() != nullptr) {
+      open.push_back(node);
+      if (!WriteTagLine("<", node->Name(), open.size())) return false;
+      node = node->FirstChild();
+    } else if (node != nullptr) {
+      if (!WriteLeaf(*node, open.size() + 1)) return false;
+      node = node->NextSibling();
+    } else {
+      if (open.empty()) return true;
+      if (!WriteTagLine("</", open.back()->Name(), open.size())) return false;
+      node = open.back()->NextSibling();
+      open.pop_back();
+    }
+  }
+}
+
+bool XmlWriter::Reserve(std::size_t bytes) {
+  if (bytes <= size_ - used_) return true;
+  if (bytes > kXmlTextLimit - used_) return false;
+  size_ = std::max({used_ + bytes, size_ * 2, kFirstBuffer});
+  auto larger = std::make_unique_for_overwrite<char[]>(size_);
+  if (used_ > 0) std::memcpy(larger.get(), buffer_.get(), used_);
+  buffer_ = std::move(larger);
+  return true;
+}
+
+bool XmlWriter::WriteTagLine(std::string_view opening, std::string_view name, std::size_t depth) {
+  if (!Reserve(kIndent * depth + opening.size() + name.size() + 2)) return false;
+  PutBlanks(kIndent * (depth - 1));
+  Put(opening);
+  Put(name);
+  Put(">\n");
+  return true;
+}
+
+bool XmlWriter::WriteLeaf(const XmlNode& node, std::size_t depth) {
+  std::string_view rest = node.Data();
+  if (rest.empty()) return true;
+  std::size_t feed = rest.find('\n');
+  if (feed == std::string_view::npos) return WriteOneLine(node, depth);
+  if (!WriteTagLine("<", node.Name(), depth)) return false;
+  for (; feed != std::string_view::npos; feed = rest.find('\n')) {
+    if (!WriteTextLine(rest.substr(0, feed), depth)) return false;
+    rest.remove_prefix(feed + 1);
+  }
+  return WriteTextLine(rest, depth) && WriteTagLine("</", node.Name(), depth);
+}
+
+bool XmlWriter::WriteOneLine(const XmlNode& node, std::size_t depth) {
+  const std::string_view name = node.Name();
+  const std::string_view data = node.Data();
+  if (!Reserve(kIndent * depth + 2 * name.size() + 2 * data.size() + 6)) return false;
+  PutBlanks(kIndent * (depth - 1));
+  Put("<");
+  Put(name);
+  Put(">");
+  PutEscaped(data);
+  Put("</");
+  Put(name);
+  Put(">\n");
+  return true;
+}
+
+bool XmlWriter::WriteTextLine(std::string_view line, std::size_t depth) {
+  if (!Reserve(kIndent * depth + 2 * line.size() + 2)) return false;
+  PutBlanks(kIndent * depth);
+  if (line.starts_with(' ')) Put("\\");
+  PutEscaped(line);
+  Put("\n");
+  return true;
+}
+
+void XmlWriter::Put(std::string_view text) {
+  if (text.empty()) return;
+  std::memcpy(buffer_.get() + used_, text.data(), text.size());
+  used_ += text.size();
+}
+
+void XmlWriter::PutBlanks(std::size_t count) {
+  std::memset(buffer_.get() + used_, ' ', count);
+  used_ += count;
+}
+
+void XmlWriter::PutEscaped(std::string_view text) {
+  char* out = buffer_.get() + used_;
+  for (const char c : text) {
+    if (NeedsEscape(c)) *out++ = '\\';
+    *out++ = c;
+  }
+  used_ = static_cast<std::size_t>(out - buffer_.get());
+}
+
+std::string FoldForXml(std::string_view value) {
+  // Indentation, tags and the escape of a leading blank fit into what is left of the line.
+  constexpr std::size_t kRoom = kXmlLineLimit - 150;
+  std::string folded;
+  folded.reserve(value.size());
+  std::size_t width = 0;  // of the line so far, as it will be written
+  for (std::size_t at = 0; at < value.size(); ++at) {
+    const char c = value[at];
+    const bool starts_character = (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    // Not before a tail byte of UTF-8, and not behind a blank, which would be lost at a line's end;
+    // but a line of nothing else must end somewhere.
+    const bool may_break = starts_character && folded.size() > 0 && folded.back() != ' ';
+    if (c != '\n' && ((width >= kRoom && may_break) || width >= kRoom + 100)) {
+      folded += '\n';
+      width = 0;
+    }
+    folded += c;
+    width = c == '\n' ? 0 : width + (NeedsEscape(c) ? 2 : 1);
+  }
+  return folded;
+}
+
+}  // namespace quillmere
