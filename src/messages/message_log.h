@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <filesystem>
 #include <functional>
@@ -24,12 +25,14 @@ class MessageLog {
   // clock and settings must outlive the log.
   MessageLog(std::filesystem::path folder, const Clock& clock, const Settings& settings);
 
-  // Appends the line to error.log and to the list; a full list is cleared first but for its latest
-  // entry. False when error.log cannot be written: then nothing is listed either, and the caller
-  // says so where it can. User-interface thread only (the command line's only thread that talks).
+  // Appends the line to error.log (further lines of the text indented under the first, no empty
+  // ones at its end) and to the list (the text as it is); a full list is cleared first but for its
+  // latest entry. False when error.log cannot be written: then nothing is listed either, and the
+  // caller says so where it can. User-interface thread only (the command line's only thread that
+  // talks).
   bool Add(std::string_view text, bool error);
 
-  // Appends the line to ravelkin.log; nothing is shown. Any thread.
+  // Appends the line to ravelkin.log, the text byte for byte; nothing is shown. Any thread.
   bool WriteGeneral(std::string_view text);
 
   // Empties a log file that grew above its limit (2 MiB and 10 MiB) and starts it with a fresh
@@ -44,6 +47,7 @@ class MessageLog {
 
  private:
   std::string Line(std::string_view text) const;
+  void LimitFile(std::string_view name, std::uintmax_t limit) const;
 
   const std::filesystem::path folder_;
   const Clock& clock_;

@@ -1,0 +1,81 @@
+#include "messages/message_log.h"
+
+#include <cstdint>
+#include <system_error>
+#include <utility>
+
+namespace quillmere {
+
+namespace {
+
+constexpr std::string_view kErrorLog = "error.log";
+constexpr std::string_view kGeneralLog = "ravelkin.log";
+constexpr std::uintmax_t kErrorLogLimit = std::uintmax_t{2} << 20;
+constexpr std::uintmax_t kGeneralLogLimit = std::uintmax_t{10} << 20;
+constexpr std::size_t kStampWidth = sizeof("20260131 23:59:07 ") - 1;
+
+// A message of several lines, as the server sends them, stays one entry to the eye and to a search
+// for the stamps: its further lines are indented under the first.
+std::string ForErrorLog(std::string_view line) {
+  const std::size_t last = line.find_last_not_of("\r\n");
+  line = line.substr(0, last == std::string_view::npos ? 0 : last + 1);
+  std::string text;
+  text.reserve(line.size() + 1);
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    if (line[i] == '\r' && i + 1 < line.size() && line[i + 1] == '\n') continue;
+    text += line[i];
+    if (line[i] == '\n') text.append(kStampWidth, ' ');
+  }
+  text += '\n';
+  return text;
+}
+
+}  // namespace
+
+MessageLog::MessageLog(std::filesystem::path folder, const Clock& clock, const Settings& settings)
+    : folder_(std::move(folder)), clock_(clock), settings_(settings) {}
+
+std::string MessageLog::Line(std::string_view text) const {
+  std::string line = FormatTimeStamp(clock_.Now());
+  line += ' ';
+  line += text;
+  return line;
+}
+
+bool MessageLog::Add(std::string_view text, bool error) {
+  std::string line = Line(text);
+  std::string reason;
+  if (!AppendTextFile(folder_ / kErrorLog, ForErrorLog(line), reason)) return false;
+  const int limit = settings_.message_limit;
+  const bool cleared = limit >= 0 && entries_.size() > static_cast<std::size_t>(limit);
+  if (cleared) entries_.erase(entries_.begin(), entries_.end() - 1);
+  entries_.push_back({std::move(line), error});
+  if (listener_) listener_(cleared);
+  return true;
+}
+
+bool MessageLog::WriteGeneral(std::string_view text) {
+  // Byte for byte: an operator may have to run a statement from here by hand.
+  const std::string line = Line(text) + '\n';
+  std::string reason;
+  const std::lock_guard<std::mutex> lock(general_mutex_);
+  return AppendTextFile(folder_ / kGeneralLog, line, reason);
+}
+
+void MessageLog::LimitFiles() {
+  LimitFile(kErrorLog, kErrorLogLimit);
+  const std::lock_guard<std::mutex> lock(general_mutex_);
+  LimitFile(kGeneralLog, kGeneralLogLimit);
+}
+
+void MessageLog::LimitFile(std::string_view name, std::uintmax_t limit) const {
+  const std::filesystem::path file = folder_ / name;
+  std::error_code code;
+  const std::uintmax_t size = std::filesystem::file_size(file, code);
+  if (code || size <= limit) return;
+  // A file that can not be emptied can not be written either: the next line says so to its caller.
+  std::string reason;
+  if (EmptyFile(file, reason)) AppendTextFile(file, Line("") + '\n', reason);
+}
+
+}  // namespace quillmere
