@@ -1,0 +1,145 @@
+#include <charconv>
+
+#include "oracle/text_query.h"
+
+namespace quillmere {
+namespace {
+
+constexpr oci::sb4 kScnDigits = 20;
+constexpr oci::sb4 kMemberBytes = 500;
+constexpr oci::sb4 kRedoBytes = 4000;
+// Rows a round trip; about 4 kB each at worst.
+constexpr oci::ub4 kPrefetchRows = 500;
+
+constexpr QueryLabels kCurrentScnLabels = kSingleLabels;
+
+bool ParseScn(std::string_view text, std::int64_t& scn) {
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, scn);
+  return error == std::errc() && stop == end && !text.empty();
+}
+
+std::string Quoted(std::string_view text) {
+  std::string quoted = "'";
+  for (const char c : text) {
+    quoted += c;
+    if (c == '\'') quoted += c;
+  }
+  return quoted + "'";
+}
+
+// A second statement handle beside a query, freed with it.
+class Statement {
+ public:
+  Statement(const OciApi& api, oci::OCIEnv* environment) : api_(api) {
+    void* handle = nullptr;
+    status_ = api_.HandleAlloc(environment, &handle, oci::kHtypeStmt, 0, nullptr);
+    if (status_ == oci::kSuccess || status_ == oci::kSuccessWithInfo) {
+      handle_ = static_cast<oci::OCIStmt*>(handle);
+    }
+  }
+  ~Statement() {
+    if (handle_ != nullptr) api_.HandleFree(handle_, oci::kHtypeStmt);
+  }
+  Statement(const Statement&) = delete;
+  Statement& operator=(const Statement&) = delete;
+
+  oci::OCIStmt* Handle() const { return handle_; }
+  oci::sword Status() const { return status_; }
+
+ private:
+  const OciApi& api_;
+  oci::OCIStmt* handle_ = nullptr;
+  oci::sword status_ = oci::kSuccess;
+};
+
+}  // namespace
+
+bool OracleSession::ReadCurrentScn(std::int64_t& scn) {
+  TextQuery query(*this, kCurrentScnLabels);
+  if (!query.Allocate() ||
+      !query.Prepare("select max(ktuxescnw * power(2,32) + ktuxescnb) from x$ktuxe") ||
+      !query.Define({kScnDigits}) || !query.ExecuteWithRow()) {
+    return false;
+  }
+  if (ParseScn(query.Text(0), scn)) return true;
+  last_error_ =
+      "OCIStmtExecute : the current SCN is not a number: '" + std::string(query.Text(0)) + "'";
+  return false;
+}
+
+bool OracleSession::SetLogs(std::int64_t start_scn) {
+  TextQuery members(*this, kListLabels);
+  if (!members.Allocate()) return false;
+  const Statement second(Api(), environment_.handle);
+  if (second.Handle() == nullptr) {
+    SetError("OCIHandleAlloc(Stmt2) : ", ErrorSource::Error, second.Status());
+    return false;
+  }
+  if (!members.Prepare("select member from v$logfile where type='ONLINE'") ||
+      !members.Define({kMemberBytes}) || !members.Execute()) {
+    return false;
+  }
+  std::string_view option = "DBMS_LOGMNR.NEW";
+  TextQuery::Row row;
+  while ((row = members.Fetch()) == TextQuery::Row::Fetched) {
+    if (members.Truncated()) {
+      last_error_ = "OCIStmtFetch2 : the name of an online log file is longer than " +
+                    std::to_string(kMemberBytes) + " bytes";
+      return false;
+    }
+    const std::string add = "begin dbms_logmnr.add_logfile(logfilename=>" +
+                            Quoted(members.Text(0)) + ", options=>" + std::string(option) +
+                            "); end;";
+    if (!ExecuteOn(second.Handle(), add, "OCIStmtPrepare(dbms_logmnr.add_logfile) : ",
+                   "OCIStmtExecute(dbms_logmnr.add_logfile) : ")) {
+      return false;
+    }
+    option = "DBMS_LOGMNR.ADDFILE";
+  }
+  if (row == TextQuery::Row::Failed) return false;
+  const std::string start =
+      "begin dbms_logmnr.start_logmnr(options=>dbms_logmnr.dict_from_online_catalog + "
+      "dbms_logmnr.committed_data_only, startscn=>" +
+      std::to_string(start_scn) + "); end;";
+  return ExecuteOn(second.Handle(), start, "OCIStmtPrepare(dbms_logmnr.start_logmnr) : ",
+                   "OCIStmtExecute(dbms_logmnr.start_logmnr) : ");
+}
+
+bool OracleSession::MineRedo(RedoSink& sink) {
+  TextQuery contents(*this, kListLabels);
+  if (!contents.Allocate()) return false;
+  const Statement second(Api(), environment_.handle);
+  if (second.Handle() == nullptr) {
+    SetError("OCIHandleAlloc(Stmt2) : ", ErrorSource::Error, second.Status());
+    return false;
+  }
+  if (!contents.Prepare("select scn, sql_redo from v$logmnr_contents where ( operation='INSERT' or "
+                        "operation='UPDATE' or operation='DELETE' ) and ( seg_owner NOT IN ('SYS', "
+                        "'SYSTEM') ) ")) {
+    return false;
+  }
+  contents.SetPrefetch(kPrefetchRows);
+  if (!contents.Define({kScnDigits, kRedoBytes}) || !contents.Execute()) return false;
+  TextQuery::Row row;
+  while ((row = contents.Fetch()) == TextQuery::Row::Fetched) {
+    std::int64_t scn = 0;
+    std::string reason;
+    if (contents.Truncated()) {
+      // Losing a byte here would change what is applied elsewhere.
+      reason = "a row of the redo is longer than " + std::to_string(kRedoBytes) + " bytes";
+    } else if (!ParseScn(contents.Text(0), scn)) {
+      reason = "the SCN of a row is not a number: '" + std::string(contents.Text(0)) + "'";
+    } else if (sink.OnRedo(scn, contents.Raw(1), reason)) {
+      continue;
+    }
+    last_error_ = "OCIStmtFetch2 : " + reason;
+    return false;
+  }
+  if (row == TextQuery::Row::Failed) return false;
+  return ExecuteOn(
+      second.Handle(), "begin dbms_logmnr.end_logmnr(); end;",
+      "OCIStmtPrepare(dbms_logmnr.end_logmnr) : ", "OCIStmtExecute(dbms_logmnr.end_logmnr) : ");
+}
+
+}  // namespace quillmere

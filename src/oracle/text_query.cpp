@@ -1,0 +1,119 @@
+#include "oracle/text_query.h"
+
+#include <algorithm>
+
+namespace quillmere {
+
+using namespace oci;
+
+namespace {
+constexpr sb4 kColumnTruncated = 1406;  // ORA-01406
+}
+
+TextQuery::TextQuery(OracleSession& session, const QueryLabels& labels)
+    : session_(session), labels_(labels) {}
+
+TextQuery::~TextQuery() {
+  if (statement_ != nullptr) session_.Api().HandleFree(statement_, kHtypeStmt);
+}
+
+bool TextQuery::Fail(std::string_view label, sword status) {
+  session_.SetError(label, OracleSession::ErrorSource::Error, status);
+  return false;
+}
+
+bool TextQuery::Allocate() {
+  void* handle = nullptr;
+  const sword status =
+      session_.Api().HandleAlloc(session_.environment_.handle, &handle, kHtypeStmt, 0, nullptr);
+  if (!OracleSession::Succeeded(status)) return Fail(labels_.allocate, status);
+  statement_ = static_cast<OCIStmt*>(handle);
+  return true;
+}
+
+bool TextQuery::Prepare(std::string_view sql) {
+  const sword status = session_.Api().StmtPrepare(
+      statement_, session_.error_, reinterpret_cast<const OraText*>(sql.data()),
+      static_cast<ub4>(sql.size()), kNtvSyntax, kDefault);
+  return OracleSession::Succeeded(status) || Fail(labels_.prepare, status);
+}
+
+void TextQuery::SetPrefetch(ub4 rows) {
+  session_.Api().AttrSet(statement_, kHtypeStmt, &rows, 0, kAttrPrefetchRows, session_.error_);
+}
+
+bool TextQuery::Define(std::initializer_list<sb4> capacities) {
+  std::size_t size = 0;
+  for (const sb4 capacity : capacities) {
+    columns_.push_back(Column{size, capacity, 0, 0});
+    size += static_cast<std::size_t>(capacity) + 1;
+  }
+  buffer_.assign(size, '\0');
+  ub4 position = 0;
+  for (Column& column : columns_) {
+    OCIDefine* define = nullptr;
+    const sword status = session_.Api().DefineByPos(
+        statement_, &define, session_.error_, ++position, buffer_.data() + column.offset,
+        column.capacity, kSqltChr, &column.indicator, &column.length, nullptr, kDefault);
+    if (!OracleSession::Succeeded(status)) return Fail(labels_.define, status);
+  }
+  return true;
+}
+
+bool TextQuery::Execute() {
+  const sword status = session_.Api().StmtExecute(session_.service_, statement_, session_.error_, 0,
+                                                  0, nullptr, nullptr, kDefault);
+  return OracleSession::Succeeded(status) || Fail(labels_.execute, status);
+}
+
+bool TextQuery::ExecuteWithRow() {
+  const sword status = session_.Api().StmtExecute(session_.service_, statement_, session_.error_, 1,
+                                                  0, nullptr, nullptr, kDefault);
+  return OracleSession::Succeeded(status) || Fail(labels_.execute, status);
+}
+
+bool TextQuery::Open(std::string_view sql, std::initializer_list<sb4> capacities) {
+  return Allocate() && Prepare(sql) && Define(capacities) && Execute();
+}
+
+TextQuery::Row TextQuery::Fetch() {
+  for (Column& column : columns_) column.indicator = 0;
+  const sword status =
+      session_.Api().StmtFetch2(statement_, session_.error_, 1, kFetchNext, 0, kDefault);
+  if (OracleSession::Succeeded(status)) return Row::Fetched;
+  if (status == kNoData) return Row::End;
+  if (RowWasTruncated(status)) return Row::Fetched;
+  Fail(labels_.fetch, status);
+  return Row::Failed;
+}
+
+// A client that is given no return codes reports a cut column as an error of the fetch, although
+// the row is there and the cursor has moved on.
+bool TextQuery::RowWasTruncated(sword status) {
+  if (status != kError || !Truncated()) return false;
+  sb4 code = 0;
+  OraText text[512] = {};
+  session_.Api().ErrorGet(session_.error_, 1, nullptr, &code, text, sizeof text, kHtypeError);
+  return code == kColumnTruncated;
+}
+
+bool TextQuery::Truncated() const {
+  return std::any_of(columns_.begin(), columns_.end(), [](const Column& column) {
+    return column.indicator > 0 || column.indicator == -2;
+  });
+}
+
+std::string_view TextQuery::Raw(std::size_t position) const {
+  const Column& column = columns_[position];
+  if (column.indicator == -1) return {};
+  const auto length =
+      std::min<std::size_t>(column.length, static_cast<std::size_t>(column.capacity));
+  return {buffer_.data() + column.offset, length};
+}
+
+std::string_view TextQuery::Text(std::size_t position) const {
+  const std::string_view text = Raw(position);
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+}  // namespace quillmere

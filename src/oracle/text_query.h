@@ -1,0 +1,81 @@
+// One SELECT whose columns are all fetched as text. Internal to oracle/.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "oracle/H_oracle.h"
+
+namespace quillmere {
+
+// The step labels of a query; its operation's error texts begin with them.
+struct QueryLabels {
+  std::string_view allocate;
+  std::string_view prepare;
+  std::string_view define = "OCIDefineByPos : ";
+  std::string_view execute;
+  std::string_view fetch;
+};
+
+inline constexpr QueryLabels kListLabels{
+    "OCIHandleAlloc(Stmt1) : ", "OCIStmtPrepare(SqlStr1) : ", "OCIDefineByPos : ",
+    "OCIStmtExecute(Stmthp1) : ", "OCIStmtFetch2 : "};
+inline constexpr QueryLabels kSingleLabels{
+    "OCIHandleAlloc(Stmt) : ", "OCIStmtPrepare : ", "OCIDefineByPos : ", "OCIStmtExecute : ",
+    "OCIStmtFetch2 : "};
+
+// Every failing step sets the session's last error under its label and returns false. The statement
+// handle is freed with the query.
+class TextQuery {
+ public:
+  enum class Row { Fetched, End, Failed };
+
+  TextQuery(OracleSession& session, const QueryLabels& labels);
+  ~TextQuery();
+  TextQuery(const TextQuery&) = delete;
+  TextQuery& operator=(const TextQuery&) = delete;
+
+  bool Allocate();
+  bool Prepare(std::string_view sql);
+  // Rows that the client fetches ahead in one round trip. Only an optimisation: failure is ignored.
+  void SetPrefetch(oci::ub4 rows);
+  // One text column after another, each with its capacity in bytes.
+  bool Define(std::initializer_list<oci::sb4> capacities);
+  // For a list: rows come by Fetch.
+  bool Execute();
+  // For a single row: it is fetched with the execution; no row is a failure.
+  bool ExecuteWithRow();
+  Row Fetch();
+
+  // All of the above but Fetch, for a list.
+  bool Open(std::string_view sql, std::initializer_list<oci::sb4> capacities);
+
+  // Of the current row, position from 0: the bytes as they came; without trailing blanks. NULL is
+  // the empty text.
+  std::string_view Raw(std::size_t column) const;
+  std::string_view Text(std::size_t column) const;
+
+  // True when a column of the current row did not fit its capacity.
+  bool Truncated() const;
+
+ private:
+  struct Column {
+    std::size_t offset = 0;
+    oci::sb4 capacity = 0;
+    oci::sb2 indicator = 0;
+    oci::ub2 length = 0;
+  };
+
+  bool Fail(std::string_view label, oci::sword status);
+  bool RowWasTruncated(oci::sword status);
+
+  OracleSession& session_;
+  const QueryLabels& labels_;
+  oci::OCIStmt* statement_ = nullptr;
+  std::vector<Column> columns_;  // not resized after Define: OCI holds pointers into it
+  std::vector<char> buffer_;
+};
+
+}  // namespace quillmere

@@ -1,0 +1,273 @@
+#include "oracle/scripted_oci.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace quillmere::testing {
+
+using namespace oci;
+
+namespace {
+
+ScriptedOci* current = nullptr;
+
+constexpr sb4 kNoDataCode = 1403;
+
+std::string TypeName(ub4 type) {
+  switch (type) {
+    case kHtypeEnv:
+      return "env";
+    case kHtypeError:
+      return "err";
+    case kHtypeSvcCtx:
+      return "svc";
+    case kHtypeStmt:
+      return "stm";
+    case kHtypeServer:
+      return "srv";
+    case kHtypeSession:
+      return "ses";
+    default:
+      return "?";
+  }
+}
+
+std::string Quote(const void* text, std::size_t length) {
+  return '"' + std::string(static_cast<const char*>(text), length) + '"';
+}
+
+}  // namespace
+
+struct ScriptedOci::Handle {
+  struct Define {
+    char* value = nullptr;
+    sb4 capacity = 0;
+    sb2* indicator = nullptr;
+    ub2* length = nullptr;
+  };
+  ub4 type = 0;
+  std::string name;
+  bool freed = false;
+  std::string sql;
+  std::map<ub4, Define> defines;
+  const Rows* rows = nullptr;
+  std::size_t next = 0;
+};
+
+struct ScriptedOci::Functions {
+  static void* New(ub4 type) {
+    auto handle = std::make_unique<Handle>();
+    handle->type = type;
+    handle->name = TypeName(type) + std::to_string(++current->counts_[type]);
+    current->handles_.push_back(std::move(handle));
+    return current->handles_.back().get();
+  }
+
+  static sword EnvCreate(OCIEnv** env, ub4 mode, void*, void* (*)(void*, std::size_t),
+                         void* (*)(void*, void*, std::size_t), void (*)(void*, void*),
+                         std::size_t extra, void**) {
+    const sword status =
+        current->Call("EnvCreate(" + std::to_string(mode) + ", " + std::to_string(extra) + ")");
+    if (status == kSuccess) *env = static_cast<OCIEnv*>(New(kHtypeEnv));
+    return status;
+  }
+
+  static sword HandleAlloc(const void* parent, void** handle, ub4 type, std::size_t extra, void**) {
+    const sword status = current->Call("HandleAlloc(" + current->Name(parent) + ", " +
+                                       TypeName(type) + ", " + std::to_string(extra) + ")");
+    if (status == kSuccess) *handle = New(type);
+    return status;
+  }
+
+  static sword HandleFree(void* handle, ub4 type) {
+    const sword status =
+        current->Call("HandleFree(" + current->Name(handle) + ", " + TypeName(type) + ")");
+    for (const auto& known : current->handles_) {
+      if (known.get() != handle) continue;
+      if (known->freed || known->type != type) return kInvalidHandle;
+      known->freed = true;
+    }
+    return status;
+  }
+
+  static sword ServerAttach(OCIServer* server, OCIError* error, const OraText* name, sb4 length,
+                            ub4 mode) {
+    return current->Call("ServerAttach(" + current->Name(server) + ", " + current->Name(error) +
+                         ", " + Quote(name, static_cast<std::size_t>(length)) + ", " +
+                         std::to_string(mode) + ")");
+  }
+
+  static sword ServerDetach(OCIServer* server, OCIError* error, ub4 mode) {
+    return current->Call("ServerDetach(" + current->Name(server) + ", " + current->Name(error) +
+                         ", " + std::to_string(mode) + ")");
+  }
+
+  static sword AttrSet(void* target, ub4 type, void* value, ub4 size, ub4 attribute,
+                       OCIError* error) {
+    std::string text = current->Name(value);
+    if (attribute == kAttrUsername || attribute == kAttrPassword) text = Quote(value, size);
+    if (attribute == kAttrPrefetchRows) text = std::to_string(*static_cast<ub4*>(value));
+    return current->Call("AttrSet(" + current->Name(target) + ", " + TypeName(type) + ", " + text +
+                         ", " + std::to_string(size) + ", " + std::to_string(attribute) + ", " +
+                         current->Name(error) + ")");
+  }
+
+  static sword SessionBegin(OCISvcCtx* service, OCIError* error, OCISession* session,
+                            ub4 credentials, ub4 mode) {
+    return current->Call("SessionBegin(" + current->Name(service) + ", " + current->Name(error) +
+                         ", " + current->Name(session) + ", " + std::to_string(credentials) + ", " +
+                         std::to_string(mode) + ")");
+  }
+
+  static sword SessionEnd(OCISvcCtx* service, OCIError* error, OCISession* session, ub4 mode) {
+    return current->Call("SessionEnd(" + current->Name(service) + ", " + current->Name(error) +
+                         ", " + current->Name(session) + ", " + std::to_string(mode) + ")");
+  }
+
+  static sword StmtPrepare(OCIStmt* statement, OCIError* error, const OraText* text, ub4 length,
+                           ub4 language, ub4 mode) {
+    auto* handle = reinterpret_cast<Handle*>(statement);
+    handle->sql.assign(reinterpret_cast<const char*>(text), length);
+    handle->defines.clear();
+    return current->Call("StmtPrepare(" + handle->name + ", " + current->Name(error) + ", " +
+                         Quote(text, length) + ", " + std::to_string(language) + ", " +
+                         std::to_string(mode) + ")");
+  }
+
+  static sword StmtExecute(OCISvcCtx* service, OCIStmt* statement, OCIError* error, ub4 iterations,
+                           ub4 row_offset, const OCISnapshot*, OCISnapshot*, ub4 mode) {
+    auto* handle = reinterpret_cast<Handle*>(statement);
+    const sword status = current->Call(
+        "StmtExecute(" + current->Name(service) + ", " + handle->name + ", " +
+        current->Name(error) + ", " + std::to_string(iterations) + ", " +
+        std::to_string(row_offset) + ", " + std::to_string(mode) + ")  " + handle->sql);
+    current->transcript_.back().resize(current->transcript_.back().find("  "));
+    if (status != kSuccess) return status;
+    const auto answer = current->answers_.find(handle->sql);
+    handle->rows = answer == current->answers_.end() ? nullptr : &answer->second;
+    handle->next = 0;
+    current->executed_.push_back(handle->sql);
+    if (current->on_executed) current->on_executed(handle->sql);
+    const bool fetch_with_it = iterations > 0 && !handle->defines.empty();
+    return fetch_with_it ? current->NextRow(*handle) : status;
+  }
+
+  static sword DefineByPos(OCIStmt* statement, OCIDefine**, OCIError* error, ub4 position,
+                           void* value, sb4 capacity, ub2 type, void* indicator, ub2* length,
+                           ub2* code, ub4 mode) {
+    auto* handle = reinterpret_cast<Handle*>(statement);
+    handle->defines[position] = {static_cast<char*>(value), capacity, static_cast<sb2*>(indicator),
+                                 length};
+    return current->Call("DefineByPos(" + handle->name + ", " + current->Name(error) + ", " +
+                         std::to_string(position) + ", " + std::to_string(capacity) + ", " +
+                         std::to_string(type) + (indicator != nullptr ? ", ind" : ", 0") +
+                         (length != nullptr ? ", len" : ", 0") +
+                         (code != nullptr ? ", code" : ", 0") + ", " + std::to_string(mode) + ")");
+  }
+
+  static sword StmtFetch2(OCIStmt* statement, OCIError* error, ub4 rows, ub2 orientation,
+                          sb4 offset, ub4 mode) {
+    auto* handle = reinterpret_cast<Handle*>(statement);
+    const sword status =
+        current->Call("StmtFetch2(" + handle->name + ", " + current->Name(error) + ", " +
+                      std::to_string(rows) + ", " + std::to_string(orientation) + ", " +
+                      std::to_string(offset) + ", " + std::to_string(mode) + ")");
+    return status == kSuccess ? current->NextRow(*handle) : status;
+  }
+
+  static sword ErrorGet(void* handle, ub4 record, OraText*, sb4* code, OraText* buffer, ub4 size,
+                        ub4 type) {
+    current->transcript_.push_back("ErrorGet(" + current->Name(handle) + ", " +
+                                   std::to_string(record) + ", " + std::to_string(size) + ", " +
+                                   TypeName(type) + ")");
+    if (size == 0) return kError;
+    const std::size_t length = std::min<std::size_t>(current->message_.size(), size - 1);
+    std::memcpy(buffer, current->message_.data(), length);
+    buffer[length] = 0;
+    *code = current->code_;
+    return kSuccess;
+  }
+};
+
+ScriptedOci::ScriptedOci() {
+  current = this;
+}
+
+ScriptedOci::~ScriptedOci() {
+  current = nullptr;
+}
+
+OciApi ScriptedOci::Api() const {
+  return OciApi{Functions::EnvCreate,    Functions::HandleAlloc,  Functions::HandleFree,
+                Functions::ServerAttach, Functions::ServerDetach, Functions::AttrSet,
+                Functions::SessionBegin, Functions::SessionEnd,   Functions::StmtPrepare,
+                Functions::StmtExecute,  Functions::DefineByPos,  Functions::StmtFetch2,
+                Functions::ErrorGet};
+}
+
+void ScriptedOci::FailOn(std::string part_of_line, std::string message, int code, int skip,
+                         sword status) {
+  failures_.push_back({std::move(part_of_line), std::move(message), code, skip, status});
+}
+
+sword ScriptedOci::Call(const std::string& line) {
+  transcript_.push_back(line);
+  for (auto failure = failures_.begin(); failure != failures_.end(); ++failure) {
+    if (line.find(failure->part) == std::string::npos || failure->skip-- > 0) continue;
+    message_ = failure->message;
+    code_ = failure->code;
+    const sword status = failure->status;
+    failures_.erase(failure);
+    return status;
+  }
+  return kSuccess;
+}
+
+std::string ScriptedOci::Name(const void* handle) const {
+  for (const auto& known : handles_) {
+    if (known.get() == handle) return known->name;
+  }
+  return handle == nullptr ? "null" : "none";
+}
+
+sword ScriptedOci::NextRow(Handle& statement) {
+  if (statement.rows == nullptr || statement.next >= statement.rows->size()) {
+    message_ = "ORA-01403: no data found\n";
+    code_ = kNoDataCode;
+    return kNoData;
+  }
+  const std::vector<Cell>& row = (*statement.rows)[statement.next++];
+  sword status = kSuccess;
+  for (auto& [position, define] : statement.defines) {
+    const Cell cell = position <= row.size() ? row[position - 1] : Cell();
+    *define.indicator = cell ? sb2{0} : sb2{-1};
+    if (!cell) continue;
+    const auto length = std::min(cell->size(), static_cast<std::size_t>(define.capacity));
+    std::memcpy(define.value, cell->data(), length);
+    *define.length = static_cast<ub2>(length);
+    if (length == cell->size()) continue;
+    // As a client does that is given indicators but no return codes.
+    *define.indicator = static_cast<sb2>(cell->size());
+    message_ = "ORA-01406: fetched column value was truncated\n";
+    code_ = 1406;
+    status = kError;
+  }
+  return status;
+}
+
+std::vector<std::string> ScriptedOci::TakeTranscript() {
+  return std::exchange(transcript_, {});
+}
+
+std::vector<std::string> ScriptedOci::TakeExecuted() {
+  return std::exchange(executed_, {});
+}
+
+std::size_t ScriptedOci::LiveHandles() const {
+  return static_cast<std::size_t>(std::count_if(
+      handles_.begin(), handles_.end(),
+      [](const auto& h) { return !h->freed && h->type != kHtypeEnv && h->type != kHtypeSession; }));
+}
+
+}  // namespace quillmere::testing

@@ -1,0 +1,76 @@
+// A client library made of a script: it answers the 13 functions from tables, fails where it is
+// told to and writes down every call with its arguments.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "oracle/oci_abi.h"
+
+namespace quillmere::testing {
+
+// One at a time: the table's functions serve the script made last.
+class ScriptedOci {
+ public:
+  using Cell = std::optional<std::string>;  // no value is NULL
+  using Rows = std::vector<std::vector<Cell>>;
+
+  ScriptedOci();
+  ~ScriptedOci();
+  ScriptedOci(const ScriptedOci&) = delete;
+  ScriptedOci& operator=(const ScriptedOci&) = delete;
+
+  OciApi Api() const;
+
+  // What a query of exactly this text answers from now on.
+  void Answer(const std::string& sql, Rows rows) { answers_[sql] = std::move(rows); }
+
+  // After letting skip of them pass, the next call whose line contains the text fails once.
+  void FailOn(std::string part_of_line, std::string message, int code = 1, int skip = 0,
+              oci::sword status = oci::kError);
+
+  // Called for every executed statement, after it succeeded.
+  std::function<void(const std::string& sql)> on_executed;
+
+  // Calls since the last taking, one a line: "StmtExecute(svc1, stm1, err1, 1, 0, 0)".
+  std::vector<std::string> TakeTranscript();
+  // Texts executed since the last taking.
+  std::vector<std::string> TakeExecuted();
+
+  // Handles that were allocated and not freed, without environments and sessions.
+  std::size_t LiveHandles() const;
+
+ private:
+  struct Handle;
+  struct Failure {
+    std::string part;
+    std::string message;
+    int code;
+    int skip;
+    oci::sword status;
+  };
+  struct Functions;
+  friend struct Functions;
+
+  // Writes the call down; the status it shall return.
+  oci::sword Call(const std::string& line);
+  std::string Name(const void* handle) const;
+  oci::sword NextRow(Handle& statement);
+
+  std::map<std::string, Rows> answers_;
+  std::vector<Failure> failures_;
+  std::vector<std::string> transcript_;
+  std::vector<std::string> executed_;
+  std::vector<std::unique_ptr<Handle>> handles_;  // kept after being freed: names stay known
+  std::map<oci::ub4, int> counts_;
+  std::string message_;
+  int code_ = 0;
+};
+
+}  // namespace quillmere::testing
