@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "foundation/files_internal.h"
@@ -61,6 +62,12 @@ std::string FileError(std::string_view action, const fs::path& path, std::string
 
 std::string PathText(const fs::path& path) {
   return path.string();
+}
+
+bool ReplaceFile(const fs::path& path, std::string_view content, FileAccess access,
+                 std::string& error) {
+  return ReplaceFileFrom(
+      path, [&] { return std::exchange(content, {}); }, access, error);
 }
 
 bool MakeFolders(const fs::path& folder, std::string& error) {

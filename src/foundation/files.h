@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,13 @@ bool ReadFile(const std::filesystem::path& path, std::string& content, std::stri
 // file is gone. OwnerOnly: from its first moment the file is readable by its owner alone.
 bool ReplaceFile(const std::filesystem::path& path, std::string_view content, FileAccess access,
                  std::string& error);
+
+// Hands out a file's content piece by piece; an empty piece is the end.
+using FileSource = std::function<std::string_view()>;
+
+// The same for content that need not stand in memory as a whole.
+bool ReplaceFileFrom(const std::filesystem::path& path, const FileSource& source, FileAccess access,
+                     std::string& error);
 
 // The same for text: line feeds become the platform's line ends.
 bool ReplaceTextFile(const std::filesystem::path& path, std::string_view text, FileAccess access,

@@ -51,6 +51,13 @@ bool WriteAll(int fd, std::string_view content) {
   return true;
 }
 
+bool WriteFrom(int fd, const FileSource& source) {
+  for (std::string_view piece = source(); !piece.empty(); piece = source()) {
+    if (!WriteAll(fd, piece)) return false;
+  }
+  return true;
+}
+
 bool ReadAll(int fd, std::size_t size_hint, std::string& content) {
   std::size_t used = 0;
   content.resize(size_hint + 1);  // one more, so that the end shows without another allocation
@@ -105,8 +112,8 @@ bool ReadFile(const fs::path& path, std::string& content, std::string& error, bo
   return false;
 }
 
-bool ReplaceFile(const fs::path& path, std::string_view content, FileAccess access,
-                 std::string& error) {
+bool ReplaceFileFrom(const fs::path& path, const FileSource& source, FileAccess access,
+                     std::string& error) {
   const fs::path temporary =
       TemporaryNameFor(path, static_cast<unsigned long>(static_cast<unsigned>(::getpid())));
   const mode_t mode = ModeFor(path, access);
@@ -116,7 +123,7 @@ bool ReplaceFile(const fs::path& path, std::string_view content, FileAccess acce
     error = FileError("create", path, LastError());
     return false;
   }
-  const bool written = WriteAll(file.Get(), content) &&
+  const bool written = WriteFrom(file.Get(), source) &&
                        (mode == 0 || ::fchmod(file.Get(), mode) == 0) && ::fsync(file.Get()) == 0 &&
                        file.Close() && ::rename(temporary.c_str(), path.c_str()) == 0;
   if (!written) {

@@ -85,6 +85,13 @@ bool WriteAll(HANDLE file, std::string_view content) {
   return true;
 }
 
+bool WriteFrom(HANDLE file, const FileSource& source) {
+  for (std::string_view piece = source(); !piece.empty(); piece = source()) {
+    if (!WriteAll(file, piece)) return false;
+  }
+  return true;
+}
+
 bool ReadAll(HANDLE file, std::string& content) {
   LARGE_INTEGER size{};
   if (::GetFileSizeEx(file, &size) == 0) return false;
@@ -145,15 +152,15 @@ bool ReadFile(const fs::path& path, std::string& content, std::string& error, bo
   return false;
 }
 
-bool ReplaceFile(const fs::path& path, std::string_view content, FileAccess access,
-                 std::string& error) {
+bool ReplaceFileFrom(const fs::path& path, const FileSource& source, FileAccess access,
+                     std::string& error) {
   const fs::path temporary = TemporaryNameFor(path, ::GetCurrentProcessId());
   Handle file(CreateTemporary(temporary, access));
   if (!file.Open()) {
     error = FileError("create", path, LastError());
     return false;
   }
-  const bool written = WriteAll(file.Get(), content) && ::FlushFileBuffers(file.Get()) != 0 &&
+  const bool written = WriteFrom(file.Get(), source) && ::FlushFileBuffers(file.Get()) != 0 &&
                        file.Close() &&
                        ::MoveFileExW(temporary.c_str(), path.c_str(),
                                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;

@@ -1,0 +1,26 @@
+// What every part of the engine works with. Made by the workspace; all of it outlives the engine.
+#pragma once
+
+#include <atomic>
+#include <filesystem>
+
+#include "engine/runner_listener.h"
+#include "foundation/H_tea.h"
+#include "jobs/job_list.h"
+#include "messages/message_log.h"
+#include "oracle/H_oracle.h"
+
+namespace quillmere {
+
+struct EngineContext {
+  std::filesystem::path working_folder;
+  JobList& jobs;
+  JobCatalogue& catalogue;
+  OciLibrary& oci;
+  MessageLog& log;  // its general log only: the list belongs to the user-interface thread
+  const Clock& clock;
+  const Settings& settings;
+  RunnerListener& listener;
+};
+
+}  // namespace quillmere

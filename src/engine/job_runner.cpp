@@ -1,0 +1,139 @@
+#include "engine/job_runner.h"
+
+#include <exception>
+
+#include "engine/job_view.h"
+#include "engine/pass.h"
+
+namespace quillmere {
+namespace {
+
+bool WriteRecord(EngineContext& context, std::size_t index, JobState state, std::string& error) {
+  const SyncJob& job = context.jobs.At(index);
+  JobList::Progress progress;
+  context.jobs.State(index, &progress);
+  RunRecordWriter writer(context.catalogue.JobFolder(JobView(job).name));
+  return writer.Write(MakeRunRecord(job, state, progress), error);
+}
+
+// After every change of state: the record, then the window.
+void RecordAndNotify(EngineContext& context, std::size_t index, JobState state) {
+  std::string error;
+  if (!WriteRecord(context, index, state, error)) context.listener.OnError(index, error);
+  context.listener.OnJobChanged(index, false);
+}
+
+bool ReadSourceScn(EngineContext& context, std::size_t index, const JobView& view,
+                   std::int64_t& scn) {
+  OracleSession session(context.oci);
+  if (!Connect(session, view.source_database, view.source)) {
+    context.listener.OnError(index, "Connect source fail : " + session.LastError());
+    return false;
+  }
+  if (!session.ReadCurrentScn(scn)) {
+    context.listener.OnError(index, "GetLastScn fail : " + session.LastError());
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+JobRunner::JobRunner(EngineContext context) : context_(std::move(context)) {}
+
+void JobRunner::Step(std::size_t index) try {
+  switch (context_.jobs.State(index)) {
+    case JobState::Starting:
+      return Start(index);
+    case JobState::Pausing:
+      return Pause(index);
+    case JobState::Stopping:
+      return Reset(index);
+    case JobState::Started:
+      if (context_.clock.Now() >= context_.jobs.At(index).next_due) {
+        Pass(context_, index, end_requested_).Run();
+      }
+      return;
+    default:
+      return;
+  }
+} catch (const std::exception& failure) {
+  // Out of memory, in all likelihood. The commit point, if there is one, stays: what the
+  // destination took of this pass is taken back or settled when the program starts again.
+  context_.jobs.ReplaceState(index, JobState::Started, JobState::Pausing);
+  context_.listener.OnError(index,
+                            std::string("The step was given up: ") + failure.what() +
+                                ". End the program and start it again before the job goes on");
+}
+
+void JobRunner::Start(std::size_t index) {
+  SyncJob& job = context_.jobs.At(index);
+  const JobView view(job);
+  std::int64_t scn = 0;
+  if (!ReadSourceScn(context_, index, view, scn)) {
+    context_.jobs.ReplaceState(index, JobState::Starting, JobState::Stopped);
+    RecordAndNotify(context_, index, JobState::Stopped);
+    context_.listener.OnError(index, "Job " + view.name + " start failed.");
+    return;
+  }
+  job.mining_start_scn = scn;
+  job.cutoff_scn = scn;
+  job.next_mining_start_scn = scn;
+  job.next_cutoff_scn = scn;
+  job.applied_count = 0;
+  job.blocked_count = 0;
+  job.batch_pending = 0;
+  job.pending_batch.Clear();
+  job.next_due = AddMinutes(context_.clock.Now(), view.interval_minutes);
+  {
+    const std::lock_guard lock(job.config_mutex);
+    job.has_runned = true;
+  }
+  // A stop that was asked for meanwhile is served by the next step.
+  context_.jobs.ReplaceState(index, JobState::Starting, JobState::Started, JobList::Progress{});
+  RecordAndNotify(context_, index, JobState::Started);
+  context_.listener.OnInformation(index, "Job " + view.name + " started.");
+}
+
+void JobRunner::Pause(std::size_t index) {
+  if (!context_.jobs.ReplaceState(index, JobState::Pausing, JobState::Paused)) return;
+  RecordAndNotify(context_, index, JobState::Paused);
+  context_.listener.OnInformation(
+      index, "Job " + JobView(context_.jobs.At(index)).name + " temporary stopped.");
+}
+
+void JobRunner::Reset(std::size_t index) {
+  JobList::Progress progress;
+  context_.jobs.State(index, &progress);
+  progress.batch_remaining = 0;
+  if (!context_.jobs.ReplaceState(index, JobState::Stopping, JobState::Stopped, progress)) return;
+  RecordAndNotify(context_, index, JobState::Stopped);
+  context_.listener.OnInformation(index, JobView(context_.jobs.At(index)).name + " resetted.");
+}
+
+bool RequestRun(EngineContext& context, std::size_t index, std::string& reason) {
+  const JobState state = context.jobs.State(index);
+  if (!context.jobs.At(index).table_list_fetched) {
+    reason = "Not get table list yet, refresh first please.";
+    return false;
+  }
+  if (state == JobState::Stopped) {
+    context.jobs.ReplaceState(index, JobState::Stopped, JobState::Starting);
+  } else if (state == JobState::Paused) {
+    // The record first: as soon as the state is Started, the file is the worker's.
+    if (!WriteRecord(context, index, JobState::Started, reason)) return false;
+    context.jobs.ReplaceState(index, JobState::Paused, JobState::Started);
+  }
+  return true;
+}
+
+void RequestPause(JobList& jobs, std::size_t index) {
+  jobs.ReplaceState(index, JobState::Started, JobState::Pausing);
+}
+
+void RequestStop(JobList& jobs, std::size_t index) {
+  jobs.ReplaceState(index, JobState::Started, JobState::Stopping);
+  jobs.ReplaceState(index, JobState::Paused, JobState::Stopping);
+}
+
+}  // namespace quillmere

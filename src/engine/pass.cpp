@@ -1,0 +1,225 @@
+#include "engine/pass.h"
+
+#include <exception>
+
+#include "engine/capture.h"
+
+namespace quillmere {
+
+Pass::Pass(EngineContext& context, std::size_t index, const std::atomic<bool>& end_requested)
+    : context_(context),
+      index_(index),
+      end_requested_(end_requested),
+      job_(context.jobs.At(index)),
+      view_(job_),
+      record_(context.catalogue.JobFolder(view_.name)) {}
+
+void Pass::Run() {
+  if (context_.settings.debug) {
+    Information(std::to_string(job_.mining_start_scn) + ", " + std::to_string(job_.cutoff_scn));
+  }
+  if (job_.pending_batch.Empty()) {
+    if (!Capture()) return Fail();
+    if (job_.pending_batch.Empty()) {
+      baseline_ = job_.applied_count;
+      return Finish();
+    }
+  }
+  switch (ApplyBatch()) {
+    case Outcome::WorkedOff:
+      return Finish();
+    case Outcome::Interrupted:
+      return;
+    case Outcome::Failed:
+      return Fail();
+  }
+}
+
+bool Pass::Capture() {
+  try {
+    if (!CaptureBatch(context_, index_)) return false;
+  } catch (const std::exception& failure) {  // the batch did not fit into memory
+    job_.pending_batch.Clear();
+    Error(std::string("GetSqlStrings fail : ") + failure.what());
+    return false;
+  }
+  const bool fetched = !job_.pending_batch.Empty();
+  job_.batch_pending = fetched ? 1 : 0;
+  progress_ = {0, static_cast<std::uint32_t>(job_.pending_batch.Size())};
+  context_.jobs.SetProgress(index_, progress_);
+  WriteRecord();
+  if (fetched) context_.listener.OnJobChanged(index_, true);
+  return true;
+}
+
+Pass::Outcome Pass::ApplyBatch() {
+  context_.jobs.State(index_, &progress_);
+  baseline_ = job_.applied_count;
+  OracleSession destination(context_.oci);
+  if (!Connect(destination, view_.destination_database, view_.destination)) {
+    Error("Before job: " + view_.name +
+          " synchronize, Connect destination fail : " + destination.LastError());
+    return Outcome::Failed;
+  }
+  if (!OpenCommitPoint()) return Outcome::Failed;
+  Information(progress_.batch_remaining < job_.pending_batch.Size()
+                  ? "Continue synchronize a old batch"
+                  : "Begin synchronize a new batch");
+  Outcome outcome = Outcome::Failed;
+  try {
+    outcome = ApplyStatements(destination);
+  } catch (const std::exception& failure) {
+    // Whatever was executed is counted: counting is the part that cannot throw.
+    WriteRecord();
+    Error(std::string("Execute sql fail : ") + failure.what());
+  }
+  if (!tallies_.empty()) job_.tables_revision.Increment();
+  return CommitDestination(destination) ? outcome : Outcome::Failed;
+}
+
+Pass::Outcome Pass::ApplyStatements(OracleSession& destination) {
+  const std::size_t size = job_.pending_batch.Size();
+  for (std::size_t i = size - progress_.batch_remaining; i < size; ++i) {
+    if (!ApplyOne(destination, job_.pending_batch[i])) return Outcome::Failed;
+    // A request that came with the last statement leaves nothing to interrupt.
+    if (!Publish() && i + 1 < size) return Outcome::Interrupted;
+  }
+  return Outcome::WorkedOff;
+}
+
+bool Pass::ApplyOne(OracleSession& destination, std::string_view statement) {
+  const Rewritten rewritten = RewriteStatement(job_, statement, to_execute_);
+  Tally* const tally = TallyOf(rewritten.table);
+  if (!rewritten.accepted) {
+    if (rewritten.excluded && context_.settings.debug) {
+      Information("Block Opreaton: " + OperationName(rewritten.parsed) + " " +
+                  std::string(rewritten.parsed.owner) + "." + std::string(rewritten.parsed.table));
+    }
+    CountBlocked(tally);
+    return true;
+  }
+  if (context_.settings.debug) {
+    Information("Source Schema is " + std::string(rewritten.parsed.owner));
+    context_.log.WriteGeneral(to_execute_);
+  }
+  if (!destination.Execute(to_execute_)) {
+    Error("Execute sql fail : " + destination.LastError());
+    if (context_.settings.debug) Error(to_execute_);
+    return false;
+  }
+  CountApplied(tally);
+  return true;
+}
+
+Pass::Tally* Pass::TallyOf(JobTable* table) {
+  if (table == nullptr) return nullptr;
+  Tally& tally = tallies_[table];
+  tally.table = table;
+  return &tally;
+}
+
+void Pass::CountApplied(Tally* tally) noexcept {
+  --progress_.batch_remaining;
+  ++progress_.batch_applied;
+  job_.applied_count.Increment();
+  if (tally == nullptr) return;
+  ++tally->applied;
+  tally->table->totalsynced.Increment();
+}
+
+void Pass::CountBlocked(Tally* tally) noexcept {
+  --progress_.batch_remaining;
+  job_.blocked_count.Increment();
+  if (tally == nullptr) return;
+  ++tally->blocked;
+  tally->table->RecordsBlocked.Increment();
+}
+
+bool Pass::Publish() {
+  const bool running =
+      context_.jobs.ReplaceState(index_, JobState::Started, JobState::Started, progress_);
+  WriteRecord();
+  context_.listener.OnJobChanged(index_, false);
+  return running && !end_requested_;
+}
+
+bool Pass::OpenCommitPoint() {
+  commit_point_ = Record();
+  std::string error;
+  if (WriteCommitPoint(context_.catalogue.JobFolder(view_.name), commit_point_, error)) return true;
+  // Going on without it could apply a batch twice after a crash.
+  Error(error);
+  return false;
+}
+
+// Ends the destination session, which commits. False when it is not known to have committed.
+bool Pass::CommitDestination(OracleSession& destination) {
+  std::string error;
+  if (!record_failed_ && !record_.Flush(error)) Error(error);
+  if (!destination.Disconnect()) {
+    Error("The end of the session on " + view_.destination_database + " failed : " +
+          destination.LastError() + ". The statements of this pass count as not applied");
+    ReturnToCommitPoint();
+  }
+  const auto path = RunStatePaths(context_.catalogue.JobFolder(view_.name)).commit_point;
+  if (!RemoveForGood(path)) {
+    Error("Can not remove " + path.string() +
+          ". Remove it before the program is started again, or this pass is applied twice");
+  }
+  return destination_committed_;
+}
+
+void Pass::ReturnToCommitPoint() {
+  destination_committed_ = false;
+  for (const auto& [table, tally] : tallies_) {
+    table->totalsynced = table->totalsynced - tally.applied;
+    table->RecordsBlocked = table->RecordsBlocked - tally.blocked;
+  }
+  progress_ = {commit_point_.batch_applied, commit_point_.batch_remaining};
+  job_.applied_count = commit_point_.applied_count;
+  job_.blocked_count = commit_point_.blocked_count;
+  context_.jobs.SetProgress(index_, progress_);
+  WriteRecord();
+  context_.listener.OnJobChanged(index_, false);
+}
+
+void Pass::Finish() {
+  const LocalTime from = job_.next_due == LocalTime{} ? context_.clock.Now() : job_.next_due;
+  job_.next_due = AddMinutes(from, view_.interval_minutes);
+  job_.pending_batch.Clear();
+  job_.batch_pending = 0;
+  job_.mining_start_scn = job_.next_mining_start_scn;
+  job_.cutoff_scn = job_.next_cutoff_scn;
+  WriteRecord();
+  context_.listener.OnJobChanged(index_, false);
+  std::string error;
+  if (!context_.catalogue.SaveAll(error)) Error(error);
+  if (job_.applied_count > baseline_) {
+    Information("Successfully synchronized a batch of " + view_.name);
+  } else {
+    Information("Nothing synchronized in this interval of  " + view_.name);
+  }
+}
+
+void Pass::Fail() {
+  job_.next_due = AddMinutes(context_.clock.Now(), view_.interval_minutes);
+  Error("Something wrong in this interval of " + view_.name);
+}
+
+// A pass runs in state Started only; a request that waits is served, and recorded, by the next
+// step.
+RunRecord Pass::Record() const {
+  return MakeRunRecord(job_, JobState::Started, progress_);
+}
+
+void Pass::WriteRecord() {
+  std::string error;
+  if (record_.Write(Record(), error)) {
+    record_failed_ = false;
+  } else if (!record_failed_) {
+    record_failed_ = true;
+    Error(error);
+  }
+}
+
+}  // namespace quillmere

@@ -1,0 +1,70 @@
+// One synchronization pass of a started job: capture unless a batch is pending, then the batch's
+// statements one by one on the destination. Internal to engine/.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <string>
+#include <unordered_map>
+
+#include "engine/engine_context.h"
+#include "engine/job_view.h"
+#include "engine/rewriter.h"
+#include "engine/run_state_files.h"
+
+namespace quillmere {
+
+// Made for one pass. All statements of a pass run in the destination session's one transaction,
+// which ends with the session: until then what the run record says of them is provisional, and the
+// commit point on disk says where to go back to.
+class Pass {
+ public:
+  Pass(EngineContext& context, std::size_t index, const std::atomic<bool>& end_requested);
+  void Run();
+
+ private:
+  enum class Outcome { WorkedOff, Interrupted, Failed };
+  struct Tally {
+    JobTable* table = nullptr;
+    std::int32_t applied = 0;
+    std::int32_t blocked = 0;
+  };
+
+  bool Capture();
+  Outcome ApplyBatch();
+  Outcome ApplyStatements(OracleSession& destination);
+  // Executes or blocks one statement. False when it failed: it stays the next one to try.
+  bool ApplyOne(OracleSession& destination, std::string_view statement);
+  // Made before the statement runs, so that counting what has run cannot fail.
+  Tally* TallyOf(JobTable* table);
+  void CountApplied(Tally* tally) noexcept;
+  void CountBlocked(Tally* tally) noexcept;
+  bool OpenCommitPoint();
+  bool CommitDestination(OracleSession& destination);
+  void ReturnToCommitPoint();
+  void Finish();
+  void Fail();
+
+  RunRecord Record() const;
+  void WriteRecord();
+  // Hands the progress to the list. False when the pass is to stop behind this statement.
+  bool Publish();
+  void Error(const std::string& text) { context_.listener.OnError(index_, text); }
+  void Information(const std::string& text) { context_.listener.OnInformation(index_, text); }
+
+  EngineContext& context_;
+  const std::size_t index_;
+  const std::atomic<bool>& end_requested_;
+  SyncJob& job_;
+  const JobView view_;
+  RunRecordWriter record_;
+  bool record_failed_ = false;         // told once a pass
+  bool destination_committed_ = true;  // as far as is known
+  JobList::Progress progress_;
+  RunRecord commit_point_;
+  std::int32_t baseline_ = 0;
+  std::unordered_map<JobTable*, Tally> tallies_;  // this pass's counts, to take back
+  std::string to_execute_;
+};
+
+}  // namespace quillmere

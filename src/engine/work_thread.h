@@ -1,0 +1,43 @@
+// HWorkThread: the one thread that runs all jobs of a workspace.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+#include "engine/job_runner.h"
+
+namespace quillmere {
+
+// Sleeps, then serves every job of the list once, in index order; again until it is terminated.
+class HWorkThread {
+ public:
+  static constexpr std::chrono::milliseconds kSweepPause{1500};
+
+  // runner must outlive the thread, which starts at once.
+  HWorkThread(JobRunner& runner, const JobList& jobs,
+              std::chrono::milliseconds pause = kSweepPause);
+  ~HWorkThread();  // Terminate and Wait
+
+  // Any thread. Asks for the end and returns at once: the step in hand stops behind its statement.
+  void Terminate();
+
+  // True when the thread has ended, within the time given. A listener that waits for the calling
+  // thread must be served meanwhile, so a window asks again and again with little time.
+  bool WaitFor(std::chrono::milliseconds time);
+
+ private:
+  void Sweeps();
+
+  JobRunner& runner_;
+  const JobList& jobs_;
+  const std::chrono::milliseconds pause_;
+  std::mutex mutex_;  // guards terminate_ and ended_
+  std::condition_variable changed_;
+  bool terminate_ = false;
+  bool ended_ = false;
+  std::thread thread_;
+};
+
+}  // namespace quillmere
