@@ -59,8 +59,17 @@ bool XmlDocument::Save(const std::filesystem::path& path, FileAccess access) {
 }
 
 std::string XmlDocument::Text() const {
+  std::string text;
+  WriteText(text);
+  return text;
+}
+
+bool XmlDocument::WriteText(std::string& out) const {
   XmlWriter writer;
-  return writer.Write(storage_->root) ? std::string(writer.Text()) : std::string();
+  out.clear();
+  if (!writer.Write(storage_->root)) return false;
+  out = writer.Text();
+  return true;
 }
 
 }  // namespace quillmere

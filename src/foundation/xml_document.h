@@ -34,7 +34,9 @@ class XmlNode {
 
   // The data of the first child of that name, or the fallback if there is none.
   std::string_view ChildValue(std::string_view name, std::string_view fallback = {}) const;
-  // ... read as a decimal number as "%d" does; 0 when there is none.
+  // The data read as "%d" does; what is too large for an int is the nearest one that fits.
+  int Number() const;
+  // ... of the first child of that name; 0 when there is none.
   int ChildNumber(std::string_view name) const;
 
   // The first child of that name, or null.
@@ -87,8 +89,10 @@ class XmlDocument {
 
   // Replaces the file whole; on failure Message() is "Can not create " and the path.
   bool Save(const std::filesystem::path& path, FileAccess access = FileAccess::Everyone);
-  // What Save would write; empty when that is more than can be held (kXmlTextLimit).
+  // What Save would write; empty when that is more than kXmlTextLimit.
   std::string Text() const;
+  // The same, but false when that is more than kXmlTextLimit.
+  bool WriteText(std::string& out) const;
 
   const std::string& Message() const;
 

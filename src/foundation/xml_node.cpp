@@ -61,8 +61,13 @@ std::string_view XmlNode::ChildValue(std::string_view name, std::string_view fal
   return child == nullptr ? fallback : child->data_;
 }
 
+int XmlNode::Number() const {
+  return ReadNumber(data_);
+}
+
 int XmlNode::ChildNumber(std::string_view name) const {
-  return ReadNumber(ChildValue(name));
+  const XmlNode* child = Child(name);
+  return child == nullptr ? 0 : child->Number();
 }
 
 void XmlNode::Children(std::string_view name, std::vector<const XmlNode*>& out) const {

@@ -16,6 +16,7 @@
 namespace quillmere {
 
 class JobList;
+class XmlNode;
 
 // The log-on of the data source of that name, if it is registered.
 using LoginLookup = std::function<std::optional<JobLogin>(std::string_view data_source)>;
@@ -45,8 +46,31 @@ class JobCatalogue {
   // Marks every live job, saves, clears the marks.
   bool SaveAll(std::string& error);
 
+  // Renames the job's folder and its own file, then the job, then writes jobs.xml. If one of
+  // them fails, the rename is refused and everything stays. The job must rest. User-interface
+  // thread.
+  bool Rename(std::size_t index, std::string_view new_name, std::string& error);
+
+  // Frees the slot and removes the files that the program keeps in the job's folder, and the folder
+  // unless there is something else in it. Saving is the caller's. The job must rest.
+  // User-interface thread.
+  bool Remove(std::size_t index, std::string& error);
+
  private:
   std::filesystem::path ListFile() const;
+  std::filesystem::path OwnFilePath(std::string_view name) const;
+
+  void LoadJob(const XmlNode& node, const LoginLookup& logins, const RunStateRestorer& restore);
+  void LoadOwnFile(SyncJob& job);
+  std::string WhyLeftOut(std::string_view name) const;
+
+  // All of these with save_mutex_ held.
+  void MarkAll(bool mark);
+  bool SaveMarkedLocked(std::string& error);
+  bool SaveList(std::string& error);
+  bool SaveOwnFile(SyncJob& job, std::string& error);
+  bool KeepUnreadable(const std::filesystem::path& file, std::string& error);
+  bool MoveFolder(std::string_view from, std::string_view to, std::string& error);
 
   const std::filesystem::path working_folder_;
   JobList& jobs_;
@@ -54,6 +78,7 @@ class JobCatalogue {
   std::mutex save_mutex_;
   std::string saved_list_;                         // what jobs.xml holds, to skip an equal write
   std::vector<std::filesystem::path> unreadable_;  // kept as .bad before the first save over them
+  bool list_has_more_ = false;  // jobs.xml names jobs that were left out: a copy is kept as .bad
 };
 
 }  // namespace quillmere

@@ -31,8 +31,12 @@ class JobList {
   SyncJob& At(std::size_t index);
   const SyncJob& At(std::size_t index) const;
 
-  // The first live job of that name (exact comparison), or kNotFound.
+  // The first live job of that name (exact comparison), or kNotFound. Takes each job's
+  // configuration lock: not to be called with one held.
   std::size_t IndexOf(std::string_view name) const;
+
+  // The index of a record of this list, live or not; kNotFound when it is none.
+  std::size_t IndexOf(const SyncJob& job) const;
 
   JobState State(std::size_t index, Progress* progress = nullptr) const;
   void SetState(std::size_t index, JobState state);

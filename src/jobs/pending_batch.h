@@ -4,9 +4,9 @@
 
 #include <cstddef>
 #include <deque>
-#include <memory>
 #include <string_view>
-#include <vector>
+
+#include "foundation/byte_arena.h"
 
 namespace quillmere {
 
@@ -30,9 +30,7 @@ class PendingBatch {
 
  private:
   std::deque<std::string_view> statements_;
-  std::vector<std::unique_ptr<char[]>> blocks_;
-  std::size_t block_used_ = 0;
-  std::size_t block_size_ = 0;
+  ByteArena texts_;
 };
 
 }  // namespace quillmere

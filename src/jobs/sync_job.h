@@ -31,7 +31,8 @@ std::string_view StateName(JobState state);
 // Neither an empty slot nor Stopped nor Paused.
 bool IsRunning(JobState state);
 
-// A number that one thread writes while another reads it; copies like a number.
+// A number that one thread writes while another reads it; copies like a number. Who sees a number
+// sees what its writer wrote before it: so count first, then raise the revision.
 template <typename T>
 class SharedNumber {
  public:
@@ -39,12 +40,12 @@ class SharedNumber {
   SharedNumber(const SharedNumber& other) : value_(other.Get()) {}
   SharedNumber& operator=(const SharedNumber& other) { return *this = other.Get(); }
   SharedNumber& operator=(T value) {
-    value_.store(value, std::memory_order_relaxed);
+    value_.store(value, std::memory_order_release);
     return *this;
   }
-  T Get() const { return value_.load(std::memory_order_relaxed); }
+  T Get() const { return value_.load(std::memory_order_acquire); }
   operator T() const { return Get(); }
-  void Increment() { value_.fetch_add(1, std::memory_order_relaxed); }
+  void Increment() { value_.fetch_add(1, std::memory_order_acq_rel); }
 
  private:
   std::atomic<T> value_;
@@ -53,13 +54,13 @@ class SharedNumber {
 // Counters are written by the worker while the window reads them; the other fields are guarded by
 // the job's configuration lock.
 struct JobTable {
-  std::string name;
-  std::string desowner;                       // owner written to on the destination
-  SharedNumber<std::int32_t> beginrows;       // catalogue rows at the refresh that first saw it
-  SharedNumber<std::int32_t> rows;            // catalogue rows at the latest refresh
-  SharedNumber<std::int32_t> totalsynced;     // changes applied
-  SharedNumber<std::int32_t> RecordsBlocked;  // changes set aside
-  SharedNumber<std::int32_t> synced;
+  std::string name{};
+  std::string desowner{};                       // owner written to on the destination
+  SharedNumber<std::int32_t> beginrows{};       // catalogue rows at the refresh that first saw it
+  SharedNumber<std::int32_t> rows{};            // catalogue rows at the latest refresh
+  SharedNumber<std::int32_t> totalsynced{};     // changes applied
+  SharedNumber<std::int32_t> RecordsBlocked{};  // changes set aside
+  SharedNumber<std::int32_t> synced{};
   bool includeflag = true;
 };
 

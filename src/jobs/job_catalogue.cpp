@@ -1,0 +1,219 @@
+#include "jobs/job_catalogue.h"
+
+#include <algorithm>
+#include <array>
+#include <system_error>
+#include <utility>
+
+#include "jobs/job_files.h"
+#include "jobs/job_list.h"
+
+namespace quillmere {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view kListFile = "jobs.xml";
+
+// What the engine keeps in a job's folder.
+constexpr std::array<std::string_view, 3> kRunFiles = {"block.dat", "commit.dat", "sqlcmds.txt"};
+
+void KeepFirst(std::string& error, std::string&& reason) {
+  if (error.empty()) error = std::move(reason);
+}
+
+bool RenamePath(const fs::path& from, const fs::path& to, std::string& error) {
+  std::error_code code;
+  fs::rename(from, to, code);
+  if (!code) return true;
+  error = "Can not rename " + PathText(from) + " to " + PathText(to) + ": " + code.message();
+  return false;
+}
+
+bool IsThere(const fs::path& path) {
+  std::error_code code;
+  return fs::exists(path, code);
+}
+
+}  // namespace
+
+JobCatalogue::JobCatalogue(fs::path working_folder, JobList& jobs, MessageLog& log)
+    : working_folder_(std::move(working_folder)), jobs_(jobs), log_(log) {}
+
+fs::path JobCatalogue::JobFolder(std::string_view name) const {
+  return working_folder_ / "jobs" / name;
+}
+
+fs::path JobCatalogue::ListFile() const {
+  return working_folder_ / "jobs" / kListFile;
+}
+
+fs::path JobCatalogue::OwnFilePath(std::string_view name) const {
+  return JobFolder(name) / (std::string(name) + ".xml");
+}
+
+std::string JobCatalogue::WhyNameRefused(std::string_view name, std::size_t index) const {
+  std::string refused = WhyNoFileName(name);
+  if (!refused.empty()) return refused;
+  // The folder would meet the list of all jobs, or a copy of it.
+  if (SameFileName(name.substr(0, kListFile.size()), kListFile)) {
+    return "A job's name must not begin with " + std::string(kListFile);
+  }
+  for (std::size_t other = 0; other < jobs_.Count(); ++other) {
+    if (other == index || jobs_.State(other) == JobState::Empty) continue;
+    const SyncJob& job = jobs_.At(other);
+    const std::lock_guard<std::mutex> lock(job.config_mutex);
+    if (SameFileName(job.name, name)) return "There is a job " + job.name + " already";
+  }
+  return {};
+}
+
+bool JobCatalogue::SaveMarked(std::string& error) {
+  const std::lock_guard<std::mutex> saving(save_mutex_);
+  return SaveMarkedLocked(error);
+}
+
+bool JobCatalogue::SaveAll(std::string& error) {
+  const std::lock_guard<std::mutex> saving(save_mutex_);
+  MarkAll(true);
+  const bool saved = SaveMarkedLocked(error);
+  MarkAll(false);
+  return saved;
+}
+
+void JobCatalogue::MarkAll(bool mark) {
+  for (std::size_t index = 0; index < jobs_.Count(); ++index) {
+    SyncJob& job = jobs_.At(index);
+    const bool live = jobs_.State(index) != JobState::Empty;
+    const std::lock_guard<std::mutex> lock(job.config_mutex);
+    job.save_mark = mark && live;
+  }
+}
+
+bool JobCatalogue::SaveMarkedLocked(std::string& error) {
+  error.clear();
+  std::string reason;
+  if (!SaveList(reason)) KeepFirst(error, std::move(reason));
+  for (std::size_t index = 0; index < jobs_.Count(); ++index) {
+    if (jobs_.State(index) == JobState::Empty) continue;
+    if (!SaveOwnFile(jobs_.At(index), reason)) KeepFirst(error, std::move(reason));
+  }
+  return error.empty();
+}
+
+bool JobCatalogue::SaveList(std::string& error) {
+  XmlDocument document;
+  for (std::size_t index = 0; index < jobs_.Count(); ++index) {
+    if (jobs_.State(index) == JobState::Empty) continue;
+    const SyncJob& job = jobs_.At(index);
+    const std::lock_guard<std::mutex> lock(job.config_mutex);
+    if (job.save_mark && !job.name.empty()) AppendJobElement(document.Root(), job);
+  }
+  std::string text;
+  if (!document.WriteText(text)) {
+    error = "Can not create " + PathText(ListFile()) + ": the list is too large";
+    return false;
+  }
+  if (text == saved_list_ && IsThere(ListFile())) return true;
+  if (!MakeFolders(working_folder_ / "jobs", error)) return false;
+  if (!KeepUnreadable(ListFile(), error)) return false;
+  if (list_has_more_ && !KeepBadCopy(ListFile(), FileAccess::Everyone, error)) return false;
+  list_has_more_ = false;
+  if (!ReplaceTextFile(ListFile(), text, FileAccess::Everyone, error)) return false;
+  saved_list_ = std::move(text);
+  return true;
+}
+
+bool JobCatalogue::SaveOwnFile(SyncJob& job, std::string& error) {
+  XmlDocument document;
+  std::string name;
+  // Taken before the counters are read: what is counted meanwhile is written next time again.
+  const std::uint64_t revision = job.tables_revision;
+  {
+    const std::lock_guard<std::mutex> lock(job.config_mutex);
+    if (!job.save_mark || job.name.empty() || revision == job.tables_saved_revision) return true;
+    name = job.name;
+    AppendSchemas(document.Root(), job.schemas);
+  }
+  const fs::path file = OwnFilePath(name);
+  std::string text;
+  if (!document.WriteText(text)) {
+    error = "Can not create " + PathText(file) + ": it would be too large";
+    return false;
+  }
+  if (!MakeFolders(JobFolder(name), error) || !KeepUnreadable(file, error) ||
+      !ReplaceTextFile(file, text, FileAccess::Everyone, error)) {
+    return false;
+  }
+  job.tables_saved_revision = revision;
+  return true;
+}
+
+bool JobCatalogue::KeepUnreadable(const fs::path& file, std::string& error) {
+  const auto found = std::find(unreadable_.begin(), unreadable_.end(), file);
+  if (found == unreadable_.end()) return true;
+  if (!KeepBadFile(file, error)) return false;
+  unreadable_.erase(found);
+  return true;
+}
+
+bool JobCatalogue::MoveFolder(std::string_view from, std::string_view to, std::string& error) {
+  std::error_code code;
+  if (IsThere(JobFolder(to)) && !fs::equivalent(JobFolder(from), JobFolder(to), code)) {
+    error = "There is a folder " + PathText(JobFolder(to)) +
+            " already: move it away or choose another name";
+    return false;
+  }
+  if (!IsThere(JobFolder(from))) return true;
+  if (!RenamePath(JobFolder(from), JobFolder(to), error)) return false;
+  const fs::path old_file = JobFolder(to) / OwnFilePath(from).filename();
+  if (IsThere(old_file) && !RenamePath(old_file, OwnFilePath(to), error)) {
+    std::string ignored;  // the first reason is the one to tell
+    RenamePath(JobFolder(to), JobFolder(from), ignored);
+    return false;
+  }
+  std::replace(unreadable_.begin(), unreadable_.end(), OwnFilePath(from), OwnFilePath(to));
+  return true;
+}
+
+bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, std::string& error) {
+  const std::lock_guard<std::mutex> saving(save_mutex_);
+  SyncJob& job = jobs_.At(index);
+  const std::string old_name = job.name;
+  if (old_name == new_name) return true;
+  error = WhyNameRefused(new_name, index);
+  if (!error.empty() || !MoveFolder(old_name, new_name, error)) return false;
+  const auto set_name = [&](std::string_view name) {
+    const std::lock_guard<std::mutex> lock(job.config_mutex);
+    job.name = name;
+    job.error_log_path = PathText(JobFolder(name) / "error.log");
+  };
+  set_name(new_name);
+  MarkAll(true);
+  const bool saved = SaveList(error);
+  MarkAll(false);
+  if (saved) return true;
+  std::string ignored;
+  if (MoveFolder(new_name, old_name, ignored)) set_name(old_name);
+  return false;
+}
+
+bool JobCatalogue::Remove(std::size_t index, std::string& error) {
+  const std::lock_guard<std::mutex> saving(save_mutex_);
+  const std::string name = jobs_.At(index).name;
+  jobs_.Remove(index);
+  error.clear();
+  if (name.empty()) return true;
+  std::string reason;
+  std::erase(unreadable_, OwnFilePath(name));
+  if (!RemoveEveryTrace(OwnFilePath(name), reason)) KeepFirst(error, std::move(reason));
+  for (const std::string_view file : kRunFiles) {
+    if (!RemoveEveryTrace(JobFolder(name) / file, reason)) KeepFirst(error, std::move(reason));
+  }
+  std::error_code code;
+  fs::remove(JobFolder(name), code);  // stays when the operator keeps something in it
+  return error.empty();
+}
+
+}  // namespace quillmere

@@ -1,0 +1,21 @@
+// How job records stand in their files. Inside of jobs/.
+#pragma once
+
+#include "foundation/xml_document.h"
+#include "jobs/sync_job.h"
+
+namespace quillmere {
+
+// Appends the job's element for jobs.xml. The job's configuration lock must be held.
+void AppendJobElement(XmlNode& root, const SyncJob& job);
+
+// Fills the job's own fields from its element in jobs.xml.
+void ReadJobElement(const XmlNode& node, SyncJob& job);
+
+// Builds the job's own file: its owners with their tables. The configuration lock must be held.
+void AppendSchemas(XmlNode& root, const SchemaMap& schemas);
+
+// The owners of a job's own file.
+SchemaMap ReadSchemas(const XmlNode& root);
+
+}  // namespace quillmere

@@ -1,0 +1,45 @@
+#include "jobs/sync_job.h"
+
+namespace quillmere {
+
+std::string_view StateName(JobState state) {
+  switch (state) {
+    case JobState::Starting:
+      return "Starting";
+    case JobState::Started:
+      return "Started";
+    case JobState::Stopping:
+      return "Stopping";
+    case JobState::Stopped:
+      return "Stopped";
+    case JobState::Pausing:
+      return "Pausing";
+    case JobState::Paused:
+      return "Paused";
+    case JobState::Empty:
+      break;
+  }
+  return {};
+}
+
+bool IsRunning(JobState state) {
+  return state != JobState::Empty && state != JobState::Stopped && state != JobState::Paused;
+}
+
+JobTable& JobSchema::Append(JobTable table) {
+  JobTable& added = tables_.emplace_back(std::move(table));
+  by_name_.try_emplace(added.name, &added);
+  return added;
+}
+
+JobTable* JobSchema::Find(std::string_view name) {
+  const auto found = by_name_.find(name);
+  return found == by_name_.end() ? nullptr : found->second;
+}
+
+const JobTable* JobSchema::Find(std::string_view name) const {
+  const auto found = by_name_.find(name);
+  return found == by_name_.end() ? nullptr : found->second;
+}
+
+}  // namespace quillmere

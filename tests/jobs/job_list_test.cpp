@@ -1,0 +1,125 @@
+#include "jobs/job_list.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace quillmere {
+namespace {
+
+std::size_t AddJob(JobList& jobs, std::string_view name, JobState state = JobState::Stopped) {
+  const std::size_t index = jobs.Claim();
+  jobs.At(index).name = name;
+  jobs.SetState(index, state);
+  return index;
+}
+
+TEST(JobState, Names) {
+  const struct {
+    JobState state;
+    const char* name;
+    bool running;
+  } cases[] = {{JobState::Empty, "", false},          {JobState::Starting, "Starting", true},
+               {JobState::Started, "Started", true},  {JobState::Stopping, "Stopping", true},
+               {JobState::Stopped, "Stopped", false}, {JobState::Pausing, "Pausing", true},
+               {JobState::Paused, "Paused", false},   {static_cast<JobState>(7), "", true},
+               {static_cast<JobState>(-1), "", true}};
+  for (const auto& row : cases) {
+    EXPECT_EQ(StateName(row.state), row.name);
+    EXPECT_EQ(IsRunning(row.state), row.running) << row.name;
+  }
+}
+
+TEST(JobList, SlotsAreUsedAgain) {
+  JobList jobs;
+  EXPECT_EQ(jobs.Claim(), 0u);
+  AddJob(jobs, "a");
+  AddJob(jobs, "b");
+  AddJob(jobs, "c");
+  SyncJob* const c = &jobs.At(2);
+  c->schemas["OWNER"].Append({.name = "T"});
+  c->pending_batch.Append("insert");
+  c->source.password = "tiger";
+  c->tables_saved_revision = 9;
+  EXPECT_EQ(jobs.IndexOf("c"), 2u);
+  jobs.Remove(1);
+  EXPECT_EQ(jobs.IndexOf("b"), JobList::kNotFound);
+  EXPECT_EQ(jobs.IndexOf("c"), 2u) << "indices stay";
+  EXPECT_EQ(AddJob(jobs, "d"), 1u) << "the lowest free slot";
+  jobs.Remove(2);
+  EXPECT_EQ(jobs.Claim(), 2u);
+  EXPECT_EQ(&jobs.At(2), c) << "records never move";
+  EXPECT_TRUE(c->schemas.empty() && c->pending_batch.Empty() && c->source.password.empty());
+  EXPECT_NE(c->tables_saved_revision, c->tables_revision) << "a new job's file is to be written";
+  EXPECT_EQ(jobs.IndexOf(*c), 2u);
+  EXPECT_EQ(jobs.IndexOf(""), JobList::kNotFound);
+}
+
+TEST(JobList, ARequestIsNeverOverwritten) {
+  JobList jobs;
+  AddJob(jobs, "a", JobState::Started);
+  EXPECT_TRUE(jobs.ReplaceState(0, JobState::Started, JobState::Started, {{3, 4}}));
+  jobs.SetState(0, JobState::Pausing);
+  EXPECT_FALSE(jobs.ReplaceState(0, JobState::Started, JobState::Started, {{5, 6}}));
+  JobList::Progress progress;
+  EXPECT_EQ(jobs.State(0, &progress), JobState::Pausing);
+  EXPECT_EQ(progress.batch_applied, 5u) << "progress is written in any case";
+  EXPECT_EQ(progress.batch_remaining, 6u);
+  jobs.SetState(0, JobState::Paused, {1, 2});
+  jobs.SetProgress(0, {7, 8});
+  EXPECT_EQ(jobs.State(0, &progress), JobState::Paused);
+  EXPECT_EQ(progress.batch_remaining, 8u);
+}
+
+TEST(JobList, GrowsWhileAnotherThreadWalks) {
+  JobList jobs;
+  constexpr std::size_t kJobs = 2000;
+  std::thread walker([&] {
+    std::size_t live = 0;
+    while (live < kJobs) {
+      live = 0;
+      for (std::size_t i = 0; i < jobs.Count(); ++i) {
+        if (jobs.State(i) == JobState::Empty) continue;
+        ++live;
+        ASSERT_EQ(jobs.At(i).name, std::to_string(i));
+      }
+    }
+  });
+  for (std::size_t i = 0; i < kJobs; ++i) AddJob(jobs, std::to_string(i));
+  walker.join();
+}
+
+TEST(JobSchema, FindsTheFirstOfAName) {
+  JobSchema schema;
+  for (int i = 0; i < 1000; ++i) schema.Append({.name = "T" + std::to_string(i), .rows = i});
+  schema.Append({.name = "T7", .rows = 99});
+  JobTable* const seventh = schema.Find("T7");
+  ASSERT_NE(seventh, nullptr);
+  EXPECT_EQ(seventh->rows, 7);
+  EXPECT_EQ(schema.Find("t7"), nullptr);
+  EXPECT_EQ(schema.Tables().size(), 1001u);
+  JobSchema moved = std::move(schema);
+  EXPECT_EQ(moved.Find("T7"), seventh) << "tables stay where they are";
+}
+
+TEST(PendingBatch, KeepsTextsInOrder) {
+  PendingBatch batch;
+  std::vector<std::string> texts;
+  for (std::size_t i = 0; i < 5000; ++i) {
+    const std::size_t length = i % 100 == 3 ? 0 : i % 1000 == 500 ? 2'000'000 : i % 300;
+    texts.emplace_back(length, static_cast<char>('a' + i % 26));
+    if (length > 2) texts.back()[1] = '\0';
+    batch.Append(texts.back());
+  }
+  const std::string_view early = batch[0];
+  ASSERT_EQ(batch.Size(), texts.size());
+  for (std::size_t i = 0; i < texts.size(); ++i) ASSERT_EQ(batch[i], texts[i]);
+  EXPECT_EQ(early.data(), batch[0].data());
+  batch.Clear();
+  EXPECT_TRUE(batch.Empty());
+  batch.Append("again");
+  EXPECT_EQ(batch[0], "again");
+}
+
+}  // namespace
+}  // namespace quillmere
