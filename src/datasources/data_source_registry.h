@@ -65,17 +65,20 @@ class DataSourceRegistry {
   // Index of the first data source of that name (exact comparison), or -1.
   int IndexOf(std::string_view name) const;
 
-  // Why the name cannot be given to a new data source; empty when it can.
+  // Why the name cannot be given to a new data source; empty when it can. A listed name whose file
+  // could not be read may be given again: that is how the data source is repaired.
   std::string WhyNameRefused(std::string_view name) const;
 
   // Takes the first free slot, marks it needsave and returns its index. Saving is the caller's.
   std::size_t Add(DataSource source);
 
-  // Empties the slot and removes the data source's file: its password must not stay behind.
+  // Removes the data source's file with its ".bad" copy and empties the slot: the password must not
+  // stay behind. If a file can not be removed, the data source stays. Saving is the caller's.
   bool Remove(std::size_t index, std::string& error);
 
   // Writes database.xml and the file of each data source that needs it. Files that fail keep their
-  // needsave flag; the first reason is left in error. The log gets the registry's own lines.
+  // needsave flag; the first reason is left in error. The log gets the registry's own lines. Names
+  // that Load had to leave out stay listed.
   bool Save(std::string& error);
 
   // Replaces the list by what the files say; what cannot be read is reported in the log.
@@ -85,10 +88,17 @@ class DataSourceRegistry {
   std::filesystem::path ListFile() const;
   std::filesystem::path SourceFile(std::string_view name) const;
 
+  void LoadSource(std::string_view name);
+  void LeaveOut(std::string_view name, std::string_view message);
+  bool SaveList(std::string& error);
+  bool SaveSource(DataSource& source, std::string& error);
+  bool KeepUnreadable(const std::filesystem::path& file, std::string& error);
+
   const std::filesystem::path working_folder_;
   MessageLog& log_;
   const Settings& settings_;
   std::deque<DataSource> sources_;
+  std::vector<std::string> left_out_;              // names in database.xml that were not loaded
   std::vector<std::filesystem::path> unreadable_;  // kept as .bad before the first save over them
 };
 

@@ -1,0 +1,300 @@
+#include "datasources/data_source_registry.h"
+
+#include <sys/stat.h>
+
+#include "foundation/temp_folder.h"
+
+namespace quillmere {
+namespace {
+
+class HandClock final : public Clock {
+ public:
+  LocalTime Now() const override { return LocalTime{1769903947000}; }
+};
+
+// A program's registry on a working folder; a second one on the same folder is its restart.
+struct Program {
+  explicit Program(const TempFolder& folder) : path(folder.Path()) {}
+
+  DataSource& Add(std::string_view name) {
+    DataSource source;
+    source.name = name;
+    source.user_id = "scott";
+    source.password = "tiger";
+    return registry.At(registry.Add(std::move(source)));
+  }
+
+  std::vector<std::string> Names() const {
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < registry.Count(); ++i) {
+      if (registry.At(i).state != ConnectionState::Empty) names.push_back(registry.At(i).name);
+    }
+    return names;
+  }
+
+  std::string Messages() const {
+    std::string all;
+    for (const auto& entry : log.Entries()) {
+      all += (entry.error ? "E " : "I ") + entry.text.substr(18) + "\n";
+    }
+    return all;
+  }
+
+  std::filesystem::path path;
+  HandClock clock;
+  Settings settings;
+  MessageLog log{path, clock, settings};
+  DataSourceRegistry registry{path, log, settings};
+  std::string error;
+};
+
+struct DataSourceRegistryTest : testing::Test {
+  TempFolder folder;
+  Program program{folder};
+
+  unsigned Mode(std::string_view file) const {
+    struct stat status {};
+    return stat((folder / file).c_str(), &status) == 0 ? status.st_mode & 0777 : 0;
+  }
+};
+
+constexpr std::string_view kFile =
+    "<database>\n"
+    "   <dbtype>ORACLE</dbtype>\n"
+    "   <name>ORCL</name>\n"
+    "   <version>19.3</version>\n"
+    "   <dbstatus>2</dbstatus>\n"
+    "   <needsave>false</needsave>\n"
+    "   <login>\n"
+    "      <userid>scott</userid>\n"
+    "      <password>ECAA0FDBD7A31783A76C7E791EDA4D00A76C7E791EDA4D00A76C7E791EDA4D00</password>\n"
+    "      <mode>SYSDBA</mode>\n"
+    "   </login>\n"
+    "   <schema>\n"
+    "      <primarykey>\n"
+    "         <tableowner>S</tableowner>\n"
+    "         <tablename>EMP</tablename>\n"
+    "         <keyname>PK</keyname>\n"
+    "         <status>ENABLED</status>\n"
+    "      </primarykey>\n"
+    "      <index>\n"
+    "         <tableowner>S</tableowner>\n"
+    "         <tablename>EMP</tablename>\n"
+    "         <indexowner>S2</indexowner>\n"
+    "         <indexname>IX</indexname>\n"
+    "         <type>NORMAL</type>\n"
+    "         <status>VALID</status>\n"
+    "         <level>-1</level>\n"
+    "      </index>\n"
+    "      <tables>\n"
+    "         <tableowner>S</tableowner>\n"
+    "         <tablename>EMP</tablename>\n"
+    "         <tablespace>USERS</tablespace>\n"
+    "         <type>TABLE</type>\n"
+    "         <rows>14</rows>\n"
+    "      </tables>\n"
+    "   </schema>\n"
+    "</database>\n";
+
+TEST_F(DataSourceRegistryTest, FilesHoldWhatTheyShould) {
+  DataSource& source = program.Add("ORCL");
+  source.state = ConnectionState::Connected;
+  source.version = "19.3";
+  source.description = "never written";
+  source.mode = "SYSDBA";
+  source.primary_keys.push_back({"S", "EMP", "PK", "ENABLED"});
+  source.indexes.push_back({"S", "EMP", "S2", "IX", "NORMAL", "VALID", -1});
+  source.tables.push_back({"S", "EMP", "USERS", "TABLE", 14});
+  program.Add("EMPTY").password.clear();
+  ASSERT_TRUE(program.registry.Save(program.error)) << program.error;
+  EXPECT_FALSE(source.needsave);
+  EXPECT_EQ(folder.Read("config/database.xml"),
+            "<database>\n   <dbname>ORCL</dbname>\n</database>\n"
+            "<database>\n   <dbname>EMPTY</dbname>\n</database>\n");
+  EXPECT_EQ(folder.Read("config/ORCL.xml"), kFile);
+  EXPECT_EQ(Mode("config/ORCL.xml"), 0600u);
+  EXPECT_EQ(program.Messages(), "");
+
+  Program restarted(folder);
+  restarted.registry.Load();
+  ASSERT_EQ(restarted.Names(), (std::vector<std::string>{"ORCL", "EMPTY"}));
+  const DataSource& read = restarted.registry.At(0);
+  EXPECT_EQ(read.state, ConnectionState::Disconnected);
+  EXPECT_EQ(read.version, "19.3");
+  EXPECT_EQ(read.description, "");
+  EXPECT_EQ(read.password, "tiger");
+  EXPECT_TRUE(read.IsSysdba());
+  EXPECT_FALSE(read.needsave);
+  ASSERT_EQ(read.primary_keys.size() + read.indexes.size() + read.tables.size(), 3u);
+  EXPECT_EQ(read.primary_keys[0].status, "ENABLED");
+  EXPECT_EQ(read.indexes[0].index_owner, "S2");
+  EXPECT_EQ(read.indexes[0].level, -1);
+  EXPECT_EQ(read.tables[0].tablespace, "USERS");
+  EXPECT_EQ(read.tables[0].rows, 14);
+  EXPECT_EQ(restarted.registry.At(1).password, "");
+  EXPECT_EQ(restarted.Messages(), "");
+}
+
+TEST_F(DataSourceRegistryTest, SavesOnlyWhatNeedsIt) {
+  program.settings.registry_messages = true;
+  program.Add("A");
+  program.Add("B");
+  ASSERT_TRUE(program.registry.Save(program.error));
+  EXPECT_EQ(program.Messages(), "I A need save before save.\nI B need save before save.\n");
+  for (const char* file : {"config/A.xml", "config/B.xml", "config/database.xml"}) {
+    folder.Write(file, "untouched");
+  }
+  program.registry.At(1).needsave = true;
+  ASSERT_TRUE(program.registry.Save(program.error));
+  EXPECT_EQ(folder.Read("config/A.xml"), "untouched");
+  EXPECT_NE(folder.Read("config/B.xml"), "untouched");
+  EXPECT_NE(folder.Read("config/database.xml"), "untouched") << "the list is always written";
+}
+
+TEST_F(DataSourceRegistryTest, ReadsOddValues) {
+  const struct {
+    const char* inside;
+    ConnectionState state;
+    const char* password;
+  } cases[] = {
+      {"<dbstatus>1</dbstatus>", ConnectionState::Registered, ""},
+      {"<dbstatus>2</dbstatus>", ConnectionState::Disconnected, ""},
+      {"<dbstatus>0</dbstatus>", ConnectionState::Disconnected, ""},
+      {"<dbstatus>-7</dbstatus>", ConnectionState::Disconnected, ""},
+      {"<dbstatus>on</dbstatus>", ConnectionState::Disconnected, ""},
+      {"<login>\n<userid>x</userid>\n</login>", ConnectionState::Disconnected, ""},
+      {"<login>\n<password>ecaa0fdbd7a31783a76c7e791eda4d00a76c7e791eda4d00a76c7e791eda4d00"
+       "</password>\n</login>",
+       ConnectionState::Disconnected, "tiger"},
+  };
+  folder.Write("config/database.xml", "<database>\n<dbname>A</dbname>\n</database>\n");
+  for (const auto& row : cases) {
+    folder.Write("config/A.xml",
+                 "<database>\n<name>other</name>\n<description>by hand"
+                 "</description>\n<schema>\n<primarykey>\n<keyname>K</keyname>\n"
+                 "</primarykey>\n</schema>\n" +
+                     std::string(row.inside) + "\n</database>\n");
+    program.registry.Load();
+    ASSERT_EQ(program.Names(), std::vector<std::string>{"A"}) << row.inside;
+    const DataSource& source = program.registry.At(0);
+    EXPECT_EQ(source.state, row.state) << row.inside;
+    EXPECT_EQ(source.password, row.password) << row.inside;
+    EXPECT_EQ(source.mode, "NORMAL");
+    EXPECT_EQ(source.description, "by hand");
+    EXPECT_EQ(source.primary_keys.at(0).status, "undef");
+  }
+}
+
+TEST_F(DataSourceRegistryTest, AListThatCannotBeReadIsReportedAndKept) {
+  program.registry.Load();
+  EXPECT_EQ(program.Messages(), "E Can't not open database.xml\n") << "a missing list";
+  folder.Write("config/database.xml", "<database>\n");
+  program.registry.Load();
+  EXPECT_EQ(program.Messages(), "E Can't not open database.xml\nE Can't not open database.xml\n");
+  program.Add("A");
+  ASSERT_TRUE(program.registry.Save(program.error)) << program.error;
+  EXPECT_EQ(folder.Read("config/database.xml.bad"), "<database>\n");
+  EXPECT_NE(folder.Read("config/database.xml").find("<dbname>A"), std::string::npos);
+}
+
+TEST_F(DataSourceRegistryTest, WhatIsLeftOutStaysListed) {
+  std::string list;
+  for (const char* name :
+       {"GOOD", "gone", "broken", "hollow", "../evil", "GOOD", "good", "database", ""}) {
+    list += std::string("<database>\n   <dbname>") + name + "</dbname>\n</database>\n";
+  }
+  folder.Write("config/database.xml", list);
+  folder.Write("config/GOOD.xml", kFile);
+  folder.Write("config/good.xml", kFile);
+  folder.Write("config/broken.xml", "<database>\n");
+  folder.Write("config/hollow.xml", "");
+  folder.Write("evil.xml", kFile);
+  program.registry.Load();
+  EXPECT_EQ(program.Names(), std::vector<std::string>{"GOOD"});
+  const std::string messages = program.Messages();
+  for (const char* name : {"gone", "broken", "hollow"}) {
+    EXPECT_NE(messages.find("E open" + (folder / "config" / name).string() + ".xml failed\n"),
+              std::string::npos)
+        << name << "\n"
+        << messages;
+  }
+  for (const char* name : {"../evil", "GOOD", "good", "database", ""}) {
+    EXPECT_NE(messages.find(std::string("E Data source \"") + name + "\" in "), std::string::npos);
+  }
+
+  // The broken one is entered again; the others stay listed, and nothing is lost.
+  EXPECT_EQ(program.registry.WhyNameRefused("broken"), "");
+  EXPECT_NE(program.registry.WhyNameRefused("Hollow"), "");
+  program.Add("broken");
+  ASSERT_TRUE(program.registry.Save(program.error)) << program.error;
+  EXPECT_EQ(folder.Read("config/broken.xml.bad"), "<database>\n");
+  XmlDocument saved;
+  ASSERT_TRUE(saved.Load(folder / "config/database.xml"));
+  std::string names;
+  for (auto* node = saved.Root().FirstChild(); node != nullptr; node = node->NextSibling()) {
+    names += std::string(node->ChildValue("dbname")) + " ";
+  }
+  EXPECT_EQ(names, "GOOD broken gone hollow ../evil good database ");
+  EXPECT_EQ(folder.Read("config/hollow.xml"), "");
+}
+
+TEST_F(DataSourceRegistryTest, RefusesNames) {
+  program.Add("ORCL");
+  EXPECT_EQ(program.registry.WhyNameRefused("ORCL"), "Database already exist, user another please");
+  for (const char* name : {"", "orcl", "a/b", "..", "DATABASE", "Settings", "nul"}) {
+    EXPECT_NE(program.registry.WhyNameRefused(name), "") << name;
+  }
+  EXPECT_EQ(program.registry.WhyNameRefused("ORCL2"), "");
+  for (int i = 1; i < 20; ++i) program.Add("DS" + std::to_string(i));
+  EXPECT_NE(program.registry.WhyNameRefused("ORCL2"), "") << "twenty are the most";
+  ASSERT_TRUE(program.registry.Remove(7, program.error));
+  EXPECT_EQ(program.registry.WhyNameRefused("ORCL2"), "");
+}
+
+TEST_F(DataSourceRegistryTest, RemovingTakesThePasswordAlong) {
+  program.Add("A");
+  program.Add("B");
+  ASSERT_TRUE(program.registry.Save(program.error));
+  folder.Write("config/A.xml.bad", "old password");
+  folder.Write("config/A.xml.tmp-1-1", "password left by a crash");
+  ASSERT_TRUE(program.registry.Remove(0, program.error)) << program.error;
+  ASSERT_TRUE(program.registry.Save(program.error));
+  EXPECT_EQ(folder.List("config"), (std::vector<std::string>{"B.xml", "database.xml"}));
+  EXPECT_EQ(folder.Read("config/database.xml").find("<dbname>A"), std::string::npos);
+  EXPECT_EQ(program.registry.IndexOf("B"), 1) << "indices stay";
+  EXPECT_EQ(program.registry.IndexOf("A"), -1);
+  EXPECT_EQ(program.registry.IndexOf(""), -1) << "an empty slot has no name";
+  EXPECT_EQ(program.registry.CountInUse(), 1u);
+  program.Add("C");
+  EXPECT_EQ(program.registry.IndexOf("C"), 0) << "the first free slot";
+
+  std::filesystem::remove(folder / "config/B.xml");
+  folder.Write("config/B.xml/inside", "can not be removed");
+  EXPECT_FALSE(program.registry.Remove(1, program.error));
+  EXPECT_NE(program.error.find("B.xml"), std::string::npos);
+  EXPECT_EQ(program.registry.IndexOf("B"), 1) << "it stays";
+}
+
+TEST_F(DataSourceRegistryTest, FailuresKeepTheFlag) {
+  folder.Write("config/A.xml/inside", "a folder in the file's place");
+  program.Add("A");
+  program.Add("B");
+  program.Add("C").password = std::string(32, 'p');
+  EXPECT_FALSE(program.registry.Save(program.error));
+  EXPECT_NE(program.error.find("A.xml"), std::string::npos)
+      << "the first reason: " << program.error;
+  EXPECT_TRUE(program.registry.At(0).needsave);
+  EXPECT_FALSE(program.registry.At(1).needsave) << "the others are saved all the same";
+  EXPECT_TRUE(program.registry.At(2).needsave) << "a password that would be cut";
+  EXPECT_FALSE(folder.Exists("config/C.xml"));
+
+  TempFolder blocked;
+  blocked.Write("config", "a file in the folder's place");
+  Program other(blocked);
+  other.Add("A");
+  EXPECT_FALSE(other.registry.Save(other.error));
+  EXPECT_TRUE(other.registry.At(0).needsave);
+}
+
+}  // namespace
+}  // namespace quillmere
