@@ -137,6 +137,10 @@ bool OracleSession::MineRedo(RedoSink& sink) {
     return false;
   }
   if (row == TextQuery::Row::Failed) return false;
+  if (std::string reason; !sink.OnEnd(reason)) {
+    last_error_ = "OCIStmtFetch2 : " + reason;
+    return false;
+  }
   return ExecuteOn(
       second.Handle(), "begin dbms_logmnr.end_logmnr(); end;",
       "OCIStmtPrepare(dbms_logmnr.end_logmnr) : ", "OCIStmtExecute(dbms_logmnr.end_logmnr) : ");

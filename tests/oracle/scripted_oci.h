@@ -35,6 +35,8 @@ class ScriptedOci {
   void FailOn(std::string part_of_line, std::string message, int code = 1, int skip = 0,
               oci::sword status = oci::kError);
 
+  void ForgetFailures() { failures_.clear(); }
+
   // Called for every executed statement, after it succeeded.
   std::function<void(const std::string& sql)> on_executed;
 

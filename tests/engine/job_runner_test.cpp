@@ -1,0 +1,545 @@
+#include "engine/job_runner.h"
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+#include "engine/engine_fixture.h"
+#include "engine/work_thread.h"
+
+namespace quillmere {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+std::string Insert(const std::string& id, const std::string& table = "ORDERS") {
+  return "insert into \"SHOP\".\"" + table + "\"(\"ID\") values ('" + id + "');";
+}
+std::string InsertOf(const std::string& id, const std::string& table = "SHOP.ORDERS") {
+  return "INSERT INTO " + table + "(\"ID\") values ('" + id + "')";
+}
+const std::string kStarted = "i:Job J started.";
+const std::string kNothing = "i:Nothing synchronized in this interval of  J";
+const std::string kDone = "i:Successfully synchronized a batch of J";
+const std::string kBegin = "i:Begin synchronize a new batch";
+const std::string kContinue = "i:Continue synchronize a old batch";
+const std::string kWrong = "e:Something wrong in this interval of J";
+
+// --- The calls in order ----------------------------------------------------------------------
+
+TEST_F(EngineTest, CallsOfAStart) {
+  std::string reason;
+  ASSERT_TRUE(RequestRun(context_, index_, reason));
+  runner_.Step(index_);
+  EXPECT_THAT(
+      script_.TakeTranscript(),
+      ElementsAre(
+          "EnvCreate(0, 0)", "HandleAlloc(env1, err, 0)", "HandleAlloc(env1, srv, 0)",
+          "HandleAlloc(env1, svc, 0)", "HandleAlloc(env1, ses, 0)",
+          "ServerAttach(srv1, err1, \"SRC\", 0)", "AttrSet(svc1, svc, srv1, 0, 6, err1)",
+          "AttrSet(ses1, ses, \"su\", 2, 22, err1)", "AttrSet(ses1, ses, \"sp\", 2, 23, err1)",
+          "SessionBegin(svc1, err1, ses1, 1, 2)", "AttrSet(svc1, svc, ses1, 0, 7, err1)",
+          "HandleAlloc(env1, stm, 0)", "StmtPrepare(stm1, err1, \"" + kScnQuery + "\", 1, 0)",
+          "DefineByPos(stm1, err1, 1, 20, 1, ind, len, 0, 0)",
+          "StmtExecute(svc1, stm1, err1, 1, 0, 0)", "HandleFree(stm1, stm)",
+          "SessionEnd(svc1, err1, ses1, 0)", "ServerDetach(srv1, err1, 0)", "HandleFree(err1, err)",
+          "HandleFree(srv1, srv)", "HandleFree(svc1, svc)", "HandleFree(svc1, ses)"));
+}
+
+const std::vector<std::string> kLogOnToDestination = {
+    "HandleAlloc(env1, err, 0)",
+    "HandleAlloc(env1, srv, 0)",
+    "HandleAlloc(env1, svc, 0)",
+    "HandleAlloc(env1, ses, 0)",
+    "ServerAttach(srv3, err3, \"DES\", 0)",
+    "AttrSet(svc3, svc, srv3, 0, 6, err3)",
+    "AttrSet(ses3, ses, \"du\", 2, 22, err3)",
+    "AttrSet(ses3, ses, \"dp\", 2, 23, err3)",
+    "SessionBegin(svc3, err3, ses3, 1, 0)",
+    "AttrSet(svc3, svc, ses3, 0, 7, err3)",
+};
+const std::vector<std::string> kEndOfDestination = {
+    "SessionEnd(svc3, err3, ses3, 0)", "ServerDetach(srv3, err3, 0)", "HandleFree(err3, err)",
+    "HandleFree(srv3, srv)",           "HandleFree(svc3, svc)",       "HandleFree(svc3, ses)"};
+
+std::vector<std::string> Joined(std::initializer_list<std::vector<std::string>> lists) {
+  std::vector<std::string> all;
+  for (const auto& list : lists) all.insert(all.end(), list.begin(), list.end());
+  return all;
+}
+
+TEST_F(EngineTest, CallsOfAPassWithARefusedStatement) {
+  StartJob();
+  script_.Answer(kRedoQuery,
+                 {{"90", Insert("1")}, {"91", Insert("x", "SECRET")}, {"92", Insert("2")}});
+  script_.FailOn("INSERT INTO SHOP.ORDERS(\"ID\") values ('2')\"", "", 1,
+                 1);  // let the prepare pass
+  script_.FailOn("  INSERT INTO SHOP.ORDERS(\"ID\") values ('2')",
+                 "ORA-00001: unique constraint\n");
+  NextPass();
+  const std::vector<std::string> capture = {
+      "HandleAlloc(env1, err, 0)",
+      "HandleAlloc(env1, srv, 0)",
+      "HandleAlloc(env1, svc, 0)",
+      "HandleAlloc(env1, ses, 0)",
+      "ServerAttach(srv2, err2, \"SRC\", 0)",
+      "AttrSet(svc2, svc, srv2, 0, 6, err2)",
+      "AttrSet(ses2, ses, \"su\", 2, 22, err2)",
+      "AttrSet(ses2, ses, \"sp\", 2, 23, err2)",
+      "SessionBegin(svc2, err2, ses2, 1, 2)",
+      "AttrSet(svc2, svc, ses2, 0, 7, err2)",
+      "HandleAlloc(env1, stm, 0)",
+      "HandleAlloc(env1, stm, 0)",
+      "StmtPrepare(stm2, err2, \"" + kMembersQuery + "\", 1, 0)",
+      "DefineByPos(stm2, err2, 1, 500, 1, ind, len, 0, 0)",
+      "StmtExecute(svc2, stm2, err2, 0, 0, 0)",
+      "StmtFetch2(stm2, err2, 1, 2, 0, 0)",
+      "StmtPrepare(stm3, err2, \"begin dbms_logmnr.add_logfile(logfilename=>'/redo01.log', "
+      "options=>DBMS_LOGMNR.NEW); end;\", 1, 0)",
+      "StmtExecute(svc2, stm3, err2, 1, 0, 0)",
+      "StmtFetch2(stm2, err2, 1, 2, 0, 0)",
+      "StmtPrepare(stm3, err2, \"begin "
+      "dbms_logmnr.start_logmnr(options=>dbms_logmnr.dict_from_online_catalog + "
+      "dbms_logmnr.committed_data_only, startscn=>100); end;\", 1, 0)",
+      "StmtExecute(svc2, stm3, err2, 1, 0, 0)",
+      "HandleFree(stm3, stm)",
+      "HandleFree(stm2, stm)",
+      "HandleAlloc(env1, stm, 0)",
+      "HandleAlloc(env1, stm, 0)",
+      "StmtPrepare(stm4, err2, \"" + kRedoQuery + "\", 1, 0)",
+      "AttrSet(stm4, stm, 500, 0, 11, err2)",
+      "DefineByPos(stm4, err2, 1, 20, 1, ind, len, 0, 0)",
+      "DefineByPos(stm4, err2, 2, 4000, 1, ind, len, 0, 0)",
+      "StmtExecute(svc2, stm4, err2, 0, 0, 0)",
+      "StmtFetch2(stm4, err2, 1, 2, 0, 0)",
+      "StmtFetch2(stm4, err2, 1, 2, 0, 0)",
+      "StmtFetch2(stm4, err2, 1, 2, 0, 0)",
+      "StmtFetch2(stm4, err2, 1, 2, 0, 0)",
+      "StmtPrepare(stm5, err2, \"begin dbms_logmnr.end_logmnr(); end;\", 1, 0)",
+      "StmtExecute(svc2, stm5, err2, 1, 0, 0)",
+      "HandleFree(stm5, stm)",
+      "HandleFree(stm4, stm)",
+      "SessionEnd(svc2, err2, ses2, 0)",
+      "ServerDetach(srv2, err2, 0)",
+      "HandleFree(err2, err)",
+      "HandleFree(srv2, srv)",
+      "HandleFree(svc2, svc)",
+      "HandleFree(svc2, ses)"};
+  const std::vector<std::string> apply = {
+      "HandleAlloc(env1, stm, 0)",
+      "StmtPrepare(stm6, err3, \"" + InsertOf("1") + "\", 1, 0)",
+      "StmtExecute(svc3, stm6, err3, 1, 0, 0)",
+      "HandleFree(stm6, stm)",
+      "HandleAlloc(env1, stm, 0)",
+      "StmtPrepare(stm7, err3, \"" + InsertOf("2") + "\", 1, 0)",
+      "StmtExecute(svc3, stm7, err3, 1, 0, 0)",
+      "ErrorGet(err3, 1, 512, err)",
+      "HandleFree(stm7, stm)"};
+  EXPECT_EQ(script_.TakeTranscript(),
+            Joined({capture, kLogOnToDestination, apply, kEndOfDestination}));
+  EXPECT_THAT(listener_.Take(),
+              ElementsAre("fetched", kBegin,
+                          "e:Execute sql fail : OCIStmtExecute : ORA-00001: unique "
+                          "constraint",
+                          kWrong));
+}
+
+TEST_F(EngineTest, CallsOfAContinuedPass) {
+  StartJob();
+  script_.Answer(kRedoQuery, {{"90", Insert("1")}, {"91", Insert("2")}});
+  script_.FailOn("  " + InsertOf("2"), "ORA-01653: unable to extend table\n");
+  NextPass();
+  listener_.Take();
+  script_.TakeTranscript();
+  NextPass();
+  std::vector<std::string> log_on = kLogOnToDestination;
+  std::vector<std::string> end = kEndOfDestination;
+  for (std::string& call : log_on) std::replace(call.begin(), call.end(), '3', '4');
+  for (std::string& call : end) std::replace(call.begin(), call.end(), '3', '4');
+  log_on[7] = "AttrSet(ses4, ses, \"dp\", 2, 23, err4)";  // 23 is the password attribute
+  EXPECT_EQ(script_.TakeTranscript(),
+            Joined({log_on,
+                    {"HandleAlloc(env1, stm, 0)",
+                     "StmtPrepare(stm8, err4, \"" + InsertOf("2") + "\", 1, 0)",
+                     "StmtExecute(svc4, stm8, err4, 1, 0, 0)", "HandleFree(stm8, stm)"},
+                    end}));
+  EXPECT_THAT(listener_.Take(), ElementsAre(kContinue, kDone));
+}
+
+// --- States ------------------------------------------------------------------------------------
+
+TEST_F(EngineTest, StartTakesTheCurrentScnAndForgetsTheOldBatch) {
+  job_.pending_batch.Append("left over");
+  job_.applied_count = 7;
+  job_.batch_pending = 1;
+  std::string reason;
+  ASSERT_TRUE(RequestRun(context_, index_, reason));
+  EXPECT_EQ(jobs_.State(index_), JobState::Starting);
+  runner_.Step(index_);
+  EXPECT_THAT(listener_.Take(), ElementsAre(kStarted));
+  EXPECT_TRUE(job_.has_runned);
+  EXPECT_TRUE(job_.pending_batch.Empty());
+  EXPECT_EQ(job_.next_due, AddMinutes(clock_.now, 5));
+  const RunRecord record = Record();
+  EXPECT_EQ(record.state, 2);
+  EXPECT_EQ(record.mining_start_scn, 100);
+  EXPECT_EQ(record.cutoff_scn, 100);
+  EXPECT_EQ(record.applied_count + record.batch_pending, 0);
+}
+
+TEST_F(EngineTest, StartFailsBackToStopped) {
+  for (const auto& [call, line] : std::vector<std::pair<std::string, std::string>>{
+           {"ServerAttach", "e:Connect source fail : OCIServerAttach : ORA-12154: TNS"},
+           {kScnQuery + "\"", "e:GetLastScn fail : OCIStmtPrepare : ORA-12154: TNS"}}) {
+    script_.FailOn(call, "ORA-12154: TNS");
+    std::string reason;
+    ASSERT_TRUE(RequestRun(context_, index_, reason));
+    runner_.Step(index_);
+    EXPECT_EQ(jobs_.State(index_), JobState::Stopped);
+    EXPECT_EQ(Record().state, 4);
+    EXPECT_THAT(listener_.Take(), ElementsAre(line, "e:Job J start failed."));
+  }
+}
+
+TEST_F(EngineTest, RunIsRefusedWithoutATableList) {
+  job_.table_list_fetched = false;
+  std::string reason;
+  EXPECT_FALSE(RequestRun(context_, index_, reason));
+  EXPECT_EQ(reason, "Not get table list yet, refresh first please.");
+  EXPECT_EQ(jobs_.State(index_), JobState::Stopped);
+}
+
+TEST_F(EngineTest, PauseContinueAndStopKeepWhatTheyShould) {
+  StartJob();
+  const LocalTime due = job_.next_due;
+  RequestPause(jobs_, index_);
+  runner_.Step(index_);
+  EXPECT_THAT(listener_.Take(), ElementsAre("i:Job J temporary stopped."));
+  EXPECT_EQ(Record().state, 6);
+  std::string reason;
+  ASSERT_TRUE(RequestRun(context_, index_, reason));
+  EXPECT_EQ(jobs_.State(index_), JobState::Started);
+  EXPECT_EQ(Record().state, 2) << "written at once";
+  EXPECT_EQ(job_.next_due, due);
+  jobs_.SetProgress(index_, {3, 4});
+  RequestStop(jobs_, index_);
+  runner_.Step(index_);
+  EXPECT_THAT(listener_.Take(), ElementsAre("i:J resetted."));
+  EXPECT_EQ(Record().state, 4);
+  EXPECT_EQ(Record().batch_applied, 3U);
+  EXPECT_EQ(Record().batch_remaining, 0U);
+}
+
+TEST_F(EngineTest, RequestsThatDoNotFitTheStateChangeNothing) {
+  RequestPause(jobs_, index_);
+  RequestStop(jobs_, index_);
+  runner_.Step(index_);
+  EXPECT_EQ(jobs_.State(index_), JobState::Stopped);
+  EXPECT_THAT(listener_.Take(), IsEmpty());
+  EXPECT_THAT(script_.TakeTranscript(), IsEmpty());
+}
+
+// --- Passes ------------------------------------------------------------------------------------
+
+TEST_F(EngineTest, EveryRowIsAppliedOnceByThePassAfterTheOneThatSawIt) {
+  StartJob();
+  // As the server's redo grows, each pass sees what lies above its mining start.
+  std::vector<std::pair<std::int64_t, std::string>> redo;
+  std::int64_t mining_from = 0;
+  script_.on_executed = [&](const std::string& sql) {
+    const auto at = sql.find("startscn=>");
+    if (at == std::string::npos) return;
+    mining_from = std::stoll(sql.substr(at + 10));
+    ScriptedOci::Rows rows;
+    for (const auto& [scn, text] : redo) {
+      if (scn >= mining_from) rows.push_back({std::to_string(scn), text});
+    }
+    script_.Answer(kRedoQuery, rows);
+  };
+  std::vector<std::string> applied;
+  const auto pass = [&] {
+    NextPass();
+    for (std::string& sql : Applied()) applied.push_back(std::move(sql));
+  };
+  redo = {{101, Insert("a")}, {105, Insert("b")}};
+  pass();
+  EXPECT_THAT(applied, IsEmpty());
+  EXPECT_EQ(Record().cutoff_scn, 106);
+  redo.push_back({104, Insert("c")});  // committed later, changed earlier
+  redo.push_back({106, Insert("d")});
+  pass();
+  EXPECT_EQ(mining_from, 100);
+  EXPECT_THAT(applied, ElementsAre(InsertOf("a"), InsertOf("b"), InsertOf("c")));
+  pass();
+  pass();
+  pass();
+  EXPECT_EQ(mining_from, 107) << "a range without rows is mined again";
+  EXPECT_EQ(applied.size(), 4U);
+  EXPECT_EQ(job_.applied_count, 4);
+  EXPECT_EQ(Table("ORDERS").totalsynced, 4);
+}
+
+TEST_F(EngineTest, AppliesInOrderCountsAndSaves) {
+  StartWithBatch({});
+  script_.Answer(
+      kRedoQuery,
+      {{"10", Insert("1")},
+       {"11", Insert("2", "SECRET")},
+       {"12", "update \"SHOP\".\"ITEMS\" set \"A\" = '1' where \"A\" = '0'" + kRowAddress + ";"},
+       {"13", "delete from \"SHOP\".\"UNLISTED\" where \"A\" = '0'" + kRowAddress + ";"},
+       {"14", Insert("3", "OTHER")},
+       {"15", "delete from \"SHOP\".\"ORDERS\";"}});
+  NextPass();
+  EXPECT_THAT(
+      Applied(),
+      ElementsAre(InsertOf("1"), "UPDATE  ARCHIVE.ITEMS set \"A\" = '1' where \"A\" = '0'",
+                  "DELETE FROM SHOP.UNLISTED where \"A\" = '0'", InsertOf("3", "SHOP.OTHER")));
+  const std::vector<std::string> lines = listener_.Take();
+  EXPECT_THAT(lines[0], HasSubstr("SHOP.ORDERS at SCN 15 does not end with a row address"));
+  EXPECT_THAT(lines.back(), kDone);
+  EXPECT_EQ(job_.applied_count, 4);
+  EXPECT_EQ(job_.blocked_count, 2);
+  EXPECT_EQ(Table("ORDERS").totalsynced, 1);
+  EXPECT_EQ(Table("ITEMS").totalsynced, 1);
+  EXPECT_EQ(Table("SECRET").RecordsBlocked, 1);
+  EXPECT_TRUE(job_.pending_batch.Empty());
+  EXPECT_EQ(Record().batch_pending, 0);
+  EXPECT_FALSE(std::filesystem::exists(JobFile("commit.dat")));
+  EXPECT_THAT(folder_.Read("jobs/J/J.xml"), HasSubstr("<totalsynced>1</totalsynced>"));
+  EXPECT_THAT(folder_.Read("jobs/jobs.xml"), HasSubstr("<has_runned>true</has_runned>"));
+  EXPECT_THAT(folder_.Read("ravelkin.log"), HasSubstr("delete from \"SHOP\".\"ORDERS\""));
+}
+
+TEST_F(EngineTest, BatchOfBlockedStatementsIsNothingSynchronized) {
+  StartWithBatch({});
+  script_.Answer(kRedoQuery, {{"10", Insert("1", "SECRET")}});
+  NextPass();
+  EXPECT_THAT(listener_.Take(), ElementsAre("fetched", kBegin, kNothing));
+  EXPECT_EQ(job_.blocked_count, 1);
+  EXPECT_EQ(job_.applied_count, 0);
+}
+
+TEST_F(EngineTest, ScheduleKeepsItsRhythmAndCountsFailuresFromNow) {
+  StartJob();
+  const LocalTime due = job_.next_due;
+  clock_.now = LocalTime{due.ms - 1};
+  runner_.Step(index_);
+  EXPECT_THAT(script_.TakeTranscript(), IsEmpty()) << "not due yet";
+  clock_.now = LocalTime{due.ms + 30'000};
+  runner_.Step(index_);
+  EXPECT_EQ(job_.next_due, AddMinutes(due, 5));
+  script_.FailOn("ServerAttach", "ORA-12541: TNS:no listener");
+  clock_.now = LocalTime{job_.next_due.ms + 30'000};
+  runner_.Step(index_);
+  EXPECT_EQ(job_.next_due, AddMinutes(clock_.now, 5));
+  job_.next_due = LocalTime{};
+  job_.sync_interval = 90;
+  runner_.Step(index_);
+  EXPECT_EQ(job_.next_due, AddMinutes(clock_.now, 90));
+}
+
+TEST_F(EngineTest, FailingCaptureKeepsThePositionsAndNoBatch) {
+  StartWithBatch({});
+  script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"200", Insert("2")}});
+  const std::string label = "ORA-00604: error";
+  struct Case {
+    std::string call, line;
+    int skip;
+  };
+  for (const Case& c : std::vector<Case>{
+           {"ServerAttach",
+            "e:Connect source fail : OCIServerAttach : " + label + " when get command of J.", 0},
+           {"StmtFetch2", "e:SetLogs fail : OCIStmtFetch2 : " + label, 0},
+           {"StmtFetch2", "e:GetSqlStrings fail : OCIStmtFetch2 : " + label, 3}}) {
+    SCOPED_TRACE(c.line);
+    script_.FailOn(c.call, label, 604, c.skip);
+    NextPass();
+    EXPECT_THAT(listener_.Take(), ElementsAre(c.line, kWrong));
+    EXPECT_TRUE(job_.pending_batch.Empty());
+    EXPECT_EQ(Record().mining_start_scn, 100);
+    EXPECT_EQ(Record().batch_pending, 0);
+    EXPECT_EQ(jobs_.State(index_), JobState::Started);
+  }
+  EXPECT_THAT(folder_.Read("sqlerror.log"), HasSubstr(" OCIStmtFetch2 : " + label + "\n"));
+  NextPass();
+  EXPECT_THAT(Applied(), ElementsAre(InsertOf("1"))) << "mined again";
+}
+
+TEST_F(EngineTest, RedoThatBreaksOffIsNotTaken) {
+  StartJob();
+  script_.Answer(kRedoQuery,
+                 {{"10", Insert("1")}, {"11", "insert into \"SHOP\".\"ORDERS\" values ('"}});
+  NextPass();
+  EXPECT_THAT(listener_.Take(), Contains(HasSubstr("the redo ends inside a statement (SCN 11)")));
+  EXPECT_TRUE(job_.pending_batch.Empty());
+  EXPECT_EQ(Record().cutoff_scn, 100);
+}
+
+TEST_F(EngineTest, BatchThatCannotBeKeptOnDiskIsNotBegun) {
+  StartJob();
+  folder_.Write("jobs/J/sqlcmds.txt/in the way", "");
+  script_.Answer(kRedoQuery, {{"10", Insert("1")}});
+  NextPass();
+  EXPECT_THAT(
+      listener_.Take(),
+      ElementsAre(StartsWith("e:Can not create " + JobFile("sqlcmds.txt").string()), kWrong));
+  EXPECT_THAT(Applied(), IsEmpty());
+  std::filesystem::remove_all(JobFile("sqlcmds.txt"));
+  folder_.Write("jobs/J/commit.dat/in the way", "");
+  NextPass();
+  EXPECT_THAT(listener_.Take(), Contains(StartsWith("e:Can not create")));
+  EXPECT_THAT(Applied(), IsEmpty());
+  std::filesystem::remove_all(JobFile("commit.dat"));
+  NextPass();
+  EXPECT_THAT(Applied(), ElementsAre(InsertOf("1")));
+}
+
+TEST_F(EngineTest, LostDestinationTakesThePassBack) {
+  StartJob();
+  script_.Answer(kRedoQuery,
+                 {{"10", Insert("1")}, {"11", Insert("s", "SECRET")}, {"12", Insert("2")}});
+  script_.FailOn("  " + InsertOf("2"), "ORA-03113: end-of-file");
+  script_.FailOn("SessionEnd", "ORA-03114: not connected", 3114, 1);  // the capture's ends well
+  NextPass();
+  EXPECT_THAT(listener_.Take(), ElementsAre("fetched", kBegin, HasSubstr("ORA-03113"),
+                                            HasSubstr("ORA-03114"), kWrong));
+  EXPECT_EQ(Progress().batch_remaining, 3U);
+  EXPECT_EQ(Progress().batch_applied, 0U);
+  EXPECT_EQ(job_.applied_count + job_.blocked_count, 0);
+  EXPECT_EQ(Table("ORDERS").totalsynced + Table("SECRET").RecordsBlocked, 0);
+  EXPECT_EQ(Record().batch_remaining, 3U);
+  EXPECT_FALSE(std::filesystem::exists(JobFile("commit.dat")));
+  script_.TakeExecuted();
+  NextPass();
+  EXPECT_THAT(Applied(), ElementsAre(InsertOf("1"), InsertOf("2")));
+  EXPECT_EQ(Table("ORDERS").totalsynced, 2);
+}
+
+TEST_F(EngineTest, ProgramThatDiesInAPassComesBackToItsCommitPoint) {
+  StartJob();
+  script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"11", Insert("2")}, {"12", Insert("3")}});
+  script_.FailOn("  " + InsertOf("2"), "ORA-01653: unable to extend table");
+  NextPass();  // applies and commits the first
+  // What a killed program leaves while the second is on its way: both files of that moment.
+  std::string commit_point;
+  RunRecord provisional;
+  script_.on_executed = [&](const std::string& sql) {
+    if (sql != InsertOf("3")) return;
+    commit_point = folder_.Read("jobs/J/commit.dat");
+    provisional = Record();
+  };
+  NextPass();
+  EXPECT_EQ(provisional.batch_applied, 2U);
+  folder_.Write("jobs/J/commit.dat", commit_point);
+  SyncJob again;
+  again.name = "J";
+  const RestoredRun restored = RestoreRunState(again, folder_ / "jobs/J", RestoreMode::Resume);
+  EXPECT_EQ(restored.progress.batch_applied, 1U);
+  EXPECT_EQ(restored.progress.batch_remaining, 2U);
+  EXPECT_EQ(again.applied_count, 1);
+}
+
+TEST_F(EngineTest, RequestStopsAPassBehindTheStatementInHand) {
+  StartJob();
+  script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"11", Insert("2")}, {"12", Insert("3")}});
+  script_.on_executed = [&](const std::string& sql) {
+    if (sql == InsertOf("2")) RequestPause(jobs_, index_);
+  };
+  clock_.now = job_.next_due;
+  runner_.Step(index_);
+  EXPECT_THAT(listener_.Take(), ElementsAre("fetched", kBegin)) << "no error, no result";
+  EXPECT_EQ(job_.next_due, clock_.now) << "unchanged";
+  EXPECT_FALSE(std::filesystem::exists(JobFile("commit.dat")));
+  runner_.Step(index_);
+  EXPECT_EQ(jobs_.State(index_), JobState::Paused);
+  std::string reason;
+  script_.TakeExecuted();
+  ASSERT_TRUE(RequestRun(context_, index_, reason));
+  runner_.Step(index_);
+  EXPECT_THAT(Applied(), ElementsAre(InsertOf("3")));
+}
+
+TEST_F(EngineTest, EndOfTheProgramStopsAPassAndKeepsItStarted) {
+  StartJob();
+  script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"11", Insert("2")}});
+  script_.on_executed = [&](const std::string& sql) {
+    if (sql == InsertOf("1")) runner_.RequestEnd();
+  };
+  NextPass();
+  EXPECT_EQ(jobs_.State(index_), JobState::Started);
+  EXPECT_EQ(Record().batch_remaining, 1U);
+  EXPECT_THAT(listener_.Take(), ElementsAre("fetched", kBegin));
+}
+
+TEST_F(EngineTest, DebugLines) {
+  StartWithBatch({});
+  settings_.debug = true;
+  script_.Answer(kRedoQuery, {{"10", Insert("1", "ITEMS")}, {"11", Insert("2", "SECRET")}});
+  NextPass();
+  EXPECT_THAT(listener_.Take(),
+              ElementsAre("i:100, 100", "fetched", kBegin, "i:Source Schema is SHOP",
+                          "i:Block Opreaton: INSERT INTO SHOP.SECRET", kDone));
+  EXPECT_THAT(folder_.Read("ravelkin.log"), HasSubstr(" 10, insert into \"SHOP\".\"ITEMS\""));
+  EXPECT_THAT(folder_.Read("ravelkin.log"), HasSubstr(" INSERT INTO ARCHIVE.ITEMS"));
+}
+
+// Every call of a whole life may fail: nothing is lost, nothing comes twice, no handle stays.
+TEST_F(EngineTest, AnyFailingCallOnlyDelays) {
+  script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"11", Insert("2")}, {"12", Insert("3")}});
+  for (int skip = 0;; ++skip) {
+    SCOPED_TRACE(skip);
+    jobs_.SetState(index_, JobState::Stopped, {});
+    std::string reason;
+    ASSERT_TRUE(RequestRun(context_, index_, reason));
+    runner_.Step(index_);
+    script_.TakeTranscript();
+    std::vector<std::string> open, committed;
+    bool lost = false;
+    script_.FailOn("(", "ORA-00600: internal error", 600, skip);
+    script_.on_executed = [&](const std::string& sql) {
+      if (sql.starts_with("INSERT")) open.push_back(sql);
+    };
+    bool failed_once = false;
+    for (int pass = 0; pass < 3 && job_.applied_count < 3; ++pass) {
+      NextPass();
+      // The server's side: a session whose end failed has lost its transaction.
+      for (const std::string& line : listener_.Take()) {
+        lost = lost || line.find("The end of the session on DES failed") != std::string::npos;
+        failed_once = failed_once || line.starts_with("e:");
+      }
+      if (!lost) committed.insert(committed.end(), open.begin(), open.end());
+      open.clear();
+      lost = false;
+    }
+    ASSERT_EQ(committed, (std::vector<std::string>{InsertOf("1"), InsertOf("2"), InsertOf("3")}));
+    ASSERT_EQ(Table("ORDERS").totalsynced % 3, 0);
+    ASSERT_EQ(script_.LiveHandles(), 0U);
+    script_.on_executed = nullptr;
+    script_.ForgetFailures();
+    if (!failed_once && skip > 100) break;  // past the last call of a pass
+    ASSERT_LT(skip, 200);
+  }
+}
+
+TEST_F(EngineTest, SweepServesEveryJobAndEnds) {
+  std::string reason;
+  ASSERT_TRUE(RequestRun(context_, index_, reason));
+  job_.sync_interval = 0;
+  HWorkThread thread(runner_, jobs_, std::chrono::milliseconds(1));
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (job_.applied_count == 0 && std::chrono::steady_clock::now() < limit) {
+    std::this_thread::yield();
+    if (jobs_.State(index_) == JobState::Started) break;
+  }
+  EXPECT_EQ(jobs_.State(index_), JobState::Started);
+  thread.Terminate();
+  EXPECT_TRUE(thread.WaitFor(std::chrono::seconds(20)));
+}
+
+}  // namespace
+}  // namespace quillmere
