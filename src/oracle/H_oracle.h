@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +16,9 @@ namespace quillmere {
 
 // True for the 28 owners that belong to the database itself (exact, case-sensitive match).
 bool IsSystemOwner(std::string_view owner);
+
+// Takes a line for a log, during the call only.
+using LineSink = std::function<void(std::string_view line)>;
 
 // Takes the rows of a mining run as they arrive.
 class RedoSink {
@@ -52,8 +57,8 @@ class OracleSession {
   // One statement without result rows.
   bool Execute(std::string_view statement);
 
-  // What an operation left out of its result without failing, a line each (a name too long for its
-  // column). Empties the list.
+  // What the operator is to know besides success or failure, a line each: rows that a list left out
+  // (a name too long for its column), keys that a failed rename dropped. Empties the list.
   std::vector<std::string> TakeWarnings();
 
   // --- LogMiner -------------------------------------------------------------------------------
@@ -70,14 +75,73 @@ class OracleSession {
 
   // --- Catalogue ------------------------------------------------------------------------------
 
-  // Users and tables without those of system owners, in the server's order. A list is emptied
-  // first; rows read before a failure stay in it.
+  // A list is emptied first; rows read before a failure stay in it. Rows come in the server's
+  // order. Names are compared as they stand: the dictionary has them in upper case.
+
+  bool GetVersionBanner(std::vector<std::string>& banner);
+
+  // Without those of system owners.
   bool ListUsers(std::vector<std::string>& users);
   bool ListTables(std::vector<TableInfo>& tables);
+
+  // How many there are: above 0 means that it exists.
+  bool CountTables(std::string_view owner, std::string_view table, std::int32_t& count);
+  bool CountPrimaryKeys(std::string_view owner, std::string_view table, std::int32_t& count);
+  bool CountPrimaryKeysNamed(std::string_view owner, std::string_view table, std::string_view key,
+                             std::int32_t& count);
+  // Without those behind a primary or unique key; the named count has them too.
+  bool CountIndexes(std::string_view owner, std::string_view table, std::int32_t& count);
+  bool CountIndexesNamed(std::string_view owner, std::string_view table, std::string_view index,
+                         std::int32_t& count);
+
+  // Fails with the server's no-data message when the table has none.
+  bool GetPrimaryKey(std::string_view owner, std::string_view table, KeyInfo& key);
+
+  // Without those behind a primary or unique key.
+  bool ListIndexes(std::string_view owner, std::string_view table, std::vector<IndexInfo>& indexes);
+
+  bool ListIndexColumns(std::string_view table, std::string_view owner, std::string_view index,
+                        std::vector<std::string>& columns);
+  bool ListConstraintColumns(std::string_view owner, std::string_view constraint,
+                             std::vector<std::string>& columns);
+  bool ListColumns(std::string_view table, std::string_view owner,
+                   std::vector<ColumnInfo>& columns);
+
+  // Foreign keys of any owner. The server is asked by the name alone, so those that reference
+  // another owner's key of the same name are among them.
+  bool ListReferencingForeignKeys(std::string_view constraint, std::vector<KeyInfo>& keys);
+
+  // --- Schema ---------------------------------------------------------------------------------
+
+  // Names go into the statements as they stand. The server commits each statement: what was done
+  // before a failure stays done.
+
+  bool DropConstraint(const KeyInfo& key);
+  // With the foreign keys that reference it, which go first; error_line gets which step failed.
+  bool DropPrimaryKey(const KeyInfo& key, const LineSink& error_line);
+  bool DropTable(std::string_view owner, std::string_view table, bool cascade);
+  bool DropIndex(const IndexRef& index);
+
+  bool AddPrimaryKey(const KeyInfo& key, const std::vector<std::string>& columns);
+  bool AddForeignKey(const std::vector<std::string>& columns,
+                     const std::vector<std::string>& referenced_columns, const KeyInfo& key,
+                     std::string_view referenced_owner, std::string_view referenced_table);
+  bool CreateIndex(const IndexRef& index, const std::vector<std::string>& columns);
+  // Names, types, sizes and nullability only. trace, where given, gets the statement before it
+  // runs, as "/n<statement>/n".
+  bool CreateTable(const TableInfo& table, const std::vector<ColumnInfo>& columns,
+                   bool with_tablespace, const LineSink& trace = nullptr);
+
+  bool RenameTable(std::string_view owner, std::string_view table, std::string_view new_name);
+  bool RenameIndex(std::string_view owner, std::string_view index, std::string_view new_name);
+  // Drops the key and the foreign keys that reference it and creates them again. When that ends
+  // half-way, TakeWarnings has a statement for each key that is gone.
+  bool RenamePrimaryKey(const KeyInfo& key, std::string_view new_name);
 
  private:
   friend class TextQuery;
   enum class ErrorSource { Error, Environment };
+  struct KeyRebuild;
 
   static bool Succeeded(oci::sword status) {
     return status == oci::kSuccess || status == oci::kSuccessWithInfo;
@@ -92,6 +156,14 @@ class OracleSession {
   bool SetLoginText(oci::ub4 attribute, std::string_view text);
   bool ExecuteOn(oci::OCIStmt* statement, std::string_view text, std::string_view prepare_label,
                  std::string_view execute_label);
+
+  // Nothing may be rebuilt from a list that left out a row: false, with that row's warning as the
+  // error, when there is one behind the first warnings_before.
+  bool ReadWhole(std::size_t warnings_before);
+  bool ReadKeyColumns(const KeyInfo& key, std::vector<std::string>& columns);
+  bool ReadRebuild(KeyRebuild& rebuild);
+  bool RunRebuild(const KeyRebuild& rebuild, std::string_view new_name,
+                  std::deque<std::string>& gone);
 
   // Fills LastError with the label and the server's message. status tells whether there is any
   // message to ask for.

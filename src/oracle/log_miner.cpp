@@ -57,15 +57,12 @@ class Statement {
 
 bool OracleSession::ReadCurrentScn(std::int64_t& scn) {
   TextQuery query(*this, kCurrentScnLabels);
-  if (!query.Allocate() ||
-      !query.Prepare("select max(ktuxescnw * power(2,32) + ktuxescnb) from x$ktuxe") ||
-      !query.Define({kScnDigits}) || !query.ExecuteWithRow()) {
+  if (!query.OpenWithRow("select max(ktuxescnw * power(2,32) + ktuxescnb) from x$ktuxe",
+                         {kScnDigits})) {
     return false;
   }
-  if (ParseScn(query.Text(0), scn)) return true;
-  last_error_ =
-      "OCIStmtExecute : the current SCN is not a number: '" + std::string(query.Text(0)) + "'";
-  return false;
+  if (!query.Truncated() && ParseScn(query.Text(0), scn)) return true;
+  return query.Refuse("the current SCN is not a number: '" + std::string(query.Text(0)) + "'");
 }
 
 bool OracleSession::SetLogs(std::int64_t start_scn) {

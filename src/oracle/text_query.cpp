@@ -1,6 +1,9 @@
 #include "oracle/text_query.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
 
 namespace quillmere {
 
@@ -8,7 +11,39 @@ using namespace oci;
 
 namespace {
 constexpr sb4 kColumnTruncated = 1406;  // ORA-01406
+// Rows of a list that the client fetches in one round trip.
+constexpr ub4 kListPrefetchRows = 100;
+
+constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+
+template <typename Number>
+std::int32_t Saturated(Number value) {
+  if (value <= Number{kLeast}) return kLeast;
+  return value >= Number{kMost} ? kMost : static_cast<std::int32_t>(value);
 }
+
+template <typename Number>
+bool Parse(std::string_view text, Number& value) {
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, value);
+  return error == std::errc() && stop == end;
+}
+
+// A client writes a number that is wider than its column with an exponent.
+bool ParseWhole(std::string_view text, std::int32_t& value) {
+  std::int64_t whole = 0;
+  if (Parse(text, whole)) {
+    value = Saturated(whole);
+    return true;
+  }
+  double wide = 0;
+  if (!Parse(text, wide) || !std::isfinite(wide) || std::trunc(wide) != wide) return false;
+  value = Saturated(wide);
+  return true;
+}
+
+}  // namespace
 
 TextQuery::TextQuery(OracleSession& session, const QueryLabels& labels)
     : session_(session), labels_(labels) {}
@@ -67,17 +102,26 @@ bool TextQuery::Execute() {
 }
 
 bool TextQuery::ExecuteWithRow() {
+  row_label_ = labels_.execute;
   const sword status = session_.Api().StmtExecute(session_.service_, statement_, session_.error_, 1,
                                                   0, nullptr, nullptr, kDefault);
-  return OracleSession::Succeeded(status) || Fail(labels_.execute, status);
+  return OracleSession::Succeeded(status) || RowWasTruncated(status) ||
+         Fail(labels_.execute, status);
 }
 
 bool TextQuery::Open(std::string_view sql, std::initializer_list<sb4> capacities) {
-  return Allocate() && Prepare(sql) && Define(capacities) && Execute();
+  if (!Allocate() || !Prepare(sql)) return false;
+  SetPrefetch(kListPrefetchRows);
+  return Define(capacities) && Execute();
+}
+
+bool TextQuery::OpenWithRow(std::string_view sql, std::initializer_list<sb4> capacities) {
+  return Allocate() && Prepare(sql) && Define(capacities) && ExecuteWithRow();
 }
 
 TextQuery::Row TextQuery::Fetch() {
-  for (Column& column : columns_) column.indicator = 0;
+  row_label_ = labels_.fetch;
+  for (Column& column : columns_) column.indicator = 0, column.length = 0;
   const sword status =
       session_.Api().StmtFetch2(statement_, session_.error_, 1, kFetchNext, 0, kDefault);
   if (OracleSession::Succeeded(status)) return Row::Fetched;
@@ -97,10 +141,36 @@ bool TextQuery::RowWasTruncated(sword status) {
   return code == kColumnTruncated;
 }
 
-bool TextQuery::Truncated() const {
-  return std::any_of(columns_.begin(), columns_.end(), [](const Column& column) {
-    return column.indicator > 0 || column.indicator == -2;
-  });
+bool TextQuery::DidNotFit(const Column& column) {
+  return column.indicator > 0 || column.indicator == -2;
+}
+
+bool TextQuery::Truncated(std::size_t first_columns) const {
+  return std::any_of(columns_.begin(),
+                     columns_.begin() + static_cast<std::ptrdiff_t>(first_columns), DidNotFit);
+}
+
+bool TextQuery::Number(std::size_t column, std::string_view what, std::int32_t& value) {
+  const std::string_view text = Text(column);
+  if (DidNotFit(columns_[column])) {
+    value = text.starts_with('-') ? kLeast : kMost;
+    return true;
+  }
+  if (ParseWhole(text, value)) return true;
+  return Refuse(std::string(what) + " is not a number: '" + std::string(text) + "'");
+}
+
+void TextQuery::LeaveOut(std::string_view what, std::string_view name) {
+  const auto column = std::find_if(columns_.begin(), columns_.end(), DidNotFit);
+  session_.warnings_.push_back(std::string(what) + " beginning with " + std::string(name) +
+                               " left out: a name in it is longer than " +
+                               std::to_string(column->capacity) + " bytes");
+}
+
+bool TextQuery::Refuse(std::string_view reason) {
+  session_.last_error_ = row_label_;
+  session_.last_error_ += reason;
+  return false;
 }
 
 std::string_view TextQuery::Raw(std::size_t position) const {

@@ -45,20 +45,32 @@ class TextQuery {
   bool Define(std::initializer_list<oci::sb4> capacities);
   // For a list: rows come by Fetch.
   bool Execute();
-  // For a single row: it is fetched with the execution; no row is a failure.
+  // For a single row: it is fetched with the execution; no row is a failure, a cut column is not.
   bool ExecuteWithRow();
   Row Fetch();
 
-  // All of the above but Fetch, for a list.
+  // All of the above but Fetch: for a list, and for a single row.
   bool Open(std::string_view sql, std::initializer_list<oci::sb4> capacities);
+  bool OpenWithRow(std::string_view sql, std::initializer_list<oci::sb4> capacities);
 
   // Of the current row, position from 0: the bytes as they came; without trailing blanks. NULL is
   // the empty text.
   std::string_view Raw(std::size_t column) const;
   std::string_view Text(std::size_t column) const;
 
-  // True when a column of the current row did not fit its capacity.
-  bool Truncated() const;
+  // True when a column of the current row did not fit its capacity: any, or one of the first ones.
+  bool Truncated() const { return Truncated(columns_.size()); }
+  bool Truncated(std::size_t first_columns) const;
+
+  // A whole number; one that 32 bits or the column cannot hold is the nearest that 32 bits do.
+  // Anything else fails: "<what> is not a number".
+  bool Number(std::size_t column, std::string_view what, std::int32_t& value);
+
+  // For a row that is not taken into a list because a text did not fit: the warning that names it.
+  void LeaveOut(std::string_view what, std::string_view name);
+
+  // Fails under the label of the step that got the current row. Always false.
+  bool Refuse(std::string_view reason);
 
  private:
   struct Column {
@@ -69,10 +81,12 @@ class TextQuery {
   };
 
   bool Fail(std::string_view label, oci::sword status);
+  static bool DidNotFit(const Column& column);
   bool RowWasTruncated(oci::sword status);
 
   OracleSession& session_;
   const QueryLabels& labels_;
+  std::string_view row_label_;  // of the step that got the current row
   oci::OCIStmt* statement_ = nullptr;
   std::vector<Column> columns_;  // not resized after Define: OCI holds pointers into it
   std::vector<char> buffer_;
