@@ -32,8 +32,9 @@ std::string ForErrorLog(std::string_view line) {
 
 }  // namespace
 
-MessageLog::MessageLog(std::filesystem::path folder, const Clock& clock, const Settings& settings)
-    : folder_(std::move(folder)), clock_(clock), settings_(settings) {}
+MessageLog::MessageLog(std::filesystem::path folder, const Clock& clock, const Settings& settings,
+                       Files files)
+    : folder_(std::move(folder)), clock_(clock), settings_(settings), files_(files) {}
 
 std::string MessageLog::Line(std::string_view text) const {
   std::string line = FormatTimeStamp(clock_.Now());
@@ -45,7 +46,9 @@ std::string MessageLog::Line(std::string_view text) const {
 bool MessageLog::Add(std::string_view text, bool error) {
   std::string line = Line(text);
   std::string reason;
-  if (!AppendTextFile(folder_ / kErrorLog, ForErrorLog(line), reason)) return false;
+  if (files_ == Files::Write && !AppendTextFile(folder_ / kErrorLog, ForErrorLog(line), reason)) {
+    return false;
+  }
   const int limit = settings_.message_limit;
   const bool cleared = limit >= 0 && entries_.size() > static_cast<std::size_t>(limit);
   if (cleared) entries_.erase(entries_.begin(), entries_.end() - 1);
@@ -55,6 +58,7 @@ bool MessageLog::Add(std::string_view text, bool error) {
 }
 
 bool MessageLog::WriteGeneral(std::string_view text) {
+  if (files_ == Files::LeaveAlone) return true;
   // Byte for byte: an operator may have to run a statement from here by hand.
   const std::string line = Line(text) + '\n';
   std::string reason;
@@ -63,6 +67,7 @@ bool MessageLog::WriteGeneral(std::string_view text) {
 }
 
 void MessageLog::LimitFiles() {
+  if (files_ == Files::LeaveAlone) return;
   LimitFile(kErrorLog, kErrorLogLimit);
   const std::lock_guard<std::mutex> lock(general_mutex_);
   LimitFile(kGeneralLog, kGeneralLogLimit);

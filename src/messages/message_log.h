@@ -22,8 +22,12 @@ class MessageLog {
     bool error = false;
   };
 
+  // LeaveAlone: messages are listed but no file is written, for a program that only looks.
+  enum class Files { Write, LeaveAlone };
+
   // clock and settings must outlive the log.
-  MessageLog(std::filesystem::path folder, const Clock& clock, const Settings& settings);
+  MessageLog(std::filesystem::path folder, const Clock& clock, const Settings& settings,
+             Files files = Files::Write);
 
   // Appends the line to error.log (further lines of the text indented under the first, no empty
   // ones at its end) and to the list (the text as it is); a full list is cleared first but for its
@@ -52,6 +56,7 @@ class MessageLog {
   const std::filesystem::path folder_;
   const Clock& clock_;
   const Settings& settings_;
+  const Files files_;
   std::deque<Entry> entries_;
   std::function<void(bool)> listener_;
   std::mutex general_mutex_;  // ravelkin.log is written by the worker and limited by the window
