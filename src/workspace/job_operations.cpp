@@ -1,0 +1,209 @@
+#include "workspace/job_operations.h"
+
+#include <charconv>
+#include <limits>
+#include <utility>
+
+#include "workspace/job_tables.h"
+
+namespace quillmere {
+namespace {
+
+std::string_view Trim(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\r\n\v\f";
+  const std::size_t begin = text.find_first_not_of(kBlanks);
+  if (begin == std::string_view::npos) return {};
+  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+}
+
+// Files that a job of this name left behind, or that belong to one that the list has lost: they
+// would come back as the new job's. They are kept under other names.
+bool SetOldFilesAside(const std::filesystem::path& folder, const std::string& name,
+                      std::string& reason) {
+  for (const std::string& file : {std::string("block.dat"), std::string("commit.dat"),
+                                  std::string("sqlcmds.txt"), name + ".xml"}) {
+    if (!KeepBadFile(folder / file, reason)) return false;
+  }
+  return true;
+}
+
+void StoreProperties(Workspace& workspace, SyncJob& job, const JobProperties& properties) {
+  const std::lock_guard lock(job.config_mutex);
+  job.description = properties.description;
+  job.sync_interval = properties.interval;
+  job.src_database_name = properties.source;
+  job.des_database_name = properties.destination;
+  job.source = workspace.LoginOf(properties.source).value_or(JobLogin{});
+  job.destination = workspace.LoginOf(properties.destination).value_or(JobLogin{});
+}
+
+void RaiseTableListChanged(SyncJob& job, bool raised) {
+  const std::lock_guard lock(job.config_mutex);
+  job.table_list_changed = raised;
+}
+
+bool SaveChanged(Workspace& workspace, SyncJob& job, std::string& reason) {
+  RaiseTableListChanged(job, true);
+  const bool saved = workspace.SaveJobs(reason);
+  RaiseTableListChanged(job, false);
+  return saved;
+}
+
+void RefreshFromNewSource(Workspace& workspace, std::size_t index) {
+  SyncJob& job = workspace.Jobs().At(index);
+  {
+    const std::lock_guard lock(job.config_mutex);
+    job.table_list_fetched = false;
+  }
+  const bool refreshed = ReadTables(workspace, index).done;
+  workspace.Log().Add("Refresh filter info of " + job.name + (refreshed ? " ok." : " failed."),
+                      !refreshed);
+}
+
+}  // namespace
+
+JobProperties PropertiesOf(const SyncJob& job) {
+  const std::lock_guard lock(job.config_mutex);
+  return {job.name, job.description, job.src_database_name, job.des_database_name,
+          job.sync_interval};
+}
+
+JobProperties Trimmed(JobProperties properties) {
+  for (std::string* text :
+       {&properties.name, &properties.description, &properties.source, &properties.destination}) {
+    *text = std::string(Trim(*text));
+  }
+  return properties;
+}
+
+std::int32_t ParseInterval(std::string_view text) {
+  text = Trim(text);
+  std::int32_t value = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, value);
+  return error == std::errc() && stop == end ? value : 0;
+}
+
+std::string WhyPropertiesRefused(const JobProperties& trimmed, std::size_t data_sources) {
+  if (data_sources < 2) return "At least 2 data sources needed, add them first please";
+  const bool zero_is_meant = trimmed.interval == 0 && trimmed.zero_allowed;
+  if (trimmed.interval <= 0 && !zero_is_meant) return "Synchronize Interval must > 0";
+  if (trimmed.name.empty() || trimmed.description.empty() || trimmed.source.empty() ||
+      trimmed.destination.empty()) {
+    return "Obligatory field can not be empty";
+  }
+  if (trimmed.source == trimmed.destination) return "Data Source Can't be same";
+  return {};
+}
+
+std::string WhyJobRefused(const Workspace& workspace, const JobProperties& trimmed,
+                          std::size_t index) {
+  std::string refused = WhyPropertiesRefused(trimmed, workspace.Registry().CountInUse());
+  if (!refused.empty()) return refused;
+  // A name that stays is not judged: it was good enough so far.
+  if (index != JobList::kNotFound &&
+      PropertiesOf(workspace.Jobs().At(index)).name == trimmed.name) {
+    return {};
+  }
+  return workspace.Catalogue().WhyNameRefused(trimmed.name, index);
+}
+
+std::string ProposeJobName(const JobList& jobs) {
+  for (std::size_t number = 1;; ++number) {
+    std::string name = "Job" + std::to_string(number);
+    if (jobs.IndexOf(name) == JobList::kNotFound) return name;
+  }
+}
+
+Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_t& index) {
+  index = JobList::kNotFound;
+  const JobProperties trimmed = Trimmed(properties);
+  std::string reason = WhyJobRefused(workspace, trimmed, index);
+  if (!reason.empty()) return Outcome::Refused(std::move(reason));
+  const std::filesystem::path folder = workspace.Catalogue().JobFolder(trimmed.name);
+  if (!MakeFolders(folder, reason) || !SetOldFilesAside(folder, trimmed.name, reason)) {
+    return Outcome::Refused(std::move(reason));
+  }
+  JobList& jobs = workspace.Jobs();
+  const std::size_t slot = jobs.Claim();
+  SyncJob& job = jobs.At(slot);
+  StoreProperties(workspace, job, trimmed);
+  {
+    const std::lock_guard lock(job.config_mutex);
+    job.name = trimmed.name;
+    job.database_type = "ORACLE";
+    job.error_log_path = PathText(folder / "error.log");
+  }
+  jobs.SetState(slot, JobState::Stopped, {});
+  index = slot;
+  (void)ReadTables(workspace, slot);  // the log tells of a failure
+  if (!SaveChanged(workspace, job, reason)) return Outcome::Refused(std::move(reason));
+  std::string text = "A job created, name is " + trimmed.name;
+  workspace.Log().Add(text, false);
+  return Outcome::Done(std::move(text));
+}
+
+Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& properties) {
+  JobList& jobs = workspace.Jobs();
+  SyncJob& job = jobs.At(index);
+  const JobState state = jobs.State(index);
+  const JobProperties old = PropertiesOf(job);
+  const JobProperties trimmed = Trimmed(properties);
+  if (state == JobState::Empty || IsRunning(state)) return Outcome::Refused(WhyBusy(old.name));
+  std::string reason = WhyJobRefused(workspace, trimmed, index);
+  if (!reason.empty()) return Outcome::Refused(std::move(reason));
+  const bool source_changed = trimmed.source != old.source;
+  if ((source_changed || trimmed.destination != old.destination) && state != JobState::Stopped) {
+    return Outcome::Refused(
+        "You can't change data source after a job is runned, Stop the job first please.");
+  }
+  if (trimmed.name != old.name) {
+    if (!workspace.Catalogue().Rename(index, trimmed.name, reason)) {
+      return Outcome::Refused(std::move(reason));
+    }
+    workspace.Log().Add(old.name + "'s name changed to " + trimmed.name, false);
+  }
+  StoreProperties(workspace, job, trimmed);
+  if (source_changed) RefreshFromNewSource(workspace, index);
+  if (!SaveChanged(workspace, job, reason)) return Outcome::Refused(std::move(reason));
+  return Outcome::Done();
+}
+
+Outcome DeleteJob(Workspace& workspace, std::size_t index) {
+  JobList& jobs = workspace.Jobs();
+  const std::string name = PropertiesOf(jobs.At(index)).name;
+  if (jobs.State(index) != JobState::Stopped) {
+    return Outcome::Refused("Job " + name + " is not stopped. Stop it first");
+  }
+  std::string reason;
+  const bool removed = workspace.Catalogue().Remove(index, reason);
+  if (!removed) workspace.Log().Add(reason, true);
+  std::string save_reason;
+  const bool saved = workspace.SaveJobs(save_reason);
+  if (!saved) return Outcome::Refused(std::move(save_reason));
+  std::string text = "job: " + name + " deleted.";
+  workspace.Log().Add(text, false);
+  return removed ? Outcome::Done(std::move(text)) : Outcome::Refused(text + " " + reason);
+}
+
+std::string WhyExplorerStaysOpen(const JobList& jobs) {
+  for (std::size_t index = 0; index < jobs.Count(); ++index) {
+    if (IsRunning(jobs.State(index))) {
+      return PropertiesOf(jobs.At(index)).name + " is running, do not close the application";
+    }
+  }
+  return {};
+}
+
+std::string WhyMainWindowStaysOpen(const JobList& jobs) {
+  for (std::size_t index = 0; index < jobs.Count(); ++index) {
+    JobList::Progress progress;
+    const JobState state = jobs.State(index, &progress);
+    if (state == JobState::Started || (state == JobState::Paused && progress.batch_remaining > 0)) {
+      return "Some job is running or has records to synchronize, stop them first";
+    }
+  }
+  return {};
+}
+
+}  // namespace quillmere

@@ -1,0 +1,140 @@
+#include "workspace/job_tables.h"
+
+#include <utility>
+
+namespace quillmere {
+namespace {
+
+JobTable NewTable(const TableInfo& info) {
+  JobTable table;
+  table.name = info.table_name;
+  table.desowner = info.owner;
+  table.beginrows = info.num_rows;
+  table.rows = info.num_rows;
+  return table;
+}
+
+const JobTable* FindTable(const SchemaMap& schemas, const TableInfo& info) {
+  const auto schema = schemas.find(info.owner);
+  return schema == schemas.end() ? nullptr : schema->second.Find(info.table_name);
+}
+
+// What is connected to, copied: the session outlasts the lock.
+struct SourceAccess {
+  explicit SourceAccess(const SyncJob& job) {
+    const std::lock_guard lock(job.config_mutex);
+    database = job.src_database_name;
+    login = job.source;
+  }
+  std::string database;
+  JobLogin login;
+};
+
+Outcome Failed(MessageLog& log, std::string text) {
+  log.Add(text, true);
+  return Outcome::Refused(std::move(text));
+}
+
+Outcome FetchLists(Workspace& workspace, const SyncJob& job, std::vector<std::string>& owners,
+                   std::vector<TableInfo>& tables) {
+  MessageLog& log = workspace.Log();
+  const SourceAccess source(job);
+  OracleSession session(workspace.Oci());
+  if (!session.Connect(source.database, source.login.user_id, source.login.password,
+                       source.login.sysdba)) {
+    const std::string text = "Can not connect to source, refresh failed";
+    log.Add(text, true);
+    log.Add(session.LastError(), true);
+    return Outcome::Refused(text + ". Reason: " + session.LastError());
+  }
+  if (!session.ListUsers(owners)) {
+    return Failed(log,
+                  "Can't get source owner list, refresh failed. Reason: " + session.LastError());
+  }
+  tables.reserve(50);
+  if (!session.ListTables(tables)) {
+    return Failed(
+        log, "Can't get source table info list, refresh failed. Reason: " + session.LastError());
+  }
+  for (const std::string& warning : session.TakeWarnings()) log.Add(warning, true);
+  return Outcome::Done();
+}
+
+void Redirect(JobTable& table, TableFilter filter, std::string_view owner,
+              std::string_view new_owner) {
+  table.includeflag = filter != TableFilter::Exclude;
+  if (table.includeflag) table.desowner = new_owner.empty() ? owner : new_owner;
+}
+
+}  // namespace
+
+std::string WhyBusy(std::string_view job_name) {
+  return "Job " + std::string(job_name) + " is running. Pause or stop it first";
+}
+
+SchemaMap MergeTables(const std::vector<std::string>& owners, const std::vector<TableInfo>& tables,
+                      const SchemaMap& known) {
+  SchemaMap merged;
+  for (const std::string& owner : owners) merged.try_emplace(owner);
+  auto schema = merged.end();
+  for (const TableInfo& info : tables) {
+    // Tables come ordered by owner, so the schema is seldom another one.
+    if (schema == merged.end() || schema->first != info.owner) schema = merged.find(info.owner);
+    if (schema == merged.end() || schema->second.Find(info.table_name) != nullptr) continue;
+    const JobTable* const old = FindTable(known, info);
+    JobTable& table = schema->second.Append(old != nullptr ? *old : NewTable(info));
+    table.rows = info.num_rows;
+  }
+  return merged;
+}
+
+Outcome ReadTables(Workspace& workspace, std::size_t index) {
+  SyncJob& job = workspace.Jobs().At(index);
+  std::vector<std::string> owners;
+  std::vector<TableInfo> tables;
+  Outcome fetched = FetchLists(workspace, job, owners, tables);
+  if (!fetched) return fetched;
+  SchemaMap old;  // freed outside of the lock
+  const std::lock_guard lock(job.config_mutex);
+  const SchemaMap none;
+  SchemaMap merged = MergeTables(owners, tables, job.table_list_fetched ? job.schemas : none);
+  old = std::exchange(job.schemas, std::move(merged));
+  job.table_list_fetched = true;
+  job.tables_revision.Increment();
+  return Outcome::Done();
+}
+
+Outcome RefreshTables(Workspace& workspace, std::size_t index) {
+  SyncJob& job = workspace.Jobs().At(index);
+  const JobState state = workspace.Jobs().State(index);
+  if (state == JobState::Empty || IsRunning(state)) return Outcome::Refused(WhyBusy(job.name));
+  Outcome read = ReadTables(workspace, index);
+  {
+    const std::lock_guard lock(job.config_mutex);
+    job.table_list_changed = true;
+  }
+  std::string reason;
+  if (!workspace.SaveJobs(reason) && read.done) return Outcome::Refused(std::move(reason));
+  return read;
+}
+
+std::size_t ApplyTableFilter(SyncJob& job, std::string_view owner,
+                             const std::vector<std::string>& tables, TableFilter filter,
+                             std::string_view new_owner) {
+  const std::lock_guard lock(job.config_mutex);
+  std::size_t found = 0;
+  const auto schema = job.schemas.find(owner);
+  if (schema != job.schemas.end()) {
+    for (const std::string& name : tables) {
+      JobTable* const table = schema->second.Find(name);
+      if (table == nullptr) continue;
+      Redirect(*table, filter, owner, new_owner);
+      ++found;
+    }
+  }
+  job.table_list_changed = true;
+  job.tables_revision.Increment();
+  return found;
+}
+
+}  // namespace quillmere

@@ -1,0 +1,135 @@
+#include "workspace/source_operations.h"
+
+#include <utility>
+
+#include "workspace/source_catalogue.h"
+
+namespace quillmere {
+namespace {
+
+std::string WhyLoginRefused(const SourceLogin& login) {
+  if (login.name.empty() || login.user_id.empty()) return "Obligatory field can not be empty";
+  if (login.mode != "NORMAL" && login.mode != "SYSDBA") return "The mode is NORMAL or SYSDBA";
+  if (login.password.size() > TeaCipher::kLongestPassword) {
+    return "A password must not be longer than " + std::to_string(TeaCipher::kLongestPassword) +
+           " bytes";
+  }
+  if (login.password.find('\0') != std::string::npos) {
+    return "A password must not contain a zero byte";
+  }
+  return {};
+}
+
+bool Connect(OracleSession& session, const SourceLogin& login) {
+  return session.Connect(login.name, login.user_id, login.password, login.mode == "SYSDBA");
+}
+
+Outcome ConnectFailed(const OracleSession& session) {
+  return Outcome::Refused("connect Database failed. Error: " + session.LastError());
+}
+
+SourceLogin LoginOf(const DataSource& source) {
+  return {source.name, source.user_id, source.password, source.mode};
+}
+
+// After each change of the registry.
+Outcome SaveRegistry(Workspace& workspace, std::string done_text = {}) {
+  workspace.RefreshJobLogins();
+  std::string reason;
+  if (workspace.Registry().Save(reason)) return Outcome::Done(std::move(done_text));
+  workspace.Log().Add(reason, true);
+  return Outcome::Refused(std::move(reason));
+}
+
+}  // namespace
+
+Outcome AddDataSource(Workspace& workspace, const SourceLogin& login) {
+  std::string refused = WhyLoginRefused(login);
+  if (refused.empty()) refused = workspace.Registry().WhyNameRefused(login.name);
+  if (!refused.empty()) return Outcome::Refused(std::move(refused));
+  OracleSession session(workspace.Oci());
+  if (!Connect(session, login)) return ConnectFailed(session);
+  DataSource source;
+  source.state = ConnectionState::Disconnected;
+  source.name = login.name;
+  source.user_id = login.user_id;
+  source.password = login.password;
+  source.mode = login.mode;
+  source.version = ReadVersion(session);
+  std::string reason;
+  const bool read = ReadSourceCatalogue(session, source, workspace.Log(), reason);
+  workspace.Registry().Add(std::move(source));
+  Outcome saved = SaveRegistry(workspace);
+  if (!saved) return saved;
+  return Outcome::Done(read ? "" : reason);
+}
+
+Outcome SaveDataSource(Workspace& workspace, const SourceLogin& login) {
+  std::string refused = WhyLoginRefused(login);
+  if (refused.empty()) refused = WhySourceBusy(workspace, login.name);
+  if (!refused.empty()) return Outcome::Refused(std::move(refused));
+  OracleSession session(workspace.Oci());
+  if (!Connect(session, login)) return ConnectFailed(session);
+  const int index = workspace.Registry().IndexOf(login.name);
+  if (index < 0) return Outcome::Refused("There is no data source " + login.name);
+  DataSource& source = workspace.Registry().At(static_cast<std::size_t>(index));
+  source.user_id = login.user_id;
+  source.password = login.password;
+  source.mode = login.mode;
+  source.state = ConnectionState::Disconnected;
+  source.needsave = true;
+  return SaveRegistry(workspace);
+}
+
+Outcome TestDataSource(Workspace& workspace, std::size_t index) {
+  const SourceLogin login = LoginOf(workspace.Registry().At(index));
+  OracleSession session(workspace.Oci());
+  if (!Connect(session, login)) return ConnectFailed(session);
+  return Outcome::Done("connect to " + login.name + " successed");
+}
+
+Outcome RemoveDataSource(Workspace& workspace, std::size_t index) {
+  DataSourceRegistry& registry = workspace.Registry();
+  std::string busy = WhySourceBusy(workspace, registry.At(index).name);
+  if (!busy.empty()) return Outcome::Refused(std::move(busy));
+  std::string reason;
+  const bool removed = registry.Remove(index, reason);
+  if (!removed) workspace.Log().Add(reason, true);
+  Outcome saved = SaveRegistry(workspace);
+  return removed ? saved : Outcome::Refused(std::move(reason));
+}
+
+Outcome RefreshDataSource(Workspace& workspace, std::size_t index) {
+  DataSource& source = workspace.Registry().At(index);
+  MessageLog& log = workspace.Log();
+  OracleSession session(workspace.Oci());
+  if (!Connect(session, LoginOf(source))) {
+    const std::string text = "Can't not connect to database: " + source.name;
+    log.Add(text, true);
+    log.Add(session.LastError(), true);
+    return Outcome::Refused(text + ". Reason: " + session.LastError());
+  }
+  log.Add("connect to database: " + source.name + " successed, when refresh.", false);
+  std::string reason;
+  const bool read = ReadSourceCatalogue(session, source, log, reason);
+  source.needsave = read;
+  if (!read) return Outcome::Refused(std::move(reason));
+  return SaveRegistry(workspace);
+}
+
+bool IsUsedByRunningJob(const JobList& jobs, std::string_view data_source) {
+  for (std::size_t index = 0; index < jobs.Count(); ++index) {
+    if (!IsRunning(jobs.State(index))) continue;
+    const SyncJob& job = jobs.At(index);
+    const std::lock_guard lock(job.config_mutex);
+    if (job.src_database_name == data_source || job.des_database_name == data_source) return true;
+  }
+  return false;
+}
+
+std::string WhySourceBusy(const Workspace& workspace, std::string_view data_source) {
+  if (!IsUsedByRunningJob(workspace.Jobs(), data_source)) return {};
+  return "Database is using in running job, delete later";
+}
+
+}  // namespace quillmere

@@ -1,0 +1,41 @@
+// Adding, changing, testing and removing data sources. User-interface thread.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "workspace/outcome.h"
+#include "workspace/workspace.h"
+
+namespace quillmere {
+
+// What an operator enters of a data source.
+struct SourceLogin {
+  std::string name, user_id, password;
+  std::string mode = "NORMAL";  // or "SYSDBA"
+};
+
+// Connects, reads version and catalogue, registers and saves. Nothing is registered when the
+// connection fails; what of the catalogue cannot be read is in the log.
+Outcome AddDataSource(Workspace& workspace, const SourceLogin& login);
+
+// Gives the registered data source of that name another log-on, after a test connection, and saves.
+Outcome SaveDataSource(Workspace& workspace, const SourceLogin& login);
+
+// Connects with the stored log-on and tells how that went.
+Outcome TestDataSource(Workspace& workspace, std::size_t index);
+
+// Empties the slot, removes the file with the password, and saves.
+Outcome RemoveDataSource(Workspace& workspace, std::size_t index);
+
+// Reads the catalogue into the record anew and saves.
+Outcome RefreshDataSource(Workspace& workspace, std::size_t index);
+
+// True when a job that names it as source or destination is running.
+bool IsUsedByRunningJob(const JobList& jobs, std::string_view data_source);
+
+// Why the data source may not be edited or deleted now; empty when it may.
+std::string WhySourceBusy(const Workspace& workspace, std::string_view data_source);
+
+}  // namespace quillmere

@@ -1,0 +1,118 @@
+#include "workspace/workspace.h"
+
+#include <system_error>
+#include <utility>
+
+#include "engine/run_state_files.h"
+#include "oracle/platform.h"
+
+namespace quillmere {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool OpenFolder(const Workspace::Options& options, fs::path& folder, std::string& reason) {
+  std::error_code code;
+  folder = fs::absolute(options.folder, code).lexically_normal();
+  if (fs::is_directory(folder, code)) return true;
+  if (fs::exists(folder, code)) {
+    reason = PathText(folder) + " is no folder";
+    return false;
+  }
+  if (options.create_folder) return MakeFolders(folder, reason);
+  reason = "There is no working folder " + PathText(folder) +
+           ". Name an existing one, or add a data source to make it";
+  return false;
+}
+
+bool IsSandbox(std::string_view client) {
+  return client == "sandbox" || fs::path(client).filename() == SandboxLibraryName();
+}
+
+}  // namespace
+
+std::unique_ptr<Workspace> Workspace::Open(const Options& options, std::string& reason) {
+  fs::path folder;
+  if (!OpenFolder(options, folder, reason)) return nullptr;
+  std::unique_ptr<Workspace> workspace(new Workspace(options, std::move(folder)));
+  if (options.access == Access::LookOnly) {
+    workspace->other_program_ = FolderLock::IsTaken(workspace->folder_);
+  } else if (!workspace->lock_.Take(workspace->folder_, reason)) {
+    return nullptr;
+  }
+  std::string error;
+  if (!LoadSettings(workspace->SettingsFile(), workspace->settings_, error)) {
+    workspace->log_.Add(error + ". The default settings are used", true);
+  }
+  if (options.debug) workspace->settings_.debug = true;
+  workspace->OpenClient(options);
+  workspace->LoadAll();
+  return workspace;
+}
+
+Workspace::Workspace(const Options& options, fs::path folder)
+    : folder_(std::move(folder)),
+      access_(options.access),
+      clock_(options.clock != nullptr ? options.clock : &system_clock_),
+      log_(folder_, *clock_, settings_,
+           access_ == Access::Change ? MessageLog::Files::Write : MessageLog::Files::LeaveAlone),
+      registry_(folder_, log_, settings_),
+      catalogue_(folder_, jobs_, log_) {}
+
+void Workspace::OpenClient(const Options& options) {
+  if (options.oci != nullptr) {
+    oci_ = std::make_unique<OciLibrary>(*options.oci);
+    return;
+  }
+  const std::string& client = options.client.empty() ? settings_.client_library : options.client;
+  if (IsSandbox(client)) {
+    SetEnvironmentDefault("QUILLMERE_SANDBOX_DIR", PathText(folder_ / "sandbox").c_str());
+  }
+  oci_ = std::make_unique<OciLibrary>(client, options.program_folder);
+}
+
+void Workspace::LoadAll() {
+  registry_.Load();
+  catalogue_.Load([this](std::string_view name) { return LoginOf(name); },
+                  [this](SyncJob& job) { return RestoreJob(job); });
+}
+
+JobState Workspace::RestoreJob(SyncJob& job) {
+  const bool look_only = access_ == Access::LookOnly;
+  RestoredRun restored = RestoreRunState(job, catalogue_.JobFolder(job.name),
+                                         look_only ? RestoreMode::LookOnly : RestoreMode::Resume);
+  if (!restored.problem.empty()) log_.Add(restored.problem, true);
+  jobs_.SetProgress(jobs_.IndexOf(job), restored.progress);
+  // Nobody runs it: this is how it would come back.
+  if (look_only && !other_program_ && restored.state == JobState::Started) return JobState::Paused;
+  return restored.state;
+}
+
+EngineContext Workspace::EngineFor(RunnerListener& listener) {
+  return {folder_, jobs_, catalogue_, *oci_, log_, *clock_, settings_, listener};
+}
+
+std::optional<JobLogin> Workspace::LoginOf(std::string_view data_source) const {
+  const int index = registry_.IndexOf(data_source);
+  if (index < 0) return std::nullopt;
+  const DataSource& source = registry_.At(static_cast<std::size_t>(index));
+  return JobLogin{source.user_id, source.password, source.IsSysdba()};
+}
+
+void Workspace::RefreshJobLogins() {
+  for (std::size_t index = 0; index < jobs_.Count(); ++index) {
+    if (jobs_.State(index) == JobState::Empty) continue;
+    SyncJob& job = jobs_.At(index);
+    const std::lock_guard lock(job.config_mutex);
+    job.source = LoginOf(job.src_database_name).value_or(JobLogin{});
+    job.destination = LoginOf(job.des_database_name).value_or(JobLogin{});
+  }
+}
+
+bool Workspace::SaveJobs(std::string& reason) {
+  if (catalogue_.SaveAll(reason)) return true;
+  log_.Add(reason, true);
+  return false;
+}
+
+}  // namespace quillmere

@@ -1,0 +1,97 @@
+// One working folder opened by one program, with everything that lives as long as it; and what an
+// operator can do in it (the headers named below). The window and the command line stand on this.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "datasources/data_source_registry.h"
+#include "engine/job_runner.h"
+#include "foundation/H_tea.h"
+#include "jobs/job_list.h"
+#include "messages/message_log.h"
+#include "oracle/H_oracle.h"
+#include "workspace/folder_lock.h"
+
+namespace quillmere {
+
+// Made by main before it starts threads, and passed on; outlives them. What a part of it may be
+// asked on which thread, its own header says.
+class Workspace {
+ public:
+  enum class Access {
+    Change,   // takes the folder's lock for as long as the workspace lives
+    LookOnly  // no lock, and no file is written: another program may be at work
+  };
+
+  struct Options {
+    std::filesystem::path folder = ".";
+    Access access = Access::Change;
+    bool create_folder = false;            // a missing folder is made; otherwise it is refused
+    std::string client;                    // as OciLibrary's choice; empty: what the settings say
+    std::filesystem::path program_folder;  // where the sandbox library stands
+    bool debug = false;                    // as if the setting were on
+    const OciApi* oci = nullptr;           // used instead of a client library
+    const Clock* clock = nullptr;          // used instead of the system's
+  };
+
+  // Loads settings, data sources and jobs. What could not be read is in the log. Null and a reason
+  // when the folder cannot be worked on.
+  static std::unique_ptr<Workspace> Open(const Options& options, std::string& reason);
+
+  Workspace(const Workspace&) = delete;
+  Workspace& operator=(const Workspace&) = delete;
+
+  const std::filesystem::path& Folder() const { return folder_; }  // absolute
+  Settings& ProgramSettings() { return settings_; }
+  const Clock& TimeSource() const { return *clock_; }
+  MessageLog& Log() { return log_; }
+  OciLibrary& Oci() { return *oci_; }
+  DataSourceRegistry& Registry() { return registry_; }
+  const DataSourceRegistry& Registry() const { return registry_; }
+  JobList& Jobs() { return jobs_; }
+  const JobList& Jobs() const { return jobs_; }
+  JobCatalogue& Catalogue() { return catalogue_; }
+  const JobCatalogue& Catalogue() const { return catalogue_; }
+
+  // When looking only: another program had the folder while this one read it.
+  bool OtherProgramAtWork() const { return other_program_; }
+
+  // What the engine works with; the listener must outlive it.
+  EngineContext EngineFor(RunnerListener& listener);
+
+  // How jobs log on to the data source of that name; nothing when it is not registered.
+  std::optional<JobLogin> LoginOf(std::string_view data_source) const;
+
+  // Copies the log-ons of the registered data sources into all jobs. After each change of the
+  // registry. User-interface thread.
+  void RefreshJobLogins();
+
+  // Saves all jobs; a failure goes to the log, too.
+  bool SaveJobs(std::string& reason);
+
+  std::filesystem::path SettingsFile() const { return folder_ / "config" / "settings.xml"; }
+
+ private:
+  Workspace(const Options& options, std::filesystem::path folder);
+
+  void LoadAll();
+  void OpenClient(const Options& options);
+  JobState RestoreJob(SyncJob& job);
+
+  FolderLock lock_;  // let go of last
+  const std::filesystem::path folder_;
+  const Access access_;
+  SystemClock system_clock_;
+  const Clock* const clock_;
+  Settings settings_;
+  MessageLog log_;
+  std::unique_ptr<OciLibrary> oci_;
+  DataSourceRegistry registry_;
+  JobList jobs_;
+  JobCatalogue catalogue_;
+  bool other_program_ = false;
+};
+
+}  // namespace quillmere

@@ -1,0 +1,107 @@
+// A workspace on a scripted client library in a folder of its own.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "foundation/temp_folder.h"
+#include "oracle/scripted_oci.h"
+#include "workspace/job_operations.h"
+#include "workspace/job_tables.h"
+#include "workspace/source_operations.h"
+
+namespace quillmere {
+
+class HandClock final : public Clock {
+ public:
+  LocalTime Now() const override { return LocalTime{1769903947000}; }
+};
+
+struct ScriptedWorkspace : ::testing::Test {
+  static constexpr const char* kUsers = "select username  from dba_users";
+  static constexpr const char* kTables =
+      "select owner, table_name,  NVL(tablespace_name,chr(0)),"
+      " NVL(num_rows,0)  from dba_all_tables "
+      " where owner NOT IN ('SYS', 'SYSTEM') order by owner, table_name";
+
+  ScriptedWorkspace() {
+    script.Answer(kUsers, {{"SYS"}, {"SHOP"}, {"EMPTY"}});
+    script.Answer(kTables, {{"SHOP", "CLIENT", "USERS", "10"}, {"SHOP", "ORDERS", "USERS", "20"}});
+    workspace = Open();
+  }
+
+  Workspace::Options Options() const {
+    Workspace::Options options;
+    options.folder = folder.Path();
+    options.oci = &api;
+    options.clock = &clock;
+    return options;
+  }
+
+  std::unique_ptr<Workspace> Open(Workspace::Access access = Workspace::Access::Change) {
+    Workspace::Options options = Options();
+    options.access = access;
+    std::string reason;
+    auto opened = Workspace::Open(options, reason);
+    EXPECT_NE(opened, nullptr) << reason;
+    return opened;
+  }
+
+  // As after the program's end and a new start.
+  void Restart() {
+    workspace.reset();
+    workspace = Open();
+  }
+
+  void AddSources() {
+    for (const char* name : {"A", "B", "C"}) {
+      const Outcome added = AddDataSource(*workspace, {name, "scott", "tiger", "NORMAL"});
+      EXPECT_TRUE(added.done) << added.text;
+    }
+  }
+
+  std::size_t NewJob(const std::string& name = "Job1") {
+    std::size_t index = JobList::kNotFound;
+    const Outcome added = AddJob(*workspace, {name, "text", "A", "B", 5}, index);
+    EXPECT_TRUE(added.done) << added.text;
+    return index;
+  }
+
+  SyncJob& Job(std::size_t index) { return workspace->Jobs().At(index); }
+  const JobTable* Table(std::size_t index, std::string_view name) {
+    return Job(index).schemas.find("SHOP")->second.Find(name);
+  }
+
+  // The log's lines without their time stamps since the last taking; errors begin with "E".
+  std::vector<std::string> TakeMessages() {
+    std::vector<std::string> messages;
+    const auto& entries = workspace->Log().Entries();
+    for (; taken < entries.size(); ++taken) {
+      messages.push_back((entries[taken].error ? "E " : "I ") + entries[taken].text.substr(18));
+    }
+    return messages;
+  }
+
+  // Names and contents of all files.
+  std::map<std::string, std::string> Files() const {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.Path())) {
+      const std::string name = std::filesystem::relative(entry.path(), folder.Path()).string();
+      files[name] = entry.is_regular_file() ? folder.Read(name) : "";
+    }
+    return files;
+  }
+
+  testing::ScriptedOci script;
+  const OciApi api = script.Api();
+  HandClock clock;
+  TempFolder folder;
+  std::unique_ptr<Workspace> workspace;
+  std::size_t taken = 0;
+};
+
+}  // namespace quillmere

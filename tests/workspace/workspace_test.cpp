@@ -1,0 +1,307 @@
+#include "workspace/workspace.h"
+
+#include <gmock/gmock.h>
+
+#include "engine/run_state_files.h"
+#include "workspace/scripted_workspace.h"
+
+namespace quillmere {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+using WorkspaceTest = ScriptedWorkspace;
+using JobOperations = ScriptedWorkspace;
+
+std::string RecordBytes(RunRecord record) {
+  return {reinterpret_cast<const char*>(&record), sizeof record};
+}
+
+RunRecord StartedRecord(std::uint32_t applied, std::uint32_t remaining) {
+  RunRecord record;
+  record.state = static_cast<std::int32_t>(JobState::Started);
+  record.batch_applied = applied;
+  record.batch_remaining = remaining;
+  record.batch_pending = 1;
+  return record;
+}
+
+TEST_F(WorkspaceTest, OneProgramChangesAFolderAndOthersOnlyLook) {
+  AddSources();
+  NewJob();
+  folder.Write("jobs/Job1/block.dat", RecordBytes(StartedRecord(1, 1)));
+  folder.Write("jobs/Job1/commit.dat", RecordBytes(StartedRecord(0, 2)));
+  folder.Write("jobs/Job1/sqlcmds.txt", "first\nsecond\n");
+  std::string reason;
+  EXPECT_EQ(Workspace::Open(Options(), reason), nullptr);
+  EXPECT_THAT(reason, HasSubstr("Another program (process " + std::to_string(getpid()) + ")"));
+  const auto before = Files();
+  const auto look = [&](JobState expected) {
+    const auto looking = Open(Workspace::Access::LookOnly);
+    EXPECT_EQ(looking->Jobs().State(0), expected);
+    EXPECT_EQ(looking->OtherProgramAtWork(), expected == JobState::Started);
+    looking->Log().Add("not written", true);
+    looking->Log().WriteGeneral("not written");
+    EXPECT_EQ(Files(), before);
+  };
+  look(JobState::Started);
+  workspace.reset();
+  look(JobState::Paused);
+  Restart();
+  JobList::Progress progress;
+  EXPECT_EQ(workspace->Jobs().State(0, &progress), JobState::Paused);
+  EXPECT_EQ(progress.batch_remaining, 2U) << "the pass that did not commit is taken back";
+  EXPECT_EQ(Job(0).pending_batch.Size(), 2U);
+  EXPECT_FALSE(folder.Exists("jobs/Job1/commit.dat"));
+  EXPECT_FALSE(Open(Workspace::Access::LookOnly)->Jobs().At(0).source.password.empty());
+}
+
+TEST_F(WorkspaceTest, WhatCannotBeRestoredIsTold) {
+  AddSources();
+  NewJob();
+  folder.Write("jobs/Job1/block.dat", RecordBytes(StartedRecord(1, 1)));
+  folder.Write("jobs/Job1/sqlcmds.txt", "ends inside 'a literal");
+  folder.Write("config/settings.xml", "<settings>\n<debug>true\n");
+  Restart();
+  taken = 0;
+  const auto messages = TakeMessages();
+  ASSERT_EQ(messages.size(), 2U);
+  EXPECT_THAT(messages[0], HasSubstr("settings"));
+  EXPECT_THAT(messages[1], HasSubstr("The pending batch of Job1 is lost"));
+}
+
+TEST_F(WorkspaceTest, AFolderThatCannotBeWorkedOnIsRefused) {
+  folder.Write("file", "");
+  struct Row {
+    const char* folder;
+    bool create;
+    const char* reason;
+  };
+  for (const Row& row : {Row{"missing", false, "There is no working folder "},
+                         Row{"file", true, " is no folder"}, Row{"file/x", true, "Can not"}}) {
+    Workspace::Options options = Options();
+    options.folder = folder / row.folder;
+    options.create_folder = row.create;
+    std::string reason;
+    EXPECT_EQ(Workspace::Open(options, reason), nullptr) << row.folder;
+    EXPECT_THAT(reason, HasSubstr(row.reason)) << row.folder;
+  }
+  Workspace::Options options = Options();
+  options.folder = folder / "new/deep";
+  options.create_folder = true;
+  std::string reason;
+  EXPECT_NE(Workspace::Open(options, reason), nullptr) << reason;
+}
+
+TEST_F(JobOperations, PropertiesThatCannotBeStoredAreRefused) {
+  struct Row {
+    const char* what;
+    JobProperties properties;
+    std::string reason;
+  };
+  const std::string empty = "Obligatory field can not be empty";
+  const std::vector<Row> rows = {
+      {"interval before fields", {"", "", "", "", 0}, "Synchronize Interval must > 0"},
+      {"negative", {"J", "d", "A", "B", -1}, "Synchronize Interval must > 0"},
+      {"negative and zero allowed",
+       {"J", "d", "A", "B", -1, true},
+       "Synchronize Interval must > 0"},
+      {"blank name", {" \t ", "d", "A", "B", 1}, empty},
+      {"no description", {"J", " ", "A", "B", 1}, empty},
+      {"no source", {"J", "d", "", "B", 1}, empty},
+      {"no destination", {"J", "d", "A", " ", 1}, empty},
+      {"same source", {"J", "d", " A", "A ", 1}, "Data Source Can't be same"},
+      {"name of a file", {"a/b", "d", "A", "B", 1}, "A name must not contain '/'"},
+      {"name in other case", {"jOB1", "d", "A", "B", 1}, "There is a job Job1 already"},
+  };
+  std::size_t index = 0;
+  EXPECT_EQ(AddJob(*workspace, {"J", "d", "A", "B", 1}, index).text,
+            "At least 2 data sources needed, add them first please");
+  AddSources();
+  NewJob();
+  for (const Row& row : rows) {
+    EXPECT_EQ(AddJob(*workspace, row.properties, index).text, row.reason) << row.what;
+    EXPECT_EQ(index, JobList::kNotFound) << row.what;
+  }
+  EXPECT_EQ(workspace->Jobs().Count(), 1U);
+  for (const auto& [text, minutes] : std::vector<std::pair<const char*, int>>{
+           {"15", 15}, {" 7 ", 7}, {"", 0}, {"x", 0}, {"5x", 0}, {"99999999999", 0}}) {
+    EXPECT_EQ(ParseInterval(text), minutes) << text;
+  }
+}
+
+TEST_F(JobOperations, ANewJobIsStoppedReadsItsTablesAndIsSaved) {
+  AddSources();
+  EXPECT_EQ(ProposeJobName(workspace->Jobs()), "Job1");
+  NewJob("Job1");
+  NewJob("Job3");
+  EXPECT_EQ(ProposeJobName(workspace->Jobs()), "Job2");
+  folder.Write("jobs/Old/block.dat", RecordBytes(StartedRecord(1, 1)));
+  folder.Write("jobs/Old/commit.dat", RecordBytes(StartedRecord(1, 1)));
+  TakeMessages();
+  std::size_t index = 0;
+  ASSERT_TRUE(AddJob(*workspace, {" Old ", "two\nlines", "A", "B", 0, true}, index).done);
+  EXPECT_THAT(TakeMessages(), ElementsAre("I A job created, name is Old"));
+  Restart();
+  EXPECT_EQ(workspace->Jobs().State(2), JobState::Stopped) << "another job's record came back";
+  EXPECT_TRUE(folder.Exists("jobs/Old/block.dat.bad"));
+  EXPECT_EQ(PropertiesOf(Job(2)).description, "two\nlines");
+  EXPECT_EQ(PropertiesOf(Job(2)).interval, 0);
+  EXPECT_EQ(Job(2).source.password, "tiger");
+  EXPECT_TRUE(Job(2).table_list_fetched);
+  ASSERT_EQ(Job(2).schemas.size(), 2U) << "an owner without tables is kept, a system owner is not";
+  EXPECT_EQ(Table(2, "ORDERS")->beginrows, 20);
+  EXPECT_EQ(Table(2, "ORDERS")->desowner, "SHOP");
+  EXPECT_TRUE(Table(2, "ORDERS")->includeflag);
+}
+
+TEST_F(JobOperations, ARefreshKeepsWhatTheOperatorChoseAndWhatWasCounted) {
+  AddSources();
+  const std::size_t job = NewJob();
+  EXPECT_EQ(ApplyTableFilter(Job(job), "SHOP", {"ORDERS"}, TableFilter::ChangeOwner, "ARCHIVE"),
+            1U);
+  EXPECT_EQ(ApplyTableFilter(Job(job), "SHOP", {"CLIENT"}, TableFilter::Exclude), 1U);
+  Job(job).schemas.find("SHOP")->second.Find("ORDERS")->totalsynced = 7;
+  script.Answer(kUsers, {{"SHOP"}, {"NEW"}});
+  script.Answer(kTables, {{"NEW", "N", "USERS", "1"},
+                          {"SHOP", "CLIENT", "USERS", "11"},
+                          {"SHOP", "ORDERS", "USERS", "25"},
+                          {"ZZZ", "OF NO OWNER", "USERS", "1"}});
+  ASSERT_TRUE(RefreshTables(*workspace, job).done);
+  Restart();
+  EXPECT_EQ(Job(0).schemas.size(), 2U);
+  EXPECT_EQ(Job(0).schemas.count("EMPTY"), 0U);
+  EXPECT_TRUE(Job(0).schemas.find("NEW")->second.Find("N")->includeflag);
+  EXPECT_EQ(Table(0, "ORDERS")->desowner, "ARCHIVE");
+  EXPECT_EQ(Table(0, "ORDERS")->totalsynced, 7);
+  EXPECT_EQ(Table(0, "ORDERS")->beginrows, 20);
+  EXPECT_EQ(Table(0, "ORDERS")->rows, 25);
+  EXPECT_FALSE(Table(0, "CLIENT")->includeflag);
+
+  struct Row {
+    const char* call;
+    std::string message;
+  };
+  for (const Row& row :
+       {Row{"ServerAttach", "E Can not connect to source, refresh failed"},
+        Row{kUsers,
+            "E Can't get source owner list, refresh failed. Reason: OCIStmtPrepare(SqlStr1) : no"},
+        Row{kTables,
+            "E Can't get source table info list, refresh failed. Reason: OCIStmtPrepare(SqlStr1) : "
+            "no"}}) {
+    TakeMessages();
+    script.FailOn(row.call, "no");
+    EXPECT_FALSE(RefreshTables(*workspace, 0).done) << row.message;
+    EXPECT_EQ(TakeMessages().at(0), row.message);
+    EXPECT_EQ(Table(0, "ORDERS")->totalsynced, 7);
+    EXPECT_TRUE(Job(0).table_list_fetched);
+  }
+  workspace->Jobs().SetState(0, JobState::Started);
+  EXPECT_EQ(RefreshTables(*workspace, 0).text, "Job Job1 is running. Pause or stop it first");
+}
+
+TEST_F(JobOperations, FiltersChangeOwnerAndFlagAndReachTheFile) {
+  AddSources();
+  const std::size_t job = NewJob();
+  struct Row {
+    TableFilter filter;
+    const char* new_owner;
+    const char* desowner;
+    bool included;
+  };
+  for (const Row& row :
+       {Row{TableFilter::Exclude, "", "SHOP", false},
+        Row{TableFilter::ChangeOwner, "As Typed", "As Typed", true},
+        Row{TableFilter::Exclude, "ignored", "As Typed", false},
+        Row{TableFilter::Include, "", "SHOP", true}, Row{TableFilter::Include, "X", "X", true}}) {
+    EXPECT_EQ(ApplyTableFilter(Job(job), "SHOP", {"ORDERS", "NONE"}, row.filter, row.new_owner),
+              1U);
+    std::string reason;
+    ASSERT_TRUE(workspace->SaveJobs(reason)) << reason;
+    Restart();
+    EXPECT_EQ(Table(0, "ORDERS")->desowner, row.desowner);
+    EXPECT_EQ(Table(0, "ORDERS")->includeflag, row.included);
+    EXPECT_TRUE(Table(0, "CLIENT")->includeflag);
+  }
+  EXPECT_EQ(ApplyTableFilter(Job(job), "shop", {"ORDERS"}, TableFilter::Exclude), 0U);
+}
+
+TEST_F(JobOperations, EditingFollowsTheStateOfTheJob) {
+  AddSources();
+  const std::size_t job = NewJob();
+  JobProperties edited = PropertiesOf(Job(job));
+  edited.source = "C";
+  workspace->Jobs().SetState(job, JobState::Paused);
+  EXPECT_EQ(EditJob(*workspace, job, edited).text,
+            "You can't change data source after a job is runned, Stop the job first please.");
+  workspace->Jobs().SetState(job, JobState::Started);
+  EXPECT_FALSE(EditJob(*workspace, job, PropertiesOf(Job(job))).done);
+  EXPECT_EQ(PropertiesOf(Job(job)).source, "A");
+
+  workspace->Jobs().SetState(job, JobState::Stopped);
+  Job(job).schemas.find("SHOP")->second.Find("ORDERS")->totalsynced = 7;
+  edited.name = " Renamed ";
+  edited.interval = 90;
+  TakeMessages();
+  ASSERT_TRUE(EditJob(*workspace, job, edited).done);
+  EXPECT_THAT(TakeMessages(), ElementsAre("I Job1's name changed to Renamed",
+                                          "I Refresh filter info of Renamed ok."));
+  EXPECT_EQ(Table(job, "ORDERS")->totalsynced, 0) << "another source's tables are new ones";
+  edited.source = "A";
+  script.FailOn("ServerAttach", "no");
+  ASSERT_TRUE(EditJob(*workspace, job, edited).done);
+  EXPECT_EQ(TakeMessages().back(), "E Refresh filter info of Renamed failed.");
+  EXPECT_FALSE(Job(job).table_list_fetched);
+  Restart();
+  EXPECT_EQ(PropertiesOf(Job(0)).name, "Renamed");
+  EXPECT_EQ(PropertiesOf(Job(0)).interval, 90);
+  EXPECT_EQ(folder.List("jobs"), (std::vector<std::string>{"Renamed", "jobs.xml"}));
+  folder.Write("jobs/Taken/file", "");
+  edited.name = "Taken";
+  EXPECT_FALSE(EditJob(*workspace, 0, edited).done);
+  EXPECT_EQ(PropertiesOf(Job(0)).name, "Renamed") << "a refused rename leaves everything";
+}
+
+TEST_F(JobOperations, DeletingTakesAStoppedJobsOwnFilesOnly) {
+  AddSources();
+  NewJob("Kept");
+  const std::size_t job = NewJob("Gone");
+  folder.Write("jobs/Gone/block.dat", "x");
+  folder.Write("jobs/Gone/error.log", "x");
+  workspace->Jobs().SetState(job, JobState::Paused);
+  EXPECT_FALSE(DeleteJob(*workspace, job).done);
+  workspace->Jobs().SetState(job, JobState::Stopped);
+  TakeMessages();
+  EXPECT_EQ(DeleteJob(*workspace, job).text, "job: Gone deleted.");
+  EXPECT_THAT(TakeMessages(), ElementsAre("I job: Gone deleted."));
+  EXPECT_EQ(folder.List("jobs/Gone"), (std::vector<std::string>{"error.log"}));
+  Restart();
+  EXPECT_EQ(workspace->Jobs().IndexOf("Gone"), JobList::kNotFound);
+  EXPECT_EQ(workspace->Jobs().IndexOf("Kept"), 0U);
+}
+
+TEST_F(JobOperations, RunningJobsAndUnfinishedBatchesKeepTheWindowOpen) {
+  AddSources();
+  const std::size_t job = NewJob();
+  struct Row {
+    JobState state;
+    std::uint32_t remaining;
+    bool explorer_closes, main_closes;
+  };
+  for (const Row& row :
+       {Row{JobState::Stopped, 3, true, true}, Row{JobState::Paused, 0, true, true},
+        Row{JobState::Paused, 1, true, false}, Row{JobState::Started, 0, false, false},
+        Row{JobState::Starting, 0, false, true}, Row{JobState::Pausing, 0, false, true}}) {
+    workspace->Jobs().SetState(job, row.state, {0, row.remaining});
+    EXPECT_EQ(WhyExplorerStaysOpen(workspace->Jobs()),
+              row.explorer_closes ? "" : "Job1 is running, do not close the application");
+    EXPECT_EQ(WhyMainWindowStaysOpen(workspace->Jobs()),
+              row.main_closes
+                  ? ""
+                  : "Some job is running or has records to synchronize, stop them first");
+  }
+}
+
+}  // namespace
+}  // namespace quillmere
