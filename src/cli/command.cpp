@@ -1,0 +1,95 @@
+#include "cli/command.h"
+
+#include <system_error>
+
+#include "workspace/program_folder.h"
+
+namespace quillmere::cli {
+namespace {
+
+Workspace::Options OptionsOf(const CommandLine& line) {
+  Workspace::Options options;
+  options.folder = line.workdir;
+  options.client = line.client;
+  options.program_folder = ProgramFolder();
+  options.debug = line.debug;
+  return options;
+}
+
+// A folder without a registry is a new one; that is no news to whoever works from a shell.
+bool IsNewFolder(const Workspace& workspace) {
+  std::error_code code;
+  return !std::filesystem::exists(workspace.Folder() / "config" / "database.xml", code);
+}
+
+std::unique_ptr<Workspace> Open(const Workspace::Options& options) {
+  std::string reason;
+  std::unique_ptr<Workspace> workspace = Workspace::Open(options, reason);
+  if (workspace == nullptr) {
+    Fail(reason);
+  } else {
+    PrintErrors(workspace->Log(), IsNewFolder(*workspace) ? 1 : 0);
+  }
+  return workspace;
+}
+
+}  // namespace
+
+std::unique_ptr<Workspace> OpenToLook(const CommandLine& line) {
+  Workspace::Options options = OptionsOf(line);
+  options.access = Workspace::Access::LookOnly;
+  return Open(options);
+}
+
+std::unique_ptr<Workspace> OpenToChange(const CommandLine& line, Folder folder) {
+  Workspace::Options options = OptionsOf(line);
+  options.create_folder = folder == Folder::MayBeMade;
+  return Open(options);
+}
+
+int FindSource(const Workspace& workspace, const std::string& name) {
+  const int index = workspace.Registry().IndexOf(name);
+  if (index < 0) {
+    Fail("There is no data source " + name + "; 'source list' names them");
+  }
+  return index;
+}
+
+std::size_t FindJob(const Workspace& workspace, const std::string& name) {
+  const std::size_t index = workspace.Jobs().IndexOf(name);
+  if (index == JobList::kNotFound) Fail("There is no job " + name + "; 'job list' names them");
+  return index;
+}
+
+std::string OneLine(std::string_view text) {
+  std::string line;
+  line.reserve(text.size());
+  for (const char c : text) {
+    const bool control = static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+    if (!control) {
+      line += c;
+    } else if (!line.empty() && line.back() != ' ') {
+      line += ' ';
+    }
+  }
+  line.erase(line.find_last_not_of(' ') + 1);
+  return line;
+}
+
+int Fail(std::string_view reason) {
+  Write(Stream::Error, "quillmere-cli: " + OneLine(reason) + "\n");
+  return kFailed;
+}
+
+int Print(std::string_view text) {
+  return Write(Stream::Output, text) ? kDone : Fail("The output cannot be written");
+}
+
+void PrintErrors(const MessageLog& log, std::size_t from) {
+  const auto& entries = log.Entries();
+  for (std::size_t i = from; i < entries.size(); ++i) {
+    if (entries[i].error) Write(Stream::Error, OneLine(entries[i].text) + "\n");
+  }
+}
+
+}  // namespace quillmere::cli

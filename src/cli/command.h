@@ -1,0 +1,57 @@
+// What every command of quillmere-cli works with. Each group of commands has a file of its own that
+// describes its arguments to CLI11 and puts what is to be done into CommandLine::action.
+#pragma once
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "cli/terminal.h"
+#include "workspace/workspace.h"
+
+namespace quillmere::cli {
+
+inline constexpr int kDone = 0;
+inline constexpr int kFailed = 1;
+inline constexpr int kWrongUsage = 2;
+
+struct CommandLine {
+  std::string workdir = ".";
+  std::string client;  // empty: as the settings say
+  bool debug = false;
+  std::function<int()> action;  // of the command that was named; returns the exit status
+};
+
+void AddSourceCommands(CLI::App& app, CommandLine& line);
+void AddJobCommands(CLI::App& app, CommandLine& line);
+void AddRunCommand(CLI::App& app, CommandLine& line);
+void AddSqlCommand(CLI::App& app, CommandLine& line);
+
+enum class Folder { MustExist, MayBeMade };
+
+// The working folder that the command line names. Null: the reason is on standard error. What could
+// not be loaded is there, too.
+std::unique_ptr<Workspace> OpenToLook(const CommandLine& line);
+std::unique_ptr<Workspace> OpenToChange(const CommandLine& line, Folder folder = Folder::MustExist);
+
+// The index of the data source or job; -1 or kNotFound when there is none, told on standard error.
+int FindSource(const Workspace& workspace, const std::string& name);
+std::size_t FindJob(const Workspace& workspace, const std::string& name);
+
+// The text without line breaks and other control characters.
+std::string OneLine(std::string_view text);
+
+// One line on standard error, standing for a refusal or a failure.
+int Fail(std::string_view reason);
+
+// Text on standard output. kFailed, and a line on standard error, when it cannot be written.
+int Print(std::string_view text);
+
+// What the log got since its entry number `from` that is an error, on standard error.
+void PrintErrors(const MessageLog& log, std::size_t from);
+
+}  // namespace quillmere::cli

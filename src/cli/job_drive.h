@@ -1,0 +1,57 @@
+// Drives the jobs of a workspace on the worker thread and prints what happens.
+#pragma once
+
+#include <chrono>
+#include <optional>
+
+#include "cli/message_queue.h"
+#include "cli/terminal.h"
+#include "engine/work_thread.h"
+#include "workspace/workspace.h"
+
+namespace quillmere::cli {
+
+class JobDrive {
+ public:
+  struct Options {
+    std::optional<std::chrono::milliseconds> time;  // until a signal when there is none
+    std::chrono::milliseconds sweep_pause = HWorkThread::kSweepPause;
+    bool progress = false;
+  };
+
+  JobDrive(Workspace& workspace, const Options& options);
+
+  // What requests are made with before Run.
+  EngineContext& Engine() { return engine_; }
+
+  // Returns the exit status. Messages go to standard output, a line each, and to the log.
+  int Run();
+
+ private:
+  using Time = std::chrono::steady_clock::time_point;
+
+  bool ShallEnd();
+  bool AnyJobRuns() const;
+  void PrintMessages(std::chrono::milliseconds wait);
+  void PrintLine(std::string_view text);
+  void PrintProgress(Time now);
+  void DoPeriodicWork();
+
+  static constexpr std::size_t kMostWaiting = 1000;
+
+  Workspace& workspace_;
+  const Options options_;
+  EndRequest end_request_;
+  MessageQueue queue_{kMostWaiting};
+  EngineContext engine_;
+  Time begin_;
+  Time next_progress_;
+  Time next_limit_;
+  Time last_progress_;
+  std::int64_t last_handled_ = 0;
+  bool ending_ = false;
+  bool output_lost_ = false;
+  bool log_lost_ = false;
+};
+
+}  // namespace quillmere::cli

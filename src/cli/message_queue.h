@@ -1,0 +1,44 @@
+// From the thread that runs the jobs to the one that prints: bounded, so a reader who does not keep
+// up slows the jobs down and never fills the memory.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/runner_listener.h"
+
+namespace quillmere::cli {
+
+class MessageQueue final : public RunnerListener {
+ public:
+  struct Message {
+    std::string text;
+    bool error = false;
+  };
+
+  explicit MessageQueue(std::size_t capacity) : capacity_(capacity) {}
+
+  // The worker's: waits while the queue is full. Whoever ends the worker goes on taking until it
+  // has ended.
+  void OnJobChanged(std::size_t, bool) override {}
+  void OnError(std::size_t, std::string_view text) override { Put(text, true); }
+  void OnInformation(std::size_t, std::string_view text) override { Put(text, false); }
+
+  // All that waits; waits itself up to the time given for the first one.
+  std::vector<Message> Take(std::chrono::milliseconds time);
+
+ private:
+  void Put(std::string_view text, bool error);
+
+  const std::size_t capacity_;
+  std::mutex mutex_;  // guards messages_
+  std::condition_variable changed_;
+  std::vector<Message> messages_;
+};
+
+}  // namespace quillmere::cli

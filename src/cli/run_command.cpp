@@ -1,0 +1,88 @@
+// quillmere-cli run: drives jobs until it is told to end.
+#include <cmath>
+#include <vector>
+
+#include "cli/command.h"
+#include "cli/job_drive.h"
+
+namespace quillmere::cli {
+namespace {
+
+constexpr double kLongestRun = 1e9;    // seconds
+constexpr int kLongestSweep = 60'000;  // milliseconds
+
+struct RunArguments {
+  std::vector<std::string> start, go_on;
+  std::optional<double> seconds;
+  int sweep_ms = static_cast<int>(HWorkThread::kSweepPause.count());
+  bool progress = false;
+};
+
+// The job that is to run, if its state is the one expected.
+std::size_t JobToRun(const Workspace& workspace, const std::string& name, JobState expected) {
+  const std::size_t index = FindJob(workspace, name);
+  if (index == JobList::kNotFound) return index;
+  const JobState state = workspace.Jobs().State(index);
+  if (state == expected) return index;
+  Fail("Job " + name + " is " + std::string(StateName(state)) + ": " +
+       (state == JobState::Paused ? "go on with --continue, or use 'job stop' first"
+                                  : "begin with --start"));
+  return JobList::kNotFound;
+}
+
+bool FindAll(const Workspace& workspace, const std::vector<std::string>& names, JobState expected,
+             std::vector<std::size_t>& jobs) {
+  for (const std::string& name : names) {
+    jobs.push_back(JobToRun(workspace, name, expected));
+    if (jobs.back() == JobList::kNotFound) return false;
+  }
+  return true;
+}
+
+int Run(const CommandLine& line, const RunArguments& arguments) {
+  const auto workspace = OpenToChange(line);
+  if (workspace == nullptr) return kFailed;
+  std::vector<std::size_t> jobs;
+  if (!FindAll(*workspace, arguments.start, JobState::Stopped, jobs) ||
+      !FindAll(*workspace, arguments.go_on, JobState::Paused, jobs)) {
+    return kFailed;
+  }
+  if (jobs.empty()) return Print("No job runs: name jobs with --start or --continue\n");
+  JobDrive::Options options;
+  if (arguments.seconds) {
+    options.time = std::chrono::milliseconds(std::llround(*arguments.seconds * 1000));
+  }
+  options.sweep_pause = std::chrono::milliseconds(arguments.sweep_ms);
+  options.progress = arguments.progress;
+  JobDrive drive(*workspace, options);
+  for (const std::size_t job : jobs) {
+    std::string reason;
+    if (!RequestRun(drive.Engine(), job, reason)) {
+      return Fail("Job " + workspace->Jobs().At(job).name + ": " + reason);
+    }
+  }
+  return drive.Run();
+}
+
+}  // namespace
+
+void AddRunCommand(CLI::App& app, CommandLine& line) {
+  const auto arguments = std::make_shared<RunArguments>();
+  CLI::App* run = app.add_subcommand(
+      "run", "Drive jobs until SIGINT, SIGTERM or the time is over; messages on standard output");
+  run->add_option("--start", arguments->start, "start a stopped job")
+      ->type_name("NAME")
+      ->allow_extra_args(false);
+  run->add_option("--continue", arguments->go_on, "continue a paused job")
+      ->type_name("NAME")
+      ->allow_extra_args(false);
+  run->add_option("--for", arguments->seconds, "end after so many seconds")
+      ->check(CLI::Range(0.0, kLongestRun));
+  run->add_option("--sweep-ms", arguments->sweep_ms, "milliseconds between two sweeps")
+      ->check(CLI::Range(1, kLongestSweep));
+  run->add_flag("--progress", arguments->progress, "a line each second on what has been done");
+  run->callback(
+      [&line, arguments] { line.action = [&line, arguments] { return Run(line, *arguments); }; });
+}
+
+}  // namespace quillmere::cli

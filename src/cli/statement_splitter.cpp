@@ -1,0 +1,95 @@
+#include "cli/statement_splitter.h"
+
+#include <utility>
+
+namespace quillmere::cli {
+namespace {
+
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v';
+}
+
+}  // namespace
+
+std::optional<ScriptStatement> StatementSplitter::Feed(std::string_view line) {
+  ++line_;
+  const std::size_t begin = statement_.text.size();
+  const Seen seen = Scan(line);
+  // Blank lines and comments in front of a statement are no part of it.
+  if (begin == 0 && !seen.any) return std::nullopt;
+  if (begin == 0) statement_.line = line_;
+  statement_.text += line;
+  if (place_ == Place::Outside && seen.ends) {
+    statement_.text.resize(begin + seen.last);
+    return Take();
+  }
+  statement_.text += '\n';
+  return std::nullopt;
+}
+
+// Follows literals, names and comments through the line.
+StatementSplitter::Seen StatementSplitter::Scan(std::string_view line) {
+  Seen seen;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    const char c = line[i];
+    const char next = i + 1 < line.size() ? line[i + 1] : '\0';
+    if (place_ == Place::Comment) {
+      if (c == '*' && next == '/') {
+        place_ = Place::Outside;
+        ++i;
+      }
+      continue;
+    }
+    if (place_ == Place::Outside && c == '-' && next == '-') break;
+    if (place_ == Place::Outside && c == '/' && next == '*') {
+      Enter(Place::Comment);
+      ++i;
+      continue;
+    }
+    if (place_ == Place::Outside && IsBlank(c)) continue;
+    seen.any = true;
+    seen.last = i;
+    seen.ends = place_ == Place::Outside && c == ';';
+    if (c == '\'' && place_ != Place::QuotedName) Toggle(Place::Literal);
+    if (c == '"' && place_ != Place::Literal) Toggle(Place::QuotedName);
+  }
+  return seen;
+}
+
+void StatementSplitter::Enter(Place place) {
+  place_ = place;
+  place_line_ = line_;
+}
+
+void StatementSplitter::Toggle(Place place) {
+  Enter(place_ == Place::Outside ? place : Place::Outside);
+}
+
+std::optional<ScriptStatement> StatementSplitter::Take() {
+  ScriptStatement taken = std::exchange(statement_, {});
+  const std::size_t end = taken.text.find_last_not_of(" \t\r\n\f\v");
+  if (end == std::string::npos) return std::nullopt;
+  taken.text.resize(end + 1);
+  return taken;
+}
+
+std::optional<ScriptStatement> StatementSplitter::Finish() {
+  return place_ == Place::Outside ? Take() : std::nullopt;
+}
+
+std::string StatementSplitter::Unfinished() const {
+  const std::string line = " that begins in line " + std::to_string(place_line_);
+  switch (place_) {
+    case Place::Literal:
+      return "a literal" + line;
+    case Place::QuotedName:
+      return "a quoted name" + line;
+    case Place::Comment:
+      return "a comment" + line;
+    case Place::Outside:
+      break;
+  }
+  return {};
+}
+
+}  // namespace quillmere::cli
