@@ -1,0 +1,48 @@
+#include "schemaops/item_run.h"
+
+namespace quillmere {
+
+bool ItemRun::Begin(std::string_view verb, const SchemaItem& item, std::size_t total) {
+  const std::string what = std::string(verb) + " " + item.owner + "." + item.name;
+  if (listener_.OnProgress(what, run_.succeeded + run_.failed, total)) return true;
+  run_.cancelled = true;
+  return false;
+}
+
+void ItemRun::Log(std::string_view line, bool error) {
+  if (!log_.Add(line, error)) run_.logged = false;
+}
+
+void ItemRun::Result(bool ok, const std::string& done, const std::string& failed) {
+  ++(ok ? run_.succeeded : run_.failed);
+  const std::string& line = ok ? done : failed;
+  Log(line, !ok);
+  listener_.OnResult(line, !ok);
+}
+
+void ItemRun::Detail(std::string_view line) {
+  Log(line, true);
+  listener_.OnDetail(line);
+}
+
+void ItemRun::Warnings(OracleSession& session) {
+  for (const std::string& warning : session.TakeWarnings()) Detail(warning);
+}
+
+bool ConnectTo(const DataSource& source, OracleSession& session) {
+  return session.Connect(source.name, source.user_id, source.password, source.IsSysdba());
+}
+
+SchemaItem ItemOf(const KeyRecord& key) {
+  return {key.table_owner, key.table_name, key.key_name};
+}
+
+SchemaItem ItemOf(const IndexRecord& index) {
+  return {index.table_owner, index.table_name, index.index_name};
+}
+
+SchemaItem ItemOf(const TableRecord& table) {
+  return {table.table_owner, table.table_name, table.table_name};
+}
+
+}  // namespace quillmere

@@ -1,0 +1,75 @@
+// Schema operations on a scripted client, with a listener that writes down what it hears.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "foundation/temp_folder.h"
+#include "oracle/scripted_oci.h"
+#include "schemaops/schema_operations.h"
+
+namespace quillmere {
+
+using Lines = std::vector<std::string>;
+
+struct HeardLines final : SchemaListener {
+  bool OnProgress(std::string_view what, std::size_t done, std::size_t total) override {
+    progress.push_back(std::string(what) + " " + std::to_string(done) + "/" +
+                       std::to_string(total));
+    return progress.size() <= allowed;
+  }
+  void OnResult(std::string_view line, bool failed) override {
+    lines.push_back((failed ? "! " : "") + std::string(line));
+  }
+  void OnDetail(std::string_view line) override { lines.push_back("- " + std::string(line)); }
+
+  Lines progress;
+  Lines lines;
+  std::size_t allowed = 1000000;
+};
+
+class SchemaOpsTest : public ::testing::Test {
+ protected:
+  SchemaOpsTest() {
+    source_.name = "FROM";
+    target_.name = "TO";
+  }
+
+  // Entries of the log since the last call, without their stamps; errors begin with "! ".
+  Lines TakeLog() {
+    Lines lines;
+    for (; taken_ < log_.Entries().size(); ++taken_) {
+      const MessageLog::Entry& entry = log_.Entries()[taken_];
+      lines.push_back((entry.error ? "! " : "") +
+                      entry.text.substr(FormatTimeStamp({}).size() + 1));
+    }
+    return lines;
+  }
+
+  // Statements that changed something, each with the number of the session it ran in.
+  Lines TakeChanges() {
+    Lines changes;
+    for (const std::string& call : script_.TakeTranscript()) {
+      if (!call.starts_with("StmtPrepare") || call.find("\"select") != std::string::npos) continue;
+      const std::size_t quote = call.find('"');
+      const std::string session = call.substr(call.find("err") + 3);
+      changes.push_back(session.substr(0, session.find(',')) + ": " +
+                        call.substr(quote + 1, call.rfind('"') - quote - 1));
+    }
+    return changes;
+  }
+
+  testing::ScriptedOci script_;
+  OciLibrary library_{script_.Api()};
+  TempFolder folder_;
+  SystemClock clock_;
+  Settings settings_;
+  MessageLog log_{folder_.Path(), clock_, settings_};
+  SchemaOperations operations_{library_, log_, settings_};
+  HeardLines heard_;
+  DataSource source_;
+  DataSource target_;
+  std::size_t taken_ = 0;
+};
+
+}  // namespace quillmere
