@@ -137,7 +137,9 @@ bool WriteCommitPoint(const std::filesystem::path& job_folder, const RunRecord& 
   std::array<char, sizeof record> bytes{};
   std::memcpy(bytes.data(), &record, sizeof record);
   const auto path = RunStatePaths(job_folder).commit_point;
-  if (ReplaceFile(path, {bytes.data(), bytes.size()}, FileAccess::Everyone, error)) return true;
+  if (MakeFolders(job_folder, error) &&
+      ReplaceFile(path, {bytes.data(), bytes.size()}, FileAccess::Everyone, error))
+    return true;
   error = CanNotCreate(path) + " (" + error + ")";
   return false;
 }
@@ -155,7 +157,9 @@ bool WriteBatchFile(const std::filesystem::path& path, const PendingBatch& batch
     return piece;
   };
   // The statements are the operator's data: nobody else is to read them.
-  if (ReplaceFileFrom(path, next_piece, FileAccess::OwnerOnly, error)) return true;
+  if (MakeFolders(path.parent_path(), error) &&
+      ReplaceFileFrom(path, next_piece, FileAccess::OwnerOnly, error))
+    return true;
   error = CanNotCreate(path) + " (" + error + ")";
   return false;
 }
