@@ -49,15 +49,18 @@ bool SaveChanged(Workspace& workspace, SyncJob& job, std::string& reason) {
   return saved;
 }
 
-void RefreshFromNewSource(Workspace& workspace, std::size_t index) {
+// The text of a failure, which the log has, too.
+std::string RefreshFromNewSource(Workspace& workspace, std::size_t index) {
   SyncJob& job = workspace.Jobs().At(index);
   {
     const std::lock_guard lock(job.config_mutex);
     job.table_list_fetched = false;
   }
-  const bool refreshed = ReadTables(workspace, index).done;
+  const Outcome read = ReadTables(workspace, index);
+  const bool refreshed = read.done;
   workspace.Log().Add("Refresh filter info of " + job.name + (refreshed ? " ok." : " failed."),
                       !refreshed);
+  return read.text;
 }
 
 }  // namespace
@@ -136,10 +139,11 @@ Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_
   }
   jobs.SetState(slot, JobState::Stopped, {});
   index = slot;
-  (void)ReadTables(workspace, slot);  // the log tells of a failure
+  const Outcome read = ReadTables(workspace, slot);
   if (!SaveChanged(workspace, job, reason)) return Outcome::Refused(std::move(reason));
   std::string text = "A job created, name is " + trimmed.name;
   workspace.Log().Add(text, false);
+  if (!read) text += ". " + read.text;
   return Outcome::Done(std::move(text));
 }
 
@@ -164,9 +168,10 @@ Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& pr
     workspace.Log().Add(old.name + "'s name changed to " + trimmed.name, false);
   }
   StoreProperties(workspace, job, trimmed);
-  if (source_changed) RefreshFromNewSource(workspace, index);
+  std::string problem;
+  if (source_changed) problem = RefreshFromNewSource(workspace, index);
   if (!SaveChanged(workspace, job, reason)) return Outcome::Refused(std::move(reason));
-  return Outcome::Done();
+  return Outcome::Done(std::move(problem));
 }
 
 Outcome DeleteJob(Workspace& workspace, std::size_t index) {

@@ -37,12 +37,13 @@ std::string WhyJobRefused(const Workspace& workspace, const JobProperties& trimm
 std::string ProposeJobName(const JobList& jobs);
 
 // Makes a stopped job, reads its tables from the source and saves the catalogue. The job stays when
-// its tables could not be read (table_list_fetched is false then, and the log says why). index:
-// where it stands, or kNotFound.
+// its tables could not be read: table_list_fetched is false then, and the outcome's text and the
+// log say why. index: where it stands, or kNotFound.
 Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_t& index);
 
 // Stores changed properties of a stopped or paused job. When the source changed, its tables are
-// read anew; whether that succeeded is in the log and in table_list_fetched.
+// read anew; if that fails, table_list_fetched is false, and the outcome's text and the log say
+// why.
 Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& properties);
 
 // A stopped job only. Its files go; its folder stays when there is anything else in it.

@@ -2,10 +2,14 @@
 
 #include <utility>
 
-#include "workspace/source_catalogue.h"
-
 namespace quillmere {
 namespace {
+
+constexpr const char* kCancelled = "Cancelled, nothing was changed";
+
+SchemaOperations SchemaOperationsOf(Workspace& workspace) {
+  return {workspace.Oci(), workspace.Log(), workspace.ProgramSettings()};
+}
 
 std::string WhyLoginRefused(const SourceLogin& login) {
   if (login.name.empty() || login.user_id.empty()) return "Obligatory field can not be empty";
@@ -43,7 +47,7 @@ Outcome SaveRegistry(Workspace& workspace, std::string done_text = {}) {
 
 }  // namespace
 
-Outcome AddDataSource(Workspace& workspace, const SourceLogin& login) {
+Outcome AddDataSource(Workspace& workspace, const SourceLogin& login, ProgressListener& progress) {
   std::string refused = WhyLoginRefused(login);
   if (refused.empty()) refused = workspace.Registry().WhyNameRefused(login.name);
   if (!refused.empty()) return Outcome::Refused(std::move(refused));
@@ -57,11 +61,13 @@ Outcome AddDataSource(Workspace& workspace, const SourceLogin& login) {
   source.mode = login.mode;
   source.version = ReadVersion(session);
   std::string reason;
-  const bool read = ReadSourceCatalogue(session, source, workspace.Log(), reason);
+  const CatalogueRead read =
+      SchemaOperationsOf(workspace).ReadCatalogue(session, source, progress, reason);
+  if (read == CatalogueRead::Cancelled) return Outcome::Refused(kCancelled);
   workspace.Registry().Add(std::move(source));
   Outcome saved = SaveRegistry(workspace);
   if (!saved) return saved;
-  return Outcome::Done(read ? "" : reason);
+  return Outcome::Done(std::move(reason));
 }
 
 Outcome SaveDataSource(Workspace& workspace, const SourceLogin& login) {
@@ -99,22 +105,18 @@ Outcome RemoveDataSource(Workspace& workspace, std::size_t index) {
   return removed ? saved : Outcome::Refused(std::move(reason));
 }
 
-Outcome RefreshDataSource(Workspace& workspace, std::size_t index) {
-  DataSource& source = workspace.Registry().At(index);
-  MessageLog& log = workspace.Log();
-  OracleSession session(workspace.Oci());
-  if (!Connect(session, LoginOf(source))) {
-    const std::string text = "Can't not connect to database: " + source.name;
-    log.Add(text, true);
-    log.Add(session.LastError(), true);
-    return Outcome::Refused(text + ". Reason: " + session.LastError());
-  }
-  log.Add("connect to database: " + source.name + " successed, when refresh.", false);
+Outcome RefreshDataSource(Workspace& workspace, std::size_t index, ProgressListener& progress) {
   std::string reason;
-  const bool read = ReadSourceCatalogue(session, source, log, reason);
-  source.needsave = read;
-  if (!read) return Outcome::Refused(std::move(reason));
-  return SaveRegistry(workspace);
+  switch (SchemaOperationsOf(workspace).RefreshCatalogue(workspace.Registry().At(index), progress,
+                                                         reason)) {
+    case CatalogueRead::Read:
+      return SaveRegistry(workspace);
+    case CatalogueRead::Cancelled:
+      return Outcome::Refused(kCancelled);
+    case CatalogueRead::Failed:
+      break;
+  }
+  return Outcome::Refused(std::move(reason));
 }
 
 bool IsUsedByRunningJob(const JobList& jobs, std::string_view data_source) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "schemaops/schema_operations.h"
 #include "workspace/outcome.h"
 #include "workspace/workspace.h"
 
@@ -17,8 +18,9 @@ struct SourceLogin {
 };
 
 // Connects, reads version and catalogue, registers and saves. Nothing is registered when the
-// connection fails; what of the catalogue cannot be read is in the log.
-Outcome AddDataSource(Workspace& workspace, const SourceLogin& login);
+// connection fails or the reading is cancelled. A catalogue that cannot be read does not keep the
+// data source from being registered: the outcome's text and the log say why.
+Outcome AddDataSource(Workspace& workspace, const SourceLogin& login, ProgressListener& progress);
 
 // Gives the registered data source of that name another log-on, after a test connection, and saves.
 Outcome SaveDataSource(Workspace& workspace, const SourceLogin& login);
@@ -29,8 +31,8 @@ Outcome TestDataSource(Workspace& workspace, std::size_t index);
 // Empties the slot, removes the file with the password, and saves.
 Outcome RemoveDataSource(Workspace& workspace, std::size_t index);
 
-// Reads the catalogue into the record anew and saves.
-Outcome RefreshDataSource(Workspace& workspace, std::size_t index);
+// Reads the catalogue into the record anew and saves. A failure is in the log, too.
+Outcome RefreshDataSource(Workspace& workspace, std::size_t index, ProgressListener& progress);
 
 // True when a job that names it as source or destination is running.
 bool IsUsedByRunningJob(const JobList& jobs, std::string_view data_source);

@@ -21,6 +21,13 @@ class HandClock final : public Clock {
   LocalTime Now() const override { return LocalTime{1769903947000}; }
 };
 
+// Cancels from the given call on; counts them.
+struct TestProgress final : ProgressListener {
+  bool OnProgress(std::string_view, std::size_t, std::size_t) override { return ++calls < cancel; }
+  int calls = 0;
+  int cancel = 1000000;
+};
+
 struct ScriptedWorkspace : ::testing::Test {
   static constexpr const char* kUsers = "select username  from dba_users";
   static constexpr const char* kTables =
@@ -59,7 +66,7 @@ struct ScriptedWorkspace : ::testing::Test {
 
   void AddSources() {
     for (const char* name : {"A", "B", "C"}) {
-      const Outcome added = AddDataSource(*workspace, {name, "scott", "tiger", "NORMAL"});
+      const Outcome added = AddDataSource(*workspace, {name, "scott", "tiger", "NORMAL"}, progress);
       EXPECT_TRUE(added.done) << added.text;
     }
   }
@@ -101,6 +108,7 @@ struct ScriptedWorkspace : ::testing::Test {
   HandClock clock;
   TempFolder folder;
   std::unique_ptr<Workspace> workspace;
+  TestProgress progress;
   std::size_t taken = 0;
 };
 

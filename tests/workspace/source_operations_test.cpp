@@ -14,18 +14,37 @@ using ::testing::Not;
 using SourceOperations = ScriptedWorkspace;
 
 TEST_F(SourceOperations, AddingConnectsReadsTheCatalogueAndSavesAtOnce) {
-  const Outcome added = AddDataSource(*workspace, {"A", "scott", "tiger", "SYSDBA"});
+  script.Answer("select banner from v$version",
+                {{"Oracle Database 10g Enterprise Edition Release 10.2.0.1.0 - 64bit"}});
+  const Outcome added = AddDataSource(*workspace, {"A", "scott", "tiger", "SYSDBA"}, progress);
   ASSERT_TRUE(added.done) << added.text;
   EXPECT_THAT(script.TakeTranscript(), ::testing::Contains("SessionBegin(svc1, err1, ses1, 1, 2)"));
   Restart();
   const DataSource& source = workspace->Registry().At(0);
   EXPECT_EQ(source.password, "tiger");
+  EXPECT_EQ(source.version, "10.2.0.1.0");
   EXPECT_TRUE(source.IsSysdba());
   EXPECT_EQ(source.state, ConnectionState::Disconnected);
   ASSERT_EQ(source.tables.size(), 2U);
   EXPECT_EQ(source.tables[1].table_name, "ORDERS");
   EXPECT_EQ(source.tables[1].rows, 20);
   for (const auto& [name, content] : Files()) EXPECT_THAT(content, Not(HasSubstr("tiger"))) << name;
+}
+
+TEST_F(SourceOperations, AReadingThatFailsOrIsCancelledTellsSo) {
+  script.FailOn(kTables, "ORA-00942: table or view does not exist", 942);
+  const Outcome added = AddDataSource(*workspace, {"A", "u", "p"}, progress);
+  EXPECT_TRUE(added.done) << "it is registered without its catalogue";
+  EXPECT_THAT(added.text, HasSubstr("Can't not get table info list,Reason: "));
+  ASSERT_TRUE(RefreshDataSource(*workspace, 0, progress).done);
+  ASSERT_EQ(workspace->Registry().At(0).tables.size(), 2U);
+  progress.cancel = 0;
+  const auto before = Files();
+  EXPECT_EQ(RefreshDataSource(*workspace, 0, progress).text, "Cancelled, nothing was changed");
+  EXPECT_EQ(workspace->Registry().At(0).tables.size(), 2U);
+  EXPECT_FALSE(AddDataSource(*workspace, {"B", "u", "p"}, progress).done);
+  EXPECT_EQ(workspace->Registry().CountInUse(), 1U);
+  EXPECT_EQ(Files().size(), before.size());
 }
 
 TEST_F(SourceOperations, WhatCannotBeRegisteredIsRefusedWithItsReason) {
@@ -49,13 +68,13 @@ TEST_F(SourceOperations, WhatCannotBeRegisteredIsRefusedWithItsReason) {
   const auto before = Files();
   script.TakeTranscript();
   for (const Row& row : rows) {
-    const Outcome outcome = AddDataSource(*workspace, row.login);
+    const Outcome outcome = AddDataSource(*workspace, row.login, progress);
     EXPECT_FALSE(outcome.done) << row.what;
     EXPECT_EQ(outcome.text, row.reason) << row.what;
   }
   EXPECT_THAT(script.TakeTranscript(), ElementsAre()) << "nothing was connected";
   script.FailOn("SessionBegin", "ORA-01017: invalid username/password; logon denied", 1017);
-  EXPECT_EQ(AddDataSource(*workspace, {"D", "u", "p"}).text,
+  EXPECT_EQ(AddDataSource(*workspace, {"D", "u", "p"}, progress).text,
             "connect Database failed. Error: OCISessionBegin : ORA-01017: invalid "
             "username/password; logon denied");
   EXPECT_EQ(Files(), before);
@@ -107,10 +126,10 @@ TEST_F(SourceOperations, TestAndRefreshTellHowTheConnectionWent) {
             "connect Database failed. Error: OCIServerAttach : ORA-12541: TNS:no listener");
   TakeMessages();
   script.Answer(kTables, {{"SHOP", "ORDERS", "USERS", "21"}});
-  EXPECT_TRUE(RefreshDataSource(*workspace, 0).done);
+  EXPECT_TRUE(RefreshDataSource(*workspace, 0, progress).done);
   EXPECT_THAT(TakeMessages(), ElementsAre("I connect to database: A successed, when refresh."));
   script.FailOn("ServerAttach", "ORA-12541: TNS:no listener", 12541);
-  EXPECT_FALSE(RefreshDataSource(*workspace, 0).done);
+  EXPECT_FALSE(RefreshDataSource(*workspace, 0, progress).done);
   EXPECT_THAT(TakeMessages(), ElementsAre("E Can't not connect to database: A",
                                           "E OCIServerAttach : ORA-12541: TNS:no listener"));
   Restart();

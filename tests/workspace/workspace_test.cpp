@@ -49,9 +49,9 @@ TEST_F(WorkspaceTest, OneProgramChangesAFolderAndOthersOnlyLook) {
   workspace.reset();
   look(JobState::Paused);
   Restart();
-  JobList::Progress progress;
-  EXPECT_EQ(workspace->Jobs().State(0, &progress), JobState::Paused);
-  EXPECT_EQ(progress.batch_remaining, 2U) << "the pass that did not commit is taken back";
+  JobList::Progress batch;
+  EXPECT_EQ(workspace->Jobs().State(0, &batch), JobState::Paused);
+  EXPECT_EQ(batch.batch_remaining, 2U) << "the pass that did not commit is taken back";
   EXPECT_EQ(Job(0).pending_batch.Size(), 2U);
   EXPECT_FALSE(folder.Exists("jobs/Job1/commit.dat"));
   EXPECT_FALSE(Open(Workspace::Access::LookOnly)->Jobs().At(0).source.password.empty());
