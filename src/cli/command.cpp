@@ -7,6 +7,10 @@
 namespace quillmere::cli {
 namespace {
 
+void PrintError(const MessageLog::Entry& entry) {
+  Write(Stream::Error, OneLine(entry.text) + "\n");
+}
+
 Workspace::Options OptionsOf(const CommandLine& line) {
   Workspace::Options options;
   options.folder = line.workdir;
@@ -17,9 +21,10 @@ Workspace::Options OptionsOf(const CommandLine& line) {
 }
 
 // A folder without a registry is a new one; that is no news to whoever works from a shell.
-bool IsNewFolder(const Workspace& workspace) {
+bool IsNews(const Workspace& workspace, const MessageLog::Entry& entry) {
   std::error_code code;
-  return !std::filesystem::exists(workspace.Folder() / "config" / "database.xml", code);
+  return !entry.text.ends_with("Can't not open database.xml") ||
+         std::filesystem::exists(workspace.Folder() / "config" / "database.xml", code);
 }
 
 std::unique_ptr<Workspace> Open(const Workspace::Options& options) {
@@ -28,7 +33,9 @@ std::unique_ptr<Workspace> Open(const Workspace::Options& options) {
   if (workspace == nullptr) {
     Fail(reason);
   } else {
-    PrintErrors(workspace->Log(), IsNewFolder(*workspace) ? 1 : 0);
+    for (const MessageLog::Entry& entry : workspace->Log().Entries()) {
+      if (entry.error && IsNews(*workspace, entry)) PrintError(entry);
+    }
   }
   return workspace;
 }
@@ -88,7 +95,7 @@ int Print(std::string_view text) {
 void PrintErrors(const MessageLog& log, std::size_t from) {
   const auto& entries = log.Entries();
   for (std::size_t i = from; i < entries.size(); ++i) {
-    if (entries[i].error) Write(Stream::Error, OneLine(entries[i].text) + "\n");
+    if (entries[i].error) PrintError(entries[i]);
   }
 }
 

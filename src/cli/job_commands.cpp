@@ -38,19 +38,9 @@ bool SourcesExist(const Workspace& workspace, const JobProperties& properties) {
          FindSource(workspace, properties.destination) >= 0;
 }
 
-std::string LastError(const MessageLog& log) {
-  const auto& entries = log.Entries();
-  for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
-    if (entry->error) return entry->text;
-  }
-  return {};
-}
-
-// A job whose tables could not be read is there, but of no use yet.
-int FailWithoutTables(const Workspace& workspace, const std::string& done, MessageLog& log) {
-  (void)workspace;
-  return Fail(done + ", but its tables could not be read: " + LastError(log) +
-              ". Use 'job refresh' when the source can be reached");
+// The job is there, but of no use yet.
+int FailWithoutTables(const std::string& name, const std::string& reason) {
+  return Fail(reason + ". Use 'job refresh " + name + "' when the source can be reached");
 }
 
 int Add(const CommandLine& line, const JobArguments& arguments) {
@@ -63,7 +53,7 @@ int Add(const CommandLine& line, const JobArguments& arguments) {
   const Outcome added = AddJob(*workspace, properties, index);
   if (!added) return Fail(added.text);
   const SyncJob& job = workspace->Jobs().At(index);
-  if (!job.table_list_fetched) return FailWithoutTables(*workspace, added.text, workspace->Log());
+  if (!job.table_list_fetched) return FailWithoutTables(job.name, added.text);
   return Print(added.text + ": tables " + TablesSummary(job) + "\n");
 }
 
@@ -84,10 +74,8 @@ int Edit(const CommandLine& line, const JobArguments& arguments) {
   if (sources_given && !SourcesExist(*open.workspace, properties)) return kFailed;
   const Outcome edited = EditJob(*open.workspace, open.index, properties);
   if (!edited) return Fail(edited.text);
-  const std::string done = "Job " + properties.name + " changed";
-  if (!arguments.from.empty() && !open.Job().table_list_fetched) {
-    return FailWithoutTables(*open.workspace, done, open.workspace->Log());
-  }
+  const std::string done = "Job " + open.Job().name + " changed";
+  if (!edited.text.empty()) return FailWithoutTables(open.Job().name, done + ". " + edited.text);
   return Print(done + "\n");
 }
 

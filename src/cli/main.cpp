@@ -17,6 +17,7 @@ int Run(int argc, char** argv) {
       ->type_name("CLIENT");
   app.add_flag("--debug", line.debug, "more messages; what is mined and executed goes to a log");
   app.require_subcommand(1);
+  app.fallthrough();  // these options may stand behind the command, too
   AddSourceCommands(app, line);
   AddJobCommands(app, line);
   AddRunCommand(app, line);
@@ -26,8 +27,13 @@ int Run(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     std::ostringstream out;
     std::ostringstream err;
-    const bool help = app.exit(error, out, err) == 0;
-    if (help) return Print(out.str());
+    if (app.exit(error, out, err) == 0) return Print(out.str());  // it was --help
+    // That a command is missing is no answer to one that was mistyped.
+    const std::vector<std::string> unknown = app.remaining(true);
+    if (error.get_name() == "RequiredError" && !unknown.empty()) {
+      err.str("There is no command " + OneLine(unknown.front()) +
+              "\nRun with --help for more information.\n");
+    }
     Write(Stream::Error, err.str());
     return kWrongUsage;
   }

@@ -13,6 +13,12 @@ struct SourceArguments {
   bool json = false;
 };
 
+// Nobody watches, nobody cancels.
+class NoProgress final : public ProgressListener {
+ public:
+  bool OnProgress(std::string_view, std::size_t, std::size_t) override { return true; }
+};
+
 int Finish(const Outcome& outcome, const std::string& done_text) {
   return outcome ? Print(done_text + "\n") : Fail(outcome.text);
 }
@@ -45,7 +51,10 @@ int Add(const CommandLine& line, const SourceArguments& arguments) {
   if (!AskPassword(arguments, login.password)) return kFailed;
   const auto workspace = OpenToChange(line, Folder::MayBeMade);
   if (workspace == nullptr) return kFailed;
-  const Outcome added = Watched(*workspace, [&] { return AddDataSource(*workspace, login); });
+  const Outcome added = Watched(*workspace, [&] {
+    NoProgress progress;
+    return AddDataSource(*workspace, login, progress);
+  });
   if (!added) return Fail(added.text);
   const auto index = static_cast<std::size_t>(workspace->Registry().IndexOf(login.name));
   const DataSource& source = workspace->Registry().At(index);
@@ -105,7 +114,10 @@ int Refresh(const CommandLine& line, const std::string& name) {
   const int index = FindSource(*workspace, name);
   if (index < 0) return kFailed;
   const auto slot = static_cast<std::size_t>(index);
-  const Outcome outcome = Watched(*workspace, [&] { return RefreshDataSource(*workspace, slot); });
+  const Outcome outcome = Watched(*workspace, [&] {
+    NoProgress progress;
+    return RefreshDataSource(*workspace, slot, progress);
+  });
   return Finish(outcome, name + ": " + CatalogueSize(workspace->Registry().At(slot)));
 }
 
