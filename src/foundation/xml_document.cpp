@@ -12,6 +12,10 @@ struct XmlDocument::Storage {
   std::string text;  // what was read; names and data point into it
   XmlNode root{arena};
   std::string message;
+
+  // What was read is about as long as what is written; a tree that was built takes more than its
+  // text does.
+  std::size_t ExpectedTextSize() const { return text.size() + arena.Footprint() / 2; }
 };
 
 XmlDocument::XmlDocument() : storage_(std::make_unique<Storage>()) {}
@@ -51,7 +55,8 @@ bool XmlDocument::Parse(std::string_view text) {
 bool XmlDocument::Save(const std::filesystem::path& path, FileAccess access) {
   XmlWriter writer;
   std::string reason;
-  if (writer.Write(storage_->root) && ReplaceTextFile(path, writer.Text(), access, reason)) {
+  if (writer.Write(storage_->root, storage_->ExpectedTextSize()) &&
+      ReplaceTextFile(path, writer.Text(), access, reason)) {
     return true;
   }
   storage_->message = "Can not create " + PathText(path);
@@ -67,7 +72,7 @@ std::string XmlDocument::Text() const {
 bool XmlDocument::WriteText(std::string& out) const {
   XmlWriter writer;
   out.clear();
-  if (!writer.Write(storage_->root)) return false;
+  if (!writer.Write(storage_->root, storage_->ExpectedTextSize())) return false;
   out = writer.Text();
   return true;
 }

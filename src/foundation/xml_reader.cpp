@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
 
 namespace quillmere {
@@ -45,14 +46,41 @@ void SkipBlanks(char*& at, const char* end) {
   while (at < end && *at == ' ') ++at;
 }
 
-bool IsLetter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+// Name characters are 1 for letters and "_", 2 for digits.
+constexpr std::array<unsigned char, 256> MakeNameClasses() {
+  std::array<unsigned char, 256> classes{};
+  for (unsigned char c = 'a'; c <= 'z'; ++c) classes[c] = classes[c - 'a' + 'A'] = 1;
+  for (unsigned char c = '0'; c <= '9'; ++c) classes[c] = 2;
+  classes['_'] = 1;
+  return classes;
+}
+constexpr std::array<unsigned char, 256> kNameClasses = MakeNameClasses();
+
+unsigned char NameClassOf(char c) {
+  return kNameClasses[static_cast<unsigned char>(c)];
+}
+
+// Whether one of the eight bytes of the word is c.
+bool HasByte(std::uint64_t word, char c) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101u;
+  const std::uint64_t zero_where_equal = word ^ (kOnes * static_cast<unsigned char>(c));
+  return ((zero_where_equal - kOnes) & ~zero_where_equal & (kOnes << 7)) != 0;
+}
+
+// Whether a text stands for itself: no tag character, no escape.
+bool IsPlain(const char* at, const char* end) {
+  for (; end - at >= 8; at += 8) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, at, sizeof word);
+    if (HasByte(word, '<') || HasByte(word, '>') || HasByte(word, '\\')) return false;
+  }
+  while (at < end && ClassOf(*at) == kPlain) ++at;
+  return at == end;
 }
 
 bool IsIdentifier(std::string_view name) {
-  return !name.empty() && IsLetter(name[0]) && std::all_of(name.begin(), name.end(), [](char c) {
-    return IsLetter(c) || (c >= '0' && c <= '9');
-  });
+  return NameClassOf(name[0]) == 1 &&
+         std::all_of(name.begin(), name.end(), [](char c) { return NameClassOf(c) != 0; });
 }
 
 }  // namespace
@@ -78,12 +106,36 @@ bool XmlReader::Read() {
 }
 
 bool XmlReader::ReadLine(char* at, char* end) {
+  // Indentation, a level at a time.
+  while (end - at >= 3 && std::memcmp(at, "   ", 3) == 0) at += 3;
   SkipBlanks(at, end);
   while (end > at && end[-1] == ' ' && !(end - at > 1 && end[-2] == '\\')) --end;
   if (at == end) return true;
-  if (*at == '<') return ReadTags(at, end);
+  if (*at == '<') return ReadLeaf(at, end) || ReadTags(at, end);
   char* const begin = at;
   return AddText(Unescape(begin, at, end, false));
+}
+
+// Nearly every line is a leaf that stands there whole and without an escape; it is taken here in
+// one go, and everything else is left to ReadTags, which knows all forms and all errors.
+bool XmlReader::ReadLeaf(char* at, char* end) {
+  const char* const name = at + 1;
+  const char* name_end = name;
+  while (name_end < end && NameClassOf(*name_end) != 0) ++name_end;
+  const std::ptrdiff_t name_size = name_end - name;
+  constexpr std::ptrdiff_t kMarks = 5;  // "<", ">", "</" and ">"
+  if (name_size == 0 || end - at < 2 * name_size + kMarks || NameClassOf(*name) != 1) return false;
+  char* text = at + name_size + 2;
+  char* const closing = end - (name_size + 3);
+  if (*name_end != '>' || closing[0] != '<' || closing[1] != '/' || end[-1] != '>' ||
+      std::memcmp(closing + 2, name, static_cast<std::size_t>(name_size)) != 0 ||
+      !IsPlain(text, closing) || !open_.back()->data_.empty()) {
+    return false;
+  }
+  SkipBlanks(text, closing);
+  open_.back()->Append({name, static_cast<std::size_t>(name_size)},
+                       {text, static_cast<std::size_t>(closing - text)});
+  return true;
 }
 
 bool XmlReader::ReadTags(char* at, char* end) {

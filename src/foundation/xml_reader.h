@@ -21,6 +21,7 @@ class XmlReader {
 
  private:
   bool ReadLine(char* at, char* end);
+  bool ReadLeaf(char* at, char* end);
   bool ReadTags(char* at, char* end);
   bool ReadTag(char*& at, char* end, bool& opened);
   bool OpenElement(std::string_view name);

@@ -17,8 +17,9 @@ bool NeedsEscape(char c) {
 
 }  // namespace
 
-bool XmlWriter::Write(const XmlNode& root) {
+bool XmlWriter::Write(const XmlNode& root, std::size_t expected_size) {
   used_ = 0;
+  if (!Reserve(std::min(expected_size, kXmlTextLimit))) return false;
   std::vector<const XmlNode*> open;
   const XmlNode* node = root.FirstChild();
   while (true) {
@@ -39,8 +40,8 @@ bool XmlWriter::Write(const XmlNode& root) {
 }
 
 bool XmlWriter::Reserve(std::size_t bytes) {
-  if (bytes <= size_ - used_) return true;
   if (bytes > kXmlTextLimit - used_) return false;
+  if (bytes <= size_ - used_) return true;
   size_ = std::max({used_ + bytes, size_ * 2, kFirstBuffer});
   auto larger = std::make_unique_for_overwrite<char[]>(size_);
   if (used_ > 0) std::memcpy(larger.get(), buffer_.get(), used_);
@@ -117,6 +118,7 @@ void XmlWriter::PutEscaped(std::string_view text) {
 std::string FoldForXml(std::string_view value) {
   // Indentation, tags and the escape of a leading blank fit into what is left of the line.
   constexpr std::size_t kRoom = kXmlLineLimit - 150;
+  if (value.size() <= kRoom / 2) return std::string(value);  // fits however much is escaped
   std::string folded;
   folded.reserve(value.size());
   std::size_t width = 0;  // of the line so far, as it will be written
@@ -125,7 +127,7 @@ std::string FoldForXml(std::string_view value) {
     const bool starts_character = (static_cast<unsigned char>(c) & 0xC0) != 0x80;
     // Not before a tail byte of UTF-8, and not behind a blank, which would be lost at a line's end;
     // but a line of nothing else must end somewhere.
-    const bool may_break = starts_character && folded.size() > 0 && folded.back() != ' ';
+    const bool may_break = starts_character && !folded.empty() && folded.back() != ' ';
     if (c != '\n' && ((width >= kRoom && may_break) || width >= kRoom + 100)) {
       folded += '\n';
       width = 0;

@@ -11,8 +11,9 @@ namespace quillmere {
 
 class XmlWriter {
  public:
-  // False when the text would be larger than kXmlTextLimit.
-  bool Write(const XmlNode& root);
+  // False when the text would be larger than kXmlTextLimit. A good guess of its size spares moving
+  // it to larger and larger buffers.
+  bool Write(const XmlNode& root, std::size_t expected_size);
 
   // Lives as long as the writer.
   std::string_view Text() const { return {buffer_.get(), used_}; }

@@ -31,6 +31,7 @@ bool RenamePath(const fs::path& from, const fs::path& to, std::string& error) {
   return false;
 }
 
+// Only asks; whoever goes on to use the path gets the reason then.
 bool IsThere(const fs::path& path) {
   std::error_code code;
   return fs::exists(path, code);
@@ -71,44 +72,37 @@ std::string JobCatalogue::WhyNameRefused(std::string_view name, std::size_t inde
 
 bool JobCatalogue::SaveMarked(std::string& error) {
   const std::lock_guard<std::mutex> saving(save_mutex_);
-  return SaveMarkedLocked(error);
+  return Save(Selection::Marked, error);
 }
 
 bool JobCatalogue::SaveAll(std::string& error) {
   const std::lock_guard<std::mutex> saving(save_mutex_);
-  MarkAll(true);
-  const bool saved = SaveMarkedLocked(error);
-  MarkAll(false);
-  return saved;
+  return Save(Selection::All, error);
 }
 
-void JobCatalogue::MarkAll(bool mark) {
-  for (std::size_t index = 0; index < jobs_.Count(); ++index) {
-    SyncJob& job = jobs_.At(index);
-    const bool live = jobs_.State(index) != JobState::Empty;
-    const std::lock_guard<std::mutex> lock(job.config_mutex);
-    job.save_mark = mark && live;
-  }
-}
-
-bool JobCatalogue::SaveMarkedLocked(std::string& error) {
+bool JobCatalogue::Save(Selection selection, std::string& error) {
   error.clear();
   std::string reason;
-  if (!SaveList(reason)) KeepFirst(error, std::move(reason));
-  for (std::size_t index = 0; index < jobs_.Count(); ++index) {
-    if (jobs_.State(index) == JobState::Empty) continue;
-    if (!SaveOwnFile(jobs_.At(index), reason)) KeepFirst(error, std::move(reason));
+  std::vector<SyncJob*> changed;
+  if (!SaveList(selection, changed, reason)) KeepFirst(error, std::move(reason));
+  for (SyncJob* job : changed) {
+    if (!SaveOwnFile(*job, reason)) KeepFirst(error, std::move(reason));
   }
   return error.empty();
 }
 
-bool JobCatalogue::SaveList(std::string& error) {
+bool JobCatalogue::SaveList(Selection selection, std::vector<SyncJob*>& changed,
+                            std::string& error) {
+  // Every save passes here with all jobs: one visit to each, and nothing that grows with its
+  // tables.
   XmlDocument document;
-  for (std::size_t index = 0; index < jobs_.Count(); ++index) {
-    if (jobs_.State(index) == JobState::Empty) continue;
-    const SyncJob& job = jobs_.At(index);
-    const std::lock_guard<std::mutex> lock(job.config_mutex);
-    if (job.save_mark && !job.name.empty()) AppendJobElement(document.Root(), job);
+  for (SyncJob* job : jobs_.LiveJobs()) {
+    const std::lock_guard<std::mutex> lock(job->config_mutex);
+    const bool selected = selection == Selection::All || job->save_mark;
+    if (selection == Selection::All) job->save_mark = false;
+    if (!selected || job->name.empty()) continue;
+    AppendJobElement(document.Root(), *job);
+    if (job->tables_revision != job->tables_saved_revision) changed.push_back(job);
   }
   std::string text;
   if (!document.WriteText(text)) {
@@ -132,7 +126,7 @@ bool JobCatalogue::SaveOwnFile(SyncJob& job, std::string& error) {
   const std::uint64_t revision = job.tables_revision;
   {
     const std::lock_guard<std::mutex> lock(job.config_mutex);
-    if (!job.save_mark || job.name.empty() || revision == job.tables_saved_revision) return true;
+    if (job.name.empty()) return true;  // removed meanwhile
     name = job.name;
     AppendSchemas(document.Root(), job.schemas);
   }
@@ -190,10 +184,8 @@ bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, std::str
     job.error_log_path = PathText(JobFolder(name) / "error.log");
   };
   set_name(new_name);
-  MarkAll(true);
-  const bool saved = SaveList(error);
-  MarkAll(false);
-  if (saved) return true;
+  std::vector<SyncJob*> changed;
+  if (SaveList(Selection::All, changed, error)) return true;
   std::string ignored;
   if (MoveFolder(new_name, old_name, ignored)) set_name(old_name);
   return false;

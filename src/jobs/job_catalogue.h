@@ -43,7 +43,7 @@ class JobCatalogue {
   // edited meanwhile is written as before or after the edit. Keeps the first reason in error.
   bool SaveMarked(std::string& error);
 
-  // Marks every live job, saves, clears the marks.
+  // The same for every live job, marked or not; clears the marks.
   bool SaveAll(std::string& error);
 
   // Renames the job's folder and its own file, then the job, then writes jobs.xml. If one of
@@ -62,12 +62,11 @@ class JobCatalogue {
 
   void LoadJob(const XmlNode& node, const LoginLookup& logins, const RunStateRestorer& restore);
   void LoadOwnFile(SyncJob& job);
-  std::string WhyLeftOut(std::string_view name) const;
 
   // All of these with save_mutex_ held.
-  void MarkAll(bool mark);
-  bool SaveMarkedLocked(std::string& error);
-  bool SaveList(std::string& error);
+  enum class Selection { Marked, All };
+  bool Save(Selection selection, std::string& error);
+  bool SaveList(Selection selection, std::vector<SyncJob*>& changed, std::string& error);
   bool SaveOwnFile(SyncJob& job, std::string& error);
   bool KeepUnreadable(const std::filesystem::path& file, std::string& error);
   bool MoveFolder(std::string_view from, std::string_view to, std::string& error);

@@ -77,6 +77,15 @@ bool JobList::ReplaceState(std::size_t index, JobState expected, JobState state,
   return true;
 }
 
+std::vector<SyncJob*> JobList::LiveJobs() {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  std::vector<SyncJob*> live;
+  for (SyncJob& job : jobs_) {
+    if (job.state_ != JobState::Empty) live.push_back(&job);
+  }
+  return live;
+}
+
 std::size_t JobList::Claim() {
   const std::lock_guard<std::mutex> lock(mutex_);
   for (std::size_t index = 0; index < jobs_.size(); ++index) {

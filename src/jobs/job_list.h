@@ -8,6 +8,7 @@
 #include <mutex>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "jobs/job_catalogue.h"
 #include "jobs/sync_job.h"
@@ -47,6 +48,9 @@ class JobList {
   // meanwhile is never overwritten. The progress is written in any case. False: state was another.
   bool ReplaceState(std::size_t index, JobState expected, JobState state,
                     std::optional<Progress> progress = std::nullopt);
+
+  // All records that hold a job, in index order.
+  std::vector<SyncJob*> LiveJobs();
 
   // A free slot (the lowest, else a new one), still Empty: the caller fills the record and then
   // sets its state, which makes it a job. One thread adds and removes jobs.

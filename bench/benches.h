@@ -1,0 +1,11 @@
+// Who adds what to the table of ratios.
+#pragma once
+
+#include "ratio.h"
+
+namespace quillmere::bench {
+
+void AddXmlBenches(RatioTable& table);
+void AddCatalogueBenches(RatioTable& table);
+
+}  // namespace quillmere::bench
