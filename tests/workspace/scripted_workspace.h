@@ -38,6 +38,11 @@ struct ScriptedWorkspace : ::testing::Test {
   ScriptedWorkspace() {
     script.Answer(kUsers, {{"SYS"}, {"SHOP"}, {"EMPTY"}});
     script.Answer(kTables, {{"SHOP", "CLIENT", "USERS", "10"}, {"SHOP", "ORDERS", "USERS", "20"}});
+    for (const std::string table : {"CLIENT", "ORDERS"}) {
+      script.Answer("select count(*) from  DBA_CONSTRAINTS  where owner='SHOP' and table_name='" +
+                        table + "' and constraint_type='P'",
+                    {{"0"}});
+    }
     workspace = Open();
   }
 
