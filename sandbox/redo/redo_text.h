@@ -1,0 +1,26 @@
+// Writes changes as LogMiner does: quoted names, quoted values, the row address at the end.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "sandbox/redo/redo_record.h"
+
+namespace quillmere::sandbox {
+
+// The longest piece of a statement that one row of v$logmnr_contents carries, in bytes.
+inline constexpr std::size_t kRedoPieceBytes = 4000;
+
+// One or two statements: large values of an insert follow in an update, as they do in the log.
+struct RedoStatement {
+  RedoOperation operation = RedoOperation::Insert;
+  std::string text;  // with its semicolon
+};
+
+Status WriteRedo(const RedoShape& shape, const RedoRecord& record, std::int64_t row,
+                 const EvalContext& context, std::vector<RedoStatement>* out);
+
+// The statement in pieces of at most kRedoPieceBytes, cut between characters.
+std::vector<std::string> SplitRedo(const std::string& text);
+
+}  // namespace quillmere::sandbox

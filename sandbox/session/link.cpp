@@ -1,0 +1,60 @@
+#include "sandbox/session/link.h"
+
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
+#include <thread>
+
+namespace quillmere::sandbox {
+
+namespace {
+
+long long NumberFromEnvironment(const char* name, long long usual) {
+  const char* text = std::getenv(name);
+  if (text == nullptr) return usual;
+  long long value = 0;
+  const char* end = text + std::strlen(text);
+  const auto [stop, error] = std::from_chars(text, end, value);
+  return error == std::errc() && stop == end && value >= 0 && value <= 1000000000 ? value : usual;
+}
+
+}  // namespace
+
+std::filesystem::path DatabaseDirectory() {
+  const char* directory = std::getenv("QUILLMERE_SANDBOX_DIR");
+  return directory != nullptr && *directory != '\0' ? directory : "./sandbox";
+}
+
+Status Link::Attach(const std::string& name, std::shared_ptr<Link>* out) {
+  DatabasePath path;
+  if (!FindDatabasePath(DatabaseDirectory(), name, &path)) return Ora(12154);
+  return AttachFile(path, out);
+}
+
+Status Link::AttachFile(const DatabasePath& path, std::shared_ptr<Link>* out) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path.file, error)) return Ora(12154);
+  std::shared_ptr<Link> link(new Link());
+  link->path_ = path;
+  if (Status status = CutFlag::Open(path.cut, &link->cut_); !status.ok()) return status;
+  link->seen_ = link->cut_->Count();
+  link->latency_ =
+      std::chrono::microseconds(NumberFromEnvironment("QUILLMERE_SANDBOX_LATENCY_US", 0));
+  link->lock_wait_ =
+      std::chrono::milliseconds(NumberFromEnvironment("QUILLMERE_SANDBOX_LOCK_WAIT_MS", 60000));
+  *out = std::move(link);
+  return (*out)->RoundTrip();
+}
+
+Status Link::RoundTrip() {
+  if (latency_.count() > 0) std::this_thread::sleep_for(latency_);
+  return IsCut() ? Fail() : Status();
+}
+
+Status Link::Fail() {
+  const Status status = Ora(dead_ ? 3114 : 3113);
+  dead_ = true;
+  return status;
+}
+
+}  // namespace quillmere::sandbox

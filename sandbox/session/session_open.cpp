@@ -1,0 +1,157 @@
+#include <algorithm>
+#include <limits>
+#include <thread>
+
+#include "sandbox/session/session.h"
+#include "sandbox/store/password_hash.h"
+#include "sandbox/store/run_sql.h"
+#include "sandbox/store/sqlite_functions.h"
+#include "sandbox/values/text.h"
+
+namespace quillmere::sandbox {
+
+Session::Session(std::shared_ptr<Link> link)
+    : link_(std::move(link)), miner_(link_->path().file.string(), &context_) {
+  context_.nls = Nls::FromEnvironment();
+  context_.now = DateTime::Now();
+}
+
+Session::~Session() {
+  for (const auto* list : {&cursors_, &writer_cursors_}) {
+    for (const auto& weak : *list) {
+      if (const auto cursor = weak.lock()) cursor->Close();
+    }
+  }
+  if (transaction_) transaction_->Rollback();
+}
+
+Status Session::Open(std::shared_ptr<Link> link, const LogOn& log_on,
+                     std::unique_ptr<Session>* out) {
+  std::unique_ptr<Session> session(new Session(std::move(link)));
+  Status status = session->OpenConnection(&session->reader_);
+  if (status.ok()) status = session->miner_.Register(session->reader_.get());
+  if (status.ok()) status = session->Authenticate(log_on);
+  if (status.ok()) status = session->LoadPrivileges();
+  if (status.ok()) *out = std::move(session);
+  return status;
+}
+
+Status Session::OpenConnection(std::unique_ptr<SqliteConnection>* out) {
+  std::unique_ptr<SqliteConnection> connection;
+  Status status = OpenDatabase(link_->path(), SqliteConnection::Mode::ReadWrite, &connection);
+  if (status.ok()) status = RegisterFunctions(connection.get(), &context_);
+  // FULL: what is reported as committed survives a power cut too.
+  if (status.ok()) {
+    status = connection->Exec(
+        "PRAGMA synchronous = FULL; PRAGMA trusted_schema = ON; PRAGMA cache_size = -8000");
+  }
+  if (status.ok()) *out = std::move(connection);
+  return status;
+}
+
+Status Session::Authenticate(const LogOn& log_on) {
+  context_.user = Upper(log_on.user);
+  sysdba_ = log_on.sysdba;
+  if (log_on.trusted) return {};
+  SqliteStatement* row = nullptr;
+  Status status =
+      PrepareSql(reader_.get(), "SELECT password FROM qm_user WHERE name = ?", &row, context_.user);
+  bool found = false;
+  if (status.ok()) status = row->Step(&found);
+  if (!status.ok()) return status;
+  const std::string hash = found ? std::string(row->Text(0)) : std::string();
+  row->Reset();
+  if (!PasswordMatches(log_on.password, hash)) return Ora(1017);
+  if (!sysdba_) return context_.user == "SYS" ? Ora(28009) : Status();
+  if (status = LoadPrivileges(); !status.ok()) return status;
+  const bool granted = std::any_of(grants_.begin(), grants_.end(), [](const Grant& grant) {
+    return grant.privilege == "SYSDBA" && grant.object.empty();
+  });
+  if (!granted) return Ora(1031);
+  context_.user = "SYS";
+  return {};
+}
+
+Status Session::LoadPrivileges() {
+  grants_.clear();
+  SqliteStatement* rows = nullptr;
+  Status status = PrepareSql(
+      reader_.get(), "SELECT privilege, owner, object FROM qm_grant WHERE grantee IN (?, 'PUBLIC')",
+      &rows, context_.user);
+  bool row = false;
+  while (status.ok() && (status = rows->Step(&row)).ok() && row) {
+    grants_.push_back(
+        {std::string(rows->Text(0)), std::string(rows->Text(1)), std::string(rows->Text(2))});
+  }
+  return status;
+}
+
+// The connection that writes is opened by the first change: most sessions only read.
+Status Session::Writer() {
+  if (writer_) return {};
+  std::unique_ptr<SqliteConnection> connection;
+  if (Status status = OpenConnection(&connection); !status.ok()) return status;
+  if (Status status = miner_.Register(connection.get()); !status.ok()) return status;
+  writer_ = std::move(connection);
+  writer_->SetBusyHandler([this, since = std::chrono::steady_clock::time_point(),
+                           last = std::chrono::steady_clock::time_point()]() mutable {
+    const auto now = std::chrono::steady_clock::now();
+    // A pause between two calls means that a new wait has begun.
+    if (now - last > std::chrono::milliseconds(200)) since = now;
+    last = now;
+    if (link_->IsCut() || now - since >= link_->lock_wait()) {
+      last = {};
+      return false;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    return true;
+  });
+  transaction_ = std::make_unique<Transaction>(
+      writer_.get(),
+      [this](const std::function<Status()>& commit) { return link_->Committing(commit); });
+  return {};
+}
+
+bool Session::HasPrivilege(const std::string& privilege) const {
+  if (sysdba_) return true;
+  return std::any_of(grants_.begin(), grants_.end(), [&privilege](const Grant& grant) {
+    return grant.object.empty() && (grant.privilege == privilege || grant.privilege == "DBA");
+  });
+}
+
+bool Session::MayChange(const std::string& owner, const std::string& object,
+                        const std::string& privilege) const {
+  if (sysdba_ || (!owner.empty() && owner == context_.user)) return true;
+  return std::any_of(grants_.begin(), grants_.end(), [&](const Grant& grant) {
+    if (grant.object.empty()) {
+      return grant.privilege == "DBA" || grant.privilege == privilege ||
+             grant.privilege == privilege + " ANY TABLE";
+    }
+    return grant.owner == owner && grant.object == object &&
+           (grant.privilege == privilege || grant.privilege == "ALL" ||
+            grant.privilege == "ALL PRIVILEGES");
+  });
+}
+
+Status Session::CheckView(const DictionaryView& view) const {
+  if (view.name == "V$LOGMNR_CONTENTS" && !miner_.started() &&
+      HasPrivilege("SELECT ANY DICTIONARY")) {
+    return Ora(1306);
+  }
+  switch (view.access) {
+    case ViewAccess::Everybody:
+      return {};
+    case ViewAccess::SysdbaOnly:
+      return sysdba_ ? Status() : Ora(942);
+    case ViewAccess::Dictionary:
+      return HasPrivilege("SELECT ANY DICTIONARY") ? Status() : Ora(942);
+  }
+  return Ora(942);
+}
+
+Status Session::FindTable(SqliteConnection* connection, ObjectName name, TablePtr* out) {
+  if (name.owner.empty()) name.owner = context_.user;
+  return catalog_.FindTable(connection, name.owner, name.name, out);
+}
+
+}  // namespace quillmere::sandbox

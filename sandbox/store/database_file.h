@@ -1,0 +1,29 @@
+// The file of a database: where it is, how it is made, how it is opened.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "sandbox/store/sqlite.h"
+
+namespace quillmere::sandbox {
+
+struct DatabasePath {
+  std::filesystem::path file;  // <dir>/<NAME>.db
+  std::filesystem::path cut;   // <dir>/<NAME>.cut
+};
+
+// False for what can be no file name of a database.
+bool FindDatabasePath(const std::filesystem::path& directory, const std::string& name,
+                      DatabasePath* out);
+
+// Makes directory and file (readable by the owner only) with the users SYS and SYSTEM; refused
+// when the file exists. Nothing is left behind on failure.
+Status CreateDatabase(const DatabasePath& path, const std::string& password);
+
+// ORA-12154 when there is no such file.
+Status OpenDatabase(const DatabasePath& path, SqliteConnection::Mode mode,
+                    std::unique_ptr<SqliteConnection>* out);
+
+}  // namespace quillmere::sandbox

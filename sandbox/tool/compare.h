@@ -1,0 +1,24 @@
+// Compares two databases: which tables there are, their columns, and their rows as multisets.
+#pragma once
+
+#include <iosfwd>
+#include <map>
+#include <set>
+#include <string>
+
+#include "sandbox/base/status.h"
+#include "sandbox/store/database_file.h"
+
+namespace quillmere::sandbox {
+
+struct CompareOptions {
+  std::string owner;                          // empty: every owner but SYS and SYSTEM
+  std::set<std::string> excluded;             // OWNER.TABLE of the first database
+  std::map<std::string, std::string> mapped;  // OWNER.TABLE of the first to that of the second
+};
+
+// `differences` counts what was found; the first of them are written to `out`.
+Status CompareDatabases(const DatabasePath& first, const DatabasePath& second,
+                        const CompareOptions& options, std::ostream& out, std::size_t* differences);
+
+}  // namespace quillmere::sandbox
