@@ -1,3 +1,4 @@
+#include "schemaops/cached_catalogue.h"
 #include "schemaops/item_run.h"
 
 namespace quillmere {
@@ -78,7 +79,7 @@ RenameTexts RenameTextsOf(ObjectKind kind, const SchemaItem& item) {
 
 }  // namespace
 
-SchemaRun SchemaOperations::DropItems(const DataSource& source, ObjectKind kind,
+SchemaRun SchemaOperations::DropItems(DataSource& source, ObjectKind kind,
                                       const std::vector<SchemaItem>& items, bool cascade,
                                       SchemaListener& listener) {
   ItemRun run(log_, listener);
@@ -88,18 +89,20 @@ SchemaRun SchemaOperations::DropItems(const DataSource& source, ObjectKind kind,
     return run.Take();
   }
   const DropTexts texts = DropTextsOf(kind);
+  std::vector<SchemaItem> dropped;
   run.ForEach("drop", items, [&](const SchemaItem& item) {
     const bool ok = Drop(session, kind, item, cascade, run);
+    if (ok) dropped.push_back(item);
     run.Warnings(session);
     run.Result(ok, texts.what + item.name + " successed",
                texts.what + item.name + texts.failed + session.LastError());
   });
+  ForgetDropped(source, kind, dropped);
   return run.Take();
 }
 
-SchemaRun SchemaOperations::RenameItem(const DataSource& source, ObjectKind kind,
-                                       const SchemaItem& item, std::string_view new_name,
-                                       SchemaListener& listener) {
+SchemaRun SchemaOperations::RenameItem(DataSource& source, ObjectKind kind, const SchemaItem& item,
+                                       std::string_view new_name, SchemaListener& listener) {
   ItemRun run(log_, listener);
   OracleSession session(library_);
   if (!ConnectTo(source, session)) {
@@ -108,6 +111,7 @@ SchemaRun SchemaOperations::RenameItem(const DataSource& source, ObjectKind kind
   }
   run.ForEach("rename", {item}, [&](const SchemaItem&) {
     const bool ok = Rename(session, kind, item, new_name);
+    if (ok) TakeNewName(source, kind, item, new_name);
     const RenameTexts texts = RenameTextsOf(kind, item);
     run.Warnings(session);
     run.Result(ok, texts.done + "'s name changed to " + std::string(new_name),

@@ -78,19 +78,21 @@ class SchemaOperations {
   SchemaOperations(OciLibrary& library, MessageLog& log, const Settings& settings)
       : library_(library), log_(log), settings_(settings) {}
 
+  // What was dropped or renamed, is so in the record's lists, too, which then needs to be saved.
+
   // cascade: tables go although foreign keys reference them. A primary key always takes the foreign
   // keys that reference it along, whosever they are.
-  SchemaRun DropItems(const DataSource& source, ObjectKind kind,
-                      const std::vector<SchemaItem>& items, bool cascade, SchemaListener& listener);
+  SchemaRun DropItems(DataSource& source, ObjectKind kind, const std::vector<SchemaItem>& items,
+                      bool cascade, SchemaListener& listener);
 
   // The new name is judged by the server. A primary key is dropped and created again, with the
   // foreign keys that reference it; after a failure half-way, detail lines tell how to bring back
   // those that are gone.
-  SchemaRun RenameItem(const DataSource& source, ObjectKind kind, const SchemaItem& item,
+  SchemaRun RenameItem(DataSource& source, ObjectKind kind, const SchemaItem& item,
                        std::string_view new_name, SchemaListener& listener);
 
-  // Definitions only: a migrated table is empty. Refused when the target is the source itself,
-  // whose tables would be dropped.
+  // Definitions only: a migrated table is empty. The target's lists are as they were. Refused when
+  // the target is the source itself, whose tables would be dropped.
   SchemaRun MigrateItems(const DataSource& source, const DataSource& target, ObjectKind kind,
                          const std::vector<SchemaItem>& items, const MigrateOptions& options,
                          SchemaListener& listener);

@@ -170,6 +170,27 @@ TEST_F(SchemaOperationsTest, AFailureDoesNotEndTheRunAndCancelDoesBetweenItems) 
   EXPECT_THAT(TakeChanges(), ElementsAre("2: drop table S.A", "2: drop table S.B"));
 }
 
+TEST_F(SchemaOperationsTest, TheCachedListsFollow) {
+  source_.tables = {{"SHOP", "ORDERS", "", "", 1}, {"SHOP", "PARTS", "", "", 2}};
+  source_.primary_keys = {{"SHOP", "ORDERS", "PK", ""}, {"SHOP", "PARTS", "PK2", ""}};
+  source_.indexes = {{"SHOP", "ORDERS", "SHOP", "IX", "", "", 0}};
+  operations_.RenameItem(source_, ObjectKind::Table, kTable, "SALES", heard_);
+  operations_.RenameItem(source_, ObjectKind::Index, {"SHOP", "SALES", "IX"}, "IX1", heard_);
+  EXPECT_TRUE(source_.needsave);
+  EXPECT_EQ(source_.tables[0].table_name, "SALES");
+  EXPECT_EQ(source_.primary_keys[0].table_name, "SALES");
+  EXPECT_EQ(source_.indexes[0].index_name, "IX1");
+  operations_.DropItems(source_, ObjectKind::PrimaryKey, {{"SHOP", "PARTS", "PK2"}}, false, heard_);
+  EXPECT_EQ(source_.primary_keys.size(), 1u);
+  script_.FailOn("drop table SHOP.PARTS", kBusy);
+  operations_.DropItems(source_, ObjectKind::Table,
+                        {{"SHOP", "SALES", "SALES"}, {"SHOP", "PARTS", "PARTS"}}, false, heard_);
+  ASSERT_EQ(source_.tables.size(), 1u);
+  EXPECT_EQ(source_.tables[0].table_name, "PARTS");
+  EXPECT_THAT(source_.primary_keys, IsEmpty());
+  EXPECT_THAT(source_.indexes, IsEmpty());
+}
+
 TEST_F(SchemaOperationsTest, MigrateRunsTheRightStatementsOnTheTarget) {
   struct Case {
     const char* name;
