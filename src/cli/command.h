@@ -30,6 +30,7 @@ void AddSourceCommands(CLI::App& app, CommandLine& line);
 void AddJobCommands(CLI::App& app, CommandLine& line);
 void AddRunCommand(CLI::App& app, CommandLine& line);
 void AddSqlCommand(CLI::App& app, CommandLine& line);
+void AddSchemaCommands(CLI::App& app, CommandLine& line);
 
 enum class Folder { MustExist, MayBeMade };
 

@@ -22,6 +22,7 @@ int Run(int argc, char** argv) {
   AddJobCommands(app, line);
   AddRunCommand(app, line);
   AddSqlCommand(app, line);
+  AddSchemaCommands(app, line);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
