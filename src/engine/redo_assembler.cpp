@@ -54,7 +54,6 @@ bool RedoAssembler::Add(std::string_view piece, Taker& taker) {
       Complete(buffer_, taker);
       buffer_.clear();
     }
-    scanner_.Reset();
     begin = from;
   }
   const std::string_view rest = piece.substr(begin);

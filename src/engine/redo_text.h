@@ -16,7 +16,6 @@ class QuoteScanner {
   std::size_t Find(std::string_view text, std::size_t from, char a, char b);
 
   bool Inside() const { return quote_ != '\0'; }
-  void Reset() { quote_ = '\0'; }
 
  private:
   char quote_ = '\0';
