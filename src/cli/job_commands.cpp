@@ -202,7 +202,7 @@ void AddTables(CLI::App& app, JobArguments& arguments) {
   CLI::Option* tables = app.add_option("TABLE", arguments.tables, "tables of that owner");
   CLI::Option* all = app.add_flag("--all", arguments.all, "all tables of that owner");
   tables->excludes(all);
-  app.final_callback([&arguments] {
+  app.parse_complete_callback([&arguments] {
     if (arguments.tables.empty() && !arguments.all) throw CLI::RequiredError("TABLE or --all");
   });
 }

@@ -1,0 +1,423 @@
+"""Drives quillmere-cli as an operator does, on sandbox databases in a fresh folder.
+
+Usage: cli_test.py FOLDER-OF-THE-PROGRAMS [unittest arguments]
+"""
+
+import json
+import os
+import pathlib
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+PROGRAMS = pathlib.Path(sys.argv.pop(1)).resolve()
+PASSWORD = "canary-Xq7!<\\>"
+LIMIT = 120  # seconds that a condition may take; a slow machine with sanitizers needs them
+
+TABLES = """
+create user SHOP identified by shop;
+create table SHOP.ITEM (ID number(10) primary key, NAME varchar2(60), PRICE number(8,2));
+create table SHOP.NOTE (ID number(10) primary key, NAME varchar2(60));
+create table SHOP.SECRET (ID number(10) primary key);
+"""
+
+
+def wait_until(condition, what):
+    end = time.monotonic() + LIMIT
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise AssertionError("waited in vain: " + what)
+        time.sleep(0.02)
+
+
+class Running:
+    """quillmere-cli run in the background."""
+
+    def __init__(self, site, *arguments, **environment):
+        self.log = site.path / "run.out"
+        with open(self.log, "w") as out:
+            self.process = subprocess.Popen(
+                site.command("run", "--sweep-ms", "20", *arguments),
+                stdout=out, stderr=subprocess.STDOUT, env=site.environment(**environment))
+
+    def text(self):
+        return self.log.read_text()
+
+    def wait_for(self, text):
+        def found():
+            if self.process.poll() is not None and text not in self.text():
+                raise AssertionError(f"ended without {text!r}: {self.text()}")
+            return text in self.text()
+        wait_until(found, text)
+
+    def end(self, number=signal.SIGTERM):
+        self.process.send_signal(number)
+        return self.process.wait(LIMIT)
+
+
+class Site(unittest.TestCase):
+    """A working folder; with data sources A and B and a job J when asked for."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="quillmere-cli-")
+        self.addCleanup(folder.cleanup)
+        self.path = pathlib.Path(folder.name)
+        self.work = self.path / "work"
+        self.password_file = self.file("password", PASSWORD + "\n")
+        self.outputs = []
+        self.client = "sandbox"
+
+    def file(self, name, text):
+        (self.path / name).write_bytes(text.encode())
+        return str(self.path / name)
+
+    def command(self, *arguments):
+        return [str(PROGRAMS / "quillmere-cli"), "--workdir", str(self.work),
+                "--client", self.client, *map(str, arguments)]
+
+    def environment(self, **more):
+        return {**{k: v for k, v in os.environ.items() if not k.startswith("QUILLMERE_")}, **more}
+
+    def cli(self, *arguments, status=0, text=None, given="", **options):
+        done = subprocess.run(self.command(*arguments), input=given.encode(), timeout=LIMIT,
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                              env=self.environment(), **options)
+        out, err = done.stdout.decode(), done.stderr.decode()
+        self.outputs.append(out + err)
+        shown = f"{arguments}: {done.returncode}\n{out}{err}"
+        self.assertEqual(done.returncode, status, shown)
+        if status == 1:
+            self.assertEqual(err.count("\n"), 1, "one line says why: " + shown)
+            self.assertTrue(err.startswith("quillmere-cli: "), shown)
+        if text is not None:
+            self.assertIn(text, out + err)
+        return out
+
+    def sandbox(self, *arguments, given="", status=0):
+        done = subprocess.run([str(PROGRAMS / "quillmere-sandbox"), "--workdir", str(self.work),
+                               *arguments], input=given.encode(), timeout=LIMIT,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        out = done.stdout.decode()
+        self.assertEqual(done.returncode, status, f"{arguments}: {out}")
+        return out
+
+    def jobs(self):
+        return {job["name"]: job for job in json.loads(self.cli("job", "list", "--json"))}
+
+    def add_sources(self, *names):
+        self.work.mkdir(exist_ok=True)
+        for name in names:
+            self.sandbox("create", name, "--password-file", self.password_file)
+            self.sandbox("sql", name, given=TABLES)
+            self.cli("source", "add", name, "--user", "SYS", "--mode", "SYSDBA",
+                     "--password-file", self.password_file)
+
+    def add_job(self, name="J", interval=0):
+        self.cli("job", "add", name, "--from", "A", "--to", "B", "--interval", interval,
+                 "--description", "a job")
+
+    def assert_same(self, *options):
+        self.assertEqual(self.sandbox("diff", "A", "B", "SHOP", *options), "identical\n")
+
+    def assert_password_nowhere(self):
+        secret = PASSWORD.encode()
+        for path in self.work.rglob("*"):
+            if path.is_file():
+                self.assertNotIn(secret, path.read_bytes(), path)
+        for output in self.outputs:
+            self.assertNotIn(PASSWORD, output)
+
+
+class Usage(Site):
+    def test_mistakes_are_answered_with_status_and_reason(self):
+        wrong, refused, done = 2, 1, 0
+        self.work.mkdir()
+        job = ["job", "add", "J", "--from", "A", "--to", "B", "--description", "d", "--interval"]
+        for arguments, status, text in [
+            ([], wrong, "A subcommand is required"),
+            (["frobnicate"], wrong, "There is no command frobnicate"),
+            (["source", "frobnicate"], wrong, "There is no command frobnicate"),
+            (["source", "list", "--frob"], wrong, "--frob"),
+            (["source", "add", "A"], wrong, "--user is required"),
+            (["source", "add", "A", "--user", "u", "--mode", "SYSOPER"], wrong, "--mode"),
+            (["source", "add", "A", "--user", "u", "--password", "p"], wrong, "--password"),
+            (job + ["-1"], wrong, "--interval"),
+            (job + ["1.5"], wrong, "--interval"),
+            (job + ["99999999999"], wrong, "--interval"),
+            (["job", "include", "J", "O"], wrong, "TABLE or --all"),
+            (["job", "owner", "J", "O", "N"], wrong, "TABLE or --all"),
+            (["run", "--for", "-1"], wrong, "--for"),
+            (["run", "--sweep-ms", "0"], wrong, "--sweep-ms"),
+            (["run", "--start"], wrong, "--start"),
+            (["sql"], wrong, "SOURCE is required"),
+            (["--help"], done, "Subcommands:"),
+            (["job", "owner", "--help"], done, "NEWOWNER"),
+            (["source", "list"], done, "Data Source"),
+            (["job", "list", "--json"], done, "[]"),
+            (["run"], done, "No job runs"),
+            (job + ["1"], refused, "There is no data source A"),
+            (["source", "test", "A"], refused, "There is no data source A"),
+            (["source", "refresh", "A"], refused, "There is no data source A"),
+            (["source", "edit", "A"], refused, "There is no data source A"),
+            (["source", "remove", "A"], refused, "There is no data source A"),
+            (["sql", "A"], refused, "There is no data source A"),
+            (["run", "--start", "J"], refused, "There is no job J"),
+            (["job", "show", "J"], refused, "There is no job J"),
+            (["job", "stop", "J"], refused, "There is no job J"),
+            (["source", "add", "A", "--user", "u"], refused, "standard input is at its end"),
+            (["source", "add", "A", "--user", "u", "--password-file", self.path / "no"], refused,
+             "Can not open"),
+            (["source", "add", "A", "--user", "u", "--password-file",
+              self.file("long", "x" * 32)], refused, "not be longer than 31 bytes"),
+            (["source", "add", "A", "--user", "u", "--password-file",
+              self.file("lines", "a\nb\n")], refused, "more than one line"),
+            (["source", "add", "a/b", "--user", "u", "--password-file", self.password_file],
+             refused, "A name must not contain '/'"),
+            (["source", "add", "A", "--user", "u", "--password-file", self.password_file],
+             refused, "ORA-12154"),
+        ]:
+            with self.subTest(arguments=arguments):
+                self.cli(*arguments, status=status, text=text)
+
+    def test_folders_and_client_libraries_that_do_not_work(self):
+        for arguments in [["source", "list"], ["job", "list"], ["run", "--start", "J"],
+                          ["job", "refresh", "J"], ["sql", "A"]]:
+            self.cli(*arguments, status=1, text="There is no working folder")
+        self.assertFalse(self.work.exists())
+        add = ["source", "add", "A", "--user", "u", "--password-file", self.password_file]
+        self.cli(*add, status=1, text="ORA-12154")
+        self.assertTrue(self.work.exists(), "adding makes the folder")
+        self.client = str(self.path / "no-client.so")
+        self.cli(*add, status=1, text="OCIHandleAlloc(Env) : no client library could be loaded")
+        self.cli("source", "list")
+        self.work = self.path / "password"
+        self.cli("source", "list", status=1, text="is no folder")
+        self.cli(*add, status=1, text="is no folder")
+        if os.geteuid() != 0:  # nothing is closed to root
+            self.work = self.path / "closed"
+            self.work.mkdir(mode=0o500)
+            self.cli(*add, status=1, text="must be writable")
+
+    def test_output_that_cannot_be_written_is_a_failure(self):
+        self.work.mkdir()
+        with open("/dev/full", "w") as full:
+            done = subprocess.run(self.command("job", "list"), stdout=full,
+                                  stderr=subprocess.PIPE, timeout=LIMIT)
+        self.assertEqual((done.returncode, done.stderr),
+                         (1, b"quillmere-cli: The output cannot be written\n"))
+        reader, writer = os.pipe()
+        os.close(reader)
+        done = subprocess.run(self.command("--help"), stdout=writer, stderr=subprocess.PIPE,
+                              timeout=LIMIT)
+        os.close(writer)
+        self.assertEqual(done.returncode, 1)
+
+
+class DataSources(Site):
+    def test_life_of_a_data_source(self):
+        self.add_sources("A")
+        self.sandbox("create", "B", "--password-file", self.password_file)
+        add = ["source", "add", "B", "--user", "SYS", "--mode", "SYSDBA"]
+        self.cli(*add, given="wrong\n", status=1, text="ORA-01017")
+        self.cli(*add, given=PASSWORD + "\r\nnot read\n", text="Data source B added")
+        self.cli(*add, given=PASSWORD, status=1, text="Database already exist, user another please")
+        self.cli("source", "add", "b", "--user", "SYS", given=PASSWORD, status=1,
+                 text="There is a data source B already")
+        listed = json.loads(self.cli("source", "list", "--json"))
+        self.assertEqual([(s["name"], s["mode"], s["tables"], s["primary_keys"]) for s in listed],
+                         [("A", "SYSDBA", 3, 3), ("B", "SYSDBA", 0, 0)])
+        self.sandbox("sql", "B", given=TABLES)
+        self.cli("source", "refresh", "B", text="3 tables, 3 primary keys")
+        self.cli("source", "test", "B", text="connect to B successed")
+
+        self.sandbox("sql", "B", given="alter user SYS identified by \"next\";")
+        self.cli("source", "test", "B", status=1, text="connect Database failed. Error: ")
+        self.cli("source", "edit", "B", given="wrong", status=1, text="ORA-01017")
+        self.cli("source", "edit", "B", given="next\n", text="Data source B changed")
+        self.cli("source", "test", "B")
+        self.cli("source", "remove", "B")
+        self.assertFalse((self.work / "config" / "B.xml").exists())
+        self.assertEqual(len(json.loads(self.cli("source", "list", "--json"))), 1)
+        self.assertEqual((self.work / "config" / "A.xml").stat().st_mode & 0o077, 0)
+        self.assert_password_nowhere()
+
+    def test_a_script_stops_at_its_first_error_and_is_taken_back(self):
+        self.add_sources("A", "B")
+        self.cli("sql", "A", given="insert into SHOP.NOTE values (1, 'a;\nb'';\n');\n"
+                 "-- it's over;\nupdate SHOP.NOTE set ID = 2;\n", text="2 statements executed")
+        self.assertIn("a;\nb';\n", self.sandbox("sql", "A", given="select NAME from SHOP.NOTE;"))
+        script = self.file("bad.sql", "insert into SHOP.NOTE values (3, 'x');\n\n"
+                           "insert into SHOP.NOTE\nvalues (3, 'y');\ndelete from SHOP.NOTE;\n")
+        self.cli("sql", "A", script, status=1,
+                 text="bad.sql line 3: insert into SHOP.NOTE values (3, 'y'): ")
+        self.assertIn("ORA-00001", self.outputs[-1])
+        self.assertIn("was rolled back", self.outputs[-1])
+        for broken, text in [("insert into SHOP.NOTE values (4, 'x", "ends inside a literal"),
+                             ("select * from SHOP.NOTE;", "it shows no rows")]:
+            self.cli("sql", "A", given="delete from SHOP.NOTE;\n" + broken, status=1, text=text)
+        self.cli("sql", "A", given=f"create user SHOP identified by \"{PASSWORD}\";", status=1,
+                 text="line 1: create user SHOP ...: ")
+        self.cli("sql", "A", self.path / "none.sql", status=1, text="Can not open")
+        self.cli("sql", "A", self.path, status=1, text="cannot be read")
+        self.sandbox("sql", "B", given="insert into SHOP.NOTE values (2, 'a;\nb'';\n');\n")
+        self.assert_same()
+        self.assert_password_nowhere()
+
+
+class Jobs(Site):
+    def test_life_of_a_job(self):
+        self.add_sources("A", "B")
+        self.add_job("J", 5)
+        add = ["job", "add", "j", "--from", "A", "--interval", 5, "--description", "d", "--to"]
+        self.cli(*add, "B", status=1, text="There is a job J already")
+        self.cli(*add, "A", status=1, text="Data Source Can't be same")
+        self.cli(*add, "C", status=1, text="There is no data source C")
+        self.cli("job", "exclude", "J", "SHOP", "NONE", status=1, text="no table SHOP.NONE")
+        self.cli("job", "exclude", "J", "shop", "ITEM", status=1, text="no owner shop")
+        self.cli("job", "exclude", "J", "SHOP", "--all", text="0 included")
+        self.cli("job", "include", "J", "SHOP", "ITEM", "NOTE", text="2 included")
+        self.cli("job", "owner", "J", "SHOP", "ARCHIVE", "NOTE")
+        self.cli("job", "edit", "J", "--name", "Renamed", "--interval", 0)
+        self.sandbox("sql", "A", given="create table SHOP.NEW (ID number);\n"
+                     "drop table SHOP.SECRET;\n")
+        self.cli("job", "refresh", "Renamed", text="3 of 1 owners, 3 included")
+        self.cli("job", "show", "J", status=1, text="There is no job J")
+        shown = json.loads(self.cli("job", "show", "Renamed", "--json"))
+        self.assertEqual((shown["state"], shown["interval"], shown["source"]), ("Stopped", 0, "A"))
+        tables = {t["name"]: (t["included"], t["remote_owner"])
+                  for t in shown["schemas"][0]["tables"]}
+        self.assertEqual(tables, {"ITEM": (True, "SHOP"), "NEW": (True, "SHOP"),
+                                  "NOTE": (True, "ARCHIVE")})
+        self.cli("run", "--continue", "Renamed", status=1, text="is Stopped: begin with --start")
+        self.cli("job", "stop", "Renamed", status=1, text="is stopped already")
+        self.cli("job", "remove", "Renamed", text="job: Renamed deleted.")
+        self.assertEqual(os.listdir(self.work / "jobs"), ["jobs.xml"])
+
+    def test_a_source_that_cannot_be_reached_leaves_a_job_without_tables(self):
+        self.add_sources("A", "B")
+        (self.work / "sandbox" / "A.db").rename(self.path / "away")
+        self.cli("job", "add", "J", "--from", "A", "--to", "B", "--interval", 1, "--description",
+                 "d", status=1, text="A job created, name is J. Can not connect to source")
+        self.cli("run", "--start", "J", status=1,
+                 text="Not get table list yet, refresh first please.")
+        self.cli("job", "refresh", "J", status=1, text="ORA-12154")
+        (self.path / "away").rename(self.work / "sandbox" / "A.db")
+        self.cli("job", "refresh", "J")
+        (self.work / "sandbox" / "A.db").rename(self.path / "away")
+        run = Running(self, "--start", "J")
+        self.assertEqual(run.process.wait(LIMIT), 1)
+        self.assertIn("ERROR Connect source fail : ", run.text())
+        self.assertIn("ERROR Job J start failed.", run.text())
+        self.assertIn("No job runs any more", run.text())
+        self.assertEqual(self.jobs()["J"]["state"], "Stopped")
+
+
+class Replication(Site):
+    def setUp(self):
+        super().setUp()
+        self.add_sources("A", "B")
+        self.add_job()
+
+    def fill(self, first, last):
+        self.cli("sql", "A", given="".join(
+            f"insert into SHOP.ITEM values ({i}, 'item {i}', {i}.25);\n"
+            for i in range(first, last)))
+
+    def wait_for_job(self, condition, what):
+        wait_until(lambda: condition(self.jobs()["J"]), what)
+
+    def test_changes_arrive_and_others_may_look_but_not_touch(self):
+        self.cli("job", "exclude", "J", "SHOP", "SECRET")
+        self.cli("source", "add", "again", "--user", "SYS", given=PASSWORD, status=1)
+        run = Running(self, "--start", "J", "--progress", "--debug")
+        run.wait_for("Nothing synchronized in this interval of  J")
+        self.cli("sql", "A", given="insert into SHOP.ITEM values (1, 'it''s;\n\"x\"', 1.5);\n"
+                 "insert into SHOP.ITEM values (2, null, 0);\n"
+                 "insert into SHOP.NOTE values (1, 'n');\n"
+                 "insert into SHOP.SECRET values (1);\n")
+        self.wait_for_job(lambda job: job["total_done"] == 3 and job["blocked"] == 1, "inserts")
+        self.cli("sql", "A", given="update SHOP.ITEM set NAME = 'two' where ID = 2;\n"
+                 "delete from SHOP.NOTE;\n")
+        self.wait_for_job(lambda job: job["total_done"] == 5, "update and delete")
+        self.assertEqual(self.jobs()["J"]["state"], "Started")
+        for refused in (["job", "refresh", "J"], ["source", "remove", "A"], ["run"],
+                        ["job", "remove", "J"]):
+            self.cli(*refused, status=1,
+                     text=f"Another program (process {run.process.pid}) works on")
+        run.wait_for("progress captured=6 applied=5 blocked=1 remaining=0")
+        self.assertEqual(run.end(signal.SIGINT), 0)
+        self.assert_same("--exclude", "SHOP.SECRET")
+        self.assertEqual(self.jobs()["J"]["state"], "Paused")
+        self.cli("run", "--start", "J", status=1, text="is Paused: go on with --continue")
+        self.cli("job", "remove", "J", status=1, text="Job J is not stopped")
+        self.cli("job", "edit", "J", "--from", "B", "--to", "A", status=1,
+                 text="You can't change data source after a job is runned")
+        self.cli("run", "--continue", "J", "--for", "0.2")
+        self.cli("job", "stop", "J", text="Job J is stopped")
+        self.assertEqual(self.jobs()["J"]["state"], "Stopped")
+        self.assertIn("J resetted.", (self.work / "error.log").read_text())
+        self.outputs.append(run.text())
+        self.assert_password_nowhere()
+
+    def test_an_interrupted_batch_is_continued_and_nothing_is_applied_twice(self):
+        for number, status in [(signal.SIGTERM, 0), (signal.SIGKILL, -signal.SIGKILL)]:
+            with self.subTest(signal=number):
+                kind = "--continue" if number == signal.SIGKILL else "--start"
+                run = Running(self, kind, "J", QUILLMERE_SANDBOX_LATENCY_US="4000")
+                run.wait_for("Nothing synchronized")
+                self.fill(number * 1000, number * 1000 + 400)
+                self.wait_for_job(lambda job: 20 < job["has_done"] < 300, "half a batch")
+                self.assertEqual(run.end(number), status)
+                job = self.jobs()["J"]
+                self.assertEqual(job["state"], "Paused")
+                self.assertGreater(job["need_to_do"], 0)
+                run = Running(self, "--continue", "J")
+                run.wait_for("Successfully synchronized a batch of J")
+                self.assertEqual(run.end(), 0)
+                old = "Continue synchronize a old batch"
+                self.assertEqual(old in run.text(), number == signal.SIGTERM)
+                self.assertNotIn("ERROR", run.text())
+                self.assert_same()
+        self.assertEqual(self.jobs()["J"]["total_done"], 800)
+
+    def test_a_reader_who_has_gone_or_sleeps_does_not_hold_the_jobs(self):
+        def start(**streams):
+            return subprocess.Popen(self.command("run", "--sweep-ms", "1", *self.verb, "J"),
+                                    env=self.environment(), **streams)
+        self.verb = ["--start"]
+        gone = start(stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        gone.stdout.readline()
+        gone.stdout.close()
+        self.assertIn(b"see error.log", gone.stderr.readline())
+        self.fill(1, 20)
+        self.wait_for_job(lambda job: job["total_done"] == 19, "work without a reader")
+        gone.send_signal(signal.SIGTERM)
+        self.assertEqual(gone.wait(LIMIT), 0)
+        gone.stderr.close()
+
+        self.verb = ["--continue"]
+        reader, writer = os.pipe()
+        os.set_blocking(writer, False)
+        try:  # a pipe that is full from the start
+            while True:
+                os.write(writer, b"x" * 4096)
+        except BlockingIOError:
+            os.set_blocking(writer, True)
+        asleep = start(stdout=writer, stderr=writer)
+        log = self.work / "error.log"
+        before = log.stat().st_size
+        wait_until(lambda: log.stat().st_size > before, "a message for who sleeps")
+        asleep.send_signal(signal.SIGTERM)
+        self.assertEqual(asleep.wait(LIMIT), 0)
+        os.close(reader)
+        os.close(writer)
+
+
+if __name__ == "__main__":
+    unittest.main()
