@@ -1,0 +1,227 @@
+"""Kills the replicating program with SIGKILL at random moments while a workload runs on the source,
+lets it continue each time, and compares source and destination at the end.
+
+usage: kill_runner.py PROGRAM_FOLDER [--kills N] [--seed N] [--keep FOLDER]
+
+One moment is known to double a pass: between the server's commit and the removal of the commit
+point. It shows as a refused insert (ORA-00001) right after a kill that left a commit point. Such a
+hit is counted, the record of that kill is put back (it says what the server had committed), and the
+run goes on; anything else that is lost or doubled fails the test.
+"""
+import argparse
+import json
+import os
+import random
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+from pathlib import Path
+
+SCHEMA = """
+create user APP identified by secret;
+create table APP.LEDGER (ID number(10) primary key, AMOUNT number(12,2), NOTE varchar2(200), AT_TIME date);
+create table APP.STOCK (ID number(10) primary key, QUANTITY number(10), NAME varchar2(60));
+"""
+
+
+class Crash(Exception):
+    """Something that must not happen."""
+
+
+class Rig:
+    def __init__(self, programs, folder, seed):
+        self.folder = folder
+        self.random = random.Random(seed)
+        self.cli = [str(programs / "quillmere-cli"), "--workdir", str(folder), "--client", "sandbox"]
+        self.sandbox = [str(programs / "quillmere-sandbox"), "--workdir", str(folder)]
+        self.job_folder = folder / "jobs" / "crash"
+        self.output = folder / "run.txt"
+        self.next_id = 0
+        self.stock = []
+        self.runner = None
+        self.workload = None
+        self.hits = 0
+        self.left_by_kill = None  # block.dat of a kill that left a commit point
+
+    def call(self, command, given=None):
+        done = subprocess.run(command, input=given, text=True, capture_output=True, check=False)
+        if done.returncode != 0:
+            raise Crash(f"{' '.join(command[3:])}: {done.stderr or done.stdout}")
+        return done.stdout
+
+    def set_up(self):
+        schema = self.folder / "schema.sql"
+        schema.write_text(SCHEMA)
+        for name in ("SRC", "DST"):
+            self.call(self.sandbox + ["create", name])
+            self.call(self.sandbox + ["sql", name, str(schema)])
+            self.call(self.cli + ["source", "add", name, "--user", "SYS", "--mode", "SYSDBA"], "sandbox\n")
+        self.call(self.cli + ["job", "add", "crash", "--from", "SRC", "--to", "DST", "--interval", "0",
+                              "--description", "killed again and again"])
+
+    def start_workload(self, transactions):
+        """Each transaction begins with an insert that cannot be applied twice unnoticed."""
+        lines = []
+        for _ in range(transactions):
+            self.next_id += 1
+            lines.append(f"insert into APP.LEDGER values ({self.next_id}, {self.next_id}.25, "
+                         f"'it''s; number\n{self.next_id}', sysdate);")
+            new = self.random.random() < 0.4 or not self.stock
+            if new:
+                lines.append(f"insert into APP.STOCK values ({self.next_id}, 100, 'part {self.next_id}');")
+            else:
+                part = self.random.choice(self.stock)
+                lines.append(f"update APP.STOCK set QUANTITY = QUANTITY - 1 where ID = {part};")
+                lines.append(f"update APP.LEDGER set AMOUNT = AMOUNT * 1.5 where ID = {part};")
+            keep = self.random.random() < 0.9
+            if keep and new:
+                self.stock.append(self.next_id)
+            elif keep and self.random.random() < 0.1:
+                gone = self.stock.pop(self.random.randrange(len(self.stock)))
+                lines.append(f"delete from APP.STOCK where ID = {gone};")
+            lines.append("commit;" if keep else "rollback;")
+        script = self.folder / "workload.sql"
+        script.write_text("\n".join(lines) + "\n")
+        self.workload = subprocess.Popen(self.cli + ["sql", "SRC", str(script)], stdout=subprocess.DEVNULL,
+                                         stderr=subprocess.PIPE, text=True)
+
+    def end_workload(self):
+        _, errors = self.workload.communicate(timeout=120)
+        if self.workload.returncode != 0:
+            raise Crash("the workload failed: " + errors)
+
+    def start_runner(self, how):
+        environment = dict(os.environ, QUILLMERE_SANDBOX_LATENCY_US="150")
+        with self.output.open("w") as out:
+            self.runner = subprocess.Popen(self.cli + ["run", how, "crash", "--sweep-ms", "10"],
+                                           stdout=out, stderr=out, env=environment)
+
+    def said(self):
+        return self.output.read_text(errors="replace").splitlines()
+
+    def kill_runner(self):
+        if self.runner.poll() is not None:
+            raise Crash("the runner ended by itself:\n" + "\n".join(self.said()[-5:]))
+        self.runner.send_signal(signal.SIGKILL)
+        self.runner.wait()
+        self.left_by_kill = None
+        if (self.job_folder / "commit.dat").exists():
+            self.left_by_kill = (self.job_folder / "block.dat").read_bytes()
+
+    def settle_double(self):
+        """True when the last kill hit the known moment: puts its record back."""
+        if not any("ORA-00001" in line for line in self.said()):
+            return False
+        if self.left_by_kill is None:
+            raise Crash("a statement came twice, and no kill had left a commit point:\n"
+                        + "\n".join(self.said()[-5:]))
+        self.hits += 1
+        (self.job_folder / "block.dat").write_bytes(self.left_by_kill)
+        (self.job_folder / "commit.dat").unlink(missing_ok=True)
+        self.left_by_kill = None
+        return True
+
+    def round(self, how):
+        """One life of the runner; true when it was killed in the middle of a pass."""
+        record_of_last_kill = self.left_by_kill
+        self.start_runner(how)
+        time.sleep(self.random.uniform(0.03, 0.45))
+        refused = any("ORA-00001" in line for line in self.said())
+        self.kill_runner()
+        if refused or any("ORA-00001" in line for line in self.said()):
+            self.left_by_kill = record_of_last_kill
+            self.settle_double()
+        return self.left_by_kill is not None
+
+    def drain(self):
+        self.start_runner("--continue")
+        limit = time.monotonic() + 120
+        while True:
+            lines = self.said()
+            if any("ORA-00001" in line for line in lines):
+                self.runner.kill()
+                self.runner.wait()
+                self.settle_double()
+                self.start_runner("--continue")
+            last = [line for line in lines if "ynchronize" in line][-3:]
+            if len(last) == 3 and all("Nothing synchronized" in line for line in last):
+                break
+            if time.monotonic() > limit:
+                raise Crash("the job does not come to rest:\n" + "\n".join(lines[-5:]))
+            time.sleep(0.05)
+        self.runner.terminate()
+        if self.runner.wait(timeout=60) != 0:
+            raise Crash("the runner did not end well:\n" + "\n".join(self.said()[-5:]))
+
+    def verdict(self):
+        done = subprocess.run(self.sandbox + ["diff", "SRC", "DST"], text=True, capture_output=True,
+                              check=False)
+        print(done.stdout.rstrip())
+        if done.returncode != 0:
+            raise Crash("source and destination differ")
+        state = json.loads(self.call(self.cli + ["job", "show", "crash", "--json"]))
+        print(f"applied {state['total_done']}, blocked {state['blocked']}, ledger entries tried {self.next_id}")
+
+    def stop(self):
+        for process in (self.runner, self.workload):
+            if process is not None and process.poll() is None:
+                process.kill()
+
+
+def run(rig, kills):
+    rig.set_up()
+    rig.start_runner("--start")
+    limit = time.monotonic() + 60
+    while not any("Job crash started." in line for line in rig.said()):
+        if time.monotonic() > limit or rig.runner.poll() is not None:
+            raise Crash("the job does not start:\n" + "\n".join(rig.said()))
+        time.sleep(0.02)
+    rig.kill_runner()
+    in_a_pass = 0
+    for number in range(kills):
+        if rig.workload is None or rig.workload.poll() is not None:
+            if rig.workload is not None:
+                rig.end_workload()
+            rig.start_workload(150)
+        in_a_pass += rig.round("--continue")
+        if (number + 1) % 20 == 0:
+            print(f"{number + 1} kills, {in_a_pass} of them in a pass, known double hit {rig.hits} times",
+                  flush=True)
+    rig.end_workload()
+    rig.drain()
+    rig.verdict()
+    print(f"{kills} kills, {in_a_pass} of them in the middle of a pass; the moment between commit and "
+          f"removal of the commit point was hit {rig.hits} times; nothing else was lost or doubled")
+    if kills >= 10 and in_a_pass == 0:
+        raise Crash("no kill ever hit a pass: the test has tested nothing")
+
+
+def main():
+    arguments = argparse.ArgumentParser()
+    arguments.add_argument("programs", type=Path)
+    arguments.add_argument("--kills", type=int, default=100)
+    arguments.add_argument("--seed", type=int, default=None)
+    arguments.add_argument("--keep", type=Path, help="work in this folder and leave it there")
+    given = arguments.parse_args()
+    seed = given.seed if given.seed is not None else int.from_bytes(os.urandom(4), "little")
+    print(f"seed {seed}", flush=True)
+    folder = given.keep or Path(tempfile.mkdtemp(prefix="quillmere-kill-"))
+    folder.mkdir(parents=True, exist_ok=True)
+    rig = Rig(given.programs.resolve(), folder, seed)
+    try:
+        run(rig, given.kills)
+    except Crash as reason:
+        print(f"FAILED: {reason}\nfiles: {folder}")
+        return 1
+    finally:
+        rig.stop()
+    if given.keep is None:
+        shutil.rmtree(folder, ignore_errors=True)
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
