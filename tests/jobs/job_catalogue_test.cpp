@@ -31,7 +31,7 @@ struct Program {
 
   void Load() {
     catalogue.Load(
-        [this](std::string_view name) -> std::optional<JobLogin> {
+        [](std::string_view name) -> std::optional<JobLogin> {
           if (name != "SRC") return std::nullopt;
           return JobLogin{"scott", "tiger", true};
         },
