@@ -15,38 +15,34 @@ struct Listing {
   Json json = Json::array();
 };
 
-std::string Text(std::string_view text) {
-  return std::string(text);
-}
-
 void AddRow(Listing& listing, const TableRecord& t) {
-  listing.rows.push_back({Text(t.table_name), Text(t.table_owner), Text(t.tablespace),
-                          std::to_string(t.rows), Text(t.type)});
-  listing.json.push_back({{"owner", Text(t.table_owner)},
-                          {"table", Text(t.table_name)},
-                          {"tablespace", Text(t.tablespace)},
+  listing.rows.push_back({t.table_name.String(), t.table_owner.String(), t.tablespace.String(),
+                          std::to_string(t.rows), t.type.String()});
+  listing.json.push_back({{"owner", t.table_owner.String()},
+                          {"table", t.table_name.String()},
+                          {"tablespace", t.tablespace.String()},
                           {"rows", t.rows},
-                          {"type", Text(t.type)}});
+                          {"type", t.type.String()}});
 }
 
 void AddRow(Listing& listing, const KeyRecord& k) {
   listing.rows.push_back(
-      {Text(k.key_name), Text(k.table_owner), Text(k.table_name), Text(k.status)});
-  listing.json.push_back({{"owner", Text(k.table_owner)},
-                          {"table", Text(k.table_name)},
-                          {"key", Text(k.key_name)},
-                          {"status", Text(k.status)}});
+      {k.key_name.String(), k.table_owner.String(), k.table_name.String(), k.status.String()});
+  listing.json.push_back({{"owner", k.table_owner.String()},
+                          {"table", k.table_name.String()},
+                          {"key", k.key_name.String()},
+                          {"status", k.status.String()}});
 }
 
 void AddRow(Listing& listing, const IndexRecord& i) {
-  listing.rows.push_back({Text(i.index_name), Text(i.type), Text(i.index_owner),
-                          Text(i.table_owner), Text(i.table_name), Text(i.status)});
-  listing.json.push_back({{"owner", Text(i.table_owner)},
-                          {"table", Text(i.table_name)},
-                          {"index_owner", Text(i.index_owner)},
-                          {"index", Text(i.index_name)},
-                          {"type", Text(i.type)},
-                          {"status", Text(i.status)}});
+  listing.rows.push_back({i.index_name.String(), i.type.String(), i.index_owner.String(),
+                          i.table_owner.String(), i.table_name.String(), i.status.String()});
+  listing.json.push_back({{"owner", i.table_owner.String()},
+                          {"table", i.table_name.String()},
+                          {"index_owner", i.index_owner.String()},
+                          {"index", i.index_name.String()},
+                          {"type", i.type.String()},
+                          {"status", i.status.String()}});
 }
 
 // take(record) for each record of the kind's list.

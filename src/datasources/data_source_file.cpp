@@ -42,39 +42,40 @@ void AppendTable(XmlNode& schema, const TableRecord& table) {
   node.AddNumber("rows", table.rows);
 }
 
-void ReadKey(const XmlNode& node, KeyRecord& key) {
+void ReadKey(const XmlNode& node, TextPool& pool, KeyRecord& key) {
   XmlFields fields(node);
-  key.table_owner = fields.Text("tableowner");
-  key.table_name = fields.Text("tablename");
+  key.table_owner = pool.Share(fields.Text("tableowner"));
+  key.table_name = pool.Share(fields.Text("tablename"));
   key.key_name = fields.Text("keyname");
-  key.status = fields.Text("status", "undef");
+  key.status = pool.Share(fields.Text("status", "undef"));
 }
 
-void ReadIndex(const XmlNode& node, IndexRecord& index) {
+void ReadIndex(const XmlNode& node, TextPool& pool, IndexRecord& index) {
   XmlFields fields(node);
-  index.table_owner = fields.Text("tableowner");
-  index.table_name = fields.Text("tablename");
-  index.index_owner = fields.Text("indexowner");
+  index.table_owner = pool.Share(fields.Text("tableowner"));
+  index.table_name = pool.Share(fields.Text("tablename"));
+  index.index_owner = pool.Share(fields.Text("indexowner"));
   index.index_name = fields.Text("indexname");
-  index.type = fields.Text("type");
-  index.status = fields.Text("status");
+  index.type = pool.Share(fields.Text("type"));
+  index.status = pool.Share(fields.Text("status"));
   index.level = fields.Number("level");
 }
 
-void ReadTable(const XmlNode& node, TableRecord& table) {
+void ReadTable(const XmlNode& node, TextPool& pool, TableRecord& table) {
   XmlFields fields(node);
-  table.table_owner = fields.Text("tableowner");
-  table.table_name = fields.Text("tablename");
-  table.tablespace = fields.Text("tablespace");
-  table.type = fields.Text("type");
+  table.table_owner = pool.Share(fields.Text("tableowner"));
+  table.table_name = pool.Share(fields.Text("tablename"));
+  table.tablespace = pool.Share(fields.Text("tablespace"));
+  table.type = pool.Share(fields.Text("type"));
   table.rows = fields.Number("rows");
 }
 
 void ReadSchema(const XmlNode& schema, DataSource& source) {
+  TextPool pool;
   for (const XmlNode* node = schema.FirstChild(); node != nullptr; node = node->NextSibling()) {
-    if (node->Name() == "primarykey") ReadKey(*node, source.primary_keys.emplace_back());
-    if (node->Name() == "index") ReadIndex(*node, source.indexes.emplace_back());
-    if (node->Name() == "tables") ReadTable(*node, source.tables.emplace_back());
+    if (node->Name() == "primarykey") ReadKey(*node, pool, source.primary_keys.emplace_back());
+    if (node->Name() == "index") ReadIndex(*node, pool, source.indexes.emplace_back());
+    if (node->Name() == "tables") ReadTable(*node, pool, source.tables.emplace_back());
   }
 }
 

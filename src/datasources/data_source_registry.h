@@ -10,22 +10,23 @@
 #include <string_view>
 #include <vector>
 
+#include "datasources/shared_text.h"
 #include "foundation/H_tea.h"
 #include "messages/message_log.h"
 
 namespace quillmere {
 
 struct KeyRecord {
-  std::string table_owner, table_name, key_name, status;
+  SharedText table_owner, table_name, key_name, status;
 };
 
 struct IndexRecord {
-  std::string table_owner, table_name, index_owner, index_name, type, status;
+  SharedText table_owner, table_name, index_owner, index_name, type, status;
   std::int32_t level = 0;
 };
 
 struct TableRecord {
-  std::string table_owner, table_name, tablespace, type;
+  SharedText table_owner, table_name, tablespace, type;
   std::int32_t rows = 0;
 };
 

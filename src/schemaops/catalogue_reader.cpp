@@ -8,6 +8,21 @@ namespace {
 // Progress is told that often, whatever there is to read.
 constexpr std::chrono::milliseconds kProgressInterval{50};
 
+// A column whose texts mostly repeat the row before.
+class RepeatingColumn {
+ public:
+  explicit RepeatingColumn(TextPool& pool) : pool_(pool) {}
+
+  const SharedText& Share(std::string_view text) {
+    if (last_ != text) last_ = pool_.Share(text);
+    return last_;
+  }
+
+ private:
+  TextPool& pool_;
+  SharedText last_;
+};
+
 // One reading of a catalogue, into lists of its own.
 class Reader {
  public:
@@ -19,15 +34,20 @@ class Reader {
 
  private:
   // False when one of the queries failed, with its line.
-  bool ReadKeyAndIndexes(const TableInfo& table, std::string& line);
+  bool ReadKeyAndIndexes(const TableRecord& table, std::string& line);
+  bool ListTables();
   void LogWarnings();
   bool Cancelled();
 
   OracleSession& session_;
   MessageLog& log_;
   ProgressListener& listener_;
-  std::vector<TableInfo> tables_;
+  TextPool pool_;
+  RepeatingColumn key_status_{pool_};
+  RepeatingColumn index_type_{pool_};
+  RepeatingColumn index_status_{pool_};
   std::vector<IndexInfo> table_indexes_;
+  std::vector<TableRecord> tables_;
   std::vector<KeyRecord> keys_;
   std::vector<IndexRecord> indexes_;
   std::size_t done_ = 0;
@@ -50,7 +70,8 @@ bool Reader::Cancelled() {
   next_progress_ = now + kProgressInterval;
   std::string what = "read the list of tables";
   if (done_ < tables_.size()) {
-    what = "read table " + tables_[done_].owner + "." + tables_[done_].table_name;
+    what = "read table " + tables_[done_].table_owner.String() + "." +
+           tables_[done_].table_name.String();
   }
   cancelled_ = cancelled_ || !listener_.OnProgress(what, done_, tables_.size());
   return cancelled_;
@@ -60,42 +81,57 @@ void Reader::LogWarnings() {
   for (const std::string& warning : session_.TakeWarnings()) log_.Add(warning, true);
 }
 
-bool Reader::ReadKeyAndIndexes(const TableInfo& table, std::string& line) {
-  const std::string& name = table.table_name;
+bool Reader::ListTables() {
+  std::vector<TableInfo> tables;
+  const bool listed = session_.ListTables(tables);
+  LogWarnings();
+  if (!listed) return false;
+  RepeatingColumn owner(pool_);
+  RepeatingColumn tablespace(pool_);
+  tables_.reserve(tables.size());
+  for (const TableInfo& table : tables) {
+    tables_.push_back({owner.Share(table.owner),
+                       table.table_name,
+                       tablespace.Share(table.tablespace_name),
+                       {},
+                       table.num_rows});
+  }
+  return true;
+}
+
+bool Reader::ReadKeyAndIndexes(const TableRecord& table, std::string& line) {
+  const SharedText& owner = table.table_owner;
+  const SharedText& name = table.table_name;
   std::int32_t count = 0;
-  if (!session_.CountPrimaryKeys(table.owner, name, count)) {
-    line = "check if has key of  " + name + " failed. Reason: " + session_.LastError();
+  if (!session_.CountPrimaryKeys(owner, name, count)) {
+    line = "check if has key of  " + name.String() + " failed. Reason: " + session_.LastError();
     return false;
   }
   KeyInfo key;
   if (count > 0) {
-    if (!session_.GetPrimaryKey(table.owner, name, key)) {
-      line = "get key of table " + name + " failed. Reason: " + session_.LastError();
+    if (!session_.GetPrimaryKey(owner, name, key)) {
+      line = "get key of table " + name.String() + " failed. Reason: " + session_.LastError();
       return false;
     }
-    keys_.push_back({std::move(key.owner), std::move(key.table_name),
-                     std::move(key.constraint_name), std::move(key.status)});
+    keys_.push_back({owner, name, key.constraint_name, key_status_.Share(key.status)});
   }
   if (Cancelled()) return true;
-  if (!session_.ListIndexes(table.owner, name, table_indexes_)) {
-    line = "get index of table " + name + " failed. Reason: " + session_.LastError();
+  if (!session_.ListIndexes(owner, name, table_indexes_)) {
+    line = "get index of table " + name.String() + " failed. Reason: " + session_.LastError();
     return false;
   }
-  for (IndexInfo& index : table_indexes_) {
-    indexes_.push_back({table.owner, name, table.owner, std::move(index.index_name),
-                        std::move(index.index_type), std::move(index.status), 0});
+  for (const IndexInfo& index : table_indexes_) {
+    indexes_.push_back({owner, name, owner, index.index_name, index_type_.Share(index.index_type),
+                        index_status_.Share(index.status), 0});
   }
   return true;
 }
 
 CatalogueRead Reader::Read(std::string& reason) {
   if (Cancelled()) return CatalogueRead::Cancelled;
-  const bool listed = session_.ListTables(tables_);
-  LogWarnings();
-  if (!listed) {
+  if (!ListTables()) {
     reason = "Can't not get table info list,Reason: " + session_.LastError();
     log_.Add(reason, true);
-    tables_.clear();
     return CatalogueRead::Failed;
   }
   for (; done_ < tables_.size(); ++done_) {
@@ -113,15 +149,7 @@ CatalogueRead Reader::Read(std::string& reason) {
 }
 
 void Reader::MoveInto(DataSource& source) {
-  source.tables.clear();
-  source.tables.reserve(tables_.size());
-  for (TableInfo& table : tables_) {
-    source.tables.push_back({std::move(table.owner),
-                             std::move(table.table_name),
-                             std::move(table.tablespace_name),
-                             {},
-                             table.num_rows});
-  }
+  source.tables = std::move(tables_);
   keys_.shrink_to_fit();
   source.primary_keys = std::move(keys_);
   indexes_.shrink_to_fit();

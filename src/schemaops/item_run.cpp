@@ -34,15 +34,15 @@ bool ConnectTo(const DataSource& source, OracleSession& session) {
 }
 
 SchemaItem ItemOf(const KeyRecord& key) {
-  return {key.table_owner, key.table_name, key.key_name};
+  return {key.table_owner.String(), key.table_name.String(), key.key_name.String()};
 }
 
 SchemaItem ItemOf(const IndexRecord& index) {
-  return {index.table_owner, index.table_name, index.index_name};
+  return {index.table_owner.String(), index.table_name.String(), index.index_name.String()};
 }
 
 SchemaItem ItemOf(const TableRecord& table) {
-  return {table.table_owner, table.table_name, table.table_name};
+  return {table.table_owner.String(), table.table_name.String(), table.table_name.String()};
 }
 
 }  // namespace quillmere

@@ -49,16 +49,18 @@ class CatalogueReaderTest : public SchemaOpsTest {
   // What the record holds: "A+PK_A" and so on.
   Lines Record() const {
     Lines lines;
+    const auto add = [&](std::initializer_list<std::string_view> texts) {
+      lines.emplace_back();
+      for (const std::string_view text : texts) lines.back().append(text).append(" ");
+    };
     for (const TableRecord& t : source_.tables) {
-      lines.push_back(t.table_owner + "." + t.table_name + " " + t.tablespace + " " +
-                      std::to_string(t.rows));
+      add({t.table_owner, t.table_name, t.tablespace, std::to_string(t.rows)});
     }
     for (const KeyRecord& k : source_.primary_keys) {
-      lines.push_back(k.table_owner + "." + k.table_name + " " + k.key_name + " " + k.status);
+      add({k.table_owner, k.table_name, k.key_name, k.status});
     }
     for (const IndexRecord& i : source_.indexes) {
-      lines.push_back(i.table_owner + "." + i.table_name + " " + i.index_owner + "." +
-                      i.index_name + " " + i.type + " " + i.status);
+      add({i.table_owner, i.table_name, i.index_owner, i.index_name, i.type, i.status});
     }
     return lines;
   }
@@ -68,8 +70,8 @@ class CatalogueReaderTest : public SchemaOpsTest {
 
 TEST_F(CatalogueReaderTest, ReadsTablesKeysAndIndexes) {
   EXPECT_EQ(Refresh(), CatalogueRead::Read) << reason_;
-  EXPECT_THAT(Record(), ElementsAre("S.A USERS 7", "S.B  0", "S.A PK_A ENABLED",
-                                    "S.A S.IX_A NORMAL VALID", "S.B S.IX_B BITMAP UNUSABLE"));
+  EXPECT_THAT(Record(), ElementsAre("S A USERS 7 ", "S B  0 ", "S A PK_A ENABLED ",
+                                    "S A S IX_A NORMAL VALID ", "S B S IX_B BITMAP UNUSABLE "));
   EXPECT_TRUE(source_.needsave);
   EXPECT_EQ(TakeLog(), Lines{kConnected});
 

@@ -1,0 +1,24 @@
+#include "datasources/shared_text.h"
+
+#include <cstring>
+#include <new>
+
+namespace quillmere {
+
+SharedText::SharedText(std::string_view text) {
+  if (text.empty()) return;
+  char* const memory = static_cast<char*>(::operator new(sizeof(Block) + text.size()));
+  block_ = new (memory) Block{1, static_cast<std::uint32_t>(text.size())};
+  std::memcpy(memory + sizeof(Block), text.data(), text.size());
+}
+
+void SharedText::Release() noexcept {
+  if (block_->references.fetch_sub(1, std::memory_order_acq_rel) == 1) ::operator delete(block_);
+}
+
+SharedText TextPool::Share(std::string_view text) {
+  const auto found = texts_.find(text);
+  return found != texts_.end() ? *found : *texts_.emplace(text).first;
+}
+
+}  // namespace quillmere
