@@ -7,5 +7,6 @@ namespace quillmere::bench {
 
 void AddXmlBenches(RatioTable& table);
 void AddCatalogueBenches(RatioTable& table);
+void AddCatalogueReadBenches(RatioTable& table);
 
 }  // namespace quillmere::bench

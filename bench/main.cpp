@@ -20,5 +20,6 @@ int main(int argc, char** argv) {
   quillmere::bench::RatioTable table;
   quillmere::bench::AddXmlBenches(table);
   quillmere::bench::AddCatalogueBenches(table);
+  quillmere::bench::AddCatalogueReadBenches(table);
   table.RunAndPrint(filter);
 }
