@@ -283,6 +283,12 @@ class Jobs(Site):
         self.cli("job", "exclude", "J", "SHOP", "--all", text="0 included")
         self.cli("job", "include", "J", "SHOP", "ITEM", "NOTE", text="2 included")
         self.cli("job", "owner", "J", "SHOP", "ARCHIVE", "NOTE")
+        run = Running(self, "--start", "J")
+        run.wait_for("Job J started.")
+        self.assertEqual(run.end(), 0)
+        self.assertEqual((self.jobs()["J"]["state"], self.jobs()["J"]["has_runned"]),
+                         ("Paused", True), "saved at the end, before any pass was due")
+        self.cli("job", "stop", "J")
         self.cli("job", "edit", "J", "--name", "Renamed", "--interval", 0)
         self.sandbox("sql", "A", given="create table SHOP.NEW (ID number);\n"
                      "drop table SHOP.SECRET;\n")

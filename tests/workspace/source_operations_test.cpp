@@ -90,6 +90,8 @@ TEST_F(SourceOperations, JobsFollowTheLogOnsOfTheirDataSources) {
   EXPECT_EQ(Job(job).source.user_id, "sys");
   EXPECT_TRUE(Job(job).source.sysdba);
   EXPECT_EQ(Job(job).destination.password, "tiger");
+  ASSERT_TRUE(SaveDataSource(*workspace, {"B", "scott", "lynx", "NORMAL"}).done);
+  EXPECT_EQ(Job(job).destination.password, "lynx");
   script.FailOn("SessionBegin", "ORA-01017: no", 1017);
   EXPECT_FALSE(SaveDataSource(*workspace, {"A", "sys", "puma", "SYSDBA"}).done);
   Restart();
