@@ -105,7 +105,7 @@ int RunScript(Workspace& workspace, const std::string& name, std::istream& input
   Script script(*session, input, input_name);
   std::string reason;
   if (!script.Run(reason)) return FailTakenBack(session, reason);
-  if (!session->Disconnect()) {
+  if (!session->EndSession()) {
     return Fail("The end of the session failed, whether its changes are committed is not known: " +
                 session->LastError());
   }

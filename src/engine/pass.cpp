@@ -152,11 +152,12 @@ bool Pass::OpenCommitPoint() {
   return false;
 }
 
-// Ends the destination session, which commits. False when it is not known to have committed.
+// Ends the destination session, which commits, and at once forgets the commit point: a kill between
+// the two doubles the pass. False when it is not known to have committed.
 bool Pass::CommitDestination(OracleSession& destination) {
   std::string error;
   if (!record_failed_ && !record_.Flush(error)) Error(error);
-  if (!destination.Disconnect()) {
+  if (!destination.EndSession()) {
     Error("The end of the session on " + view_.destination_database + " failed : " +
           destination.LastError() + ". The statements of this pass count as not applied");
     ReturnToCommitPoint();

@@ -118,7 +118,7 @@ bool RunRecordWriter::Write(const RunRecord& record, std::string& error) {
 }
 
 bool RunRecordWriter::Flush(std::string& error) {
-  if (file_.IsOpen() && file_.Flush()) return true;
+  if (!file_.IsOpen() || file_.Flush()) return true;
   error = CanNotCreate(path_);
   return false;
 }

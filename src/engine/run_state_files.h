@@ -26,6 +26,7 @@ class RunRecordWriter {
  public:
   explicit RunRecordWriter(const std::filesystem::path& job_folder);
   bool Write(const RunRecord& record, std::string& error);
+  // What was written down to the disk.
   bool Flush(std::string& error);
 
  private:

@@ -46,10 +46,13 @@ class OracleSession {
   bool Connect(std::string_view connect_string, std::string_view user, std::string_view password,
                bool sysdba);
 
-  // Ends the session, which commits its open transaction on the server, and detaches. False when
-  // the end of the session failed, so that the fate of its transaction is not known; the connection
-  // is gone in any case. True when there was none.
-  bool Disconnect();
+  // Ends the session, which commits its open transaction on the server; only Disconnect is left to
+  // do then. False when that failed, so that the fate of the transaction is not known. True when
+  // there was no session.
+  bool EndSession();
+
+  // Ends the session unless that was done, and detaches.
+  void Disconnect();
 
   bool Connected() const { return connected_; }
   const std::string& LastError() const { return last_error_; }
@@ -179,6 +182,7 @@ class OracleSession {
   std::string last_error_;
   std::vector<std::string> warnings_;
   bool connected_ = false;
+  bool session_open_ = false;
 };
 
 }  // namespace quillmere

@@ -103,6 +103,7 @@ bool OracleSession::Connect(std::string_view connect_string, std::string_view us
     return false;
   }
   connected_ = true;
+  session_open_ = true;
   return true;
 }
 
@@ -146,14 +147,22 @@ bool OracleSession::SetLoginText(ub4 attribute, std::string_view text) {
   return false;
 }
 
-bool OracleSession::Disconnect() {
-  if (!connected_) return true;
-  connected_ = false;
+bool OracleSession::EndSession() {
+  if (!session_open_) return true;
+  session_open_ = false;
   const sword status = Api().SessionEnd(service_, error_, session_, kDefault);
-  const bool ended = Succeeded(status);
-  if (!ended) SetError("OCISessionEnd : ", ErrorSource::Error, status);
+  if (Succeeded(status)) return true;
+  SetError("OCISessionEnd : ", ErrorSource::Error, status);
+  return false;
+}
+
+void OracleSession::Disconnect() {
+  if (!connected_) return;
+  connected_ = false;
+  // Neither result matters here, and the reason of an earlier failure is still to be read.
+  if (session_open_) Api().SessionEnd(service_, error_, session_, kDefault);
+  session_open_ = false;
   Api().ServerDetach(server_, error_, kDefault);
-  return ended;
 }
 
 void OracleSession::SetError(std::string_view label, ErrorSource source, sword status) {

@@ -44,7 +44,7 @@ class Rig:
         self.runner = None
         self.workload = None
         self.hits = 0
-        self.left_by_kill = None  # block.dat of a kill that left a commit point
+        self.left_by_kill = None  # block.dat of the latest kill in a pass that is not yet completed
 
     def call(self, command, given=None):
         done = subprocess.run(command, input=given, text=True, capture_output=True, check=False)
@@ -107,9 +107,16 @@ class Rig:
             raise Crash("the runner ended by itself:\n" + "\n".join(self.said()[-5:]))
         self.runner.send_signal(signal.SIGKILL)
         self.runner.wait()
-        self.left_by_kill = None
-        if (self.job_folder / "commit.dat").exists():
-            self.left_by_kill = (self.job_folder / "block.dat").read_bytes()
+        if any("Successfully synchronized" in line for line in self.said()):
+            self.left_by_kill = None  # a doubled pass would not have got past its first insert
+        commit_point = self.job_folder / "commit.dat"
+        if not commit_point.exists():
+            return False
+        record = (self.job_folder / "block.dat").read_bytes()
+        if record == commit_point.read_bytes():
+            return False  # nothing was done in this pass: what an earlier kill left still counts
+        self.left_by_kill = record
+        return True
 
     def settle_double(self):
         """True when the last kill hit the known moment: puts its record back."""
@@ -126,15 +133,14 @@ class Rig:
 
     def round(self, how):
         """One life of the runner; true when it was killed in the middle of a pass."""
-        record_of_last_kill = self.left_by_kill
+        left_by_earlier_kill = self.left_by_kill
         self.start_runner(how)
         time.sleep(self.random.uniform(0.03, 0.45))
-        refused = any("ORA-00001" in line for line in self.said())
-        self.kill_runner()
-        if refused or any("ORA-00001" in line for line in self.said()):
-            self.left_by_kill = record_of_last_kill
+        in_a_pass = self.kill_runner()
+        if any("ORA-00001" in line for line in self.said()):
+            self.left_by_kill = left_by_earlier_kill
             self.settle_double()
-        return self.left_by_kill is not None
+        return in_a_pass
 
     def drain(self):
         self.start_runner("--continue")

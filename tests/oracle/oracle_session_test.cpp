@@ -137,9 +137,12 @@ TEST(OracleSession, FailedEndOfSessionIsTold) {
   OracleSession session(library);
   ASSERT_TRUE(session.Connect("DB", "u", "p", false));
   script.FailOn("SessionEnd", "ORA-03113: end-of-file on communication channel\n");
-  EXPECT_FALSE(session.Disconnect());
+  EXPECT_FALSE(session.EndSession());
   EXPECT_THAT(session.LastError(), StartsWith("OCISessionEnd : ORA-03113"));
-  EXPECT_TRUE(session.Disconnect()) << "there is nothing left to end";
+  EXPECT_TRUE(session.EndSession()) << "there is nothing left to end";
+  script.TakeTranscript();
+  session.Disconnect();
+  EXPECT_THAT(script.TakeTranscript(), ElementsAre("ServerDetach(srv1, err1, 0)"));
 }
 
 TEST(OciLibrary, OneEnvironmentAThread) {
