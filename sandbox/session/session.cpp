@@ -46,7 +46,7 @@ Status Session::CheckVersion(SqliteConnection* connection) {
   ClearPlans();
   catalog_.Clear();
   version_ = version.value_or(0);
-  return LoadPrivileges();
+  return LoadPrivileges(connection);
 }
 
 // A session sees its own uncommitted changes; otherwise it reads where no writer is in the way.

@@ -50,7 +50,7 @@ class Session {
   // Opening (session_open.cpp)
   Status OpenConnection(std::unique_ptr<SqliteConnection>* out);
   Status Authenticate(const LogOn& log_on);
-  Status LoadPrivileges();
+  Status LoadPrivileges(SqliteConnection* connection);
   Status Writer();
 
   // Statements

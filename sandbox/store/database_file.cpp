@@ -18,6 +18,7 @@ CREATE TABLE qm_grant(grantee TEXT NOT NULL, privilege TEXT NOT NULL, owner TEXT
   object TEXT NOT NULL, PRIMARY KEY(grantee, privilege, owner, object)) WITHOUT ROWID;
 CREATE TABLE qm_table(id INTEGER PRIMARY KEY AUTOINCREMENT, owner TEXT NOT NULL, name TEXT NOT NULL,
   tablespace TEXT, num_rows INTEGER, shape INTEGER NOT NULL, UNIQUE(owner, name));
+CREATE INDEX qm_table_name ON qm_table(name);
 CREATE TABLE qm_column(id INTEGER PRIMARY KEY AUTOINCREMENT, table_id INTEGER NOT NULL,
   position INTEGER NOT NULL, name TEXT NOT NULL, type_code INTEGER NOT NULL, data_type TEXT NOT NULL,
   data_length INTEGER NOT NULL, data_precision INTEGER, data_scale INTEGER,
