@@ -82,5 +82,79 @@ TEST_F(TransactionTest, EveryWayToEndATransaction) {
   }
 }
 
+TEST_F(TransactionTest, AFailingStatementLeavesNothingOfItself) {
+  ASSERT_EQ(
+      client_.ExecuteAll({"create table app.c (t number references app.t)",
+                          "insert into app.t values (1, 'a')", "insert into app.t values (2, 'b')",
+                          "insert into app.c values (2)"}),
+      "");
+  const std::string before = client_.Value("select sum(id) from app.t");
+  EXPECT_EQ(client_.Execute("update app.t set id = 5").substr(0, 9), "ORA-00001");
+  EXPECT_EQ(client_.Execute("delete from app.t").substr(0, 9), "ORA-02292");
+  EXPECT_EQ(client_.Execute("update app.t set v = v / id").substr(0, 9), "ORA-01722");
+  EXPECT_EQ(client_.Value("select sum(id) from app.t"), before);
+  EXPECT_EQ(client_.Value("select count(*) from app.t where v in ('a', 'b')"), "2");
+  EXPECT_EQ(client_
+                .Execute("update app.t set id = id + 1 where id = 1"
+                         " or id > 99")
+                .substr(0, 9),
+            "ORA-00001");
+  EXPECT_EQ(client_.ExecuteAll({"delete from app.c", "update app.t set id = id + 1"}), "")
+      << "keys are judged when the statement is through";
+}
+
+TEST_F(TransactionTest, SavepointsTakeBackTheirPart) {
+  EXPECT_EQ(
+      client_.ExecuteAll({"savepoint empty", "insert into app.t values (1, 'a')", "savepoint one",
+                          "insert into app.t values (2, 'b')", "rollback to savepoint one"}),
+      "");
+  EXPECT_EQ(Count(&client_), "1");
+  EXPECT_EQ(client_.Execute("rollback to empty"), "");
+  EXPECT_EQ(Count(&client_), "0");
+  EXPECT_EQ(client_.Execute("rollback to one").substr(0, 9), "ORA-01086");
+}
+
+TEST_F(TransactionTest, ADyingProcessTakesItsWorkAlong) {
+  const pid_t child = fork();
+  if (child == 0) {
+    Client writer;
+    const bool worked = writer.ConnectSys("SRC").empty() &&
+                        writer.Execute("insert into app.t values (1, 'a')").empty();
+    _exit(worked ? 7 : 1);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_EQ(WEXITSTATUS(status), 7);
+  EXPECT_EQ(Count(&client_), "0");
+  EXPECT_EQ(client_.Execute("insert into app.t values (1, 'b')"), "") << "its lock is gone too";
+}
+
+TEST_F(TransactionTest, QueriesOutliveTheTransactionTheyBeganIn) {
+  ASSERT_EQ(client_.ExecuteAll(
+                {"insert into app.t values (1, 'a')", "insert into app.t values (2, 'b')"}),
+            "");
+  void* handle = nullptr;
+  OCIHandleAlloc(client_.env, &handle, oci::kHtypeStmt, 0, nullptr);
+  auto* stmt = static_cast<oci::OCIStmt*>(handle);
+  const std::string sql = "select id from app.t order by id";
+  char id = 0;
+  oci::OCIDefine* define = nullptr;
+  const oci::ub4 none = 0;
+  OCIStmtPrepare(stmt, client_.error, reinterpret_cast<const oci::OraText*>(sql.data()),
+                 static_cast<oci::ub4>(sql.size()), oci::kNtvSyntax, oci::kDefault);
+  OCIAttrSet(stmt, oci::kHtypeStmt, const_cast<oci::ub4*>(&none), 0, oci::kAttrPrefetchRows,
+             client_.error);
+  OCIDefineByPos(stmt, &define, client_.error, 1, &id, 1, oci::kSqltChr, nullptr, nullptr, nullptr,
+                 oci::kDefault);
+  ASSERT_EQ(OCIStmtExecute(client_.svcctx, stmt, client_.error, 1, 0, nullptr, nullptr, 0),
+            oci::kSuccess);
+  EXPECT_EQ(id, '1');
+  ASSERT_EQ(client_.ExecuteAll({"rollback", "insert into app.t values (3, 'c')", "commit"}), "");
+  ASSERT_EQ(OCIStmtFetch2(stmt, client_.error, 1, oci::kFetchNext, 0, 0), oci::kSuccess);
+  EXPECT_EQ(id, '2');
+  EXPECT_EQ(OCIStmtFetch2(stmt, client_.error, 1, oci::kFetchNext, 0, 0), oci::kNoData);
+  OCIHandleFree(handle, oci::kHtypeStmt);
+}
+
 }  // namespace
 }  // namespace quillmere::sandbox_test
