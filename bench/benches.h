@@ -8,5 +8,7 @@ namespace quillmere::bench {
 void AddXmlBenches(RatioTable& table);
 void AddCatalogueBenches(RatioTable& table);
 void AddCatalogueReadBenches(RatioTable& table);
+void AddEngineBenches(RatioTable& table);
+void AddMemoryBenches(RatioTable& table);
 
 }  // namespace quillmere::bench

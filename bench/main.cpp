@@ -21,5 +21,7 @@ int main(int argc, char** argv) {
   quillmere::bench::AddXmlBenches(table);
   quillmere::bench::AddCatalogueBenches(table);
   quillmere::bench::AddCatalogueReadBenches(table);
+  quillmere::bench::AddEngineBenches(table);
+  quillmere::bench::AddMemoryBenches(table);
   table.RunAndPrint(filter);
 }

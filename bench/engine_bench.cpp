@@ -1,0 +1,203 @@
+// A pass costs a round trip and one small write a statement, whatever the job's size; a capture
+// costs little more than copying the redo.
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <malloc.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <memory>
+
+#include "benches.h"
+#include "engine/capture.h"
+#include "engine/job_runner.h"
+#include "null_oci.h"
+#include "scratch_folder.h"
+#include "silence.h"
+
+namespace quillmere::bench {
+
+namespace {
+
+constexpr std::size_t kStatements = 100'000;
+
+class Engine {
+ public:
+  Engine(std::size_t jobs, std::size_t tables, const std::vector<RedoRow>* redo = nullptr)
+      : library_(NullOci(redo)) {
+    for (std::size_t i = 0; i < jobs; ++i) {
+      const std::size_t index = jobs_.Claim();
+      SyncJob& job = jobs_.At(index);
+      job.name = "job_" + std::to_string(i);
+      job.sync_interval = 1'000'000;
+      JobSchema& schema = job.schemas["SALES"];
+      for (std::size_t t = 0; t < tables; ++t) {
+        schema.Append({.name = "ORDERS_" + std::to_string(t), .desowner = "BRANCH"});
+      }
+      jobs_.SetState(index, JobState::Stopped);
+    }
+  }
+
+  SyncJob& Job() { return jobs_.At(0); }
+  EngineContext& Context() { return context_; }
+  OciLibrary& Library() { return library_; }
+
+  void Apply(const std::vector<std::string>& statements) {
+    SyncJob& job = Job();
+    for (const std::string& statement : statements) job.pending_batch.Append(statement);
+    job.next_due = LocalTime{};
+    jobs_.SetState(0, JobState::Started, {0, static_cast<std::uint32_t>(job.pending_batch.Size())});
+    job.applied_count = 0;
+    runner_.Step(0);
+    if (static_cast<std::size_t>(job.applied_count.Get()) != statements.size()) std::abort();
+  }
+
+  void Capture(std::size_t rows) {
+    OracleSession session(library_);
+    if (!session.Connect("S", "u", "p", false)) std::abort();
+    Job().next_cutoff_scn = 1'000'000'000;
+    if (!GetStatements(context_, 0, session) || Job().pending_batch.Empty()) std::abort();
+    benchmark::DoNotOptimize(rows);
+    Job().pending_batch.Clear();
+  }
+
+  void StartAll() {
+    for (std::size_t i = 0; i < jobs_.Count(); ++i) {
+      jobs_.At(i).next_due = AddMinutes(clock_.Now(), 10'000);
+      jobs_.SetState(i, JobState::Started);
+    }
+  }
+  void Sweep() {
+    for (std::size_t i = 0; i < jobs_.Count(); ++i) runner_.Step(i);
+  }
+
+ private:
+  ScratchFolder folder_;
+  SystemClock clock_;
+  Settings settings_;
+  MessageLog log_{folder_.Path(), clock_, settings_};
+  JobList jobs_;
+  JobCatalogue catalogue_{folder_.Path(), jobs_, log_};
+  OciLibrary library_;
+  Silence listener_;
+  EngineContext context_{folder_.Path(), jobs_,  catalogue_, library_,
+                         log_,           clock_, settings_,  listener_};
+  JobRunner runner_{context_};
+};
+
+std::vector<std::string> Statements(std::size_t tables) {
+  std::vector<std::string> statements;
+  for (std::size_t i = 0; i < kStatements; ++i) {
+    statements.push_back(
+        "update \"SALES\".\"ORDERS_" + std::to_string(i * 7919 % tables) +
+        "\" set \"STATUS\" = 'shipped to the customer' where \"ID\" = '" + std::to_string(i) +
+        "' and \"STATUS\" = 'packed and waiting' and \"NOTE\" = '" + std::string(60, 'n') + "'");
+  }
+  return statements;
+}
+
+// The calls of a batch and one small write a statement, and nothing else.
+void BareLoop(const OciApi& api, const std::vector<std::string>& statements) {
+  using namespace oci;
+  static const ScratchFolder folder;
+  PendingBatch batch;
+  for (const std::string& statement : statements) batch.Append(statement);
+  const int file = open((folder.Path() / "block.dat").c_str(), O_WRONLY | O_CREAT, 0600);
+  char record[40] = {};
+  for (std::size_t i = 0; i < batch.Size(); ++i) {
+    void* handle = nullptr;
+    api.HandleAlloc(nullptr, &handle, kHtypeStmt, 0, nullptr);
+    api.StmtPrepare(static_cast<OCIStmt*>(handle), nullptr,
+                    reinterpret_cast<const OraText*>(batch[i].data()),
+                    static_cast<ub4>(batch[i].size()), kNtvSyntax, kDefault);
+    api.StmtExecute(nullptr, static_cast<OCIStmt*>(handle), nullptr, 1, 0, nullptr, nullptr,
+                    kDefault);
+    api.HandleFree(handle, kHtypeStmt);
+    if (pwrite(file, record, sizeof record, 0) != sizeof record) std::abort();
+  }
+  close(file);
+}
+
+// Statements of 200 bytes, every tenth of more than 4000 bytes in three rows.
+class Redo {
+ public:
+  explicit Redo(std::size_t rows) {
+    const std::string head = "insert into \"SALES\".\"ORDERS_1\"(\"ID\",\"NOTE\") values ('1','";
+    short_ = head + std::string(200 - head.size() - 3, 'x') + "');";
+    long_ = head + std::string(9000 - head.size() - 3, 'y') + "');";
+    const std::string_view text = long_;
+    while (rows_.size() + 3 <= rows) {
+      if (++count_ % 10 != 0) {
+        rows_.push_back({"4711", short_});
+      } else {
+        for (std::size_t at = 0; at < text.size(); at += 4000) {
+          rows_.push_back({"4711", text.substr(at, 4000)});
+        }
+      }
+    }
+    for (const RedoRow& row : rows_) bytes_ += row.text.size();
+  }
+  const std::vector<RedoRow>& Rows() const { return rows_; }
+
+  // What a capture cannot do without: the bytes stand somewhere else afterwards.
+  void Copy() const {
+    const auto memory = std::make_unique_for_overwrite<char[]>(bytes_);
+    char* to = memory.get();
+    for (const RedoRow& row : rows_) to = std::copy(row.text.begin(), row.text.end(), to);
+    benchmark::DoNotOptimize(*(to - 1));
+  }
+
+ private:
+  std::string short_, long_;
+  std::vector<RedoRow> rows_;
+  std::size_t count_ = 0;
+  std::size_t bytes_ = 0;
+};
+
+double ProcessorMilliseconds() {
+  timespec now{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+double IdleSweep() {
+  Engine engine(1000, 10);
+  engine.StartAll();
+  engine.Sweep();
+  const double begin = ProcessorMilliseconds();
+  constexpr int kSweeps = 100;
+  for (int i = 0; i < kSweeps; ++i) engine.Sweep();
+  return (ProcessorMilliseconds() - begin) / kSweeps;
+}
+
+}  // namespace
+
+void AddEngineBenches(RatioTable& table) {
+  const auto few = std::make_shared<std::vector<std::string>>(Statements(10));
+  const auto many = std::make_shared<std::vector<std::string>>(Statements(20'000));
+  const auto small = std::make_shared<Engine>(1, 10);
+  const auto large = std::make_shared<Engine>(1, 20'000);
+  table.Add({"pass, 100000 statements / bare calls and writes", 1.5,
+             [=] { BareLoop(small->Library().Api(), *few); }, [=] { small->Apply(*few); }});
+  table.Add({"pass, owner of 20000 tables / of 10", 1.1, [=] { small->Apply(*few); },
+             [=] { large->Apply(*few); }});
+  table.Add({"pass, changes in all of 20000 tables / in 10 of them", 0, [=] { large->Apply(*few); },
+             [=] { large->Apply(*many); }});
+
+  const auto million = std::make_shared<Redo>(1'000'000);
+  const auto tenth = std::make_shared<Redo>(100'000);
+  const auto mine = [](const std::shared_ptr<Redo>& redo) {
+    const auto engine = std::make_shared<Engine>(1, 10);
+    return [=] {
+      NullOci(&redo->Rows());
+      malloc_trim(0);  // each capture takes its memory from the system, as the first of a program
+      engine->Capture(redo->Rows().size());
+    };
+  };
+  table.Add({"capture, 1000000 rows / copying their bytes", 4, [=] { million->Copy(); },
+             mine(million), 5});
+  table.Add({"capture, 1000000 rows / 100000 rows", 11, mine(tenth), mine(million), 5});
+  table.AddFigure("sweep over 1000 idle jobs, processor time", "ms", 1, IdleSweep);
+}
+
+}  // namespace quillmere::bench
