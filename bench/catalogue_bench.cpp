@@ -90,7 +90,7 @@ void AppendToPendingBatch(benchmark::State& state) {
     for (const std::string& statement : statements) batch.Append(statement);
     benchmark::DoNotOptimize(batch[kStatements - 1].data());
   }
-  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * kStatements));
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kStatements));
 }
 BENCHMARK(AppendToPendingBatch)->Unit(benchmark::kMillisecond);
 

@@ -150,7 +150,7 @@ void ParseText(benchmark::State& state) {
   for (auto _ : state) {
     if (!document.Parse(text)) std::abort();
   }
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * text.size()));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
 BENCHMARK(ParseText)->Unit(benchmark::kMillisecond);
 

@@ -6,9 +6,9 @@
 #endif
 // clang-format off
 #include <windows.h>
-#include <aclapi.h>
 #include <sddl.h>
 // clang-format on
+#undef ReplaceFile  // a macro there, a function of ours here
 
 #include <algorithm>
 #include <system_error>
