@@ -9,7 +9,7 @@ namespace quillmere::cli {
 namespace {
 
 struct SchemaArguments {
-  std::string source, target, kind, new_name, owner;
+  std::string source, target, kind, item, new_name, owner;
   std::vector<std::string> items, owners;
   bool json = false;
   bool cascade = false;
@@ -29,16 +29,21 @@ class Printer final : public SchemaListener {
     return written_ && !end_.Came();
   }
   void OnResult(std::string_view line, bool failed) override {
-    const Stream stream = failed ? Stream::Error : Stream::Output;
-    written_ = Write(stream, OneLine(line) + "\n") && written_;
+    if (failed && first_failure_.empty()) first_failure_ = line;
+    Show(line);
   }
-  void OnDetail(std::string_view line) override {
-    written_ = Write(Stream::Error, OneLine(line) + "\n") && written_;
-  }
+  void OnDetail(std::string_view line) override { Show(line); }
+
+  const std::string& FirstFailure() const { return first_failure_; }
 
  private:
+  void Show(std::string_view line) {
+    written_ = Write(Stream::Output, OneLine(line) + "\n") && written_;
+  }
+
   EndRequest end_;
   bool written_ = true;
+  std::string first_failure_;
 };
 
 DataSource* SourceOf(Workspace& workspace, const std::string& name) {
@@ -58,7 +63,9 @@ bool FindItems(const DataSource& source, const SchemaArguments& arguments,
     }
     items.insert(items.end(), all.begin(), all.end());
   }
-  for (const std::string& name : arguments.items) {
+  std::vector<std::string> names = arguments.items;
+  if (!arguments.item.empty()) names.push_back(arguments.item);
+  for (const std::string& name : names) {
     SchemaItem item;
     std::string reason;
     if (!FindItem(source, kind, name, item, reason)) {
@@ -71,14 +78,17 @@ bool FindItems(const DataSource& source, const SchemaArguments& arguments,
   return !items.empty();
 }
 
-int Finish(Workspace& workspace, const SchemaRun& run) {
+int Finish(Workspace& workspace, const SchemaRun& run, const std::string& first_failure) {
   std::string reason;
   const bool saved = workspace.Registry().Save(reason);
   if (!run.refused.empty()) return Fail(run.refused);
   if (!run.logged) return Fail("error.log cannot be written");
   if (!saved) return Fail(reason);
   if (run.cancelled) return Fail("Ended before all was done");
-  return run.failed == 0 ? kDone : kFailed;
+  if (run.failed == 0) return kDone;
+  const std::size_t all = run.failed + run.succeeded;
+  return Fail(std::to_string(run.failed) + " of " + std::to_string(all) +
+              " failed: " + first_failure);
 }
 
 // What a command works on, found in the working folder.
@@ -112,7 +122,8 @@ int Change(const CommandLine& line, const SchemaArguments& arguments,
             {},
             {}};
   if (!FindItems(*source, arguments, work.items)) return kFailed;
-  return Finish(*workspace, run(work, arguments));
+  const SchemaRun done = run(work, arguments);
+  return Finish(*workspace, done, work.printer.FirstFailure());
 }
 
 SchemaRun Drop(Work& work, const SchemaArguments& arguments) {
@@ -188,7 +199,7 @@ void AddSchemaCommands(CLI::App& app, CommandLine& line) {
   CLI::App* rename = group->add_subcommand("rename", "Give a table, key or index another name");
   AddSource(rename, *arguments);
   AddKind(rename, *arguments);
-  rename->add_option("ITEM", arguments->items, naming)->required()->expected(1);
+  rename->add_option("ITEM", arguments->item, naming)->required();
   rename->add_option("NEWNAME", arguments->new_name, "without an owner")->required();
   command(rename, Rename);
 
