@@ -142,7 +142,15 @@ class Reader {
   }
 
  private:
+  // The time of day may be left out at the end of the text: it is midnight then.
+  static bool IsTimeOfDay(MaskItem item) {
+    return item == MaskItem::Hour24 || item == MaskItem::Hour12 || item == MaskItem::Minute ||
+           item == MaskItem::Second || item == MaskItem::Fraction || item == MaskItem::Meridian ||
+           item == MaskItem::ZoneHour || item == MaskItem::ZoneMinute || item == MaskItem::ZoneName;
+  }
+
   Status ReadElement(const MaskElement& element, int this_year) {
+    if (at_ >= text_.size() && IsTimeOfDay(element.item)) return {};
     switch (element.item) {
       case MaskItem::FillMode:
       case MaskItem::Exact:
@@ -218,11 +226,12 @@ class Reader {
   Status ReadLiteral(std::string_view literal) {
     for (const char c : literal) {
       if (std::isalnum(static_cast<unsigned char>(c))) {
-        if (at_ >= text_.size() || text_[at_] != c) return Ora(1861);
+        if (at_ >= text_.size()) return Ora(1840);
+        if (text_[at_] != c) return Ora(1861);
         ++at_;
         continue;
       }
-      if (at_ >= text_.size()) return c == ' ' ? Status() : Ora(1840);
+      if (at_ >= text_.size()) return {};  // an element that is missed says so itself
       const auto byte = static_cast<unsigned char>(text_[at_]);
       if (c == ' ') {
         SkipBlanks();
