@@ -16,6 +16,10 @@ oci::sword Report(const HandlePtr& error, const Status& status, oci::sword resul
 // Ends a session without committing, if it is begun.
 void AbandonSession(const HandlePtr& session);
 
+// Closes the cursor of a statement, unless it is on that session: a session may be at work on
+// another thread, and only its lock keeps the two apart.
+void CloseStatement(const HandlePtr& statement, const std::shared_ptr<SessionSlot>& unless);
+
 // Runs the body of an exported function: no exception may reach the client.
 template <typename Body>
 oci::sword Guarded(oci::OCIError* errhp, Body body) {

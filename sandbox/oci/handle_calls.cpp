@@ -29,25 +29,24 @@ void AbandonSession(const HandlePtr& session) {
   slot->session.reset();
 }
 
-namespace {
-
-// The cursor of a freed statement belongs to its session, which may be at work on another thread.
-void CloseStatement(const HandlePtr& handle) {
+void CloseStatement(const HandlePtr& statement, const std::shared_ptr<SessionSlot>& unless) {
   std::shared_ptr<SessionSlot> slot;
   {
-    const std::lock_guard lock(handle->mutex);
-    slot = handle->statement.slot;
+    const std::lock_guard lock(statement->mutex);
+    slot = statement->statement.slot;
   }
-  if (!slot) return;
+  if (!slot || slot == unless) return;
   const std::lock_guard session_lock(slot->mutex);
-  const std::lock_guard lock(handle->mutex);
-  handle->statement.cursor.reset();
+  const std::lock_guard lock(statement->mutex);
+  statement->statement.cursor.reset();
 }
+
+namespace {
 
 void Release(const HandlePtr& handle) {
   switch (handle->type) {
     case oci::kHtypeStmt:
-      CloseStatement(handle);
+      CloseStatement(handle, nullptr);
       break;
     case oci::kHtypeSession:
       AbandonSession(handle);

@@ -135,6 +135,7 @@ sword OCIStmtExecute(OCISvcCtx* svchp, OCIStmt* stmtp, OCIError* errhp, ub4 iter
     const std::shared_ptr<SessionSlot> slot = SlotOf(svcctx);
     if (!slot) return Report(error, Ora(1012));
     sword result = kSuccess;
+    CloseStatement(handle, slot);
     const std::lock_guard session_lock(slot->mutex);
     const std::lock_guard lock(handle->mutex);
     const Status status = Execute(slot, &handle->statement, iters, rowoff, mode, &result);

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <initializer_list>
+
 #include "sandbox/session/ddl.h"
 #include "sandbox/store/password_hash.h"
 #include "sandbox/store/run_sql.h"
@@ -53,6 +56,28 @@ Status DdlExecutor::DropUser(const std::string& name, bool cascade) {
   return status;
 }
 
+namespace {
+
+bool IsOneOf(const std::string& word, std::initializer_list<std::string_view> words) {
+  return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+// System privileges are several words; a single one is a role.
+Status CheckPrivilege(const std::string& privilege, bool on_object) {
+  if (on_object) {
+    const bool known = IsOneOf(privilege, {"SELECT", "INSERT", "UPDATE", "DELETE", "REFERENCES",
+                                           "INDEX", "ALTER", "ALL", "ALL PRIVILEGES"});
+    return known ? Status() : Ora(990, privilege);
+  }
+  if (privilege.find(' ') != std::string::npos) return {};
+  const bool known =
+      IsOneOf(privilege, {"CONNECT", "RESOURCE", "DBA", "SYSDBA", "SELECT_CATALOG_ROLE",
+                          "EXECUTE_CATALOG_ROLE", "LOGMINING"});
+  return known ? Status() : Status(1919, "role '" + privilege + "' does not exist");
+}
+
+}  // namespace
+
 Status DdlExecutor::ChangeGrant(const GrantStatement& grant) {
   std::string owner;
   std::string object;
@@ -66,6 +91,11 @@ Status DdlExecutor::ChangeGrant(const GrantStatement& grant) {
     object = table->name;
   } else if (!may_("", "", "GRANT ANY PRIVILEGE")) {
     return Ora(1031);
+  }
+  for (const std::string& privilege : grant.privileges) {
+    if (Status status = CheckPrivilege(privilege, grant.object.has_value()); !status.ok()) {
+      return status;
+    }
   }
   for (const std::string& grantee : grant.grantees) {
     bool exists = grantee == "PUBLIC";

@@ -255,7 +255,7 @@ Status Cursor::Next(DisplayRow* row, bool* found) {
   // A statement stepped past its end would begin again.
   if (!status.ok() || !*found) {
     detached_ = true;
-    statement_.reset();
+    LetGo();
   }
   return status;
 }
@@ -272,14 +272,19 @@ Status Cursor::Detach() {
   }
   std::reverse(rest_.begin(), rest_.end());
   detached_ = true;
-  statement_.reset();
+  LetGo();
   return status;
 }
 
 void Cursor::Close() {
   closed_ = true;
-  statement_.reset();
+  LetGo();
   rest_.clear();
+}
+
+void Cursor::LetGo() {
+  statement_.reset();
+  connection_.reset();
 }
 
 }  // namespace quillmere::sandbox

@@ -57,8 +57,11 @@ using DisplayRow = std::vector<std::optional<std::string>>;
 class Cursor {
  public:
   Cursor(std::vector<SelectColumn> columns, std::unique_ptr<SqliteStatement> statement,
-         const EvalContext* context)
-      : columns_(std::move(columns)), statement_(std::move(statement)), context_(*context) {}
+         const EvalContext* context, std::unique_ptr<SqliteConnection> connection)
+      : columns_(std::move(columns)),
+        connection_(std::move(connection)),
+        statement_(std::move(statement)),
+        context_(*context) {}
 
   const std::vector<SelectColumn>& columns() const { return columns_; }
   // `found` false: no more rows.
@@ -70,8 +73,10 @@ class Cursor {
 
  private:
   Status Read(DisplayRow* row, bool* found);
+  void LetGo();
 
   std::vector<SelectColumn> columns_;
+  std::unique_ptr<SqliteConnection> connection_;  // none: the statement is on one of the session's
   std::unique_ptr<SqliteStatement> statement_;
   const EvalContext& context_;
   std::vector<DisplayRow> rest_;  // last row first

@@ -56,6 +56,8 @@ SqliteConnection* Session::ReadConnection() {
 
 Status Session::ExecuteSelect(const std::string& sql, StatementResult* result) {
   SqliteConnection* connection = ReadConnection();
+  // A query that is still open would hold its connection to what it saw at its beginning.
+  if (connection == reader_.get()) DetachCursors(&cursors_);
   if (Status status = CheckVersion(connection); !status.ok()) return status;
   const std::string key = PlanKey(tokens_);
   std::unique_ptr<SelectPlan> fresh;
@@ -79,16 +81,7 @@ Status Session::ExecuteSelect(const std::string& sql, StatementResult* result) {
     plan = fresh.get();
   }
   if (plan->reads_redo() && !miner_.started()) return Ora(1306);
-  std::unique_ptr<SqliteStatement> prepared;
-  Status status = connection->Prepare(plan->sql(), &prepared);
-  if (status.ok()) {
-    status = BindParameters(plan->parameters(), tokens_, context_, prepared.get());
-  }
-  if (!status.ok()) return status;
-  result->cursor = std::make_shared<Cursor>(plan->columns(), std::move(prepared), &context_);
-  auto& list = connection == writer_.get() ? writer_cursors_ : cursors_;
-  std::erase_if(list, [](const std::weak_ptr<Cursor>& cursor) { return cursor.expired(); });
-  list.push_back(result->cursor);
+  if (Status status = OpenCursor(*plan, connection, result); !status.ok()) return status;
   if (fresh && fresh->reusable() && !key.empty()) {
     if (select_plans_.size() >= kMaxPlans) select_plans_.clear();
     select_plans_.emplace(key, std::move(fresh));
@@ -96,12 +89,38 @@ Status Session::ExecuteSelect(const std::string& sql, StatementResult* result) {
   return {};
 }
 
+// Redo is read on a connection of its own: it may be long, and holds committed changes only, also
+// while the session has open ones.
+Status Session::OpenCursor(const SelectPlan& plan, SqliteConnection* connection,
+                           StatementResult* result) {
+  std::unique_ptr<SqliteConnection> own;
+  Status status;
+  if (plan.reads_redo()) {
+    status = OpenConnection(&own);
+    if (status.ok()) status = miner_.Register(own.get());
+    if (!status.ok()) return status;
+    connection = own.get();
+  }
+  std::unique_ptr<SqliteStatement> prepared;
+  status = connection->Prepare(plan.sql(), &prepared);
+  if (status.ok()) {
+    status = BindParameters(plan.parameters(), tokens_, context_, prepared.get());
+  }
+  if (!status.ok()) return status;
+  auto& list = own ? redo_cursors_ : connection == writer_.get() ? writer_cursors_ : cursors_;
+  std::erase_if(list, [](const std::weak_ptr<Cursor>& cursor) { return cursor.expired(); });
+  result->cursor =
+      std::make_shared<Cursor>(plan.columns(), std::move(prepared), &context_, std::move(own));
+  list.push_back(result->cursor);
+  return {};
+}
+
 // Queries opened inside the transaction must not outlive it: their connection has to let go.
-void Session::DetachCursors() {
-  for (const auto& weak : writer_cursors_) {
+void Session::DetachCursors(std::vector<std::weak_ptr<Cursor>>* cursors) {
+  for (const auto& weak : *cursors) {
     if (const auto cursor = weak.lock()) (void)cursor->Detach();
   }
-  writer_cursors_.clear();
+  cursors->clear();
 }
 
 Status Session::BeginChange() {
@@ -203,12 +222,12 @@ Status Session::ExecuteDdl(const Statement& statement) {
 }
 
 Status Session::Commit() {
-  DetachCursors();
+  DetachCursors(&writer_cursors_);
   return transaction_ ? transaction_->Commit() : Status();
 }
 
 void Session::Rollback() {
-  DetachCursors();
+  DetachCursors(&writer_cursors_);
   if (transaction_) transaction_->Rollback();
 }
 
@@ -224,7 +243,7 @@ Status Session::Control(const TransactionControl& control) {
       return status.ok() ? transaction_->SetSavepoint(control.savepoint) : status;
     }
     case TransactionControl::Kind::RollbackTo: {
-      DetachCursors();
+      DetachCursors(&writer_cursors_);
       Status status = Writer();
       return status.ok() ? transaction_->RollbackTo(control.savepoint) : status;
     }

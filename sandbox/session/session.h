@@ -66,7 +66,8 @@ class Session {
   Status BeginChange();
   Status CheckVersion(SqliteConnection* connection);
   void ClearPlans();
-  void DetachCursors();
+  Status OpenCursor(const SelectPlan& plan, SqliteConnection* connection, StatementResult* result);
+  static void DetachCursors(std::vector<std::weak_ptr<Cursor>>* cursors);
 
   // Names and rights
   SqliteConnection* ReadConnection();
@@ -74,6 +75,7 @@ class Session {
   bool HasPrivilege(const std::string& privilege) const;
   bool MayChange(const std::string& owner, const std::string& object,
                  const std::string& privilege) const;
+  bool SeesDictionary() const;
   Status CheckView(const DictionaryView& view) const;
 
   struct Grant {
@@ -95,6 +97,7 @@ class Session {
   std::unordered_map<std::string, std::unique_ptr<SelectPlan>> select_plans_;
   std::vector<std::weak_ptr<Cursor>> cursors_;
   std::vector<std::weak_ptr<Cursor>> writer_cursors_;
+  std::vector<std::weak_ptr<Cursor>> redo_cursors_;
   std::vector<Grant> grants_;
   bool sysdba_ = false;
 };

@@ -29,7 +29,7 @@ Session::Session(std::shared_ptr<Link> link)
 }
 
 Session::~Session() {
-  for (const auto* list : {&cursors_, &writer_cursors_}) {
+  for (const auto* list : {&cursors_, &writer_cursors_, &redo_cursors_}) {
     for (const auto& weak : *list) {
       if (const auto cursor = weak.lock()) cursor->Close();
     }
@@ -41,7 +41,6 @@ Status Session::Open(std::shared_ptr<Link> link, const LogOn& log_on,
                      std::unique_ptr<Session>* out) {
   std::unique_ptr<Session> session(new Session(std::move(link)));
   Status status = session->OpenConnection(&session->reader_);
-  if (status.ok()) status = session->miner_.Register(session->reader_.get());
   if (status.ok()) status = session->Authenticate(log_on);
   if (status.ok()) status = session->LoadPrivileges(session->reader_.get());
   if (status.ok()) *out = std::move(session);
@@ -99,7 +98,6 @@ Status Session::Writer() {
   if (writer_) return {};
   std::unique_ptr<SqliteConnection> connection;
   if (Status status = OpenConnection(&connection); !status.ok()) return status;
-  if (Status status = miner_.Register(connection.get()); !status.ok()) return status;
   writer_ = std::move(connection);
   writer_->SetBusyHandler([this, since = std::chrono::steady_clock::time_point(),
                            last = std::chrono::steady_clock::time_point()]() mutable {
@@ -141,6 +139,10 @@ bool Session::MayChange(const std::string& owner, const std::string& object,
   });
 }
 
+bool Session::SeesDictionary() const {
+  return HasPrivilege("SELECT ANY DICTIONARY") || HasPrivilege("SELECT_CATALOG_ROLE");
+}
+
 Status Session::CheckView(const DictionaryView& view) const {
   if (view.name == "V$LOGMNR_CONTENTS" && !miner_.started() &&
       HasPrivilege("SELECT ANY DICTIONARY")) {
@@ -152,7 +154,7 @@ Status Session::CheckView(const DictionaryView& view) const {
     case ViewAccess::SysdbaOnly:
       return sysdba_ ? Status() : Ora(942);
     case ViewAccess::Dictionary:
-      return HasPrivilege("SELECT ANY DICTIONARY") ? Status() : Ora(942);
+      return SeesDictionary() ? Status() : Ora(942);
   }
   return Ora(942);
 }

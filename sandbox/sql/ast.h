@@ -54,6 +54,7 @@ struct Expr {
   std::string qualifier;   // of Column and Rowid: table or alias, may be empty
   std::string name;        // of Column and Call
   std::vector<std::unique_ptr<Expr>> args;
+  int depth = 1;                     // of the tree below, itself included
   std::shared_ptr<Select> subquery;  // of Exists
 };
 using ExprPtr = std::unique_ptr<Expr>;

@@ -1,5 +1,7 @@
 #include "sandbox/sql/expression_parser.h"
 
+#include <algorithm>
+
 namespace quillmere::sandbox {
 
 namespace {
@@ -8,12 +10,21 @@ namespace {
 constexpr int kMaxDepth = 200;
 constexpr std::size_t kMaxInList = 1000;
 
+void AddArgument(Expr* expr, ExprPtr argument) {
+  expr->depth = std::max(expr->depth, argument->depth + 1);
+  expr->args.push_back(std::move(argument));
+}
+
 ExprPtr Make(ExprOp op, ExprPtr first = nullptr, ExprPtr second = nullptr) {
   auto expr = std::make_unique<Expr>();
   expr->op = op;
-  if (first) expr->args.push_back(std::move(first));
-  if (second) expr->args.push_back(std::move(second));
+  if (first) AddArgument(expr.get(), std::move(first));
+  if (second) AddArgument(expr.get(), std::move(second));
   return expr;
+}
+
+Status CheckDepth(const Expr& expr) {
+  return expr.depth > kMaxDepth ? Ora(900, "expression nests too deeply") : Status();
 }
 
 // Gives a level of nesting back when its function returns.
@@ -43,7 +54,7 @@ Status ExpressionParser::ParseCondition(ExprPtr* out) {
   while (reader_.TakeWord("OR")) {
     ExprPtr next;
     if (Status status = ParseAnd(&next); !status.ok()) return status;
-    any->args.push_back(std::move(next));
+    AddArgument(any.get(), std::move(next));
   }
   *out = std::move(any);
   return {};
@@ -56,7 +67,7 @@ Status ExpressionParser::ParseAnd(ExprPtr* out) {
   while (reader_.TakeWord("AND")) {
     ExprPtr next;
     if (Status status = ParseNot(&next); !status.ok()) return status;
-    all->args.push_back(std::move(next));
+    AddArgument(all.get(), std::move(next));
   }
   *out = std::move(all);
   return {};
@@ -136,7 +147,7 @@ Status ExpressionParser::ParsePredicateTail(ExprPtr left, ExprPtr* out) {
     if (Status status = reader_.NeedWord("AND"); !status.ok()) return status;
     if (Status status = ParseValue(&high); !status.ok()) return status;
     *out = Make(ExprOp::Between, std::move(left), std::move(low));
-    (*out)->args.push_back(std::move(high));
+    AddArgument(out->get(), std::move(high));
   } else if (reader_.TakeWord("LIKE")) {
     ExprPtr pattern;
     if (Status status = ParseValue(&pattern); !status.ok()) return status;
@@ -144,7 +155,7 @@ Status ExpressionParser::ParsePredicateTail(ExprPtr left, ExprPtr* out) {
     if (reader_.TakeWord("ESCAPE")) {
       ExprPtr escape;
       if (Status status = ParseValue(&escape); !status.ok()) return status;
-      (*out)->args.push_back(std::move(escape));
+      AddArgument(out->get(), std::move(escape));
     }
   } else {
     return Ora(920);
@@ -159,7 +170,7 @@ Status ExpressionParser::ParseIn(ExprPtr left, ExprPtr* out) {
   do {
     ExprPtr value;
     if (Status status = ParseValue(&value); !status.ok()) return status;
-    (*out)->args.push_back(std::move(value));
+    AddArgument(out->get(), std::move(value));
     if ((*out)->args.size() > kMaxInList + 1) {
       return {1795, "maximum number of expressions in a list is 1000"};
     }
@@ -183,7 +194,6 @@ Status ExpressionParser::ParseValue(ExprPtr* out) {
   const Level level(depth_);
   if (Status status = Enter(); !status.ok()) return status;
   if (Status status = ParseTerm(out); !status.ok()) return status;
-  int chain = 0;
   for (;;) {
     ExprOp op = ExprOp::Add;
     if (reader_.IsSymbol("-")) {
@@ -198,24 +208,23 @@ Status ExpressionParser::ParseValue(ExprPtr* out) {
     if (Status status = ParseTerm(&right); !status.ok()) return status;
     // Long texts come as thousands of pieces joined by ||: one node takes them all.
     if (op == ExprOp::Concat && (*out)->op == ExprOp::Concat) {
-      (*out)->args.push_back(std::move(right));
+      AddArgument(out->get(), std::move(right));
       continue;
     }
-    if (++chain > kMaxDepth) return Ora(900, "expression nests too deeply");
     *out = Make(op, std::move(*out), std::move(right));
+    if (Status status = CheckDepth(**out); !status.ok()) return status;
   }
 }
 
 Status ExpressionParser::ParseTerm(ExprPtr* out) {
   if (Status status = ParseFactor(out); !status.ok()) return status;
-  int chain = 0;
   while (reader_.IsSymbol("*") || reader_.IsSymbol("/")) {
     const ExprOp op = reader_.IsSymbol("*") ? ExprOp::Multiply : ExprOp::Divide;
     reader_.Advance();
     ExprPtr right;
     if (Status status = ParseFactor(&right); !status.ok()) return status;
-    if (++chain > kMaxDepth) return Ora(900, "expression nests too deeply");
     *out = Make(op, std::move(*out), std::move(right));
+    if (Status status = CheckDepth(**out); !status.ok()) return status;
   }
   return {};
 }
@@ -266,7 +275,7 @@ Status ExpressionParser::ParseTypedLiteral(std::string_view function, ExprPtr* o
   (*out)->name = function;
   ExprPtr text = Make(ExprOp::Literal);
   text->token = reader_.Index();
-  (*out)->args.push_back(std::move(text));
+  AddArgument(out->get(), std::move(text));
   reader_.Advance();
   return {};
 }
@@ -317,7 +326,7 @@ Status ExpressionParser::ParseCallArguments(Expr* call) {
   do {
     ExprPtr argument;
     if (Status status = ParseValue(&argument); !status.ok()) return status;
-    call->args.push_back(std::move(argument));
+    AddArgument(call, std::move(argument));
   } while (reader_.TakeSymbol(","));
   return reader_.NeedSymbol(")", 907);
 }

@@ -23,6 +23,11 @@ Status SqliteError(sqlite3* db) {
   const int code = db == nullptr ? SQLITE_NOMEM : sqlite3_extended_errcode(db);
   Status own;
   if (OwnError(message, &own)) return own;
+  if (message.find("parser stack overflow") != std::string::npos ||
+      message.find("Expression tree is too large") != std::string::npos) {
+    return Ora(900, "expression nests too deeply");
+  }
+  if (message.find("misuse of aggregate") != std::string::npos) return Ora(934);
   switch (code & 0xFF) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:

@@ -98,6 +98,7 @@ TEST_F(RedoTest, OnlyWhatIsCommittedInTheOrderOfCommits) {
   Client other;
   ASSERT_EQ(other.ConnectSys("SRC"), "");
   EXPECT_TRUE(other.Mine(before).empty());
+  EXPECT_TRUE(client_.Mine(before).empty()) << "not even for the session whose changes they are";
   EXPECT_EQ(other.Value("select current_scn from v$database"), std::to_string(before));
   ASSERT_EQ(client_.Execute("commit"), "");
   const long long after = Scn();

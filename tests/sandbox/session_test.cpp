@@ -122,6 +122,13 @@ TEST_F(SessionTest, ErrorsOfStatementsAndCalls) {
     const char* sql;
     const char* begins;
   };
+  std::string tall = "update app.t set id = id";
+  std::string nested = "1";
+  for (int i = 0; i < 300; ++i) {
+    tall += " + id";
+    nested = "(" + nested + std::string(i % 2 == 0 ? " + 1)" : " * 1 - 1)");
+  }
+  nested = "update app.t set id = " + nested;
   const std::string deep = "update app.t set id = " + std::string(5000, '(') + "1";
   const Case cases[] = {
       {"", "ORA-24373"},
@@ -148,6 +155,11 @@ TEST_F(SessionTest, ErrorsOfStatementsAndCalls) {
       {"drop table app.a_name_of_more_than_thirty_bytes", "ORA-00972"},
       {"begin dbms_output.put_line('x'); end;", "ORA-06550"},
       {deep.c_str(), "ORA-00900"},
+      {tall.c_str(), "ORA-00900"},
+      {nested.c_str(), "ORA-00900"},
+      {"grant nothing to app", "ORA-01919"},
+      {"grant execute on app.t to app", "ORA-00990"},
+      {"select id from app.t where count(*) > 1", "ORA-00934"},
   };
   for (const Case& test : cases) {
     EXPECT_EQ(client_.Execute(test.sql).substr(0, 9), test.begins)

@@ -129,6 +129,24 @@ TEST_F(TransactionTest, ADyingProcessTakesItsWorkAlong) {
   EXPECT_EQ(client_.Execute("insert into app.t values (1, 'b')"), "") << "its lock is gone too";
 }
 
+// An open query must not tie its session to the state it began with.
+TEST_F(TransactionTest, ASessionSeesItsCommitsWhileAQueryIsOpen) {
+  ASSERT_EQ(client_.Execute("select username from dba_users"),
+            "ORA-24374: define not done before "
+            "fetch or execute and fetch");
+  void* handle = nullptr;
+  OCIHandleAlloc(client_.env, &handle, oci::kHtypeStmt, 0, nullptr);
+  auto* stmt = static_cast<oci::OCIStmt*>(handle);
+  const std::string sql = "select username from dba_users";
+  OCIStmtPrepare(stmt, client_.error, reinterpret_cast<const oci::OraText*>(sql.data()),
+                 static_cast<oci::ub4>(sql.size()), oci::kNtvSyntax, oci::kDefault);
+  ASSERT_EQ(OCIStmtExecute(client_.svcctx, stmt, client_.error, 0, 0, nullptr, nullptr, 0),
+            oci::kSuccess);
+  ASSERT_EQ(client_.ExecuteAll({"insert into app.t values (1, 'a')", "commit"}), "");
+  EXPECT_EQ(Count(&client_), "1");
+  OCIHandleFree(handle, oci::kHtypeStmt);
+}
+
 TEST_F(TransactionTest, QueriesOutliveTheTransactionTheyBeganIn) {
   ASSERT_EQ(client_.ExecuteAll(
                 {"insert into app.t values (1, 'a')", "insert into app.t values (2, 'b')"}),
