@@ -25,6 +25,13 @@ bool OpenFolder(const Workspace::Options& options, fs::path& folder, std::string
   return false;
 }
 
+// Without it nobody would hear of what fails.
+bool LogCanBeWritten(const fs::path& folder, std::string& reason) {
+  if (AppendTextFile(folder / "error.log", "", reason)) return true;
+  reason += ". Messages would be lost: make the file writable";
+  return false;
+}
+
 bool IsSandbox(std::string_view client) {
   return client == "sandbox" || fs::path(client).filename() == SandboxLibraryName();
 }
@@ -37,7 +44,8 @@ std::unique_ptr<Workspace> Workspace::Open(const Options& options, std::string& 
   std::unique_ptr<Workspace> workspace(new Workspace(options, std::move(folder)));
   if (options.access == Access::LookOnly) {
     workspace->other_program_ = FolderLock::IsTaken(workspace->folder_);
-  } else if (!workspace->lock_.Take(workspace->folder_, reason)) {
+  } else if (!workspace->lock_.Take(workspace->folder_, reason) ||
+             !LogCanBeWritten(workspace->folder_, reason)) {
     return nullptr;
   }
   std::string error;

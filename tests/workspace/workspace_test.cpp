@@ -73,13 +73,15 @@ TEST_F(WorkspaceTest, WhatCannotBeRestoredIsTold) {
 
 TEST_F(WorkspaceTest, AFolderThatCannotBeWorkedOnIsRefused) {
   folder.Write("file", "");
+  folder.Write("logless/error.log/x", "");
   struct Row {
     const char* folder;
     bool create;
     const char* reason;
   };
-  for (const Row& row : {Row{"missing", false, "There is no working folder "},
-                         Row{"file", true, " is no folder"}, Row{"file/x", true, "Can not"}}) {
+  for (const Row& row :
+       {Row{"missing", false, "There is no working folder "}, Row{"file", true, " is no folder"},
+        Row{"file/x", true, "Can not"}, Row{"logless", false, "Messages would be lost"}}) {
     Workspace::Options options = Options();
     options.folder = folder / row.folder;
     options.create_folder = row.create;
