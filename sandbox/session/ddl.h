@@ -50,7 +50,7 @@ class DdlExecutor {
                           const std::vector<std::size_t>& columns, const std::string& name);
   Status ConstraintName(const Table& table, const ConstraintDef& def, std::string* out);
   Status DropConstraint(const Table& table, const std::string& name, bool cascade);
-  Status DropConstraintRow(std::int64_t id, std::int64_t table_id);
+  Status DropConstraintRow(std::int64_t id);
   Status FindColumns(const Table& table, const std::vector<std::string>& names,
                      std::vector<std::size_t>* out) const;
   Status SaveColumns(const char* table_name, std::int64_t id, const Table& table,

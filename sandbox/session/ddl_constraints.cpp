@@ -241,39 +241,30 @@ Status DdlExecutor::DropConstraint(const Table& table, const std::string& name, 
                            table.owner, name, table.id);
   if (!status.ok()) return status;
   if (!id) return Ora(2443);
-  SqliteStatement* rows = nullptr;
-  status =
-      PrepareSql(writer_, "SELECT id, table_id FROM qm_constraint WHERE ref_id = ?", &rows, *id);
-  std::vector<std::pair<std::int64_t, std::int64_t>> references;
-  bool row = false;
-  while (status.ok() && (status = rows->Step(&row)).ok() && row) {
-    references.emplace_back(rows->Int(0), rows->Int(1));
-  }
+  std::vector<std::int64_t> references;
+  status = QueryInts(writer_, &references, "SELECT id FROM qm_constraint WHERE ref_id = ?", *id);
   if (!status.ok()) return status;
   if (!references.empty() && !cascade) return Ora(2273);
-  for (const auto& [reference, child] : references) {
-    if (status = DropConstraintRow(reference, child); !status.ok()) return status;
+  for (const std::int64_t reference : references) {
+    if (status = DropConstraintRow(reference); !status.ok()) return status;
   }
-  return DropConstraintRow(*id, table.id);
+  return DropConstraintRow(*id);
 }
 
-Status DdlExecutor::DropConstraintRow(std::int64_t id, std::int64_t table_id) {
+Status DdlExecutor::DropConstraintRow(std::int64_t id) {
   Changed();
   const std::string number = std::to_string(id);
   Status status =
       writer_->Exec("DROP INDEX IF EXISTS k" + number + "; DROP INDEX IF EXISTS f" + number);
   static const char* const kStatements[] = {
-      "DELETE FROM qm_index_column WHERE index_id IN"
-      " (SELECT id FROM qm_index WHERE constraint_id = ?1 AND table_id = ?2)",
-      "DELETE FROM qm_index WHERE constraint_id = ?1 AND table_id = ?2",
-      "DELETE FROM qm_constraint_column WHERE constraint_id = ?1",
-      "DELETE FROM qm_constraint WHERE id = ?1 AND table_id = ?2",
+      ("DELETE FROM qm_index_column WHERE index_id IN"
+       " (SELECT id FROM qm_index WHERE constraint_id = ?)"),
+      "DELETE FROM qm_index WHERE constraint_id = ?",
+      "DELETE FROM qm_constraint_column WHERE constraint_id = ?",
+      "DELETE FROM qm_constraint WHERE id = ?",
   };
   for (const char* sql : kStatements) {
-    if (!status.ok()) return status;
-    status = std::string_view(sql).find("?2") == std::string_view::npos
-                 ? RunSql(writer_, sql, id)
-                 : RunSql(writer_, sql, id, table_id);
+    if (status.ok()) status = RunSql(writer_, sql, id);
   }
   return status;
 }

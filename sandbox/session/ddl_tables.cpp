@@ -253,7 +253,7 @@ Status DdlExecutor::DropTable(const Table& table, bool cascade) {
   for (const ForeignKey& key : table.children) {
     if (key.child_table == table.id) continue;
     if (!cascade) return Ora(2449);
-    if (Status status = DropConstraintRow(key.constraint_id, key.child_table); !status.ok()) {
+    if (Status status = DropConstraintRow(key.constraint_id); !status.ok()) {
       return status;
     }
   }
