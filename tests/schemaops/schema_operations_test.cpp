@@ -66,8 +66,11 @@ class SchemaOperationsTest : public SchemaOpsTest {
         {{name, "NUMBER", "22", "0", "0", "N"}});
   }
 
-  SchemaRun Migrate(ObjectKind kind, const SchemaItem& item, const MigrateOptions& options = {}) {
-    return operations_.MigrateItems(source_, target_, kind, {item}, options, heard_);
+  SchemaRun Migrate(ObjectKind kind, const MigrateOptions& options = {}, std::size_t times = 1) {
+    const std::vector<SchemaItem> items(times, kind == ObjectKind::PrimaryKey ? kKey
+                                               : kind == ObjectKind::Index    ? kIndex
+                                                                              : kTable);
+    return operations_.MigrateItems(source_, target_, kind, items, options, heard_);
   }
 };
 
@@ -82,39 +85,28 @@ TEST_F(SchemaOperationsTest, DropAndRenameTellEachResult) {
     std::function<SchemaRun()> run;
     std::string first_change;
     std::string done;
-    std::string failed;  // before the reason
-    Lines details;       // before the failed line
+    std::string failed;       // before the reason
+    std::string detail = "";  // before the failed line
   };
-  for (const Case& c : std::vector<Case>{{drop(ObjectKind::PrimaryKey, kKey, false),
-                                          "alter table SHOP.ORDERS drop constraint PK",
-                                          "Drop Primary key PK successed",
-                                          "Drop Primary key PK failed. Reason: ",
-                                          {"drop pk: PK failed."}},
-                                         {drop(ObjectKind::Index, kIndex, false),
-                                          "drop index SHOP.IX",
-                                          "Drop Index IX successed",
-                                          "Drop Index IX failed. Reason: ",
-                                          {}},
-                                         {drop(ObjectKind::Table, kTable, true),
-                                          "drop table SHOP.ORDERS CASCADE CONSTRAINTS",
-                                          "Drop Table ORDERS successed",
-                                          "Drop Table ORDERS failed, reason: ",
-                                          {}},
-                                         {rename(ObjectKind::PrimaryKey, kKey),
-                                          "alter table SHOP.ORDERS drop constraint PK",
-                                          "Key: SHOP.PK's name changed to NEW",
-                                          "change Pk name of SHOP.ORDERS's PK failed. Reason: ",
-                                          {}},
-                                         {rename(ObjectKind::Index, kIndex),
-                                          "ALTER INDEX SHOP.IX RENAME TO NEW",
-                                          "index: SHOP.IX's name changed to NEW",
-                                          "change index name of SHOP.ORDERS's IX failed. Reason: ",
-                                          {}},
-                                         {rename(ObjectKind::Table, kTable),
-                                          "ALTER TABLE SHOP.ORDERS RENAME TO NEW",
-                                          "table: SHOP.ORDERS's name changed to NEW",
-                                          "change table name of SHOP.ORDERS failed. Reason: ",
-                                          {}}}) {
+  const auto key = ObjectKind::PrimaryKey;
+  const auto index = ObjectKind::Index;
+  const auto table = ObjectKind::Table;
+  const std::string drop_key = "alter table SHOP.ORDERS drop constraint PK";
+  for (const Case& c :
+       std::vector<Case>{{drop(key, kKey, false), drop_key, "Drop Primary key PK successed",
+                          "Drop Primary key PK failed. Reason: ", "drop pk: PK failed."},
+                         {drop(index, kIndex, false), "drop index SHOP.IX",
+                          "Drop Index IX successed", "Drop Index IX failed. Reason: "},
+                         {drop(table, kTable, true), "drop table SHOP.ORDERS CASCADE CONSTRAINTS",
+                          "Drop Table ORDERS successed", "Drop Table ORDERS failed, reason: "},
+                         {rename(key, kKey), drop_key, "Key: SHOP.PK's name changed to NEW",
+                          "change Pk name of SHOP.ORDERS's PK failed. Reason: "},
+                         {rename(index, kIndex), "ALTER INDEX SHOP.IX RENAME TO NEW",
+                          "index: SHOP.IX's name changed to NEW",
+                          "change index name of SHOP.ORDERS's IX failed. Reason: "},
+                         {rename(table, kTable), "ALTER TABLE SHOP.ORDERS RENAME TO NEW",
+                          "table: SHOP.ORDERS's name changed to NEW",
+                          "change table name of SHOP.ORDERS failed. Reason: "}}) {
     SCOPED_TRACE(c.done);
     EXPECT_TRUE(c.run().AllDone());
     EXPECT_EQ(heard_.lines, Lines{c.done});
@@ -125,14 +117,12 @@ TEST_F(SchemaOperationsTest, DropAndRenameTellEachResult) {
     script_.FailOn(c.first_change, kBusy, 54, 1);  // passes the preparation
     const SchemaRun run = c.run();
     EXPECT_EQ(run.failed, 1u);
-    Lines heard;
-    Lines logged;
-    for (const std::string& detail : c.details) {
-      heard.push_back("- " + detail);
-      logged.push_back("! " + detail);
+    Lines heard = {"! " + c.failed + kExecuteBusy};
+    Lines logged = heard;
+    if (!c.detail.empty()) {
+      heard.insert(heard.begin(), "- " + c.detail);
+      logged.insert(logged.begin(), "! " + c.detail);
     }
-    heard.push_back("! " + c.failed + kExecuteBusy);
-    logged.push_back(heard.back());
     EXPECT_EQ(heard_.lines, heard);
     EXPECT_EQ(TakeLog(), logged);
     TakeChanges();
@@ -193,90 +183,42 @@ TEST_F(SchemaOperationsTest, TheCachedListsFollow) {
 
 TEST_F(SchemaOperationsTest, MigrateRunsTheRightStatementsOnTheTarget) {
   struct Case {
-    const char* name;
+    std::string name;
     ObjectKind kind;
-    SchemaItem item;
-    MigrateOptions options;
-    bool exists;
-    Lines changes;
-    std::string result;
+    std::string options;  // d: drop target, k: with key, i: with indexes
+    std::string tables;   // of that name on the target
+    std::string changes;
   };
+  const auto key = ObjectKind::PrimaryKey;
+  const auto index = ObjectKind::Index;
+  const auto table = ObjectKind::Table;
   const std::string drop_table = "drop table SHOP.ORDERS CASCADE CONSTRAINTS";
-  for (const Case& c : std::vector<Case>{{"bare table",
-                                          ObjectKind::Table,
-                                          kTable,
-                                          {},
-                                          false,
-                                          {kCreate},
-                                          "Migarte Table ORDERS successed"},
-                                         {"with key",
-                                          ObjectKind::Table,
-                                          kTable,
-                                          {false, true, false},
-                                          false,
-                                          {kCreate, kAddKey},
-                                          "Migarte Table ORDERS successed"},
-                                         {"indexes go with the key only",
-                                          ObjectKind::Table,
-                                          kTable,
-                                          {false, false, true},
-                                          false,
-                                          {kCreate},
-                                          "Migarte Table ORDERS successed"},
-                                         {"with both",
-                                          ObjectKind::Table,
-                                          kTable,
-                                          {false, true, true},
-                                          false,
-                                          {kCreate, kAddKey, kCreateIndex},
-                                          "Migarte Table ORDERS successed"},
-                                         {"nothing to drop",
-                                          ObjectKind::Table,
-                                          kTable,
-                                          {true, false, false},
-                                          false,
-                                          {kCreate},
-                                          "Migarte Table ORDERS successed"},
-                                         {"drop target",
-                                          ObjectKind::Table,
-                                          kTable,
-                                          {true, false, false},
-                                          true,
-                                          {drop_table, kCreate},
-                                          "Migarte Table ORDERS successed"},
-                                         {"key",
-                                          ObjectKind::PrimaryKey,
-                                          kKey,
-                                          {},
-                                          false,
-                                          {kAddKey},
-                                          "Migarte Primary key PK successed"},
-                                         {"key, drop target",
-                                          ObjectKind::PrimaryKey,
-                                          kKey,
-                                          {true, false, false},
-                                          true,
-                                          {"alter table SHOP.ORDERS drop constraint PK", kAddKey},
-                                          "Migarte Primary key PK successed"},
-                                         {"index, drop target",
-                                          ObjectKind::Index,
-                                          kIndex,
-                                          {true, false, false},
-                                          true,
-                                          {"drop index SHOP.IX", kCreateIndex},
-                                          "Migarte Index IX successed"}}) {
+  const std::string drop_key = "alter table SHOP.ORDERS drop constraint PK";
+  for (const Case& c : std::vector<Case>{
+           {"bare table", table, "", "0", kCreate},
+           {"with key", table, "k", "0", kCreate + kAddKey},
+           {"indexes go with the key only", table, "i", "0", kCreate},
+           {"with both", table, "ki", "0", kCreate + kAddKey + kCreateIndex},
+           {"nothing to drop", table, "d", "0", kCreate},
+           {"drop target", table, "d", "1", drop_table + kCreate},
+           {"key", key, "", "0", kAddKey},
+           {"key, drop target", key, "d", "1", drop_key + kAddKey},
+           {"index, drop target", index, "d", "1", "drop index SHOP.IX" + kCreateIndex}}) {
     SCOPED_TRACE(c.name);
-    script_.Answer(kCountTables, {{c.exists ? "1" : "0"}});
-    EXPECT_TRUE(Migrate(c.kind, c.item, c.options).AllDone());
-    EXPECT_EQ(heard_.lines, Lines{c.result});
-    EXPECT_EQ(TakeLog(), Lines{c.result});
-    const Lines changes = TakeChanges();
-    ASSERT_EQ(changes.size(), c.changes.size());
-    for (std::size_t i = 0; i < changes.size(); ++i) {
-      const std::size_t colon = changes[i].find(':');
-      EXPECT_EQ(changes[i].substr(colon + 2), c.changes[i]);
-      EXPECT_EQ(std::stoi(changes[i]) % 2, 0) << "the target is the second connection of a run";
+    script_.Answer(kCountTables, {{c.tables}});
+    const auto has = [&](char option) { return c.options.find(option) != std::string::npos; };
+    EXPECT_TRUE(Migrate(c.kind, {has('d'), has('k'), has('i')}).AllDone());
+    const std::string result = c.kind == key     ? "Migarte Primary key PK successed"
+                               : c.kind == index ? "Migarte Index IX successed"
+                                                 : "Migarte Table ORDERS successed";
+    EXPECT_EQ(heard_.lines, Lines{result});
+    EXPECT_EQ(TakeLog(), Lines{result});
+    std::string changes;
+    for (const std::string& change : TakeChanges()) {
+      EXPECT_EQ(std::stoi(change) % 2, 0) << "the target is the second connection of a run";
+      changes += change.substr(change.find(": ") + 2);
     }
+    EXPECT_EQ(changes, c.changes);
     heard_.lines.clear();
   }
 }
@@ -313,11 +255,7 @@ TEST_F(SchemaOperationsTest, EachStepOfAMigrateFailsWithItsText) {
     SCOPED_TRACE(c.failing + " " + c.step);
     script_.Answer(kCountTables, {{"1"}});
     script_.FailOn(c.failing, kBusy, 54);
-    const SchemaItem& item = c.kind == table                    ? kTable
-                             : c.kind == ObjectKind::PrimaryKey ? kKey
-                                                                : kIndex;
-    const SchemaRun run = operations_.MigrateItems(source_, target_, c.kind, {item, item},
-                                                   {true, true, true}, heard_);
+    const SchemaRun run = Migrate(c.kind, {true, true, true}, 2);
     EXPECT_EQ(run.failed, 1u);
     EXPECT_EQ(run.succeeded, 1u) << "the next item is done";
     const std::size_t result = c.step.empty() ? 0 : 1;
@@ -336,35 +274,31 @@ TEST_F(SchemaOperationsTest, EachStepOfAMigrateFailsWithItsText) {
 
 TEST_F(SchemaOperationsTest, MigrateRefusesWhatWouldLoseSomething) {
   script_.Answer(kCountTables, {{"1"}});
-  EXPECT_EQ(Migrate(ObjectKind::Table, kTable).failed, 1u);
+  EXPECT_EQ(Migrate(ObjectKind::Table).failed, 1u);
   EXPECT_EQ(
       heard_.lines.back(),
       "! Migarte Table ORDERS failed. Reason: Table: SHOP already exist. Can't migrate Table: "
       "ORDERS.");
   // A column that could not be listed would be missing on the target.
   AnswerColumns("ID2345678901234567890123456789X");
-  EXPECT_EQ(Migrate(ObjectKind::Table, kTable, {true, false, false}).failed, 1u);
+  EXPECT_EQ(Migrate(ObjectKind::Table, {true, false, false}).failed, 1u);
   EXPECT_THAT(heard_.lines.back(), HasSubstr("Can't not get source table's columns: column of "
                                              "SHOP.ORDERS beginning with ID2"));
   target_.name = source_.name;
-  EXPECT_THAT(Migrate(ObjectKind::Table, kTable, {true, false, false}).refused,
-              HasSubstr("source itself"));
+  EXPECT_THAT(Migrate(ObjectKind::Table, {true, false, false}).refused, HasSubstr("source itself"));
   EXPECT_THAT(TakeChanges(), IsEmpty());
 }
 
-TEST_F(SchemaOperationsTest, MigrateNamesTheConnectionThatFailed) {
+TEST_F(SchemaOperationsTest, MigrateNamesTheConnectionThatFailedAndTracesWhatItCreates) {
   script_.FailOn("SessionBegin", "ORA-01017: denied", 1017);
-  EXPECT_EQ(Migrate(ObjectKind::Table, kTable).refused,
+  EXPECT_EQ(Migrate(ObjectKind::Table).refused,
             "connect source Database failed. Error: OCISessionBegin : ORA-01017: denied");
   script_.FailOn("SessionBegin", "ORA-01017: denied", 1017, 1);
-  EXPECT_EQ(Migrate(ObjectKind::Table, kTable).refused,
+  EXPECT_EQ(Migrate(ObjectKind::Table).refused,
             "connect destination Database failed. Error: OCISessionBegin : ORA-01017: denied");
   EXPECT_THAT(TakeLog(), IsEmpty());
-}
-
-TEST_F(SchemaOperationsTest, TheTraceIsWrittenWhenItIsOn) {
   settings_.statement_trace = true;
-  EXPECT_TRUE(Migrate(ObjectKind::Table, kTable).AllDone());
+  EXPECT_TRUE(Migrate(ObjectKind::Table).AllDone());
   EXPECT_THAT(TakeLog(), ElementsAre("/n" + kCreate + "/n", "Migarte Table ORDERS successed"));
 }
 
