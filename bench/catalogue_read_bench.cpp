@@ -17,7 +17,7 @@ namespace {
 
 using namespace oci;
 
-constexpr int kTables = 10'000;
+constexpr std::size_t kTables = 10'000;
 constexpr std::string_view kOwner = "WAREHOUSE";
 
 // A client library that costs nothing but the copying of canned rows.
@@ -44,7 +44,7 @@ struct NullClient {
   };
 
   NullClient() {
-    for (int i = 0; i < kTables; ++i) {
+    for (std::size_t i = 0; i < kTables; ++i) {
       const std::string name = "SHIPMENT_" + std::to_string(1'000'000 + i);
       tables.push_back({std::string(kOwner), name, "WAREHOUSE_DATA", std::to_string(i * 7)});
       Table table;

@@ -171,9 +171,8 @@ bool OracleSession::ListIndexes(std::string_view owner, std::string_view table,
   indexes.clear();
   TextQuery query(*this, kListLabels);
   return query.Open(
-             Concatenate({"select I.index_name, I.index_type, I.status from  DBA_INDEXES  I where "
-                          "I.owner='",
-                          owner, "' and I.table_name='", table, kNoKeyIndexes}),
+             Concatenate({"select I.index_name, I.index_type, I.status from  DBA_INDEXES  I ",
+                          "where I.owner='", owner, "' and I.table_name='", table, kNoKeyIndexes}),
              {kNameBytes, kIndexTypeBytes, kStatusBytes}) &&
          ForEachRow(query, [&](TextQuery& row) {
            if (row.Truncated()) {
@@ -209,7 +208,7 @@ bool OracleSession::ListColumns(std::string_view table, std::string_view owner,
   columns.clear();
   TextQuery query(*this, kListLabels);
   return query.Open(
-             Concatenate({"select column_name, substr(data_type,0,30), data_length, "
+             Concatenate({"select column_name, substr(data_type,0,30), data_length, ",
                           "NVL(data_precision,0),  ",
                           " NVL(data_scale,0), nullable from dba_tab_columns where table_name='",
                           table, "' and owner ='", owner, "'"}),
