@@ -170,6 +170,8 @@ SandboxTest::SandboxTest() {
   std::string pattern = (std::filesystem::temp_directory_path() / "sandboxXXXXXX").string();
   folder_ = mkdtemp(pattern.data());
   setenv("QUILLMERE_SANDBOX_DIR", (folder_ / "sandbox").c_str(), 1);
+  // Long enough for any machine, short enough to see that somebody keeps a lock.
+  setenv("QUILLMERE_SANDBOX_LOCK_WAIT_MS", "5000", 1);
   setenv("NLS_DATE_FORMAT", "YYYY-MM-DD HH24:MI:SS", 1);
   setenv("NLS_TIMESTAMP_FORMAT", "YYYY-MM-DD HH24:MI:SS.FF", 1);
   setenv("NLS_TIMESTAMP_TZ_FORMAT", "YYYY-MM-DD HH24:MI:SS.FF TZH:TZM", 1);

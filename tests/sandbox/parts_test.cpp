@@ -2,9 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <random>
+#include <sstream>
 
 #include "sandbox/redo/redo_text.h"
+#include "sandbox/session/session.h"
 #include "sandbox/sql/parser.h"
 #include "sandbox/store/sqlite_functions.h"
 #include "sandbox/tool/script.h"
@@ -220,6 +224,34 @@ TEST(ScriptTest, SplitsAtSemicolonsThatEndALine) {
     EXPECT_EQ(texts, test.texts);
     EXPECT_EQ(lines, test.lines);
   }
+}
+
+// A cut that comes after the statement arrived and before it commits.
+TEST(SessionTest, NoCommitCanFollowACut) {
+  std::string pattern = (std::filesystem::temp_directory_path() / "sandboxXXXXXX").string();
+  const std::filesystem::path folder = mkdtemp(pattern.data());
+  DatabasePath path;
+  ASSERT_TRUE(FindDatabasePath(folder, "X", &path));
+  ASSERT_TRUE(CreateDatabase(path, "sandbox").ok());
+  {
+    std::shared_ptr<Link> link;
+    std::unique_ptr<Session> session;
+    ASSERT_TRUE(Link::AttachFile(path, &link).ok());
+    ASSERT_TRUE(Session::Open(link, {"SYS", "", true, true}, &session).ok());
+    StatementResult result;
+    ASSERT_TRUE(session->Execute("create table t (a number)", &result).ok());
+    ASSERT_TRUE(session->Execute("insert into t values (1)", &result).ok());
+    EXPECT_EQ(result.rows, 1);
+    std::unique_ptr<CutFlag> flag;
+    ASSERT_TRUE(CutFlag::Open(path.cut, &flag).ok());
+    ASSERT_TRUE(flag->Raise().ok());
+    EXPECT_EQ(session->Commit().code(), 3113);
+    EXPECT_FALSE(session->InTransaction());
+  }
+  std::ostringstream out;
+  EXPECT_TRUE(RunScript(folder.string(), "X", "select count(*) n from t", out, out));
+  EXPECT_TRUE(out.str().starts_with("N\n0\n")) << out.str();
+  std::filesystem::remove_all(folder);
 }
 
 TEST(ParserTest, KnowsWhatItRefusesByOraclesNumbers) {

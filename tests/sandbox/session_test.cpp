@@ -191,7 +191,6 @@ TEST_F(SessionTest, ASecondWriterWaitsAndGivesUp) {
   setenv("QUILLMERE_SANDBOX_LOCK_WAIT_MS", "50", 1);
   Client second;
   ASSERT_EQ(second.ConnectSys("SRC"), "");
-  unsetenv("QUILLMERE_SANDBOX_LOCK_WAIT_MS");
   ASSERT_EQ(client_.Execute("update app.t set v = 'mine' where id = 1"), "");
   EXPECT_EQ(second.Execute("update app.t set v = 'yours' where id = 2").substr(0, 9), "ORA-00054");
   EXPECT_EQ(second.Value("select v from app.t where id = 1"), "abcdef") << "readers never wait";
