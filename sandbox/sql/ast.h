@@ -139,7 +139,6 @@ struct CreateTable {
   std::vector<ColumnDef> columns;
   std::vector<ConstraintDef> constraints;
   std::string tablespace;
-  bool temporary = false;
 };
 
 struct CreateIndex {

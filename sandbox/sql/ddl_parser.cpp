@@ -3,7 +3,7 @@
 namespace quillmere::sandbox {
 
 Status StatementParser::ParseCreate(Statement* out) {
-  if (reader_.TakeWord("TABLE")) return ParseCreateTable(false, out);
+  if (reader_.TakeWord("TABLE")) return ParseCreateTable(out);
   if (reader_.IsWord("GLOBAL") && reader_.AheadIsWord("TEMPORARY")) {
     return Ora(900, "temporary tables are not supported by this database");
   }

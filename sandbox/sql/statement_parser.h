@@ -25,7 +25,7 @@ class StatementParser {
   Status NotUnderstood() const;
 
   // Tables and indexes (table_parser.cpp)
-  Status ParseCreateTable(bool temporary, Statement* out);
+  Status ParseCreateTable(Statement* out);
   Status ParseTableElement(CreateTable* table);
   Status ParseColumn(ColumnDef* out);
   Status ParseColumnOptions(ColumnDef* column);

@@ -2,9 +2,8 @@
 
 namespace quillmere::sandbox {
 
-Status StatementParser::ParseCreateTable(bool temporary, Statement* out) {
+Status StatementParser::ParseCreateTable(Statement* out) {
   CreateTable& table = out->emplace<CreateTable>();
-  table.temporary = temporary;
   if (Status status = reader_.ReadObjectName(&table.table, 903); !status.ok()) return status;
   if (reader_.IsWord("AS")) return Ora(900, "CREATE TABLE ... AS SELECT: list the columns");
   if (Status status = reader_.NeedSymbol("(", 906); !status.ok()) return status;
@@ -197,12 +196,6 @@ Status StatementParser::ParseTableOptions(CreateTable* out) {
   for (;;) {
     if (reader_.TakeWord("TABLESPACE")) {
       if (Status status = reader_.ReadName(&out->tablespace, 2216); !status.ok()) return status;
-    } else if (reader_.TakeWord("ON")) {
-      if (Status status = reader_.NeedWord("COMMIT"); !status.ok()) return status;
-      if (!reader_.TakeWord("PRESERVE")) {
-        if (Status status = reader_.NeedWord("DELETE"); !status.ok()) return status;
-      }
-      if (Status status = reader_.NeedWord("ROWS"); !status.ok()) return status;
     } else if (reader_.TakeWord("PCTFREE") || reader_.TakeWord("PCTUSED") ||
                reader_.TakeWord("INITRANS")) {
       int ignored = 0;
