@@ -8,3 +8,4 @@
 #include "foundation/settings.h"
 #include "foundation/tea_cipher.h"
 #include "foundation/xml_document.h"
+#include "foundation/xml_writer.h"

@@ -1,6 +1,7 @@
 #include "foundation/xml_writer.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <vector>
 
@@ -19,24 +20,44 @@ bool NeedsEscape(char c) {
 
 bool XmlWriter::Write(const XmlNode& root, std::size_t expected_size) {
   used_ = 0;
-  if (!Reserve(std::min(expected_size, kXmlTextLimit))) return false;
+  ok_ = Reserve(std::min(expected_size, kXmlTextLimit));
   std::vector<const XmlNode*> open;
   const XmlNode* node = root.FirstChild();
-  while (true) {
-    if (node != nullptr && node->FirstChild() != nullptr) {
-      open.push_back(node);
-      if (!WriteTagLine("<", node->Name(), open.size())) return false;
-      node = node->FirstChild();
-    } else if (node != nullptr) {
-      if (!WriteLeaf(*node, open.size() + 1)) return false;
-      node = node->NextSibling();
-    } else {
-      if (open.empty()) return true;
-      if (!WriteTagLine("</", open.back()->Name(), open.size())) return false;
+  while (ok_ && (node != nullptr || !open.empty())) {
+    if (node == nullptr) {
+      Close();
       node = open.back()->NextSibling();
       open.pop_back();
+    } else if (node->FirstChild() != nullptr) {
+      Open(node->Name());
+      open.push_back(node);
+      node = node->FirstChild();
+    } else {
+      Leaf(node->Name(), node->Data());
+      node = node->NextSibling();
     }
   }
+  return ok_;
+}
+
+void XmlWriter::Open(std::string_view name) {
+  open_.push_back(name);
+  ok_ = ok_ && WriteTagLine("<", name, open_.size());
+}
+
+void XmlWriter::Leaf(std::string_view name, std::string_view data) {
+  ok_ = ok_ && WriteLeaf(name, data, open_.size() + 1);
+}
+
+void XmlWriter::Number(std::string_view name, long long value) {
+  char digits[24];
+  const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+  Leaf(name, {digits, static_cast<std::size_t>(end - digits)});
+}
+
+void XmlWriter::Close() {
+  ok_ = ok_ && WriteTagLine("</", open_.back(), open_.size());
+  open_.pop_back();
 }
 
 bool XmlWriter::Reserve(std::size_t bytes) {
@@ -58,22 +79,20 @@ bool XmlWriter::WriteTagLine(std::string_view opening, std::string_view name, st
   return true;
 }
 
-bool XmlWriter::WriteLeaf(const XmlNode& node, std::size_t depth) {
-  std::string_view rest = node.Data();
+bool XmlWriter::WriteLeaf(std::string_view name, std::string_view data, std::size_t depth) {
+  std::string_view rest = data;
   if (rest.empty()) return true;
   std::size_t feed = rest.find('\n');
-  if (feed == std::string_view::npos) return WriteOneLine(node, depth);
-  if (!WriteTagLine("<", node.Name(), depth)) return false;
+  if (feed == std::string_view::npos) return WriteOneLine(name, data, depth);
+  if (!WriteTagLine("<", name, depth)) return false;
   for (; feed != std::string_view::npos; feed = rest.find('\n')) {
     if (!WriteTextLine(rest.substr(0, feed), depth)) return false;
     rest.remove_prefix(feed + 1);
   }
-  return WriteTextLine(rest, depth) && WriteTagLine("</", node.Name(), depth);
+  return WriteTextLine(rest, depth) && WriteTagLine("</", name, depth);
 }
 
-bool XmlWriter::WriteOneLine(const XmlNode& node, std::size_t depth) {
-  const std::string_view name = node.Name();
-  const std::string_view data = node.Data();
+bool XmlWriter::WriteOneLine(std::string_view name, std::string_view data, std::size_t depth) {
   if (!Reserve(kIndent * depth + 2 * name.size() + 2 * data.size() + 6)) return false;
   PutBlanks(kIndent * (depth - 1));
   Put("<");

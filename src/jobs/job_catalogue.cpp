@@ -120,7 +120,7 @@ bool JobCatalogue::SaveList(Selection selection, std::vector<SyncJob*>& changed,
 }
 
 bool JobCatalogue::SaveOwnFile(SyncJob& job, std::string& error) {
-  XmlDocument document;
+  XmlWriter writer;
   std::string name;
   // Taken before the counters are read: what is counted meanwhile is written next time again.
   const std::uint64_t revision = job.tables_revision;
@@ -128,16 +128,15 @@ bool JobCatalogue::SaveOwnFile(SyncJob& job, std::string& error) {
     const std::lock_guard<std::mutex> lock(job.config_mutex);
     if (job.name.empty()) return true;  // removed meanwhile
     name = job.name;
-    AppendSchemas(document.Root(), job.schemas);
+    WriteSchemas(writer, job.schemas);
   }
   const fs::path file = OwnFilePath(name);
-  std::string text;
-  if (!document.WriteText(text)) {
+  if (!writer.Ok()) {
     error = "Can not create " + PathText(file) + ": it would be too large";
     return false;
   }
   if (!MakeFolders(JobFolder(name), error) || !KeepUnreadable(file, error) ||
-      !ReplaceTextFile(file, text, FileAccess::Everyone, error)) {
+      !ReplaceTextFile(file, writer.Text(), FileAccess::Everyone, error)) {
     return false;
   }
   job.tables_saved_revision = revision;

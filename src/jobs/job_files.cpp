@@ -10,16 +10,17 @@ std::string_view BoolText(bool value) {
   return value ? "true" : "false";
 }
 
-void AppendTable(XmlNode& schema, const JobTable& table) {
-  XmlNode& node = schema.AddChild("table_list");
-  node.AddChild("name", table.name);
-  node.AddChild("desowner", table.desowner);
-  node.AddNumber("beginrows", table.beginrows);
-  node.AddNumber("rows", table.rows);
-  node.AddNumber("totalsynced", table.totalsynced);
-  node.AddNumber("RecordsBlocked", table.RecordsBlocked);
-  node.AddNumber("synced", table.synced);
-  node.AddChild("includeflag", BoolText(table.includeflag));
+void WriteTable(XmlWriter& writer, const JobTable& table) {
+  writer.Open("table_list");
+  writer.Leaf("name", table.name);
+  writer.Leaf("desowner", table.desowner);
+  writer.Number("beginrows", table.beginrows);
+  writer.Number("rows", table.rows);
+  writer.Number("totalsynced", table.totalsynced);
+  writer.Number("RecordsBlocked", table.RecordsBlocked);
+  writer.Number("synced", table.synced);
+  writer.Leaf("includeflag", BoolText(table.includeflag));
+  writer.Close();
 }
 
 JobTable ReadTable(const XmlNode& node) {
@@ -60,11 +61,13 @@ void ReadJobElement(const XmlNode& node, SyncJob& job) {
   job.has_runned = fields.Text("has_runned") == "true";
 }
 
-void AppendSchemas(XmlNode& root, const SchemaMap& schemas) {
+void WriteSchemas(XmlWriter& writer, const SchemaMap& schemas) {
   for (const auto& [owner, schema] : schemas) {
-    XmlNode& node = root.AddChild("schema");
-    node.AddChild("schema_name", owner);
-    for (const JobTable& table : schema.Tables()) AppendTable(node, table);
+    if (owner.empty() && schema.Tables().empty()) continue;
+    writer.Open("schema");
+    writer.Leaf("schema_name", owner);
+    for (const JobTable& table : schema.Tables()) WriteTable(writer, table);
+    writer.Close();
   }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "foundation/xml_document.h"
+#include "foundation/xml_writer.h"
 #include "jobs/sync_job.h"
 
 namespace quillmere {
@@ -12,8 +13,8 @@ void AppendJobElement(XmlNode& root, const SyncJob& job);
 // Fills the job's own fields from its element in jobs.xml.
 void ReadJobElement(const XmlNode& node, SyncJob& job);
 
-// Builds the job's own file: its owners with their tables. The configuration lock must be held.
-void AppendSchemas(XmlNode& root, const SchemaMap& schemas);
+// Writes the job's own file: its owners with their tables. The configuration lock must be held.
+void WriteSchemas(XmlWriter& writer, const SchemaMap& schemas);
 
 // The owners of a job's own file.
 SchemaMap ReadSchemas(const XmlNode& root);

@@ -44,6 +44,7 @@ class Rig:
         self.runner = None
         self.workload = None
         self.hits = 0
+        self.start_up = 0.0  # seconds from the runner's start to its first step, on this machine
         self.left_by_kill = None  # block.dat of the latest kill in a pass that is not yet completed
 
     def call(self, command, given=None):
@@ -135,7 +136,7 @@ class Rig:
         """One life of the runner; true when it was killed in the middle of a pass."""
         left_by_earlier_kill = self.left_by_kill
         self.start_runner(how)
-        time.sleep(self.random.uniform(0.03, 0.45))
+        time.sleep(self.random.uniform(0.03, 0.45 + 2 * self.start_up))
         in_a_pass = self.kill_runner()
         if any("ORA-00001" in line for line in self.said()):
             self.left_by_kill = left_by_earlier_kill
@@ -179,12 +180,14 @@ class Rig:
 
 def run(rig, kills):
     rig.set_up()
+    began = time.monotonic()
     rig.start_runner("--start")
-    limit = time.monotonic() + 60
+    limit = began + 60
     while not any("Job crash started." in line for line in rig.said()):
         if time.monotonic() > limit or rig.runner.poll() is not None:
             raise Crash("the job does not start:\n" + "\n".join(rig.said()))
         time.sleep(0.02)
+    rig.start_up = time.monotonic() - began
     rig.kill_runner()
     in_a_pass = 0
     for number in range(kills):
