@@ -155,14 +155,17 @@ bool Pass::OpenCommitPoint() {
 // Ends the destination session, which commits, and at once forgets the commit point: a kill between
 // the two doubles the pass. False when it is not known to have committed.
 bool Pass::CommitDestination(OracleSession& destination) {
+  // Made beforehand: nothing may come between the commit and the removal, or fail there.
+  const auto path = RunStatePaths(context_.catalogue.JobFolder(view_.name)).commit_point;
   std::string error;
   if (!record_failed_ && !record_.Flush(error)) Error(error);
   if (!destination.EndSession()) {
     Error("The end of the session on " + view_.destination_database + " failed : " +
           destination.LastError() + ". The statements of this pass count as not applied");
     ReturnToCommitPoint();
+    // A record on disk that says more than the server took must not outlive the commit point.
+    if (record_failed_ || !record_.Flush(error)) return false;
   }
-  const auto path = RunStatePaths(context_.catalogue.JobFolder(view_.name)).commit_point;
   if (!RemoveForGood(path)) {
     Error("Can not remove " + path.string() +
           ". Remove it before the program is started again, or this pass is applied twice");
