@@ -35,3 +35,22 @@ function(quillmere_test name)
   target_precompile_headers(${name} PRIVATE ${QUILLMERE_PCH} <gtest/gtest.h>)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
 endfunction()
+
+if(QUILLMERE_UI)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Svg)
+endif()
+
+# quillmere_ui_library(NAME SOURCES ... LINKS ...): one folder of the window program. Headers that hold
+# Q_OBJECT stand among the sources. All share one set of precompiled headers, that of the toolkit.
+function(quillmere_ui_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  target_compile_definitions(${name} PUBLIC QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII)
+  target_link_libraries(${name} PUBLIC quillmere_options ${ARG_LINKS} Qt6::Widgets Qt6::Svg)
+  if(name STREQUAL quillmere_ui_toolkit)
+    target_precompile_headers(${name} PRIVATE ${QUILLMERE_PCH} <QtWidgets>)
+  else()
+    target_precompile_headers(${name} REUSE_FROM quillmere_ui_toolkit)
+  endif()
+endfunction()

@@ -1,0 +1,16 @@
+// What every window of the program is given. Made by main, outlives all windows.
+#pragma once
+
+#include "ui/toolkit/appearance.h"
+#include "ui/toolkit/window_memory.h"
+#include "workspace/workspace.h"
+
+namespace quillmere {
+
+struct UiContext {
+  Workspace& workspace;
+  WindowMemory& memory;    // sizes, positions and column widths of the last time
+  Appearance& appearance;  // light, dark and skins
+};
+
+}  // namespace quillmere

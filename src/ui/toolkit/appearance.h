@@ -1,0 +1,50 @@
+// How the program looks: light or dark, and the skin, a Qt style sheet. The choice is remembered.
+// User-interface thread.
+#pragma once
+
+#include <QColor>
+#include <QString>
+#include <filesystem>
+#include <string>
+
+#include "ui/toolkit/window_memory.h"
+
+namespace quillmere {
+
+class Appearance {
+ public:
+  enum class Scheme { System, Light, Dark };
+
+  explicit Appearance(WindowMemory& memory) : memory_(memory) {}
+
+  // Applies what was chosen last time. A skin that is gone is left out and said in `problem`.
+  void Restore(std::string& problem);
+
+  Scheme ChosenScheme() const { return scheme_; }
+  void SetScheme(Scheme scheme);
+
+  // Applies a style sheet file; false: the reason, and the look is as before.
+  bool LoadSkin(const std::filesystem::path& file, std::string& reason);
+  void RemoveSkin();
+  const QString& SkinFile() const { return skin_file_; }  // empty: none
+
+ private:
+  void Apply();
+
+  WindowMemory& memory_;
+  Scheme scheme_ = Scheme::System;
+  QString skin_file_;
+  QString style_sheet_;
+};
+
+// Colours with a meaning, readable on the palette's base colour in light and dark.
+QColor SuccessColor();
+QColor WarningColor();
+QColor FailureColor();
+QColor QuietColor();
+
+// Measures in pixels that all windows share.
+inline constexpr int kSpacing = 8;
+inline constexpr int kMargin = 12;
+
+}  // namespace quillmere

@@ -1,0 +1,127 @@
+#include "ui/toolkit/explorer_frame.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QShortcut>
+#include <QSplitter>
+#include <QToolBar>
+#include <QToolButton>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include "ui/toolkit/appearance.h"
+#include "ui/toolkit/icons.h"
+
+namespace quillmere {
+namespace {
+
+constexpr int kTreeWidth = 220;
+constexpr int kTreeIndent = 27;
+constexpr int kIconSize = 24;
+
+// A right press does nothing at all: it neither selects nor opens.
+class LeftTree final : public QTreeView {
+ public:
+  using QTreeView::QTreeView;
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override {
+    if (event->button() != Qt::RightButton) QTreeView::mousePressEvent(event);
+  }
+};
+
+QTreeView* MakeTree(QWidget* parent) {
+  auto* tree = new LeftTree(parent);
+  tree->setHeaderHidden(true);
+  tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  tree->setUniformRowHeights(true);
+  tree->setIndentation(kTreeIndent);
+  tree->setRootIsDecorated(false);
+  tree->setExpandsOnDoubleClick(true);
+  return tree;
+}
+
+}  // namespace
+
+ExplorerFrame::ExplorerFrame(WindowMemory& memory, const QString& name, const QString& heading,
+                             QWidget* parent)
+    : QWidget(parent), memory_(memory), name_(name) {
+  tools_ = new QToolBar(this);
+  tools_->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+  tools_->setIconSize(QSize(kIconSize, kIconSize));
+  tools_->setMovable(false);
+
+  head_ = new QWidget(this);
+  auto* title = new QLabel(heading, head_);
+  QFont bold = title->font();
+  bold.setBold(true);
+  title->setFont(bold);
+  menu_button_ = new QToolButton(head_);
+  menu_button_->setAutoRaise(true);
+  menu_button_->setIcon(Icon("options"));
+  menu_button_->setPopupMode(QToolButton::InstantPopup);
+  menu_button_->setToolTip(tr("Expand or collapse the tree"));
+  menu_button_->setAccessibleName(tr("Tree options"));
+  auto* head_row = new QHBoxLayout(head_);
+  head_row->setContentsMargins(kSpacing, kSpacing / 2, kSpacing / 2, kSpacing / 2);
+  head_row->addWidget(title, 1);
+  head_row->addWidget(menu_button_);
+
+  tree_ = MakeTree(this);
+  tree_->setAccessibleName(heading);
+  title->setBuddy(tree_);
+  auto* left = new QWidget(this);
+  auto* left_column = new QVBoxLayout(left);
+  left_column->setContentsMargins(0, 0, 0, 0);
+  left_column->setSpacing(0);
+  left_column->addWidget(head_);
+  left_column->addWidget(tree_, 1);
+
+  filter_ = new FilterLine(this);
+  count_ = new QLabel(this);
+  count_->setForegroundRole(QPalette::PlaceholderText);
+  list_ = new RowTable(memory, this);
+  auto* right = new QWidget(this);
+  auto* filter_row = new QHBoxLayout;
+  filter_row->setContentsMargins(kSpacing / 2, kSpacing / 2, kSpacing, kSpacing / 2);
+  filter_row->addWidget(filter_, 1);
+  filter_row->addSpacing(kSpacing);
+  filter_row->addWidget(count_);
+  auto* right_column = new QVBoxLayout(right);
+  right_column->setContentsMargins(0, 0, 0, 0);
+  right_column->setSpacing(0);
+  right_column->addLayout(filter_row);
+  right_column->addWidget(list_, 1);
+
+  splitter_ = new QSplitter(Qt::Horizontal, this);
+  splitter_->addWidget(left);
+  splitter_->addWidget(right);
+  splitter_->setStretchFactor(1, 1);
+  splitter_->setChildrenCollapsible(false);
+  splitter_->setSizes({kTreeWidth, 3 * kTreeWidth});
+  memory_.RestoreSplitter(*splitter_, name_);
+
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(tools_);
+  column->addWidget(splitter_, 1);
+
+  auto* find = new QShortcut(QKeySequence::Find, this);
+  find->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(find, &QShortcut::activated, filter_, [this] {
+    filter_->setFocus(Qt::ShortcutFocusReason);
+    filter_->selectAll();
+  });
+}
+
+ExplorerFrame::~ExplorerFrame() {
+  memory_.KeepSplitter(*splitter_, name_);
+}
+
+void ExplorerFrame::SetCountText(const QString& text) {
+  count_->setText(text);
+}
+
+}  // namespace quillmere

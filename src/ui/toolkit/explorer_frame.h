@@ -1,0 +1,52 @@
+// The frame that both explorers share: a tree under a head with a menu button on the left; a filter
+// line and a list on the right; a tool bar above. The form fills it and gives the parts their
+// object names.
+#pragma once
+
+#include <QWidget>
+
+#include "ui/toolkit/filter_line.h"
+#include "ui/toolkit/row_table.h"
+#include "ui/toolkit/window_memory.h"
+
+class QLabel;
+class QSplitter;
+class QToolBar;
+class QToolButton;
+class QTreeView;
+
+namespace quillmere {
+
+class ExplorerFrame : public QWidget {
+  Q_OBJECT
+
+ public:
+  // name: under which the splitter's place is remembered.
+  ExplorerFrame(WindowMemory& memory, const QString& name, const QString& heading,
+                QWidget* parent = nullptr);
+  ~ExplorerFrame() override;
+
+  QToolBar& Tools() { return *tools_; }
+  QTreeView& Tree() { return *tree_; }  // right presses do nothing at all in it
+  QWidget& Head() { return *head_; }
+  QToolButton& HeadMenuButton() { return *menu_button_; }
+  RowTable& List() { return *list_; }
+  FilterLine& Filter() { return *filter_; }
+
+  // A line beside the filter: how many rows there are.
+  void SetCountText(const QString& text);
+
+ private:
+  WindowMemory& memory_;
+  const QString name_;
+  QToolBar* tools_ = nullptr;
+  QSplitter* splitter_ = nullptr;
+  QWidget* head_ = nullptr;
+  QToolButton* menu_button_ = nullptr;
+  QTreeView* tree_ = nullptr;
+  FilterLine* filter_ = nullptr;
+  QLabel* count_ = nullptr;
+  RowTable* list_ = nullptr;
+};
+
+}  // namespace quillmere

@@ -1,0 +1,29 @@
+// The longer texts that the main window's status line shows for what is under the mouse.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <functional>
+
+class QWidget;
+
+namespace quillmere {
+
+void SetHint(QWidget* widget, const QString& text);
+
+// Watches the mouse over the widgets of an application and tells the hint of the widget under it,
+// or of the nearest one around it that has one; empty outside of all.
+class HintWatcher : public QObject {
+  Q_OBJECT
+
+ public:
+  HintWatcher(std::function<void(const QString&)> show, QObject* parent);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  std::function<void(const QString&)> show_;
+};
+
+}  // namespace quillmere

@@ -1,0 +1,14 @@
+// The program's own icons: SVG drawings that take the colours of the palette and are crisp at
+// every scale. User-interface thread.
+#pragma once
+
+#include <QIcon>
+#include <QString>
+#include <string_view>
+
+namespace quillmere {
+
+// name: that of a drawing in ui/icons/ without ".svg". An unknown name is an empty icon.
+QIcon Icon(std::string_view name);
+
+}  // namespace quillmere

@@ -1,0 +1,19 @@
+// The message boxes. Modal; they end with OK, or with what the program's end makes of them.
+#pragma once
+
+#include <string_view>
+
+class QWidget;
+
+namespace quillmere {
+
+// A text with an OK button. focus, if given, has the focus afterwards: the field to correct.
+void ShowNotice(QWidget* parent, std::string_view text, QWidget* focus = nullptr);
+
+// The same for something that failed.
+void ShowFailure(QWidget* parent, std::string_view text, QWidget* focus = nullptr);
+
+// A question with Yes and No; true for Yes. No is the default.
+bool Confirm(QWidget* parent, std::string_view question);
+
+}  // namespace quillmere

@@ -1,0 +1,121 @@
+#include "ui/toolkit/row_table.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QPainter>
+#include <algorithm>
+
+#include "ui/toolkit/appearance.h"
+
+namespace quillmere {
+
+RowTable::RowTable(WindowMemory& memory, QWidget* parent) : QTableView(parent), memory_(memory) {
+  setSelectionBehavior(SelectRows);
+  setEditTriggers(NoEditTriggers);
+  setAlternatingRowColors(true);
+  setShowGrid(true);
+  setWordWrap(false);
+  setTabKeyNavigation(false);  // Tab leads to the next widget, as in every list
+  setCornerButtonEnabled(false);
+  setHorizontalScrollMode(ScrollPerPixel);
+  setSortingEnabled(false);  // switched on with a model: it sorts at once
+  verticalHeader()->hide();
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kSpacing);
+  horizontalHeader()->setHighlightSections(false);
+  horizontalHeader()->setStretchLastSection(true);
+  horizontalHeader()->setSectionsMovable(false);
+  horizontalHeader()->setMinimumSectionSize(24);
+}
+
+RowTable::~RowTable() {
+  RememberWidths();
+}
+
+void RowTable::ShowRows(RowModel& model, const QString& layout, bool several) {
+  setSelectionMode(several ? ExtendedSelection : SingleSelection);
+  if (this->model() == &model && layout == layout_) return;
+  RememberWidths();
+  layout_ = layout;
+  QItemSelectionModel* old_selection = selectionModel();
+  setSortingEnabled(false);
+  setModel(&model);
+  delete old_selection;
+  horizontalHeader()->setSortIndicator(model.SortColumn(), model.SortDirection());
+  setSortingEnabled(true);
+  const std::vector<int> kept = memory_.Widths(layout, model.columnCount());
+  for (int column = 0; column < model.columnCount(); ++column) {
+    const auto i = static_cast<std::size_t>(column);
+    setColumnWidth(column, kept.empty() ? model.Columns()[i].width : kept[i]);
+  }
+}
+
+void RowTable::RememberWidths() {
+  if (model() == nullptr || layout_.isEmpty()) return;
+  std::vector<int> widths;
+  const auto* rows = static_cast<const RowModel*>(model());
+  for (int column = 0; column < model()->columnCount(); ++column) {
+    // The last column fills the width, which is nothing that was chosen.
+    const bool last = column + 1 == model()->columnCount();
+    widths.push_back(last ? rows->Columns().back().width : columnWidth(column));
+  }
+  memory_.KeepWidths(layout_, widths);
+}
+
+std::vector<int> RowTable::ShownSelection() const {
+  std::vector<int> shown;
+  if (model() == nullptr) return shown;
+  // By ranges: selectedRows() would take each row's every column into account.
+  for (const QItemSelectionRange& range : selectionModel()->selection()) {
+    for (int row = range.top(); row <= range.bottom(); ++row) shown.push_back(row);
+  }
+  std::sort(shown.begin(), shown.end());
+  shown.erase(std::unique(shown.begin(), shown.end()), shown.end());
+  return shown;
+}
+
+std::vector<std::size_t> RowTable::SelectedRows() const {
+  std::vector<std::size_t> selected;
+  const auto* rows = static_cast<const RowModel*>(model());
+  for (int row : ShownSelection()) selected.push_back(rows->SourceRow(row));
+  return selected;
+}
+
+void RowTable::CopySelection() const {
+  QString text;
+  for (int row : ShownSelection()) {
+    for (int column = 0; column < model()->columnCount(); ++column) {
+      if (column > 0) text += u'\t';
+      text += model()->index(row, column).data().toString();
+    }
+    text += u'\n';
+  }
+  if (!text.isEmpty()) QGuiApplication::clipboard()->setText(text);
+}
+
+void RowTable::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) {
+    CopySelection();
+    event->accept();
+    return;
+  }
+  QTableView::keyPressEvent(event);
+}
+
+void RowTable::paintEvent(QPaintEvent* event) {
+  QTableView::paintEvent(event);
+  if (model() == nullptr || model()->rowCount() > 0) return;
+  const bool filtered = !static_cast<const RowModel*>(model())->Filter().empty();
+  const QString text =
+      filtered ? QStringLiteral("No row has the text that is typed above") : empty_text_;
+  if (text.isEmpty()) return;
+  QPainter painter(viewport());
+  painter.setPen(palette().color(QPalette::PlaceholderText));
+  const int margin = 2 * kMargin;
+  painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
+                   Qt::AlignCenter | Qt::TextWordWrap, text);
+}
+
+}  // namespace quillmere

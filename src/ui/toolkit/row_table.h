@@ -1,0 +1,45 @@
+// The list view of all windows: rows of a RowModel with grid lines, whole rows selected, read-only,
+// sorted by a click on a column's head. Ctrl+C copies the selected rows.
+#pragma once
+
+#include <QTableView>
+#include <cstddef>
+#include <vector>
+
+#include "ui/toolkit/row_model.h"
+#include "ui/toolkit/window_memory.h"
+
+namespace quillmere {
+
+class RowTable : public QTableView {
+  Q_OBJECT
+
+ public:
+  explicit RowTable(WindowMemory& memory, QWidget* parent = nullptr);
+  ~RowTable() override;
+
+  // Shows another list. The model is not owned. layout: the name under which its column widths are
+  // remembered. Extended selection when several rows may be selected.
+  void ShowRows(RowModel& model, const QString& layout, bool several);
+
+  // What an empty list says: what to do next.
+  void SetEmptyText(const QString& text) { empty_text_ = text; }
+
+  // Source rows, in the order shown.
+  std::vector<std::size_t> SelectedRows() const;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void RememberWidths();
+  std::vector<int> ShownSelection() const;  // model rows, ascending
+  void CopySelection() const;
+
+  WindowMemory& memory_;
+  QString layout_;
+  QString empty_text_;
+};
+
+}  // namespace quillmere
