@@ -1,70 +1,163 @@
 #include "ui/toolkit/appearance.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QPalette>
+#include <QStringDecoder>
+#include <QStyleFactory>
+#include <QVariant>
+#include <QWidget>
+
+#include "ui/toolkit/colours.h"
+#include "ui/toolkit/text.h"
 
 namespace quillmere {
 namespace {
 
+constexpr qint64 kLargestSkin = 1 << 20;
 const QString kSchemeName = QStringLiteral("look/scheme");
 const QString kSkinName = QStringLiteral("look/skin");
 
-bool IsDark() {
-  return QApplication::palette().color(QPalette::Window).lightness() <
-         QApplication::palette().color(QPalette::WindowText).lightness();
+bool IsDark(const QPalette& palette) {
+  return palette.color(QPalette::Window).lightness() <
+         palette.color(QPalette::WindowText).lightness();
+}
+
+// What the desktop asks for. Qt 6.4 tells it by the palette alone, so it is asked once, before a
+// palette of ours stands in its place; the application remembers it for later callers.
+bool AskSystemIsDark() {
+  static constexpr char kRemembered[] = "quillmere_system_is_dark";
+  const QVariant remembered = qApp->property(kRemembered);
+  if (remembered.isValid()) return remembered.toBool();
+  const bool dark = IsDark(QApplication::palette());
+  qApp->setProperty(kRemembered, dark);
+  return dark;
+}
+
+// Qt says only in a warning that it could not read a style sheet.
+thread_local bool sheet_was_refused = false;
+
+void NoticeRefusal(QtMsgType /*type*/, const QMessageLogContext& /*where*/, const QString& text) {
+  if (text.contains(QLatin1String("Could not parse"))) sheet_was_refused = true;
+}
+
+bool Understood(const QString& sheet) {
+  sheet_was_refused = false;
+  const QtMessageHandler before = qInstallMessageHandler(NoticeRefusal);
+  QWidget probe;
+  probe.setStyleSheet(sheet);
+  probe.ensurePolished();
+  qInstallMessageHandler(before);
+  return !sheet_was_refused;
+}
+
+bool ReadSheet(const QString& name, QString& sheet, QString& reason) {
+  QFile file(name);
+  if (!file.open(QIODevice::ReadOnly)) {
+    reason = file.errorString();
+    return false;
+  }
+  if (file.size() > kLargestSkin) {
+    reason = QStringLiteral("it is too large for a style sheet");
+    return false;
+  }
+  QStringDecoder decoder(QStringDecoder::Utf8);
+  sheet = decoder(file.readAll());
+  if (decoder.hasError() || sheet.contains(QChar(0))) {
+    reason = QStringLiteral("it is no text");
+    return false;
+  }
+  SkinPalette palette;
+  if (!ReadSkinPalette(sheet, palette, reason)) return false;
+  if (sheet.trimmed().isEmpty() || !Understood(sheet)) {
+    reason = QStringLiteral("it is no Qt style sheet");
+    return false;
+  }
+  return true;
+}
+
+QColor ByScheme(const char* light, const char* dark) {
+  return QColor(QLatin1String(IsDark(QApplication::palette()) ? dark : light));
 }
 
 }  // namespace
 
+Appearance::Appearance(WindowMemory& memory)
+    : memory_(memory), system_is_dark_(AskSystemIsDark()) {}
+
 void Appearance::Restore(std::string& problem) {
-  scheme_ = static_cast<Scheme>(memory_.Text(kSchemeName, QStringLiteral("0")).toInt());
+  problem.clear();
+  const QString scheme = memory_.Text(kSchemeName);
+  scheme_ = scheme == QLatin1String("dark")    ? Scheme::Dark
+            : scheme == QLatin1String("light") ? Scheme::Light
+                                               : Scheme::System;
   const QString skin = memory_.Text(kSkinName);
-  if (!skin.isEmpty() && !LoadSkin(skin.toStdString(), problem)) return;
+  if (!skin.isEmpty() && LoadSkin(skin.toStdU16String(), problem)) return;
   Apply();
 }
 
 void Appearance::SetScheme(Scheme scheme) {
   scheme_ = scheme;
-  memory_.KeepText(kSchemeName, QString::number(static_cast<int>(scheme)));
+  memory_.KeepText(kSchemeName, scheme == Scheme::Dark    ? QStringLiteral("dark")
+                                : scheme == Scheme::Light ? QStringLiteral("light")
+                                                          : QStringLiteral("system"));
   Apply();
 }
 
 bool Appearance::LoadSkin(const std::filesystem::path& file, std::string& reason) {
-  QFile skin(QString::fromStdString(file.string()));
-  if (!skin.open(QIODevice::ReadOnly)) {
-    reason = "Can not open the skin " + file.string() + ": " + skin.errorString().toStdString();
+  const QString name = QString::fromStdU16String(file.u16string());
+  QString sheet;
+  QString why;
+  if (!ReadSheet(name, sheet, why)) {
+    reason = "The skin " + ToBytes(name) + " was not loaded: " + ToBytes(why);
     return false;
   }
-  style_sheet_ = QString::fromUtf8(skin.readAll());
-  skin_file_ = skin.fileName();
+  skin_file_ = name;
+  style_sheet_ = sheet;
   memory_.KeepText(kSkinName, skin_file_);
   Apply();
   return true;
 }
 
 void Appearance::RemoveSkin() {
-  style_sheet_.clear();
   skin_file_.clear();
+  style_sheet_.clear();
   memory_.KeepText(kSkinName, {});
   Apply();
 }
 
 void Appearance::Apply() {
-  qApp->setStyleSheet(style_sheet_);
+  SkinPalette skin;
+  QString reason;
+  ReadSkinPalette(style_sheet_, skin, reason);
+  const bool dark =
+      skin.dark.value_or(scheme_ == Scheme::Dark || (scheme_ == Scheme::System && system_is_dark_));
+  Colours colours = dark ? DarkColours() : LightColours();
+  quillmere::Apply(skin, colours);
+  if (skin_file_.isEmpty()) {
+    QDir::setSearchPaths(QStringLiteral("skin"), {});
+  } else {
+    QDir::setSearchPaths(QStringLiteral("skin"), {QFileInfo(skin_file_).absolutePath()});
+  }
+  if (qApp->styleSheet() != style_sheet_) qApp->setStyleSheet({});
+  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setPalette(PaletteOf(colours));
+  if (qApp->styleSheet() != style_sheet_) qApp->setStyleSheet(style_sheet_);
 }
 
 QColor SuccessColor() {
-  return IsDark() ? QColor(0x6f, 0xcf, 0x97) : QColor(0x1e, 0x7d, 0x45);
+  return ByScheme("#2e7d46", "#5fc27e");
 }
 QColor WarningColor() {
-  return IsDark() ? QColor(0xf2, 0xc1, 0x4e) : QColor(0x9a, 0x62, 0x00);
+  return ByScheme("#a86400", "#e0a33c");
 }
 QColor FailureColor() {
-  return IsDark() ? QColor(0xff, 0x7b, 0x72) : QColor(0xb4, 0x23, 0x18);
+  return ByScheme("#c0342c", "#ff7b72");
 }
 QColor QuietColor() {
-  return IsDark() ? QColor(0x9a, 0xa4, 0xb2) : QColor(0x5d, 0x67, 0x75);
+  return ByScheme("#6b7682", "#95a1ad");
 }
 
 }  // namespace quillmere

@@ -1,5 +1,12 @@
 // How the program looks: light or dark, and the skin, a Qt style sheet. The choice is remembered.
 // User-interface thread.
+//
+// A skin may say in a comment at its very beginning on which colours it builds, one a line:
+//   /* palette
+//      scheme: light        light or dark; the operator's choice rests while the skin is on
+//      accent: #c4532d      also window, base, alternate, text, button, border, link
+//   */
+// Pictures beside the skin are named url(skin:picture.png).
 #pragma once
 
 #include <QColor>
@@ -15,7 +22,8 @@ class Appearance {
  public:
   enum class Scheme { System, Light, Dark };
 
-  explicit Appearance(WindowMemory& memory) : memory_(memory) {}
+  // Before any window is made.
+  explicit Appearance(WindowMemory& memory);
 
   // Applies what was chosen last time. A skin that is gone is left out and said in `problem`.
   void Restore(std::string& problem);
@@ -33,6 +41,7 @@ class Appearance {
 
   WindowMemory& memory_;
   Scheme scheme_ = Scheme::System;
+  bool system_is_dark_ = false;
   QString skin_file_;
   QString style_sheet_;
 };

@@ -1,11 +1,108 @@
 #include "ui/toolkit/icons.h"
 
+#include <QFile>
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPalette>
+#include <QPixmapCache>
+#include <QSvgRenderer>
+#include <array>
+
+#include "ui/toolkit/appearance.h"
+
 namespace quillmere {
+namespace {
+
+// The drawings use these colours only, so that any viewer shows them as they are meant. Each
+// stands for a role; app.svg has colours of its own and keeps them.
+enum Role { kText, kAccent, kSuccess, kWarning, kFailure, kQuiet, kPaper, kRoles };
+constexpr std::array<const char*, kRoles> kDrawn = {"#404040", "#1f6fb8", "#2e7d46", "#a86400",
+                                                    "#c0342c", "#808080", "#ffffff"};
+using Colours = std::array<QColor, kRoles>;
+
+Colours ColoursFor(QIcon::Mode mode) {
+  const QPalette palette = QGuiApplication::palette();
+  Colours colours;
+  if (mode == QIcon::Disabled || mode == QIcon::Selected) {
+    const bool selected = mode == QIcon::Selected;
+    colours.fill(selected ? palette.color(QPalette::Active, QPalette::HighlightedText)
+                          : palette.color(QPalette::Disabled, QPalette::Text));
+    colours[kPaper] = selected ? palette.color(QPalette::Active, QPalette::Highlight)
+                               : palette.color(QPalette::Active, QPalette::Base);
+    return colours;
+  }
+  return {palette.color(QPalette::Active, QPalette::Text),
+          palette.color(QPalette::Active, QPalette::Link),
+          SuccessColor(),
+          WarningColor(),
+          FailureColor(),
+          QuietColor(),
+          palette.color(QPalette::Active, QPalette::Base)};
+}
+
+QByteArray Drawing(const QString& file, const Colours& colours) {
+  QFile source(file);
+  if (!source.open(QIODevice::ReadOnly)) return {};
+  QByteArray drawing = source.readAll();
+  if (file.endsWith(QLatin1String("/app.svg"))) return drawing;
+  // Two rounds, because a colour put in could be one that is still to be replaced.
+  for (std::size_t role = 0; role < kRoles; ++role) {
+    drawing.replace(kDrawn[role], "{" + QByteArray::number(static_cast<int>(role)) + "}");
+  }
+  for (std::size_t role = 0; role < kRoles; ++role) {
+    drawing.replace("{" + QByteArray::number(static_cast<int>(role)) + "}",
+                    colours[role].name(QColor::HexRgb).toLatin1());
+  }
+  return drawing;
+}
+
+// Draws when asked, in the colours of that moment; Qt's pixmap cache keeps what was drawn.
+class DrawnIcon final : public QIconEngine {
+ public:
+  explicit DrawnIcon(QString file) : file_(std::move(file)) {}
+
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State /*state*/) override {
+    if (size.isEmpty()) return {};
+    const Colours colours = ColoursFor(mode);
+    QString key = QStringLiteral("%1 %2x%3").arg(file_).arg(size.width()).arg(size.height());
+    for (const QColor& colour : colours)
+      key += QLatin1Char(' ') + QString::number(colour.rgba(), 16);
+    QPixmap picture;
+    if (QPixmapCache::find(key, &picture)) return picture;
+    picture = QPixmap(size);
+    picture.fill(Qt::transparent);
+    QSvgRenderer renderer(Drawing(file_, colours));
+    renderer.setAspectRatioMode(Qt::KeepAspectRatio);
+    QPainter painter(&picture);
+    renderer.render(&painter, QRectF(QPointF(0, 0), QSizeF(size)));
+    painter.end();
+    QPixmapCache::insert(key, picture);
+    return picture;
+  }
+
+  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
+    const qreal ratio = painter->device()->devicePixelRatioF();
+    QPixmap picture = pixmap((QSizeF(rect.size()) * ratio).toSize(), mode, state);
+    picture.setDevicePixelRatio(ratio);
+    painter->drawPixmap(rect.topLeft(), picture);
+  }
+
+  QString key() const override { return QStringLiteral("quillmere"); }
+  QIconEngine* clone() const override { return new DrawnIcon(*this); }
+
+ private:
+  const QString file_;
+};
+
+}  // namespace
 
 QIcon Icon(std::string_view name) {
-  return QIcon(QStringLiteral(":/icons/") +
-               QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) +
-               QStringLiteral(".svg"));
+  const QString file =
+      QStringLiteral(":/icons/%1.svg")
+          .arg(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
+  if (!QFile::exists(file)) return {};
+  return QIcon(new DrawnIcon(file));
 }
 
 }  // namespace quillmere
