@@ -6,11 +6,11 @@
 #include <QFileInfo>
 #include <QPalette>
 #include <QStringDecoder>
-#include <QStyleFactory>
 #include <QVariant>
 #include <QWidget>
 
 #include "ui/toolkit/colours.h"
+#include "ui/toolkit/flat_style.h"
 #include "ui/toolkit/text.h"
 
 namespace quillmere {
@@ -142,7 +142,7 @@ void Appearance::Apply() {
     QDir::setSearchPaths(QStringLiteral("skin"), {QFileInfo(skin_file_).absolutePath()});
   }
   if (qApp->styleSheet() != style_sheet_) qApp->setStyleSheet({});
-  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setStyle(new FlatStyle);
   QApplication::setPalette(PaletteOf(colours));
   if (qApp->styleSheet() != style_sheet_) qApp->setStyleSheet(style_sheet_);
 }

@@ -3,8 +3,6 @@
 #include <QStringList>
 
 namespace quillmere {
-namespace {
-
 QColor Mixed(const QColor& one, const QColor& other, double share_of_other) {
   const auto mix = [share_of_other](int a, int b) {
     return static_cast<int>(a + (b - a) * share_of_other + 0.5);
@@ -12,8 +10,6 @@ QColor Mixed(const QColor& one, const QColor& other, double share_of_other) {
   return QColor(mix(one.red(), other.red()), mix(one.green(), other.green()),
                 mix(one.blue(), other.blue()));
 }
-
-}  // namespace
 
 Colours LightColours() {
   return {.window = "#f2f4f6",
@@ -77,8 +73,7 @@ QPalette PaletteOf(const Colours& colours) {
   palette.setColor(QPalette::Disabled, QPalette::Base, Mixed(colours.base, colours.window, 0.6));
   palette.setColor(QPalette::Disabled, QPalette::Highlight, colours.disabled);
   // A selection in a list without the focus stays readable, but steps back.
-  palette.setColor(QPalette::Inactive, QPalette::Highlight,
-                   Mixed(colours.accent, colours.placeholder, 0.45));
+  palette.setColor(QPalette::Inactive, QPalette::Highlight, Mixed(colours.accent, "#5f6b77", 0.45));
   return palette;
 }
 

@@ -25,6 +25,8 @@ struct Colours {
   QColor tip_text;
 };
 
+QColor Mixed(const QColor& one, const QColor& other, double share_of_other);
+
 Colours LightColours();
 Colours DarkColours();
 QPalette PaletteOf(const Colours& colours);
