@@ -126,6 +126,9 @@ void Apply(const SkinPalette& palette, Colours& colours) {
   set(palette.accent, colours.accent);
   set(palette.accent, colours.link);
   set(palette.link, colours.link);
+  if (!palette.text) return;
+  colours.disabled = Mixed(colours.text, colours.window, 0.5);
+  colours.placeholder = Mixed(colours.text, colours.base, 0.4);
 }
 
 }  // namespace quillmere
