@@ -11,29 +11,12 @@ SchemaOperations SchemaOperationsOf(Workspace& workspace) {
   return {workspace.Oci(), workspace.Log(), workspace.ProgramSettings()};
 }
 
-std::string WhyLoginRefused(const SourceLogin& login) {
-  if (login.name.empty() || login.user_id.empty()) return "Obligatory field can not be empty";
-  if (login.mode != "NORMAL" && login.mode != "SYSDBA") return "The mode is NORMAL or SYSDBA";
-  if (login.password.size() > TeaCipher::kLongestPassword) {
-    return "A password must not be longer than " + std::to_string(TeaCipher::kLongestPassword) +
-           " bytes";
-  }
-  if (login.password.find('\0') != std::string::npos) {
-    return "A password must not contain a zero byte";
-  }
-  return {};
-}
-
 bool Connect(OracleSession& session, const SourceLogin& login) {
   return session.Connect(login.name, login.user_id, login.password, login.mode == "SYSDBA");
 }
 
 Outcome ConnectFailed(const OracleSession& session) {
   return Outcome::Refused("connect Database failed. Error: " + session.LastError());
-}
-
-SourceLogin LoginOf(const DataSource& source) {
-  return {source.name, source.user_id, source.password, source.mode};
 }
 
 // After each change of the registry.
@@ -47,9 +30,36 @@ Outcome SaveRegistry(Workspace& workspace, std::string done_text = {}) {
 
 }  // namespace
 
-Outcome AddDataSource(Workspace& workspace, const SourceLogin& login, ProgressListener& progress) {
+SourceLogin SourceLoginOf(const DataSource& source) {
+  return {source.name, source.user_id, source.password, source.mode};
+}
+
+std::string WhyLoginRefused(const SourceLogin& login) {
+  if (login.name.empty() || login.user_id.empty()) return "Obligatory field can not be empty";
+  if (login.mode != "NORMAL" && login.mode != "SYSDBA") return "The mode is NORMAL or SYSDBA";
+  if (login.password.size() > TeaCipher::kLongestPassword) {
+    return "A password must not be longer than " + std::to_string(TeaCipher::kLongestPassword) +
+           " bytes";
+  }
+  if (login.password.find('\0') != std::string::npos) {
+    return "A password must not contain a zero byte";
+  }
+  return {};
+}
+
+std::string WhyNewSourceRefused(const Workspace& workspace, const SourceLogin& login) {
   std::string refused = WhyLoginRefused(login);
-  if (refused.empty()) refused = workspace.Registry().WhyNameRefused(login.name);
+  return refused.empty() ? workspace.Registry().WhyNameRefused(login.name) : refused;
+}
+
+Outcome LogOn(OracleSession& session, const SourceLogin& login) {
+  std::string refused = WhyLoginRefused(login);
+  if (!refused.empty()) return Outcome::Refused(std::move(refused));
+  return Connect(session, login) ? Outcome::Done() : ConnectFailed(session);
+}
+
+Outcome AddDataSource(Workspace& workspace, const SourceLogin& login, ProgressListener& progress) {
+  std::string refused = WhyNewSourceRefused(workspace, login);
   if (!refused.empty()) return Outcome::Refused(std::move(refused));
   OracleSession session(workspace.Oci());
   if (!Connect(session, login)) return ConnectFailed(session);
@@ -88,7 +98,7 @@ Outcome SaveDataSource(Workspace& workspace, const SourceLogin& login) {
 }
 
 Outcome TestDataSource(Workspace& workspace, std::size_t index) {
-  const SourceLogin login = LoginOf(workspace.Registry().At(index));
+  const SourceLogin login = SourceLoginOf(workspace.Registry().At(index));
   OracleSession session(workspace.Oci());
   if (!Connect(session, login)) return ConnectFailed(session);
   return Outcome::Done("connect to " + login.name + " successed");

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "oracle/H_oracle.h"
 #include "schemaops/schema_operations.h"
 #include "workspace/outcome.h"
 #include "workspace/workspace.h"
@@ -16,6 +17,17 @@ struct SourceLogin {
   std::string name, user_id, password;
   std::string mode = "NORMAL";  // or "SYSDBA"
 };
+
+// As it is registered.
+SourceLogin SourceLoginOf(const DataSource& source);
+
+// What is wrong with the values, before anything is connected; empty when nothing is. The second
+// also asks whether the name can be given to a new data source.
+std::string WhyLoginRefused(const SourceLogin& login);
+std::string WhyNewSourceRefused(const Workspace& workspace, const SourceLogin& login);
+
+// Connects the session, unless the values or the server refuse.
+Outcome LogOn(OracleSession& session, const SourceLogin& login);
 
 // Connects, reads version and catalogue, registers and saves. Nothing is registered when the
 // connection fails or the reading is cancelled. A catalogue that cannot be read does not keep the

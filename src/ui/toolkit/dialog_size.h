@@ -1,0 +1,16 @@
+// The size that the operator gave a dialog. Its place is not kept: dialogs open over their window.
+#pragma once
+
+class QDialog;
+class QString;
+
+namespace quillmere {
+
+class WindowMemory;
+
+// From the dialog's constructor, when all is laid out: the size of the last time, else the given
+// one. WindowMemory::KeepGeometry in its destructor keeps it.
+void RestoreSize(QDialog& dialog, const WindowMemory& memory, const QString& name, int width,
+                 int height);
+
+}  // namespace quillmere
