@@ -1,0 +1,235 @@
+#include "ui/job_dialogs/T_jobedit.h"
+
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <limits>
+
+#include "ui/sources/Dbconnection.h"
+#include "ui/toolkit/dialog_size.h"
+#include "ui/toolkit/icons.h"
+#include "ui/toolkit/notice.h"
+#include "ui/toolkit/text.h"
+
+namespace quillmere {
+namespace {
+
+const QString kSizeName = QStringLiteral("TJobEditForm");
+constexpr int kWidth = 860;
+constexpr int kHeight = 440;
+constexpr int kDescriptionLines = 4;
+
+// The field's text; unlike toPlainText() with its non-breaking blanks.
+QString TextOf(const QPlainTextEdit& field) {
+  QString text = field.document()->toRawText();
+  return text.replace(QChar::ParagraphSeparator, u'\n');
+}
+
+void Describe(QWidget& widget, const char* object, const QString& name, const QString& tip) {
+  widget.setObjectName(QLatin1String(object));
+  widget.setAccessibleName(name);
+  widget.setToolTip(tip);
+}
+
+}  // namespace
+
+TJobEditForm::TJobEditForm(UiContext& context, QWidget* parent)
+    : QDialog(parent), context_(context) {
+  setObjectName(QStringLiteral("TJobEditForm"));
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  layout->setSpacing(kMargin);
+  auto* parts = new QHBoxLayout;
+  parts->setSpacing(2 * kMargin);
+  QWidget* const sources = MakeSourcePart();
+  QWidget* const job = MakeJobPart();
+  parts->addWidget(sources, 1);
+  parts->addWidget(job, 1);
+  layout->addLayout(parts, 1);
+
+  auto* buttons = new QDialogButtonBox;
+  auto* ok = buttons->addButton(QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
+  ok->setObjectName(QStringLiteral("OkBtn"));
+  ok->setDefault(true);
+  auto* abort = buttons->addButton(QStringLiteral("Abort"), QDialogButtonBox::RejectRole);
+  abort->setObjectName(QStringLiteral("CancelBtn"));
+  abort->setToolTip(QStringLiteral("Close without a change (Esc)"));
+  connect(ok, &QPushButton::clicked, this, &TJobEditForm::OkBtnClick);
+  connect(abort, &QPushButton::clicked, this, &TJobEditForm::reject);
+  layout->addWidget(buttons);
+  setTabOrder(job, sources);
+  RestoreSize(*this, context_.memory, kSizeName, kWidth, kHeight);
+}
+
+TJobEditForm::~TJobEditForm() {
+  context_.memory.KeepGeometry(*this, kSizeName);
+}
+
+QWidget* TJobEditForm::MakeSourcePart() {
+  auto* part = new QWidget;
+  auto* layout = new QVBoxLayout(part);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(kSpacing);
+  auto* heading = new QLabel(QStringLiteral("&All Data  Sources:"));
+  layout->addWidget(heading);
+  list_ = new RowTable(context_.memory);
+  Describe(*list_, "DbConnLV", QStringLiteral("All data sources"), {});
+  list_->SetEmptyText(
+      QStringLiteral("A job takes two data sources, from one to the other. Add them first."));
+  list_->ShowRows(model_, QStringLiteral("job sources"), false);
+  // The rows stand as in the drop-down lists.
+  list_->setSortingEnabled(false);
+  list_->horizontalHeader()->setSectionsClickable(false);
+  list_->horizontalHeader()->setSortIndicatorShown(false);
+  list_->setMinimumSize(320, 160);
+  heading->setBuddy(list_);
+  layout->addWidget(list_, 1);
+  auto* add = new QPushButton(Icon("source-new"), QStringLiteral("New Database Connection"));
+  Describe(*add, "NewConnBtn", QStringLiteral("New Database Connection"),
+           QStringLiteral("Register another data source"));
+  add->setAutoDefault(false);
+  connect(add, &QPushButton::clicked, this, &TJobEditForm::NewConnBtnClick);
+  new_source_ = add;
+  layout->addWidget(add, 0, Qt::AlignLeft);
+  return part;
+}
+
+QWidget* TJobEditForm::MakeJobPart() {
+  auto* part = new QWidget;
+  auto* form = new QFormLayout(part);
+  form->setContentsMargins(0, 0, 0, 0);
+  form->setSpacing(kSpacing);
+  form->setRowWrapPolicy(QFormLayout::WrapAllRows);
+  form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+  AddFields(*form);
+  for (SourceChoice* choice : {source_, destination_}) {
+    connect(choice, &QComboBox::currentIndexChanged, this, &TJobEditForm::HighlightRow);
+  }
+  return part;
+}
+
+void TJobEditForm::AddFields(QFormLayout& form) {
+  name_ = new QLineEdit;
+  Describe(*name_, "EditJobName", QStringLiteral("Job Name"),
+           QStringLiteral("The job's folder and file bear this name, too"));
+  name_->setMaxLength(std::numeric_limits<int>::max());
+  form.addRow(QStringLiteral("&Job Name"), name_);
+
+  description_ = new QPlainTextEdit;
+  Describe(*description_, "EditJobDescription", QStringLiteral("Description"),
+           QStringLiteral("What the job is for, and whom to ask"));
+  description_->setTabChangesFocus(true);
+  description_->setPlaceholderText(QStringLiteral("What the job is for"));
+  description_->setMinimumHeight(description_->fontMetrics().lineSpacing() * kDescriptionLines);
+  form.addRow(QStringLiteral("&Description"), description_);
+
+  source_ = new SourceChoice;
+  Describe(*source_, "CBSrcDSN", QStringLiteral("Source Data Source"),
+           QStringLiteral("Where changes are read. Reading them takes a SYSDBA log-on."));
+  form.addRow(QStringLiteral("&Source Data Source:"), source_);
+  destination_ = new SourceChoice;
+  Describe(*destination_, "CBDesDSN", QStringLiteral("Destination Data Source"),
+           QStringLiteral("Where changes are written"));
+  form.addRow(QStringLiteral("D&estination Data Source:"), destination_);
+
+  interval_ = new IntervalField;
+  const QString tip = QStringLiteral(
+      "Minutes from one synchronization to the next. Longer than the longest transaction on the "
+      "source stays open.");
+  Describe(*interval_, "UpDownSyncInterval", QStringLiteral("Synchronize Interval in minutes"),
+           tip);
+  Describe(interval_->Edit(), "EditSyncInterval", QStringLiteral("Synchronize Interval in minutes"),
+           tip);
+  form.addRow(QStringLiteral("Synchronize &Interval(minutes):"), interval_);
+}
+
+bool TJobEditForm::Edit(JobProperties& properties, std::size_t index) {
+  index_ = index;
+  Show(properties);
+  if (exec() != Accepted) return false;
+  properties = properties_;
+  return true;
+}
+
+void TJobEditForm::Show(const JobProperties& properties) {
+  properties_ = properties;
+  setWindowTitle(QStringLiteral("Properties of ") + OneLine(properties.name));
+  name_->setText(ToQt(properties.name));
+  ShowSources(properties.source, properties.destination);
+  description_->setPlainText(ToQt(properties.description));
+  shown_description_ = TextOf(*description_);
+  interval_->Edit().setText(QString::number(properties.interval));
+  name_->setFocus();
+  name_->selectAll();
+}
+
+void TJobEditForm::ShowSources(std::string_view source, std::string_view destination) {
+  const DataSourceRegistry& registry = context_.workspace.Registry();
+  model_.Show(registry);
+  source_->Show(registry, source);
+  destination_->Show(registry, destination);
+}
+
+std::string TJobEditForm::EnteredDescription() const {
+  const QString text = TextOf(*description_);
+  return text == shown_description_ ? properties_.description : ToBytes(text);
+}
+
+JobProperties TJobEditForm::Entered() const {
+  JobProperties entered;
+  entered.name = EditedText(*name_, properties_.name);
+  entered.description = EnteredDescription();
+  entered.source = source_->Chosen();
+  entered.destination = destination_->Chosen();
+  entered.interval = ParseInterval(ToBytes(interval_->Edit().text()));
+  return Trimmed(std::move(entered));
+}
+
+QWidget* TJobEditForm::Widget(JobField field) const {
+  switch (field) {
+    case JobField::Name:
+      return name_;
+    case JobField::Description:
+      return description_;
+    case JobField::Source:
+      return source_;
+    case JobField::Destination:
+      return destination_;
+    case JobField::Interval:
+      return interval_;
+    case JobField::NewSource:
+      break;
+  }
+  return new_source_;
+}
+
+void TJobEditForm::OkBtnClick() {
+  JobProperties entered = Entered();
+  const std::string refused = WhyJobRefused(context_.workspace, entered, index_);
+  if (!refused.empty()) {
+    const std::size_t sources = context_.workspace.Registry().CountInUse();
+    return ShowNotice(this, refused, Widget(FieldToCorrect(entered, sources)));
+  }
+  properties_ = std::move(entered);
+  accept();
+}
+
+// The first entry highlights nothing.
+void TJobEditForm::HighlightRow(int choice) {
+  if (choice <= 0 || static_cast<std::size_t>(choice) >= model_.SourceRowCount()) return;
+  list_->selectRow(model_.ModelRowOf(static_cast<std::size_t>(choice)));
+}
+
+void TJobEditForm::NewConnBtnClick() {
+  TDbConnForm sources(context_, this);
+  sources.StartNew();
+  sources.exec();
+  if (sources.Changed()) ShowSources(source_->Chosen(), destination_->Chosen());
+}
+
+}  // namespace quillmere

@@ -1,0 +1,60 @@
+// The properties of a job: its name, what it is for, from where to where it synchronizes, how
+// often.
+#pragma once
+
+#include <QDialog>
+
+#include "ui/H_global.h"
+#include "ui/job_dialogs/interval_field.h"
+#include "ui/job_dialogs/job_advice.h"
+#include "ui/job_dialogs/source_choice.h"
+#include "ui/sources/source_list_model.h"
+#include "ui/toolkit/row_table.h"
+
+class QFormLayout;
+class QPlainTextEdit;
+
+namespace quillmere {
+
+class TJobEditForm : public QDialog {
+  Q_OBJECT
+
+ public:
+  TJobEditForm(UiContext& context, QWidget* parent);
+  ~TJobEditForm() override;
+
+  // Shows the properties until they are confirmed or given up. index: of the job that they belong
+  // to, JobList::kNotFound for a new one. True: properties holds what was entered, which has been
+  // found good; storing it is the caller's.
+  bool Edit(JobProperties& properties, std::size_t index);
+
+ private:
+  QWidget* MakeSourcePart();
+  QWidget* MakeJobPart();
+  void AddFields(QFormLayout& form);
+  void Show(const JobProperties& properties);
+  void ShowSources(std::string_view source, std::string_view destination);
+  JobProperties Entered() const;
+  std::string EnteredDescription() const;
+  QWidget* Widget(JobField field) const;
+  void HighlightRow(int choice);
+
+  void OkBtnClick();
+  void NewConnBtnClick();
+
+  UiContext& context_;
+  SourceListModel model_;
+  JobProperties properties_;
+  std::size_t index_ = JobList::kNotFound;
+  QString shown_description_;  // as the field made it of the bytes
+
+  RowTable* list_ = nullptr;
+  QWidget* new_source_ = nullptr;
+  QLineEdit* name_ = nullptr;
+  QPlainTextEdit* description_ = nullptr;
+  SourceChoice* source_ = nullptr;
+  SourceChoice* destination_ = nullptr;
+  IntervalField* interval_ = nullptr;
+};
+
+}  // namespace quillmere

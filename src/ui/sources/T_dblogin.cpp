@@ -1,0 +1,79 @@
+#include "ui/sources/T_dblogin.h"
+
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "ui/sources/secret.h"
+#include "ui/toolkit/notice.h"
+#include "ui/toolkit/progress_dialog.h"
+
+namespace quillmere {
+
+TDbLoginForm::TDbLoginForm(UiContext& context, const SourceLogin& proposed, QWidget* parent)
+    : QDialog(parent), context_(context), proposed_(proposed) {
+  setObjectName(QStringLiteral("TDbLoginForm"));
+  setWindowTitle(QStringLiteral("Log-on"));
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  layout->setSpacing(kSpacing);
+  auto* box = new QGroupBox(QStringLiteral("Logon  to:"));
+  auto* form = new QFormLayout(box);
+  form->setSpacing(kSpacing);
+  form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+  fields_ = std::make_unique<LoginFields>(*form, "EditDatabaseName");
+  fields_->Show(proposed_);
+  layout->addWidget(box);
+  layout->addStretch();
+
+  auto* buttons = new QDialogButtonBox;
+  auto* login = buttons->addButton(QStringLiteral("&Login"), QDialogButtonBox::AcceptRole);
+  login->setObjectName(QStringLiteral("LoginBtn"));
+  login->setToolTip(QStringLiteral("Connect to the database"));
+  login->setDefault(true);
+  auto* cancel = buttons->addButton(QStringLiteral("&Abort"), QDialogButtonBox::RejectRole);
+  cancel->setObjectName(QStringLiteral("CancelBtn"));
+  cancel->setToolTip(QStringLiteral("Close without connecting (Esc)"));
+  connect(login, &QPushButton::clicked, this, &TDbLoginForm::LoginBtnClick);
+  connect(cancel, &QPushButton::clicked, this, &TDbLoginForm::CancelBtnClick);
+  layout->addWidget(buttons);
+
+  if (proposed_.name.empty()) return;
+  if (proposed_.user_id.empty()) {
+    fields_->Widget(LoginField::UserId)->setFocus();
+  } else {
+    fields_->Password().setFocus();
+  }
+}
+
+TDbLoginForm::~TDbLoginForm() {
+  fields_->WipePassword();
+  WipeText(proposed_.password);
+  WipeText(login_.password);
+}
+
+void TDbLoginForm::LoginBtnClick() {
+  SourceLogin login = fields_->Entered(proposed_);
+  const std::string refused = WhyLoginRefused(login);
+  if (!refused.empty()) return TellRefusal(login, refused);
+  auto session = std::make_unique<OracleSession>(context_.workspace.Oci());
+  const Outcome connected = [&] {
+    ProgressDialog progress(this, QStringLiteral("Log-on"), "Connecting to " + login.name);
+    progress.HideCancel();
+    return LogOn(*session, login);
+  }();
+  if (!connected) return TellRefusal(login, connected.text);
+  login_ = std::move(login);
+  session_ = std::move(session);
+  accept();
+}
+
+void TDbLoginForm::TellRefusal(SourceLogin& login, const std::string& text) {
+  WipeText(login.password);
+  ShowNotice(this, text, fields_->Widget(FieldToCorrect(login, text)));
+}
+
+}  // namespace quillmere

@@ -1,0 +1,20 @@
+// What the data-source dialogs tell and decide by themselves.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "workspace/source_operations.h"
+
+namespace quillmere {
+
+enum class LoginField { Name, UserId, Password, Mode };
+
+// The field that most likely is to be corrected after a refusal.
+LoginField FieldToCorrect(const SourceLogin& login, std::string_view refusal);
+
+// What Save would do when `edited` was opened for changing and `typed` stands in the name field.
+std::string SaveAdvice(const DataSourceRegistry& registry, std::string_view edited,
+                       std::string_view typed);
+
+}  // namespace quillmere

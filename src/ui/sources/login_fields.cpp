@@ -1,0 +1,102 @@
+#include "ui/sources/login_fields.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QLineEdit>
+#include <limits>
+
+#include "ui/sources/secret.h"
+#include "ui/toolkit/text.h"
+
+namespace quillmere {
+namespace {
+
+constexpr int kFieldWidth = 260;
+
+QLineEdit* AddField(QFormLayout& layout, const char* object, const QString& label,
+                    const QString& placeholder, const QString& tip) {
+  auto* field = new QLineEdit;
+  field->setObjectName(QLatin1String(object));
+  field->setAccessibleName(QString(label).remove(u'&'));
+  field->setAccessibleDescription(tip);
+  field->setPlaceholderText(placeholder);
+  field->setToolTip(tip);
+  field->setMaxLength(std::numeric_limits<int>::max());
+  field->setMinimumWidth(kFieldWidth);
+  layout.addRow(label, field);
+  return field;
+}
+
+QComboBox* AddMode(QFormLayout& layout) {
+  auto* mode = new QComboBox;
+  mode->setObjectName(QStringLiteral("CBMode"));
+  mode->setAccessibleName(QStringLiteral("Mode"));
+  mode->addItems({QStringLiteral("NORMAL"), QStringLiteral("SYSDBA")});
+  mode->setCurrentText(QStringLiteral("SYSDBA"));
+  mode->setToolTip(
+      QStringLiteral("SYSDBA for the source of a job: reading its redo takes a SYSDBA log-on. "
+                     "NORMAL is enough for a destination."));
+  layout.addRow(QStringLiteral("&Mode"), mode);
+  return mode;
+}
+
+}  // namespace
+
+LoginFields::LoginFields(QFormLayout& layout, const char* name_object)
+    : name_(AddField(layout, name_object, QStringLiteral("Data&base Name"),
+                     QStringLiteral("TNS name, such as ORCL"),
+                     QStringLiteral("The TNS name under which the Oracle client finds the "
+                                    "database. With the sandbox: the name of a database in the "
+                                    "sandbox folder."))),
+      user_id_(AddField(layout, "EditUserId", QStringLiteral("&User ID"),
+                        QStringLiteral("Database user"),
+                        QStringLiteral("The database user to log on as"))),
+      password_(AddField(layout, "EditPassword", QStringLiteral("&Password"), {},
+                         QStringLiteral("The user's password. It is stored enciphered, in a file "
+                                        "that only you can read."))),
+      mode_(AddMode(layout)) {
+  password_->setEchoMode(QLineEdit::Password);
+  password_->setInputMethodHints(Qt::ImhHiddenText | Qt::ImhSensitiveData |
+                                 Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
+}
+
+void LoginFields::Show(const SourceLogin& login) {
+  name_->setText(ToQt(login.name));
+  user_id_->setText(ToQt(login.user_id));
+  WipePassword();
+  password_->setText(ToQt(login.password));
+  mode_->setCurrentText(ToQt(login.mode));
+  for (QLineEdit* field : {name_, user_id_}) field->setCursorPosition(0);
+}
+
+SourceLogin LoginFields::Entered(const SourceLogin& original) const {
+  return {EditedText(*name_, original.name), EditedText(*user_id_, original.user_id),
+          EditedText(*password_, original.password), ToBytes(mode_->currentText())};
+}
+
+void LoginFields::SetEnabled(bool enabled) {
+  for (QWidget* field : {Widget(LoginField::Name), Widget(LoginField::UserId),
+                         Widget(LoginField::Password), Widget(LoginField::Mode)}) {
+    field->setEnabled(enabled);
+  }
+}
+
+void LoginFields::WipePassword() {
+  WipeText(*password_);
+}
+
+QWidget* LoginFields::Widget(LoginField field) const {
+  switch (field) {
+    case LoginField::Name:
+      return name_;
+    case LoginField::UserId:
+      return user_id_;
+    case LoginField::Password:
+      return password_;
+    case LoginField::Mode:
+      break;
+  }
+  return mode_;
+}
+
+}  // namespace quillmere
