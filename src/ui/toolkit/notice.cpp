@@ -30,6 +30,10 @@ void ShowNotice(QWidget* parent, std::string_view text, QWidget* focus) {
   ShowWithOk(parent, text, QMessageBox::Warning, focus);
 }
 
+void ShowInformation(QWidget* parent, std::string_view text, QWidget* focus) {
+  ShowWithOk(parent, text, QMessageBox::Information, focus);
+}
+
 void ShowFailure(QWidget* parent, std::string_view text, QWidget* focus) {
   ShowWithOk(parent, text, QMessageBox::Critical, focus);
 }

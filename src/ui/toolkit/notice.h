@@ -10,6 +10,9 @@ namespace quillmere {
 // A text with an OK button. focus, if given, has the focus afterwards: the field to correct.
 void ShowNotice(QWidget* parent, std::string_view text, QWidget* focus = nullptr);
 
+// The same for something that went well.
+void ShowInformation(QWidget* parent, std::string_view text, QWidget* focus = nullptr);
+
 // The same for something that failed.
 void ShowFailure(QWidget* parent, std::string_view text, QWidget* focus = nullptr);
 
