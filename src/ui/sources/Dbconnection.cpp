@@ -199,7 +199,7 @@ void TDbConnForm::TestDSNClick() {
     progress.HideCancel();
     return TestDataSource(context_.workspace, *selected);
   }();
-  if (tested) return ShowNotice(this, tested.text, list_);
+  if (tested) return ShowInformation(this, tested.text, list_);
   ShowFailure(this, tested.text, list_);
 }
 

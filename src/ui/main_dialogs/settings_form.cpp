@@ -1,0 +1,216 @@
+#include "ui/main_dialogs/settings_form.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QVBoxLayout>
+#include <limits>
+
+#include "ui/toolkit/icons.h"
+#include "ui/toolkit/notice.h"
+#include "ui/toolkit/text.h"
+
+namespace quillmere {
+namespace {
+
+QCheckBox* AddCheck(QFormLayout& form, const char* object, const QString& caption,
+                    const QString& tip) {
+  auto* check = new QCheckBox(caption);
+  check->setObjectName(QLatin1String(object));
+  check->setToolTip(tip);
+  form.addRow(check);
+  return check;
+}
+
+// Quiet words under a field.
+QLabel* AddWords(QFormLayout& form, const char* object, const QString& text) {
+  auto* words = new QLabel(text);
+  words->setObjectName(QLatin1String(object));
+  words->setTextFormat(Qt::PlainText);
+  words->setWordWrap(true);
+  words->setForegroundRole(QPalette::PlaceholderText);
+  form.addRow(words);
+  return words;
+}
+
+QFormLayout* FormIn(QWidget* box) {
+  auto* form = new QFormLayout(box);
+  form->setSpacing(kSpacing);
+  form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+  return form;
+}
+
+}  // namespace
+
+SettingsForm::SettingsForm(UiContext& context, QWidget* parent)
+    : QDialog(parent), context_(context), before_(ValuesOf(context.workspace.ProgramSettings())) {
+  setObjectName(QStringLiteral("SettingsForm"));
+  setWindowTitle(QStringLiteral("Settings"));
+  setMinimumWidth(520);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  layout->setSpacing(kMargin);
+  layout->addWidget(MakeMessages());
+  layout->addWidget(MakeClient());
+  layout->addWidget(MakeLook());
+  layout->addStretch();
+  layout->addWidget(MakeButtons());
+  Show(before_);
+  debug_->setFocus();
+}
+
+QWidget* SettingsForm::MakeMessages() {
+  auto* box = new QGroupBox(QStringLiteral("Messages"));
+  QFormLayout* form = FormIn(box);
+  debug_ = AddCheck(*form, "CheckDebug", QStringLiteral("Log &diagnostic lines"),
+                    QStringLiteral("The message log also says what each step of a job does"));
+  statement_trace_ = AddCheck(
+      *form, "CheckStatementTrace", QStringLiteral("Log CREATE TABLE &statements before they run"),
+      QStringLiteral("Migrating a table logs the statement that creates it"));
+  registry_messages_ = AddCheck(
+      *form, "CheckRegistryMessages", QStringLiteral("Log data sources whose file is &written"),
+      QStringLiteral("Saving the registry logs each data source whose file is written"));
+  message_limit_ = new QSpinBox;
+  message_limit_->setObjectName(QStringLiteral("EditMessageLimit"));
+  message_limit_->setAccessibleName(QStringLiteral("Rows of the message list"));
+  message_limit_->setRange(1, kMostMessageRows);
+  message_limit_->setGroupSeparatorShown(true);
+  message_limit_->setLocale(QLocale(QLocale::English));
+  message_limit_->setToolTip(
+      QStringLiteral("When the message list is full it is emptied but for its latest row. The log "
+                     "files keep everything."));
+  form->addRow(QStringLiteral("&Rows of the message list:"), message_limit_);
+  return box;
+}
+
+QWidget* SettingsForm::MakeClient() {
+  auto* box = new QGroupBox(QStringLiteral("Oracle client library"));
+  QFormLayout* form = FormIn(box);
+  client_ = new QComboBox;
+  client_->setObjectName(QStringLiteral("CBClient"));
+  client_->setAccessibleName(QStringLiteral("Oracle client library"));
+  client_->addItem(QStringLiteral("The installed Oracle client"),
+                   static_cast<int>(ClientKind::Oracle));
+  client_->addItem(QStringLiteral("The sandbox database, to try things out"),
+                   static_cast<int>(ClientKind::Sandbox));
+  client_->addItem(QStringLiteral("A library file"), static_cast<int>(ClientKind::File));
+  connect(client_, &QComboBox::currentIndexChanged, this, &SettingsForm::ShowKind);
+  form->addRow(QStringLiteral("&Use:"), client_);
+
+  auto* row = new QHBoxLayout;
+  client_path_ = new QLineEdit;
+  client_path_->setObjectName(QStringLiteral("EditClientPath"));
+  client_path_->setAccessibleName(QStringLiteral("Path of the client library"));
+  client_path_->setMaxLength(std::numeric_limits<int>::max());
+  client_path_->setPlaceholderText(QStringLiteral("Path of the client library"));
+  row->addWidget(client_path_, 1);
+  browse_ = new QPushButton(Icon("folder"), QStringLiteral("&Browse..."));
+  browse_->setObjectName(QStringLiteral("BrowseBtn"));
+  browse_->setAutoDefault(false);
+  connect(browse_, &QPushButton::clicked, this, &SettingsForm::BrowseBtnClick);
+  row->addWidget(browse_);
+  auto* label = new QLabel(QStringLiteral("&File:"));
+  label->setBuddy(client_path_);
+  form->addRow(label, row);
+
+  const OciLibrary& library = context_.workspace.Oci();
+  const std::string in_use = library.Loaded() ? library.Path() : "none could be loaded";
+  AddWords(*form, "LblClientInUse",
+           QStringLiteral("In use now: %1\nA change takes effect at the next start.")
+               .arg(OneLine(in_use)));
+  return box;
+}
+
+QWidget* SettingsForm::MakeLook() {
+  auto* box = new QGroupBox(QStringLiteral("Appearance"));
+  QFormLayout* form = FormIn(box);
+  scheme_ = new QComboBox;
+  scheme_->setObjectName(QStringLiteral("CBAppearance"));
+  scheme_->setAccessibleName(QStringLiteral("Colours"));
+  scheme_->addItem(QStringLiteral("As the system"), static_cast<int>(Appearance::Scheme::System));
+  scheme_->addItem(QStringLiteral("Light"), static_cast<int>(Appearance::Scheme::Light));
+  scheme_->addItem(QStringLiteral("Dark"), static_cast<int>(Appearance::Scheme::Dark));
+  form->addRow(QStringLiteral("&Colours:"), scheme_);
+  if (!context_.appearance.SkinFile().isEmpty()) {
+    AddWords(*form, "LblSkin", QStringLiteral("A skin is on; it may have colours of its own."));
+  }
+  return box;
+}
+
+QWidget* SettingsForm::MakeButtons() {
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("OkBtn"));
+  buttons->button(QDialogButtonBox::Ok)->setDefault(true);
+  buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("CancelBtn"));
+  connect(buttons, &QDialogButtonBox::accepted, this, &SettingsForm::OkBtnClick);
+  connect(buttons, &QDialogButtonBox::rejected, this, &SettingsForm::reject);
+  return buttons;
+}
+
+void SettingsForm::Show(const SettingsValues& values) {
+  debug_->setChecked(values.debug);
+  statement_trace_->setChecked(values.statement_trace);
+  registry_messages_->setChecked(values.registry_messages);
+  message_limit_->setValue(values.message_limit);
+  const ClientKind kind = KindOf(values.client_library);
+  if (kind == ClientKind::File) client_path_->setText(ToQt(values.client_library));
+  client_->setCurrentIndex(client_->findData(static_cast<int>(kind)));
+  scheme_->setCurrentIndex(scheme_->findData(static_cast<int>(context_.appearance.ChosenScheme())));
+  ShowKind();
+}
+
+ClientKind SettingsForm::Kind() const {
+  return static_cast<ClientKind>(client_->currentData().toInt());
+}
+
+std::string SettingsForm::ClientPath() const {
+  return EditedText(*client_path_, before_.client_library);
+}
+
+SettingsValues SettingsForm::Entered() const {
+  const bool as_before = Kind() == KindOf(before_.client_library) && Kind() != ClientKind::File;
+  return {debug_->isChecked(), statement_trace_->isChecked(), registry_messages_->isChecked(),
+          message_limit_->value(),
+          as_before ? before_.client_library : ClientSetting(Kind(), ClientPath())};
+}
+
+void SettingsForm::ShowKind() {
+  const bool file = Kind() == ClientKind::File;
+  client_path_->setEnabled(file);
+  browse_->setEnabled(file);
+}
+
+void SettingsForm::BrowseBtnClick() {
+  const QString chosen = QFileDialog::getOpenFileName(
+      this, QStringLiteral("Oracle client library"), client_path_->text(),
+      QStringLiteral("Libraries (*.so *.so.* *.dll *.dylib);;All files (*)"));
+  if (!chosen.isEmpty()) client_path_->setText(chosen);
+}
+
+void SettingsForm::OkBtnClick() {
+  const SettingsValues entered = Entered();
+  const bool as_stored = KindOf(before_.client_library) == ClientKind::File &&
+                         entered.client_library == before_.client_library;
+  if (Kind() == ClientKind::File && !as_stored) {
+    const std::string refused = WhyClientFileRefused(entered.client_library);
+    if (!refused.empty()) return ShowNotice(this, refused, client_path_);
+  }
+  std::string reason;
+  Workspace& workspace = context_.workspace;
+  if (!StoreSettings(workspace.SettingsFile(), entered, workspace.ProgramSettings(), reason)) {
+    return ShowFailure(this, reason);
+  }
+  const auto scheme = static_cast<Appearance::Scheme>(scheme_->currentData().toInt());
+  if (scheme != context_.appearance.ChosenScheme()) context_.appearance.SetScheme(scheme);
+  accept();
+}
+
+}  // namespace quillmere

@@ -1,0 +1,55 @@
+#include "ui/main_dialogs/settings_values.h"
+
+namespace quillmere {
+namespace {
+
+void Assign(Settings& settings, const SettingsValues& values) {
+  settings.debug = values.debug;
+  settings.statement_trace = values.statement_trace;
+  settings.registry_messages = values.registry_messages;
+  settings.message_limit = values.message_limit;
+  settings.client_library = values.client_library;
+}
+
+}  // namespace
+
+SettingsValues ValuesOf(const Settings& settings) {
+  return {settings.debug, settings.statement_trace, settings.registry_messages,
+          settings.message_limit, settings.client_library};
+}
+
+ClientKind KindOf(const std::string& client_library) {
+  if (client_library.empty() || client_library == "oracle") return ClientKind::Oracle;
+  return client_library == "sandbox" ? ClientKind::Sandbox : ClientKind::File;
+}
+
+std::string ClientSetting(ClientKind kind, const std::string& path) {
+  switch (kind) {
+    case ClientKind::Oracle:
+      return "oracle";
+    case ClientKind::Sandbox:
+      return "sandbox";
+    case ClientKind::File:
+      break;
+  }
+  return path;
+}
+
+std::string WhyClientFileRefused(const std::string& path) {
+  if (path.empty()) return "Choose the file of the client library";
+  if (path.find_first_of("/\\") == std::string::npos) return {};
+  std::error_code error;
+  if (std::filesystem::is_regular_file(path, error)) return {};
+  return "There is no file " + path;
+}
+
+bool StoreSettings(const std::filesystem::path& file, const SettingsValues& values,
+                   Settings& settings, std::string& reason) {
+  Settings stored;
+  Assign(stored, values);
+  if (!SaveSettings(file, stored, reason)) return false;
+  Assign(settings, values);
+  return true;
+}
+
+}  // namespace quillmere

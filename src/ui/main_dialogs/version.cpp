@@ -1,0 +1,9 @@
+#include "ui/main_dialogs/version.h"
+
+namespace quillmere {
+
+const char* ProgramVersion() {
+  return QUILLMERE_VERSION;
+}
+
+}  // namespace quillmere
