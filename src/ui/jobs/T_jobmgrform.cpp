@@ -1,0 +1,290 @@
+#include "ui/jobs/T_jobmgrform.h"
+
+#include <QAction>
+#include <QFrame>
+#include <QMenu>
+#include <QToolBar>
+#include <QToolButton>
+#include <QTreeView>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "ui/jobs/batch_delegate.h"
+#include "ui/toolkit/notice.h"
+#include "ui/toolkit/text.h"
+#include "workspace/job_operations.h"
+
+namespace quillmere {
+namespace {
+
+constexpr int kRefreshMs = 10'000;
+constexpr std::size_t kSourcesForAJob = 2;
+
+bool IsTableNode(JobNode kind) {
+  return kind == JobNode::Include || kind == JobNode::Exclude;
+}
+
+QString WhatToDoWithoutJobs(const DataSourceRegistry& registry) {
+  if (registry.CountInUse() < kSourcesForAJob) {
+    return QStringLiteral(
+        "No jobs yet. A job copies the changes of one data source to another: register both with "
+        "OpenDbMgr in the Database menu, then choose New in the Job menu");
+  }
+  return QStringLiteral("No jobs yet. Choose New in the Job menu to make one");
+}
+
+QString WhatToDoWithoutTables(const SyncJob& job, JobNode kind) {
+  const std::lock_guard lock(job.config_mutex);
+  if (!job.table_list_fetched) {
+    return QStringLiteral(
+        "The tables have not been read from the source yet: select the job and "
+        "choose Refresh");
+  }
+  if (kind == JobNode::Exclude) return QStringLiteral("No table is excluded");
+  return QStringLiteral("No table is included: choose them under Exclude");
+}
+
+}  // namespace
+
+TJobMgrForm::TJobMgrForm(UiContext& context, QWidget* parent, std::chrono::milliseconds sweep_pause)
+    : QWidget(parent),
+      context_(context),
+      jobs_(context.workspace.Jobs()),
+      frame_(context.memory, QStringLiteral("jobs"), QStringLiteral("All Jobs"), this),
+      actions_(this),
+      worker_(context.workspace, sweep_pause, this) {
+  setObjectName(QStringLiteral("JobMgrForm"));
+  frame_.Tools().setObjectName(QStringLiteral("ToolBar1"));
+  frame_.Tree().setObjectName(QStringLiteral("JobMgrTV"));
+  frame_.List().setObjectName(QStringLiteral("JobMgrLV"));
+  frame_.List().setAccessibleName(QStringLiteral("Jobs and tables"));
+  frame_.Head().setObjectName(QStringLiteral("TableTreeHeaderPnl"));
+  frame_.HeadMenuButton().setObjectName(QStringLiteral("OptionsImg"));
+  frame_.Filter().setObjectName(QStringLiteral("JobMgrFilter"));
+  actions_.FillToolBar(frame_.Tools());
+
+  auto* bottom = new QFrame(this);
+  bottom->setObjectName(QStringLiteral("PnlBottom"));
+  bottom->hide();
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(&frame_, 1);
+  column->addWidget(bottom);
+
+  frame_.Tree().setModel(&tree_);
+  frame_.List().setItemDelegateForColumn(JobRows::HasDone,
+                                         new BatchDelegate(JobRows::kBatchRole, this));
+  MakeMenus();
+  ConnectActions();
+  refresh_timer_.setObjectName(QStringLiteral("TimerRefresh"));
+  connect(&refresh_timer_, &QTimer::timeout, this, &TJobMgrForm::OnTimerRefresh);
+  refresh_timer_.start(kRefreshMs);
+}
+
+TJobMgrForm::~TJobMgrForm() {
+  worker_.End();
+}
+
+void TJobMgrForm::MakeMenus() {
+  const auto make = [this](const char* name, const std::vector<QAction*>& actions) {
+    auto* menu = new QMenu(this);
+    menu->setObjectName(QLatin1StringView(name));
+    for (QAction* action : actions) menu->addAction(action);
+    return menu;
+  };
+  job_new_menu_ = make("PMJobNew", {actions_.FileNew});
+  job_menu_ = make("PMJobMgr", {actions_.FileOpen, actions_.Refresh, actions_.FileDelete,
+                                actions_.RunRun, actions_.RunPause, actions_.RunStop});
+  job_menu_->insertSeparator(actions_.RunRun);
+  table_menu_ = make("PMJobMeta", {actions_.ChangeRemoteOwner, actions_.Exclude, actions_.Include,
+                                   actions_.Migrate});
+  frame_.HeadMenuButton().setMenu(make("PMTree", {actions_.expand, actions_.collapse}));
+}
+
+void TJobMgrForm::ConnectActions() {
+  const auto on = [this](QAction* action, auto&& run) {
+    connect(action, &QAction::triggered, this, std::forward<decltype(run)>(run));
+  };
+  on(actions_.FileNew, [this] { NewJob(); });
+  on(actions_.FileOpen, [this] { EditSelected(); });
+  on(actions_.FileDelete, [this] { DeleteSelected(); });
+  on(actions_.Refresh, [this] { RefreshSelected(); });
+  on(actions_.RunRun, [this] { RequestSelected(JobRequest::Run); });
+  on(actions_.RunPause, [this] { RequestSelected(JobRequest::Pause); });
+  on(actions_.RunStop, [this] { RequestSelected(JobRequest::Stop); });
+  on(actions_.Include, [this] { FilterSelected(TableFilter::Include); });
+  on(actions_.Exclude, [this] { FilterSelected(TableFilter::Exclude); });
+  on(actions_.ChangeRemoteOwner, [this] { FilterSelected(TableFilter::ChangeOwner); });
+  on(actions_.expand, [this] { frame_.Tree().expandAll(); });
+  on(actions_.collapse, [this] { frame_.Tree().collapseAll(); });
+
+  connect(frame_.Tree().selectionModel(), &QItemSelectionModel::currentChanged, this,
+          &TJobMgrForm::OnNodeChanged);
+  frame_.Tree().setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(&frame_.Tree(), &QWidget::customContextMenuRequested, this, &TJobMgrForm::ShowTreeMenu);
+  frame_.List().setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(&frame_.List(), &QWidget::customContextMenuRequested, this, &TJobMgrForm::ShowListMenu);
+  connect(&frame_.List(), &QAbstractItemView::doubleClicked, this, &TJobMgrForm::OnListActivated);
+  connect(&frame_.List(), &QAbstractItemView::activated, this, &TJobMgrForm::OnListActivated);
+  connect(&worker_, &JobWorker::JobsChanged, this, &TJobMgrForm::OnJobsChanged);
+  connect(&worker_, &JobWorker::MessageLost, this, &TJobMgrForm::MessageLost);
+}
+
+void TJobMgrForm::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  if (shown_) {
+    Rebuild();
+    return;
+  }
+  shown_ = true;
+  tree_.Update(jobs_);
+  frame_.Tree().expand(tree_.Root());
+  SelectRoot();
+}
+
+JobNodeRef TJobMgrForm::Current() const {
+  return tree_.NodeOf(const_cast<ExplorerFrame&>(frame_).Tree().currentIndex());
+}
+
+JobState TJobMgrForm::StateOf(const JobNodeRef& node) const {
+  return node.job == JobList::kNotFound ? JobState::Empty : jobs_.State(node.job);
+}
+
+void TJobMgrForm::Select(const JobNodeRef& node) {
+  const QModelIndex index = tree_.IndexOf(node);
+  QTreeView& view = frame_.Tree();
+  if (!index.isValid()) return;
+  if (view.currentIndex() == index) {
+    ShowList(node);
+  } else {
+    view.setCurrentIndex(index);
+  }
+  view.scrollTo(index);
+}
+
+void TJobMgrForm::OnNodeChanged() {
+  const JobNodeRef node = Current();
+  if (node.kind == JobNode::None) return UpdateActions();
+  frame_.Filter().clear();
+  frame_.Tree().expand(frame_.Tree().currentIndex());
+  ShowList(node);
+}
+
+void TJobMgrForm::ShowList(const JobNodeRef& node) {
+  UpdateActions();
+  if (node.kind == JobNode::Include) return ShowTables(node, included_, QStringLiteral("included"));
+  if (node.kind == JobNode::Exclude) return ShowTables(node, excluded_, QStringLiteral("excluded"));
+  if (node.kind != JobNode::None) ShowJobs(node);
+}
+
+void TJobMgrForm::ShowJobs(const JobNodeRef& node) {
+  job_rows_.Fill(jobs_, node.job);
+  frame_.List().SetEmptyText(WhatToDoWithoutJobs(context_.workspace.Registry()));
+  frame_.List().ShowRows(job_rows_, QStringLiteral("jobs"), false);
+  frame_.Filter().SetModel(&job_rows_);
+  const bool all = node.kind == JobNode::AllJobs;
+  frame_.SetCountText(all ? Counted(job_rows_.SourceRowCount(), QStringLiteral("job")) : QString());
+}
+
+void TJobMgrForm::ShowTables(const JobNodeRef& node, TableRows& rows, const QString& layout) {
+  const SyncJob& job = jobs_.At(node.job);
+  rows.Fill(job);
+  frame_.List().SetEmptyText(WhatToDoWithoutTables(job, node.kind));
+  frame_.List().ShowRows(rows, layout, true);
+  frame_.Filter().SetModel(&rows);
+  frame_.SetCountText(Counted(rows.SourceRowCount(), QStringLiteral("table")));
+}
+
+// Keeps the selection: the same node while its job is there, else the one in its place.
+void TJobMgrForm::Rebuild() {
+  const JobNodeRef node = Current();
+  const QModelIndex current = frame_.Tree().currentIndex();
+  const bool job_node = node.kind == JobNode::Job;
+  const int row = current.row();
+  KeepExpanded();
+  if (Current() == node) return ShowList(node);
+  if (tree_.IndexOf(node).isValid()) return Select(node);
+  const int siblings = tree_.rowCount(tree_.Root());
+  if (job_node && siblings > 0) {
+    return Select(tree_.NodeOf(tree_.index(std::min(row, siblings - 1), 0, tree_.Root())));
+  }
+  SelectRoot();
+}
+
+// Updates the tree; what was expanded is expanded afterwards.
+void TJobMgrForm::KeepExpanded() {
+  QTreeView& view = frame_.Tree();
+  const QModelIndex root = tree_.Root();
+  const bool root_expanded = view.isExpanded(root);
+  std::vector<JobNodeRef> expanded;
+  for (int row = 0; row < tree_.rowCount(root); ++row) {
+    const QModelIndex job = tree_.index(row, 0, root);
+    if (view.isExpanded(job)) expanded.push_back(tree_.NodeOf(job));
+  }
+  if (!tree_.Update(jobs_)) return;
+  view.setExpanded(tree_.Root(), root_expanded);
+  for (const JobNodeRef& node : expanded) {
+    const QModelIndex index = tree_.IndexOf(node);
+    if (index.isValid()) view.expand(index);
+  }
+}
+
+void TJobMgrForm::UpdateActions() {
+  const JobNodeRef node = Current();
+  actions_.Show(ActionsOfNode(node.kind, StateOf(node)));
+}
+
+void TJobMgrForm::OnJobsChanged(const std::vector<std::size_t>& jobs) {
+  if (!shown_) return;
+  tree_.UpdateStates(jobs_, jobs);
+  const JobNodeRef node = Current();
+  const bool concerned =
+      node.kind == JobNode::AllJobs || std::find(jobs.begin(), jobs.end(), node.job) != jobs.end();
+  if (concerned) ShowList(node);
+}
+
+void TJobMgrForm::OnTimerRefresh() {
+  if (!shown_) return;
+  const JobNodeRef node = Current();
+  if (RepaintsOnTimer(node.kind, StateOf(node))) Rebuild();
+}
+
+void TJobMgrForm::OnListActivated(const QModelIndex& index) {
+  if (Current().kind != JobNode::AllJobs || !index.isValid()) return;
+  Select({JobNode::Job, job_rows_.JobOf(job_rows_.SourceRow(index))});
+}
+
+QMenu* TJobMgrForm::MenuOf(JobNode kind) const {
+  if (kind == JobNode::AllJobs) return job_new_menu_;
+  return kind == JobNode::Job ? job_menu_ : nullptr;
+}
+
+// Of the selected node only: a right press selects nothing, and a menu beside another job's name
+// would act on the wrong one.
+void TJobMgrForm::ShowTreeMenu(const QPoint& place) {
+  QTreeView& view = frame_.Tree();
+  const JobNodeRef node = Current();
+  if (view.indexAt(place) != view.currentIndex()) return;
+  QMenu* const menu = MenuOf(node.kind);
+  if (menu != nullptr && !menu->isEmpty()) menu->popup(view.viewport()->mapToGlobal(place));
+}
+
+void TJobMgrForm::ShowListMenu(const QPoint& place) {
+  const JobNode kind = Current().kind;
+  QMenu* const menu = IsTableNode(kind) ? table_menu_ : MenuOf(kind);
+  if (menu != nullptr) menu->popup(frame_.List().viewport()->mapToGlobal(place));
+}
+
+bool TJobMgrForm::MayClose() {
+  const std::string why = WhyExplorerStaysOpen(jobs_);
+  if (!why.empty()) {
+    ShowNotice(this, why);
+    return false;
+  }
+  std::string reason;
+  if (context_.workspace.SaveJobs(reason)) return true;
+  return Confirm(this, "The jobs could not be saved: " + reason + "\n\nClose all the same?");
+}
+
+}  // namespace quillmere

@@ -1,0 +1,100 @@
+// The job explorer: the window's page on which jobs are made, changed, run and watched.
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+#include <chrono>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "engine/work_thread.h"
+#include "ui/H_global.h"
+#include "ui/jobs/job_action_list.h"
+#include "ui/jobs/job_rows.h"
+#include "ui/jobs/job_tree_model.h"
+#include "ui/jobs/job_worker.h"
+#include "ui/jobs/table_rows.h"
+#include "ui/toolkit/explorer_frame.h"
+#include "workspace/job_tables.h"
+
+class QMenu;
+
+namespace quillmere {
+
+// Owns the worker, which runs from the construction on. It only asks: the worker acts.
+class TJobMgrForm : public QWidget {
+  Q_OBJECT
+
+ public:
+  TJobMgrForm(UiContext& context, QWidget* parent,
+              std::chrono::milliseconds sweep_pause = HWorkThread::kSweepPause);
+  ~TJobMgrForm() override;
+
+  JobActionList& Actions() { return actions_; }
+
+  // False: the operator has been told which job keeps the window open. Saves the catalogue when
+  // nothing does.
+  bool MayClose();
+
+  // Ends the worker behind the statement in hand. Nothing runs afterwards.
+  void EndWorker() { worker_.End(); }
+
+ Q_SIGNALS:
+  // A message could not be written to error.log.
+  void MessageLost(const QString& text);
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  void MakeMenus();
+  void ConnectActions();
+
+  // --- what is shown
+  JobNodeRef Current() const;
+  JobState StateOf(const JobNodeRef& node) const;
+  void Select(const JobNodeRef& node);
+  void SelectRoot() { Select({JobNode::AllJobs}); }
+  void OnNodeChanged();
+  void ShowList(const JobNodeRef& node);
+  void ShowJobs(const JobNodeRef& node);
+  void ShowTables(const JobNodeRef& node, TableRows& rows, const QString& layout);
+  void Rebuild();
+  void KeepExpanded();
+  void UpdateActions();
+  void OnJobsChanged(const std::vector<std::size_t>& jobs);
+  void OnTimerRefresh();
+  void OnListActivated(const QModelIndex& index);
+  void ShowTreeMenu(const QPoint& place);
+  void ShowListMenu(const QPoint& place);
+  QMenu* MenuOf(JobNode kind) const;
+
+  // --- what is done (T_jobmgrform_commands.cpp)
+  void NewJob();
+  void EditSelected();
+  void DeleteSelected();
+  void RefreshSelected();
+  void RequestSelected(JobRequest request);
+  void FilterSelected(TableFilter mode);
+  // False when the rows selected are not those of one owner; the operator has been told.
+  bool SelectedTables(const TableRows& rows, std::string& owner, std::vector<std::string>& tables);
+  void SaveAfterFilter(std::size_t job, TableFilter mode);
+
+  UiContext& context_;
+  JobList& jobs_;
+  JobTreeModel tree_;
+  JobRows job_rows_;
+  IncludedTables included_;
+  ExcludedTables excluded_;
+  ExplorerFrame frame_;
+  JobActionList actions_;
+  QMenu* job_new_menu_ = nullptr;
+  QMenu* job_menu_ = nullptr;
+  QMenu* table_menu_ = nullptr;
+  QTimer refresh_timer_;
+  bool shown_ = false;
+  JobWorker worker_;  // last: it may tell of changes at once
+};
+
+}  // namespace quillmere

@@ -1,0 +1,140 @@
+// What the actions of the job explorer do.
+#include <utility>
+
+#include "ui/job_dialogs/T_jobedit.h"
+#include "ui/job_dialogs/T_newownerform.h"
+#include "ui/jobs/T_jobmgrform.h"
+#include "ui/toolkit/notice.h"
+#include "ui/toolkit/progress_dialog.h"
+#include "workspace/job_operations.h"
+
+namespace quillmere {
+namespace {
+
+// Long enough to be seen and to paint while the source answers; one connection, so no Cancel.
+template <typename Work>
+auto WithProgress(QWidget* parent, const QString& title, const std::string& step, Work&& work) {
+  ProgressDialog progress(parent, title, step);
+  progress.HideCancel();
+  return work();
+}
+
+}  // namespace
+
+void TJobMgrForm::NewJob() {
+  JobProperties properties;
+  properties.name = ProposeJobName(jobs_);
+  TJobEditForm form(context_, this);
+  if (!form.Edit(properties, JobList::kNotFound)) return;
+  std::size_t index = JobList::kNotFound;
+  const Outcome added =
+      WithProgress(this, QStringLiteral("New job"), "Reading the tables of " + properties.source,
+                   [&] { return AddJob(context_.workspace, properties, index); });
+  KeepExpanded();
+  SelectRoot();
+  if (!added) ShowFailure(this, added.text);
+}
+
+void TJobMgrForm::EditSelected() {
+  const JobNodeRef node = Current();
+  if (node.kind != JobNode::Job) return;
+  JobProperties properties = PropertiesOf(jobs_.At(node.job));
+  const std::string old_source = properties.source;
+  TJobEditForm form(context_, this);
+  if (!form.Edit(properties, node.job)) return;
+  const auto edit = [&] { return EditJob(context_.workspace, node.job, properties); };
+  const Outcome edited = properties.source == old_source
+                             ? edit()
+                             : WithProgress(this, QStringLiteral("Change of a job"),
+                                            "Reading the tables of " + properties.source, edit);
+  Rebuild();
+  if (!edited) ShowNotice(this, edited.text);
+}
+
+void TJobMgrForm::DeleteSelected() {
+  const JobNodeRef node = Current();
+  if (node.kind != JobNode::Job) return;
+  if (!Confirm(this, "Delete " + PropertiesOf(jobs_.At(node.job)).name + "?")) return;
+  const Outcome deleted = DeleteJob(context_.workspace, node.job);
+  KeepExpanded();
+  SelectRoot();
+  if (!deleted) ShowFailure(this, deleted.text);
+}
+
+void TJobMgrForm::RefreshSelected() {
+  const JobNodeRef node = Current();
+  if (node.kind != JobNode::Job) return;
+  const std::string source = PropertiesOf(jobs_.At(node.job)).source;
+  // Whether it failed, and why, stands in the message list.
+  static_cast<void>(WithProgress(this, QStringLiteral("Refresh"), "Reading the tables of " + source,
+                                 [&] { return RefreshTables(context_.workspace, node.job); }));
+  Rebuild();
+}
+
+void TJobMgrForm::RequestSelected(JobRequest request) {
+  const JobNodeRef node = Current();
+  if (node.kind != JobNode::Job) return;
+  const std::string name = PropertiesOf(jobs_.At(node.job)).name;
+  if (!Confirm(this, RequestQuestion(request, StateOf(node), name))) return;
+  std::string refused;
+  switch (request) {
+    case JobRequest::Run:
+      RequestRun(worker_.Engine(), node.job, refused);
+      break;
+    case JobRequest::Pause:
+      RequestPause(jobs_, node.job);
+      break;
+    case JobRequest::Stop:
+      RequestStop(jobs_, node.job);
+      break;
+  }
+  Rebuild();
+  if (!refused.empty()) ShowNotice(this, refused);
+}
+
+bool TJobMgrForm::SelectedTables(const TableRows& rows, std::string& owner,
+                                 std::vector<std::string>& tables) {
+  std::vector<std::string_view> owners;
+  for (const std::size_t row : frame_.List().SelectedRows()) {
+    owners.push_back(rows.At(row).owner);
+    tables.emplace_back(rows.At(row).name);
+  }
+  const std::string why = WhyNoFilter(owners);
+  if (!why.empty()) {
+    ShowNotice(this, why);
+    return false;
+  }
+  owner = owners.front();
+  return true;
+}
+
+void TJobMgrForm::FilterSelected(TableFilter mode) {
+  const JobNodeRef node = Current();
+  const bool excluded = node.kind == JobNode::Exclude;
+  if (!excluded && node.kind != JobNode::Include) return;
+  std::string owner;
+  std::vector<std::string> tables;
+  const TableRows& rows = excluded ? static_cast<const TableRows&>(excluded_) : included_;
+  if (!SelectedTables(rows, owner, tables)) return;
+  TFilterForm form(context_, this);
+  if (!form.Execute(node.job, owner, tables, mode)) return;
+  SaveAfterFilter(node.job, mode);
+  ShowList(node);
+}
+
+// Another owner alone reaches the files with the next save.
+void TJobMgrForm::SaveAfterFilter(std::size_t index, TableFilter mode) {
+  if (mode == TableFilter::ChangeOwner) return;
+  SyncJob& job = jobs_.At(index);
+  const auto raise = [&job](bool changed) {
+    const std::lock_guard lock(job.config_mutex);
+    job.table_list_changed = changed;
+  };
+  if (mode == TableFilter::Exclude) raise(true);
+  std::string reason;
+  const bool saved = context_.workspace.SaveJobs(reason);
+  if (mode == TableFilter::Exclude) raise(false);
+  if (!saved) ShowFailure(this, reason);
+}
+
+}  // namespace quillmere

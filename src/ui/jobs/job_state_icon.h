@@ -1,0 +1,29 @@
+// The picture of a job's run state.
+#pragma once
+
+#include <QIcon>
+
+#include "jobs/sync_job.h"
+#include "ui/toolkit/icons.h"
+
+namespace quillmere {
+
+inline QIcon JobStateIcon(JobState state) {
+  switch (state) {
+    case JobState::Started:
+      return Icon("state-started");
+    case JobState::Paused:
+      return Icon("state-paused");
+    case JobState::Stopped:
+      return Icon("state-stopped");
+    case JobState::Starting:
+    case JobState::Stopping:
+    case JobState::Pausing:
+      return Icon("state-working");
+    case JobState::Empty:
+      break;
+  }
+  return Icon("job");
+}
+
+}  // namespace quillmere

@@ -1,0 +1,173 @@
+#include "ui/jobs/job_tree_model.h"
+
+#include <algorithm>
+#include <mutex>
+#include <utility>
+
+#include "ui/jobs/job_state_icon.h"
+#include "ui/toolkit/icons.h"
+#include "ui/toolkit/text.h"
+
+namespace quillmere {
+namespace {
+
+// An index carries its node's number: 0 is the root; the job in row r of the root has 3r + 1, and
+// its two children the two numbers behind it.
+constexpr quintptr kNodesPerJob = 3;
+
+quintptr NumberOf(std::size_t row, JobNode kind) {
+  const quintptr first = row * kNodesPerJob + 1;
+  if (kind == JobNode::Include) return first + 1;
+  return kind == JobNode::Exclude ? first + 2 : first;
+}
+
+std::size_t RowOfNumber(quintptr number) {
+  return (number - 1) / kNodesPerJob;
+}
+
+JobNode KindOf(quintptr number) {
+  if (number == 0) return JobNode::AllJobs;
+  switch ((number - 1) % kNodesPerJob) {
+    case 0:
+      return JobNode::Job;
+    case 1:
+      return JobNode::Include;
+    default:
+      return JobNode::Exclude;
+  }
+}
+
+QIcon IconOf(JobNode kind, JobState state) {
+  switch (kind) {
+    case JobNode::AllJobs:
+      return Icon("jobs");
+    case JobNode::Include:
+      return Icon("include");
+    case JobNode::Exclude:
+      return Icon("exclude");
+    default:
+      return JobStateIcon(state);
+  }
+}
+
+}  // namespace
+
+std::vector<JobTreeModel::Job> JobTreeModel::Read(const JobList& jobs) {
+  std::vector<Job> read;
+  for (std::size_t i = 0; i < jobs.Count(); ++i) {
+    const JobState state = jobs.State(i);
+    if (state == JobState::Empty) continue;
+    const SyncJob& job = jobs.At(i);
+    const std::lock_guard lock(job.config_mutex);
+    read.push_back({i, job.name, state});
+  }
+  return read;
+}
+
+bool JobTreeModel::Update(const JobList& jobs) {
+  std::vector<Job> read = Read(jobs);
+  const bool same =
+      std::equal(read.begin(), read.end(), jobs_.begin(), jobs_.end(),
+                 [](const Job& a, const Job& b) { return a.index == b.index && a.name == b.name; });
+  if (same) {
+    for (std::size_t row = 0; row < read.size(); ++row) SetState(row, read[row].state);
+    return false;
+  }
+  beginResetModel();
+  jobs_ = std::move(read);
+  endResetModel();
+  return true;
+}
+
+void JobTreeModel::UpdateStates(const JobList& jobs, const std::vector<std::size_t>& changed) {
+  for (const std::size_t job : changed) {
+    if (const auto row = RowOf(job)) SetState(*row, jobs.State(job));
+  }
+}
+
+void JobTreeModel::SetState(std::size_t row, JobState state) {
+  if (std::exchange(jobs_[row].state, state) == state) return;
+  const QModelIndex changed = index(static_cast<int>(row), 0, Root());
+  Q_EMIT dataChanged(changed, changed, {Qt::DecorationRole, Qt::ToolTipRole});
+}
+
+std::optional<std::size_t> JobTreeModel::RowOf(std::size_t job) const {
+  const auto found =
+      std::lower_bound(jobs_.begin(), jobs_.end(), job,
+                       [](const Job& entry, std::size_t index) { return entry.index < index; });
+  if (found == jobs_.end() || found->index != job) return std::nullopt;
+  return static_cast<std::size_t>(found - jobs_.begin());
+}
+
+JobNodeRef JobTreeModel::NodeOf(const QModelIndex& index) const {
+  if (!index.isValid()) return {};
+  const JobNode kind = KindOf(index.internalId());
+  if (kind == JobNode::AllJobs) return {kind};
+  return {kind, jobs_[RowOfNumber(index.internalId())].index};
+}
+
+QModelIndex JobTreeModel::IndexOf(const JobNodeRef& node) const {
+  if (node.kind == JobNode::None) return {};
+  if (node.kind == JobNode::AllJobs) return Root();
+  const auto row = RowOf(node.job);
+  if (!row) return {};
+  const QModelIndex job = index(static_cast<int>(*row), 0, Root());
+  if (node.kind == JobNode::Job) return job;
+  return index(node.kind == JobNode::Include ? 0 : 1, 0, job);
+}
+
+QModelIndex JobTreeModel::index(int row, int column, const QModelIndex& parent) const {
+  if (!hasIndex(row, column, parent)) return {};
+  if (!parent.isValid()) return createIndex(row, column, quintptr{0});
+  if (parent.internalId() == 0) {
+    return createIndex(row, column, NumberOf(static_cast<std::size_t>(row), JobNode::Job));
+  }
+  return createIndex(row, column, parent.internalId() + 1 + static_cast<quintptr>(row));
+}
+
+QModelIndex JobTreeModel::parent(const QModelIndex& child) const {
+  if (!child.isValid() || child.internalId() == 0) return {};
+  if (KindOf(child.internalId()) == JobNode::Job) return createIndex(0, 0, quintptr{0});
+  const std::size_t row = RowOfNumber(child.internalId());
+  return createIndex(static_cast<int>(row), 0, NumberOf(row, JobNode::Job));
+}
+
+int JobTreeModel::rowCount(const QModelIndex& parent) const {
+  if (!parent.isValid()) return 1;
+  switch (KindOf(parent.internalId())) {
+    case JobNode::AllJobs:
+      return static_cast<int>(jobs_.size());
+    case JobNode::Job:
+      return 2;
+    default:
+      return 0;
+  }
+}
+
+int JobTreeModel::columnCount(const QModelIndex&) const {
+  return 1;
+}
+
+QVariant JobTreeModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
+  const JobNode kind = KindOf(index.internalId());
+  const Job* const job =
+      kind == JobNode::AllJobs ? nullptr : &jobs_[RowOfNumber(index.internalId())];
+  switch (role) {
+    case Qt::DisplayRole:
+      if (kind == JobNode::AllJobs) return QStringLiteral("All Jobs");
+      if (kind == JobNode::Job) return OneLine(job->name);
+      return kind == JobNode::Include ? QStringLiteral("Include") : QStringLiteral("Exclude");
+    case Qt::DecorationRole:
+      return IconOf(kind, job == nullptr ? JobState::Empty : job->state);
+    case Qt::ToolTipRole:
+      if (kind != JobNode::Job) return {};
+      return QString(OneLine(job->name) + QStringLiteral(": ") + ToQt(StateName(job->state)));
+    case kTagRole:
+      return ToQt(NodeTag(kind));
+    default:
+      return {};
+  }
+}
+
+}  // namespace quillmere

@@ -1,0 +1,75 @@
+#include "ui/jobs/job_worker.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <algorithm>
+
+#include "ui/toolkit/text.h"
+
+namespace quillmere {
+namespace {
+
+constexpr qint64 kBetweenChangesMs = 250;
+constexpr std::chrono::milliseconds kEndTurn{5};
+
+constexpr auto kChanges = static_cast<QEvent::Type>(QEvent::User + 201);
+constexpr auto kMessage = static_cast<QEvent::Type>(QEvent::User + 202);
+
+}  // namespace
+
+JobWorker::JobWorker(Workspace& workspace, std::chrono::milliseconds sweep_pause, QObject* parent)
+    : QObject(parent),
+      workspace_(workspace),
+      bridge_({[this] { QCoreApplication::postEvent(this, new QEvent(kChanges)); },
+               [this] { QCoreApplication::postEvent(this, new QEvent(kMessage)); }}),
+      engine_(workspace.EngineFor(bridge_)),
+      runner_(engine_) {
+  message_turn_.setSingleShot(true);
+  connect(&message_turn_, &QTimer::timeout, this, &JobWorker::TakeMessage);
+  changes_turn_.setSingleShot(true);
+  connect(&changes_turn_, &QTimer::timeout, this, &JobWorker::TellChanges);
+  told_.start();
+  thread_ = std::make_unique<HWorkThread>(runner_, workspace.Jobs(), sweep_pause);
+}
+
+JobWorker::~JobWorker() {
+  End();
+}
+
+// Posted events are delivered as long as there are any: what the worker posts is only noted here,
+// and done when user input and painting had their turn.
+bool JobWorker::event(QEvent* event) {
+  if (event->type() == kMessage) {
+    message_turn_.start(0);
+    return true;
+  }
+  if (event->type() == kChanges) {
+    const qint64 wait = std::max<qint64>(kBetweenChangesMs - told_.elapsed(), 0);
+    changes_turn_.start(static_cast<int>(wait));
+    return true;
+  }
+  return QObject::event(event);
+}
+
+void JobWorker::TellChanges() {
+  told_.start();
+  const std::vector<std::size_t> jobs = bridge_.TakeChanges();
+  if (!jobs.empty()) Q_EMIT JobsChanged(jobs);
+}
+
+bool JobWorker::TakeMessage() {
+  return bridge_.TakeMessage([this](std::string_view text, bool error) { Take(text, error); });
+}
+
+void JobWorker::Take(std::string_view text, bool error) {
+  if (!workspace_.Log().Add(text, error)) Q_EMIT MessageLost(ToQt(text));
+}
+
+void JobWorker::End() {
+  if (thread_ == nullptr) return;
+  thread_->Terminate();
+  while (!thread_->WaitFor(kEndTurn)) TakeMessage();
+  thread_.reset();
+}
+
+}  // namespace quillmere
