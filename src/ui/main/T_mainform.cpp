@@ -1,0 +1,188 @@
+#include "ui/main/T_mainform.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QScreen>
+#include <QSplitter>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include "foundation/files.h"
+#include "ui/jobs/T_jobmgrform.h"
+#include "ui/main/banner.h"
+#include "ui/main/message_view.h"
+#include "ui/toolkit/hints.h"
+#include "ui/toolkit/icons.h"
+#include "ui/toolkit/notice.h"
+#include "ui/toolkit/text.h"
+#include "workspace/job_operations.h"
+
+namespace quillmere {
+namespace {
+
+constexpr QSize kFirstSize(850, 611);
+constexpr int kMessagesHeight = 81;
+constexpr int kClearMs = 100'000;
+
+const QString kPlace = QStringLiteral("main");
+const QString kPage = QStringLiteral("main/page");
+const QString kShowLog = QStringLiteral("main/showlog");
+
+}  // namespace
+
+TMainForm::TMainForm(UiContext& context, std::chrono::milliseconds sweep_pause)
+    : context_(context) {
+  setObjectName(QStringLiteral("MainForm"));
+  setWindowTitle(QStringLiteral("Quillmere"));
+  setWindowIcon(Icon("app"));
+  auto* banner = new Banner(
+      QStringLiteral("Working folder ") + ToQt(PathText(context.workspace.Folder())), this);
+  splitter_ = new QSplitter(Qt::Vertical, this);
+  splitter_->setObjectName(QStringLiteral("SplitMain"));
+  splitter_->addWidget(MakePages(sweep_pause));
+  splitter_->addWidget(MakeMessages());
+  splitter_->setStretchFactor(0, 1);
+  splitter_->setChildrenCollapsible(false);
+  auto* all = new QWidget(this);
+  auto* column = new QVBoxLayout(all);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(banner);
+  column->addWidget(splitter_, 1);
+  column->addWidget(MakeHintLine());
+  setCentralWidget(all);
+  MakeMenus();
+  banner->SetMenu(findChild<QMenu*>(QStringLiteral("PMOptions")));
+  new HintWatcher([this](const QString& hint) { ShowTip(hint); }, this);
+  clear_timer_.setObjectName(QStringLiteral("TimerClear"));
+  connect(&clear_timer_, &QTimer::timeout, this, [this] { context_.workspace.Log().LimitFiles(); });
+  clear_timer_.start(kClearMs);
+  PlaceWindow();
+}
+
+TMainForm::~TMainForm() {
+  EndWorker();
+  KeepPlace();
+}
+
+void TMainForm::EndWorker() {
+  job_manager_->EndWorker();
+}
+
+QWidget* TMainForm::MakePages(std::chrono::milliseconds sweep_pause) {
+  pages_ = new QTabWidget(this);
+  pages_->setObjectName(QStringLiteral("PageClient"));
+  pages_->setTabPosition(QTabWidget::South);
+  pages_->setDocumentMode(true);
+  job_manager_ = new TJobMgrForm(context_, this, sweep_pause);
+  AddPage(job_manager_, "TSJobMgr", QStringLiteral("Job Explorer"),
+          QStringLiteral("Jobs manager: Design, mangage and monitor"));
+  connect(job_manager_, &TJobMgrForm::MessageLost, this, &TMainForm::SayLost);
+  connect(pages_, &QTabWidget::currentChanged, this, &TMainForm::OnPageChanged);
+  OnPageChanged();
+  return pages_;
+}
+
+void TMainForm::AddPage(QWidget* form, const char* name, const QString& caption,
+                        const QString& hint) {
+  auto* page = new QWidget(pages_);
+  page->setObjectName(QLatin1StringView(name));
+  SetHint(page, hint);
+  auto* column = new QVBoxLayout(page);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(form);
+  page_hints_ << hint;
+  pages_->addTab(page, caption);
+}
+
+void TMainForm::OnPageChanged() {
+  SetHint(pages_, page_hints_.value(pages_->currentIndex()));
+}
+
+QWidget* TMainForm::MakeMessages() {
+  messages_ = new QWidget(this);
+  messages_->setObjectName(QStringLiteral("PnlLog"));
+  auto* view = new MessageView(context_.workspace.Log(), context_.workspace.Folder(), messages_);
+  view->setObjectName(QStringLiteral("TreeView1"));
+  view->setAccessibleName(tr("Messages"));
+  SetHint(view, QStringLiteral("Show all errors and informaitons"));
+  auto* column = new QVBoxLayout(messages_);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(view);
+  return messages_;
+}
+
+QWidget* TMainForm::MakeHintLine() {
+  auto* line = new QFrame(this);
+  line->setObjectName(QStringLiteral("PnlStatus"));
+  tips_ = new QLabel(line);
+  tips_->setObjectName(QStringLiteral("LblTips"));
+  tips_->setTextFormat(Qt::PlainText);
+  tips_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  auto* row = new QVBoxLayout(line);
+  row->setContentsMargins(kSpacing, kSpacing / 2, kSpacing, kSpacing / 2);
+  row->addWidget(tips_);
+  return line;
+}
+
+void TMainForm::ShowTip(const QString& text) {
+  tips_->setText(text);
+}
+
+// Once in a box, so that nobody misses it; the box waits for nobody, the worker goes on.
+void TMainForm::SayLost(const QString& text) {
+  ShowTip(tr("error.log cannot be written. Lost: ") + text);
+  if (std::exchange(loss_told_, true)) return;
+  auto* box = new QMessageBox(
+      QMessageBox::Critical, windowTitle(),
+      tr("error.log in the working folder cannot be written: messages are lost until it can be. "
+         "Make room, or make the file writable.\n\nThe first one: ") +
+          text,
+      QMessageBox::Ok, this);
+  box->setObjectName(QStringLiteral("LossBox"));
+  box->setTextFormat(Qt::PlainText);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setModal(false);
+  box->show();
+}
+
+void TMainForm::PlaceWindow() {
+  resize(kFirstSize);
+  splitter_->setSizes({kFirstSize.height(), kMessagesHeight});
+  if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
+    QRect place(QPoint(), kFirstSize);
+    place.moveCenter(screen->availableGeometry().center());
+    move(place.topLeft());
+  }
+  context_.memory.RestoreGeometry(*this, kPlace);
+  context_.memory.RestoreSplitter(*splitter_, kPlace);
+  for (int i = 0; i < pages_->count(); ++i) {
+    if (pages_->widget(i)->objectName() == context_.memory.Text(kPage)) pages_->setCurrentIndex(i);
+  }
+  show_log_->setChecked(context_.memory.Text(kShowLog) != QStringLiteral("hidden"));
+  messages_->setVisible(show_log_->isChecked());
+}
+
+void TMainForm::KeepPlace() {
+  context_.memory.KeepGeometry(*this, kPlace);
+  context_.memory.KeepSplitter(*splitter_, kPlace);
+  context_.memory.KeepText(kPage, pages_->currentWidget()->objectName());
+  context_.memory.KeepText(
+      kShowLog, show_log_->isChecked() ? QStringLiteral("shown") : QStringLiteral("hidden"));
+}
+
+void TMainForm::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  if (!job_manager_->MayClose()) return;
+  const std::string why = WhyMainWindowStaysOpen(context_.workspace.Jobs());
+  if (!why.empty()) {
+    ShowNotice(this, why);
+    return;
+  }
+  event->accept();
+}
+
+}  // namespace quillmere

@@ -1,0 +1,77 @@
+// The program's window: the banner, the two managers on their pages, the message list, the hint
+// line, and the menus.
+#pragma once
+
+#include <QMainWindow>
+#include <QTimer>
+#include <chrono>
+
+#include "engine/work_thread.h"
+#include "ui/H_global.h"
+
+class QAction;
+class QLabel;
+class QMenu;
+class QSplitter;
+class QTabWidget;
+
+namespace quillmere {
+
+class MessageView;
+class TJobMgrForm;
+
+class TMainForm : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  explicit TMainForm(UiContext& context,
+                     std::chrono::milliseconds sweep_pause = HWorkThread::kSweepPause);
+  ~TMainForm() override;
+
+  // Nothing runs afterwards; the window is to be hidden before.
+  void EndWorker();
+
+  // In the hint line, until the mouse goes elsewhere.
+  void ShowTip(const QString& text);
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  // --- the window's parts
+  QWidget* MakePages(std::chrono::milliseconds sweep_pause);
+  QWidget* MakeMessages();
+  QWidget* MakeHintLine();
+  void AddPage(QWidget* form, const char* name, const QString& caption, const QString& hint);
+  void OnPageChanged();
+  void PlaceWindow();
+  void KeepPlace();
+  void SayLost(const QString& text);
+
+  // --- the menus (T_mainform_menus.cpp)
+  void MakeMenus();
+  QMenu* MakeJobMenu();
+  QMenu* MakeOptionsMenu();
+  void AddSwitches(QMenu& menu);
+  QMenu* MakeAppearanceMenu();
+  QMenu* MakeSkinMenu();
+  QAction* MakeAction(const char* name, const QString& caption, const char* icon);
+  void LoadBasicSkin();
+  void LoadOtherSkin();
+  void LoadSkin(const std::filesystem::path& file);
+  void OpenHelp();
+  void SaveProgramSettings();
+
+  UiContext& context_;
+  QTabWidget* pages_ = nullptr;
+  QStringList page_hints_;
+  TJobMgrForm* job_manager_ = nullptr;
+  QSplitter* splitter_ = nullptr;
+  QWidget* messages_ = nullptr;
+  QLabel* tips_ = nullptr;
+  QAction* show_log_ = nullptr;
+  QTimer clear_timer_;
+  bool loss_told_ = false;
+};
+
+}  // namespace quillmere

@@ -1,0 +1,192 @@
+// The menus of the main window and what its own entries do.
+#include <QAction>
+#include <QActionGroup>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QMenu>
+#include <QMenuBar>
+#include <QUrl>
+
+#include "foundation/files.h"
+#include "ui/jobs/T_jobmgrform.h"
+#include "ui/main/T_mainform.h"
+#include "ui/main/shared_files.h"
+#include "ui/main_dialogs/about.h"
+#include "ui/main_dialogs/settings_form.h"
+#include "ui/toolkit/icons.h"
+#include "ui/toolkit/notice.h"
+#include "ui/toolkit/text.h"
+#include "workspace/program_folder.h"
+
+namespace quillmere {
+namespace {
+
+QString FileText(const std::filesystem::path& file) {
+  return ToQt(PathText(file));
+}
+
+}  // namespace
+
+void TMainForm::MakeMenus() {
+  QMenuBar* const bar = menuBar();
+  bar->setObjectName(QStringLiteral("MainMenu1"));
+  bar->addMenu(MakeJobMenu());
+  QMenu* const options = MakeOptionsMenu();
+  QMenu* const skin = MakeSkinMenu();
+  bar->addMenu(options);
+  bar->addMenu(skin);
+
+  QAction* const help = MakeAction("Help", QStringLiteral(" &Help"), "help");
+  help->setShortcut(QKeySequence::HelpContents);
+  connect(help, &QAction::triggered, this, &TMainForm::OpenHelp);
+  QMenu* const help_menu = bar->addMenu(QStringLiteral("&Help"));
+  help_menu->setObjectName(QStringLiteral("HelpMenu"));
+  QAction* const about = MakeAction("About", QStringLiteral(" &About"), "about");
+  help_menu->addActions({about, help});
+
+  auto* popup = new QMenu(this);
+  popup->setObjectName(QStringLiteral("PMOptions"));
+  popup->addMenu(options);
+  popup->addMenu(skin);
+  QMenu* const popup_help = popup->addMenu(QStringLiteral("&Help"));
+  QAction* const about_program = MakeAction("AboutProgram", QStringLiteral("&About"), "about");
+  popup_help->addActions({about_program, help});
+  for (QAction* const action : {about, about_program}) {
+    connect(action, &QAction::triggered, this, [this] { AboutBox(context_, this).exec(); });
+  }
+}
+
+QMenu* TMainForm::MakeJobMenu() {
+  auto* menu = new QMenu(QStringLiteral("&Job "), this);
+  menu->setObjectName(QStringLiteral("JobMenu"));
+  const JobActionList& jobs = job_manager_->Actions();
+  menu->addActions({jobs.FileNew, jobs.FileOpen, jobs.FileDelete});
+  menu->addSeparator();
+  menu->addActions({jobs.RunRun, jobs.RunPause, jobs.RunStop});
+  menu->addSeparator();
+  QAction* const leave = MakeAction("Exit", QStringLiteral("&Exit"), "exit");
+  leave->setShortcut(QKeySequence::Quit);
+  connect(leave, &QAction::triggered, this, &QWidget::close);
+  menu->addAction(leave);
+  return menu;
+}
+
+QMenu* TMainForm::MakeOptionsMenu() {
+  auto* menu = new QMenu(QStringLiteral("&Options"), this);
+  menu->setObjectName(QStringLiteral("OptionsMenu"));
+  show_log_ = MakeAction("ShowLog", QStringLiteral(" &ShowLog"), "");
+  show_log_->setCheckable(true);
+  show_log_->setToolTip(tr("Shows or hides the message list"));
+  connect(show_log_, &QAction::toggled, this, [this](bool shown) { messages_->setVisible(shown); });
+  menu->addAction(show_log_);
+  menu->addSeparator();
+  AddSwitches(*menu);
+  menu->addSeparator();
+  menu->addMenu(MakeAppearanceMenu());
+  QAction* const settings = MakeAction("ProgramSettings", tr(" S&ettings ..."), "settings");
+  settings->setShortcut(QKeySequence::Preferences);
+  connect(settings, &QAction::triggered, this, [this] { SettingsForm(context_, this).exec(); });
+  menu->addAction(settings);
+  return menu;
+}
+
+// What is checked is looked up when the menu opens: the settings have a form, too.
+void TMainForm::AddSwitches(QMenu& menu) {
+  Settings& settings = context_.workspace.ProgramSettings();
+  const auto add = [&](const char* name, const QString& caption, std::atomic<bool>& setting) {
+    QAction* const action = MakeAction(name, caption, "");
+    action->setCheckable(true);
+    action->setChecked(setting);
+    connect(action, &QAction::triggered, this, [this, &setting](bool on) {
+      setting = on;
+      SaveProgramSettings();
+    });
+    connect(&menu, &QMenu::aboutToShow, action,
+            [action, &setting] { action->setChecked(setting); });
+    menu.addAction(action);
+  };
+  add("DebugMessages", tr(" &Debug messages"), settings.debug);
+  add("StatementTrace", tr(" S&tatement trace"), settings.statement_trace);
+  add("RegistryMessages", tr(" &Registry messages"), settings.registry_messages);
+}
+
+QMenu* TMainForm::MakeAppearanceMenu() {
+  using Scheme = Appearance::Scheme;
+  auto* menu = new QMenu(tr(" &Appearance"), this);
+  menu->setObjectName(QStringLiteral("AppearanceMenu"));
+  auto* group = new QActionGroup(this);
+  const auto add = [&](const char* name, const QString& caption, Scheme scheme) {
+    QAction* const action = MakeAction(name, caption, "");
+    action->setCheckable(true);
+    group->addAction(action);
+    menu->addAction(action);
+    connect(menu, &QMenu::aboutToShow, action, [this, action, scheme] {
+      action->setChecked(context_.appearance.ChosenScheme() == scheme);
+    });
+    connect(action, &QAction::triggered, this,
+            [this, scheme] { context_.appearance.SetScheme(scheme); });
+  };
+  add("AppearanceSystem", tr("As the &system"), Scheme::System);
+  add("AppearanceLight", tr("&Light"), Scheme::Light);
+  add("AppearanceDark", tr("&Dark"), Scheme::Dark);
+  return menu;
+}
+
+QMenu* TMainForm::MakeSkinMenu() {
+  auto* menu = new QMenu(QStringLiteral("&Skin"), this);
+  menu->setObjectName(QStringLiteral("SkinMenu"));
+  const auto add = [&](const char* name, const QString& caption, auto&& run) {
+    QAction* const action = MakeAction(name, caption, "");
+    connect(action, &QAction::triggered, this, run);
+    menu->addAction(action);
+  };
+  add("Basic", QStringLiteral("&Basic"), [this] { LoadBasicSkin(); });
+  add("Advanced", QStringLiteral("&Advanced"), [this] { LoadOtherSkin(); });
+  add("Default", QStringLiteral("&Default"), [this] { context_.appearance.RemoveSkin(); });
+  return menu;
+}
+
+QAction* TMainForm::MakeAction(const char* name, const QString& caption, const char* icon) {
+  auto* action = new QAction(Icon(icon), caption, this);
+  action->setObjectName(QLatin1StringView(name));
+  return action;
+}
+
+void TMainForm::SaveProgramSettings() {
+  Workspace& workspace = context_.workspace;
+  std::string reason;
+  if (SaveSettings(workspace.SettingsFile(), workspace.ProgramSettings(), reason)) return;
+  ShowFailure(this, reason + ". The choice holds until the program ends");
+}
+
+void TMainForm::LoadBasicSkin() {
+  std::string tried;
+  const std::filesystem::path file =
+      FindSharedFile(std::filesystem::path("skin") / "redfox.qss", context_.workspace.Folder(),
+                     ProgramFolder(), tried);
+  if (file.empty()) return ShowNotice(this, "The skin is not there. Looked for: " + tried);
+  LoadSkin(file);
+}
+
+void TMainForm::LoadOtherSkin() {
+  const QString file = QFileDialog::getOpenFileName(
+      this, tr("Load a skin"), FileText(context_.workspace.Folder()), tr("Skins (*.qss)"));
+  if (!file.isEmpty()) LoadSkin(QFileInfo(file).filesystemAbsoluteFilePath());
+}
+
+void TMainForm::LoadSkin(const std::filesystem::path& file) {
+  std::string reason;
+  if (!context_.appearance.LoadSkin(file, reason)) ShowFailure(this, reason);
+}
+
+void TMainForm::OpenHelp() {
+  std::string tried;
+  const std::filesystem::path file =
+      FindSharedFile(std::filesystem::path("HTML") / "index.html", context_.workspace.Folder(),
+                     ProgramFolder(), tried);
+  if (file.empty()) return ShowNotice(this, "The manual is not there. Looked for: " + tried);
+  if (QDesktopServices::openUrl(QUrl::fromLocalFile(FileText(file)))) return;
+  ShowNotice(this, "The system has no program to open " + PathText(file));
+}
+
+}  // namespace quillmere

@@ -1,0 +1,32 @@
+// The message log as a list. User-interface thread.
+#pragma once
+
+#include <QAbstractListModel>
+#include <cstddef>
+
+#include "messages/message_log.h"
+
+namespace quillmere {
+
+// Listens to the log while it lives; one model a log.
+class MessageListModel final : public QAbstractListModel {
+  Q_OBJECT
+
+ public:
+  explicit MessageListModel(MessageLog& log, QObject* parent = nullptr);
+  ~MessageListModel() override;
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+
+  // The whole message, with its line ends.
+  QString FullText(int row) const;
+
+ private:
+  void OnLogChanged(bool cleared);
+
+  MessageLog& log_;
+  int rows_ = 0;  // of the log's entries, how many the views know
+};
+
+}  // namespace quillmere

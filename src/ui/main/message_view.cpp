@@ -1,0 +1,89 @@
+#include "ui/main/message_view.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QDesktopServices>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QScrollBar>
+#include <QUrl>
+#include <algorithm>
+
+#include "foundation/files.h"
+#include "ui/toolkit/icons.h"
+#include "ui/toolkit/notice.h"
+#include "ui/toolkit/text.h"
+
+namespace quillmere {
+
+MessageView::MessageView(MessageLog& log, std::filesystem::path folder, QWidget* parent)
+    : QTreeView(parent), model_(log), folder_(std::move(folder)) {
+  setHeaderHidden(true);
+  setRootIsDecorated(false);
+  setItemsExpandable(false);
+  setUniformRowHeights(true);
+  setEditTriggers(NoEditTriggers);
+  setSelectionMode(ExtendedSelection);
+  setAllColumnsShowFocus(true);
+  setIndentation(0);
+  setTextElideMode(Qt::ElideRight);
+  header()->setStretchLastSection(true);
+  setModel(&model_);
+  MakeMenu();
+  follow_.setSingleShot(true);
+  connect(&follow_, &QTimer::timeout, this, [this] { scrollToBottom(); });
+  connect(&model_, &QAbstractItemModel::rowsAboutToBeInserted, this, &MessageView::NoteNewest);
+  connect(&model_, &QAbstractItemModel::modelReset, this, [this] { follow_.start(0); });
+  follow_.start(0);
+}
+
+void MessageView::NoteNewest() {
+  const QScrollBar* const bar = verticalScrollBar();
+  if (bar->value() >= bar->maximum()) follow_.start(0);
+}
+
+void MessageView::MakeMenu() {
+  menu_ = new QMenu(this);
+  menu_->setObjectName(QStringLiteral("PMMessages"));
+  const auto add = [this](const char* name, const QString& caption, const char* icon, auto&& run) {
+    QAction* const action = menu_->addAction(Icon(icon), caption);
+    action->setObjectName(QLatin1StringView(name));
+    connect(action, &QAction::triggered, this, run);
+    return action;
+  };
+  copy_ = add("CopyMessages", tr("&Copy"), "copy", [this] { CopySelection(); });
+  add("SelectAllMessages", tr("Select &all"), "", [this] { selectAll(); });
+  add("ClearMessageSelection", tr("Clear &selection"), "", [this] { clearSelection(); });
+  menu_->addSeparator();
+  add("OpenLogFolder", tr("Open log &folder"), "folder", [this] {
+    const QString folder = ToQt(PathText(folder_));
+    if (QDesktopServices::openUrl(QUrl::fromLocalFile(folder))) return;
+    ShowNotice(this, "The system has no program to open " + PathText(folder_));
+  });
+}
+
+void MessageView::contextMenuEvent(QContextMenuEvent* event) {
+  copy_->setEnabled(selectionModel()->hasSelection());
+  menu_->popup(event->globalPos());
+}
+
+void MessageView::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) {
+    CopySelection();
+    event->accept();
+    return;
+  }
+  QTreeView::keyPressEvent(event);
+}
+
+void MessageView::CopySelection() {
+  QModelIndexList rows = selectionModel()->selectedRows();
+  std::sort(rows.begin(), rows.end());
+  QString text;
+  for (const QModelIndex& row : rows) text += model_.FullText(row.row()) + u'\n';
+  if (!text.isEmpty()) QGuiApplication::clipboard()->setText(text);
+}
+
+}  // namespace quillmere

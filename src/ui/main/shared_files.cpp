@@ -1,0 +1,24 @@
+#include "ui/main/shared_files.h"
+
+#include <system_error>
+
+#include "foundation/files.h"
+
+namespace quillmere {
+
+std::filesystem::path FindSharedFile(const std::filesystem::path& relative,
+                                     const std::filesystem::path& working_folder,
+                                     const std::filesystem::path& program_folder,
+                                     std::string& tried) {
+  tried.clear();
+  for (const std::filesystem::path& place :
+       {working_folder, program_folder, program_folder / ".." / "share" / "quillmere"}) {
+    std::filesystem::path file = (place / relative).lexically_normal();
+    std::error_code code;
+    if (std::filesystem::is_regular_file(file, code)) return file;
+    tried += (tried.empty() ? "" : ", ") + PathText(file);
+  }
+  return {};
+}
+
+}  // namespace quillmere
