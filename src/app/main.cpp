@@ -1,0 +1,72 @@
+// quillmere: the window program.
+#include <CLI/CLI.hpp>
+#include <QApplication>
+#include <exception>
+#include <iostream>
+#include <string>
+
+#include "app/end_signals.h"
+#include "ui/main/program_window.h"
+#include "ui/toolkit/icons.h"
+#include "ui/toolkit/notice.h"
+#include "workspace/program_folder.h"
+
+namespace quillmere {
+namespace {
+
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+int RunWindow(const Workspace::Options& options, int argc, char** argv) {
+  const QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("Quillmere"));
+  QApplication::setDesktopFileName(QStringLiteral("quillmere"));
+  QApplication::setWindowIcon(Icon("app"));
+  std::string reason;
+  const std::unique_ptr<Workspace> workspace = Workspace::Open(options, reason);
+  if (workspace == nullptr) {
+    ShowFailure(nullptr, reason);
+    return kFailed;
+  }
+  ProgramWindow window(*workspace);
+  const EndSignals signals([&window] { window.RequestEnd(); });
+  window.Show();
+  QApplication::exec();
+  if (window.Finish(reason)) return 0;
+  if (!window.EndRequested()) ShowFailure(nullptr, "The jobs could not be saved: " + reason);
+  return kFailed;
+}
+
+int Run(int argc, char** argv) {
+  CLI::App app("Replicates Oracle databases: jobs, data sources and their tables in a window.",
+               "quillmere");
+  Workspace::Options options;
+  std::string folder = ".";
+  app.add_option("--workdir", folder,
+                 "working folder, made when missing (default: the current one)")
+      ->type_name("DIR");
+  app.add_option("--client", options.client, "client library: oracle, sandbox or a path")
+      ->type_name("CLIENT");
+  app.add_flag("--debug", options.debug, "more messages; what is mined and executed goes to a log");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : kWrongUsage;
+  }
+  options.folder = folder;
+  options.create_folder = true;
+  options.program_folder = ProgramFolder();
+  return RunWindow(options, argc, argv);
+}
+
+}  // namespace
+}  // namespace quillmere
+
+int main(int argc, char** argv) {
+  try {
+    return quillmere::Run(argc, argv);
+  } catch (const std::exception& failure) {
+    std::cerr << "Given up: " << failure.what() << '\n';
+    return 1;
+  }
+}
