@@ -1,0 +1,213 @@
+#include "ui/databases/T_dbmgrform.h"
+
+#include <QAction>
+#include <QItemSelectionModel>
+#include <QMenu>
+#include <QShortcut>
+#include <QToolButton>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include "ui/databases/T_dropform.h"
+#include "ui/databases/T_migrateform.h"
+#include "ui/databases/T_renameform.h"
+#include "ui/sources/Dbconnection.h"
+#include "ui/toolkit/notice.h"
+#include "workspace/source_operations.h"
+
+namespace quillmere {
+
+TDbMgrForm::TDbMgrForm(UiContext& context, QWidget* parent)
+    : QWidget(parent),
+      context_(context),
+      frame_(new ExplorerFrame(context.memory, QStringLiteral("databases"),
+                               QStringLiteral("All Databases"), this)),
+      actions_(MakeDatabaseActions(*this)),
+      menus_(MakeDatabaseMenus(*this, actions_)),
+      tree_(new DatabaseTree(this)),
+      list_(new ListPane(context.workspace.Registry(), *frame_)),
+      connection_(context, this) {
+  setObjectName(QStringLiteral("TDbMgrForm"));
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(frame_);
+  frame_->Tools().setObjectName(QStringLiteral("DbMgrToolBar"));
+  FillToolBar(frame_->Tools(), actions_);
+  frame_->HeadMenuButton().setObjectName(QStringLiteral("OptionsImg"));
+  frame_->HeadMenuButton().setMenu(menus_.tree);
+  frame_->Filter().setObjectName(QStringLiteral("DbMgrFilter"));
+  SetUpTree();
+  SetUpList();
+  ConnectActions();
+  tree_->Show(context_.workspace.Registry());
+  frame_->Tree().expand(tree_->Root());
+  Select({NodeKind::Root, {}});
+}
+
+void TDbMgrForm::SetUpTree() {
+  QTreeView& view = frame_->Tree();
+  view.setObjectName(QStringLiteral("DbMgrTV"));
+  view.setModel(tree_);
+  connect(view.selectionModel(), &QItemSelectionModel::currentChanged, this,
+          &TDbMgrForm::ShowSelectedList);
+  // A node that is hidden in its parent is not what the operator works on any more.
+  connect(&view, &QTreeView::collapsed, this, [&view](const QModelIndex& parent) {
+    for (QModelIndex at = view.currentIndex().parent(); at.isValid(); at = at.parent()) {
+      if (at == parent) view.setCurrentIndex(parent);
+    }
+  });
+  view.setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(&view, &QWidget::customContextMenuRequested, this, &TDbMgrForm::ShowTreeMenu);
+}
+
+void TDbMgrForm::SetUpList() {
+  RowTable& list = frame_->List();
+  list.setObjectName(QStringLiteral("DbMgrLV"));
+  list.setAccessibleName(QStringLiteral("Contents of the selected node"));
+  connect(&list, &QAbstractItemView::doubleClicked, this, &TDbMgrForm::OpenRow);
+  for (int key : {Qt::Key_Return, Qt::Key_Enter}) {
+    auto* enter = new QShortcut(QKeySequence(key), &list);
+    enter->setContext(Qt::WidgetShortcut);
+    connect(enter, &QShortcut::activated, this, [this] { OpenRow(frame_->List().currentIndex()); });
+  }
+  list.setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(&list, &QWidget::customContextMenuRequested, this, [this](const QPoint& position) {
+    if (!ObjectKindOf(SelectedNode().kind)) return;
+    menus_.meta->popup(frame_->List().viewport()->mapToGlobal(position));
+  });
+}
+
+void TDbMgrForm::ConnectActions() {
+  const auto on = [this](QAction* action, auto call) {
+    connect(action, &QAction::triggered, this, call);
+  };
+  on(actions_.ActOpenDbMgr, [this] { OpenManager(); });
+  on(actions_.ConnectDS, [this] { ConnectSource(); });
+  on(actions_.DisConnectDS, [this] { DisconnectSource(); });
+  on(actions_.RefreshDS, [this] { RefreshSource(); });
+  on(actions_.DropMeta, [this] { RunOnSelection(&TDbMgrForm::Drop, false); });
+  on(actions_.ChangeMeta, [this] { RunOnSelection(&TDbMgrForm::Rename, true); });
+  on(actions_.MigrateMeta, [this] { RunOnSelection(&TDbMgrForm::Migrate, false); });
+  on(actions_.ExpandTree, [this] { frame_->Tree().expandAll(); });
+  on(actions_.CollapseTree, [this] {
+    Select({NodeKind::Root, {}});
+    frame_->Tree().collapseAll();
+  });
+}
+
+DatabaseNode TDbMgrForm::SelectedNode() const {
+  return tree_->NodeAt(frame_->Tree().currentIndex());
+}
+
+std::optional<std::size_t> TDbMgrForm::SelectedSource() const {
+  const int index = context_.workspace.Registry().IndexOf(SelectedNode().source);
+  if (index < 0) return std::nullopt;
+  return static_cast<std::size_t>(index);
+}
+
+void TDbMgrForm::Select(const DatabaseNode& node) {
+  const QModelIndex index = tree_->IndexOf(node);
+  if (!index.isValid()) return;
+  frame_->Tree().setCurrentIndex(index);
+  frame_->Tree().scrollTo(index);
+}
+
+void TDbMgrForm::UpdateActions() {
+  const DataSourceRegistry& registry = context_.workspace.Registry();
+  const std::optional<std::size_t> source = SelectedSource();
+  const bool connected = source && registry.At(*source).state == ConnectionState::Connected;
+  ShowActions(actions_, VisibleActionsFor(SelectedNode().kind, connected));
+  actions_.ActOpenDbMgr->setEnabled(MayOpenManager(registry.CountInUse()));
+}
+
+void TDbMgrForm::ShowSelectedList() {
+  list_->Show(SelectedNode());
+  UpdateActions();
+}
+
+void TDbMgrForm::ShowRegistry() {
+  tree_->Show(context_.workspace.Registry());
+  if (!frame_->Tree().currentIndex().isValid()) Select({NodeKind::Root, {}});
+  ShowSelectedList();
+}
+
+// The menu belongs to the selected node: a right press selects no other one.
+void TDbMgrForm::ShowTreeMenu(const QPoint& position) {
+  UpdateActions();
+  const NodeKind kind = SelectedNode().kind;
+  QMenu* menu = nullptr;
+  if (kind == NodeKind::Root) menu = menus_.root;
+  if (kind == NodeKind::DataSource) menu = menus_.data_source;
+  if (menu != nullptr) menu->popup(frame_->Tree().viewport()->mapToGlobal(position));
+}
+
+void TDbMgrForm::OpenRow(const QModelIndex& row) {
+  Select(list_->NodeBehind(row));
+}
+
+void TDbMgrForm::OpenManager() {
+  TDbConnForm form(context_, this);
+  if (context_.workspace.Registry().CountInUse() == 0) form.StartNew();
+  form.exec();
+  if (form.Changed()) ShowRegistry();
+}
+
+void TDbMgrForm::ConnectSource() {
+  const std::optional<std::size_t> source = SelectedSource();
+  if (!source) return;
+  connection_.Connect(*source, [this] {
+    ShowRegistry();
+    frame_->Tree().expand(frame_->Tree().currentIndex());
+  });
+  ShowRegistry();
+}
+
+void TDbMgrForm::DisconnectSource() {
+  const std::optional<std::size_t> source = SelectedSource();
+  if (!source) return;
+  connection_.Disconnect(*source);
+  frame_->Tree().collapse(frame_->Tree().currentIndex());
+  ShowRegistry();
+}
+
+void TDbMgrForm::RefreshSource() {
+  const std::optional<std::size_t> source = SelectedSource();
+  if (!source) return;
+  connection_.Refresh(*source);
+  ShowRegistry();
+}
+
+void TDbMgrForm::RunOnSelection(MetaAction action, bool one_item_only) {
+  const std::optional<ObjectKind> kind = ObjectKindOf(SelectedNode().kind);
+  const std::optional<std::size_t> source = SelectedSource();
+  if (!kind || !source) return;
+  std::vector<SchemaItem> items = list_->SelectedItems();
+  if (items.empty()) {
+    ShowNotice(this, "Please select at least one item to operate", &frame_->List());
+  } else if (IsUsedByRunningJob(context_.workspace.Jobs(),
+                                context_.workspace.Registry().At(*source).name)) {
+    ShowNotice(this, "Database is used in a running job");
+  } else if (one_item_only && items.size() > 1) {
+    ShowNotice(this, "Can only select one item to change.", &frame_->List());
+  } else if ((this->*action)(*source, *kind, items)) {
+    ShowRegistry();
+    list_->Select(items);
+  }
+}
+
+bool TDbMgrForm::Drop(std::size_t source, ObjectKind kind, std::vector<SchemaItem>& items) {
+  return TDropForm(context_, {source, kind, items}, this).exec() == QDialog::Accepted;
+}
+
+bool TDbMgrForm::Rename(std::size_t source, ObjectKind kind, std::vector<SchemaItem>& items) {
+  TRenameForm form(context_, {source, kind, items}, this);
+  if (form.exec() != QDialog::Accepted) return false;
+  items.push_back(form.RenamedItem());
+  return true;
+}
+
+bool TDbMgrForm::Migrate(std::size_t source, ObjectKind kind, std::vector<SchemaItem>& items) {
+  return TMigrateForm(context_, {source, kind, items}, this).exec() == QDialog::Accepted;
+}
+
+}  // namespace quillmere

@@ -1,0 +1,67 @@
+#include "ui/databases/T_dropform.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QListView>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "ui/databases/schema_item_model.h"
+#include "ui/toolkit/icons.h"
+
+namespace quillmere {
+
+TDropForm::TDropForm(UiContext& context, SchemaSelection selection, QWidget* parent)
+    : SchemaDialog(context, std::move(selection), QStringLiteral("TDropForm"),
+                   QStringLiteral("Drop Key/Table/Index"), parent) {
+  setWindowTitle(QStringLiteral("Drop Key/Table/Index"));
+  const ObjectKind kind = Selection().kind;
+  auto* top = new QLabel(DropCountLine(kind, Items().size()), this);
+  top->setObjectName(QStringLiteral("LableTop"));
+  auto* list = new QListView(this);
+  list->setObjectName(QStringLiteral("DropListBox"));
+  list->setUniformItemSizes(true);
+  list->setSelectionMode(QAbstractItemView::NoSelection);
+  list->setAccessibleName(top->text());
+  const auto text = [kind](const SchemaItem& item) { return ItemText(kind, item); };
+  list->setModel(new SchemaItemModel(Items(), {{QString(), text}}, this));
+  top->setBuddy(list);
+
+  cascade_ = new QCheckBox(QStringLiteral("Drop All Foreign Key Constrains"), this);
+  cascade_->setObjectName(QStringLiteral("ChBCasecade"));
+  cascade_->setEnabled(kind == ObjectKind::Table);
+  cascade_->setToolTip(kind == ObjectKind::Table
+                           ? tr("Tables go although foreign keys of other tables reference them")
+                           : tr("Only for tables; primary keys always take along the foreign keys "
+                                "that reference them"));
+  connect(cascade_, &QCheckBox::toggled, this, [this] { ShowAdvice(); });
+  Body().addWidget(top);
+  Body().addWidget(list, 1);
+  Body().addWidget(cascade_);
+
+  QPushButton& drop = AddSubmit(QStringLiteral("DropBtn"), QStringLiteral("&Drop"));
+  drop.setIcon(Icon("drop"));
+  drop.setToolTip(tr("Drops all of the list"));
+  drop.setAutoDefault(false);
+  connect(&drop, &QPushButton::clicked, this, &TDropForm::DropBtnClick);
+  // Return must not drop anything by accident.
+  QPushButton& cancel = AddCancel();
+  cancel.setDefault(true);
+  cancel.setFocus();
+  ShowAdvice();
+  RestoreDialogSize(520, 420);
+}
+
+void TDropForm::ShowAdvice() {
+  SetAdvice(DropAdvice(Selection().kind, Items().size(), Source().name, cascade_->isChecked()),
+            true);
+}
+
+void TDropForm::DropBtnClick() {
+  Run(QStringLiteral("Drop"), [this](SchemaOperations& operations, SchemaListener& listener) {
+    return operations.DropItems(Source(), Selection().kind, Items(), cascade_->isChecked(),
+                                listener);
+  });
+}
+
+}  // namespace quillmere

@@ -1,0 +1,182 @@
+#include "ui/databases/T_migrateform.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStandardItemModel>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include "ui/databases/schema_item_model.h"
+#include "ui/toolkit/notice.h"
+#include "ui/toolkit/text.h"
+#include "workspace/source_operations.h"
+
+namespace quillmere {
+namespace {
+
+enum Option { kDropTarget, kPromptBeforeDrop, kIncludePrimaryKey, kIncludeIndex };
+
+constexpr const char* kOptionCaptions[] = {"Drop Target", "Prompt Before Drop",
+                                           "Include Primary Key", "Include Index"};
+
+bool IsForTables(int option) {
+  return option == kIncludePrimaryKey || option == kIncludeIndex;
+}
+
+QComboBox* MakeTargets(const DataSourceRegistry& registry, QWidget* parent) {
+  auto* targets = new QComboBox(parent);
+  targets->setObjectName(QStringLiteral("CBTargetDS"));
+  targets->setPlaceholderText(QStringLiteral("Choose a data source"));
+  for (std::size_t slot = 0; slot < registry.Count(); ++slot) {
+    const DataSource& source = registry.At(slot);
+    if (source.state == ConnectionState::Empty) continue;
+    targets->addItem(OneLine(source.name), static_cast<qulonglong>(slot));
+  }
+  targets->setCurrentIndex(-1);
+  return targets;
+}
+
+}  // namespace
+
+TMigrateForm::TMigrateForm(UiContext& context, SchemaSelection selection, QWidget* parent)
+    : SchemaDialog(context, std::move(selection), QStringLiteral("TMigrateForm"), QString(),
+                   parent) {
+  setWindowTitle(QStringLiteral("Migrate Table/Key/Index To Another DB"));
+  auto* top = new QLabel(MigrateCountLine(Selection().kind, Items().size()), this);
+  top->setObjectName(QStringLiteral("LableTop"));
+  QTreeView* list = MakeList("MigrateLV", top->text());
+  list->setModel(new SchemaItemModel(
+      Items(),
+      {{QStringLiteral("Migrate Item"),
+        [](const SchemaItem& item) { return item.name + " of " + item.table; }},
+       {QStringLiteral("Owner"), [](const SchemaItem& item) { return item.owner; }}},
+      this));
+  list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  list->header()->setStretchLastSection(false);
+  top->setBuddy(list);
+  auto* left = new QVBoxLayout;
+  left->addWidget(top);
+  left->addWidget(list, 1);
+  auto* right = new QVBoxLayout;
+  right->setSpacing(kMargin);
+  right->addWidget(MakeDatabases());
+  right->addWidget(MakeOptions(), 1);
+  auto* columns = new QHBoxLayout;
+  columns->setSpacing(kMargin);
+  columns->addLayout(left, 1);
+  columns->addLayout(right, 1);
+  Body().addLayout(columns, 1);
+
+  QPushButton& submit = AddSubmit(QStringLiteral("SubmitBtn"), QStringLiteral("Execute"));
+  submit.setToolTip(tr("Creates all of the list on the chosen data source"));
+  submit.setDefault(true);
+  connect(&submit, &QPushButton::clicked, this, &TMigrateForm::SubmitBtnClick);
+  AddCancel();
+  target_->setFocus();
+  ShowAdvice();
+  RestoreDialogSize(720, 480);
+}
+
+QTreeView* TMigrateForm::MakeList(const char* name, const QString& accessible_name) {
+  auto* list = new QTreeView(this);
+  list->setObjectName(QLatin1String(name));
+  list->setAccessibleName(accessible_name);
+  list->setRootIsDecorated(false);
+  list->setUniformRowHeights(true);
+  list->setAllColumnsShowFocus(true);
+  list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  return list;
+}
+
+QWidget* TMigrateForm::MakeDatabases() {
+  auto* source = new QLineEdit(ToQt(Source().name), this);
+  source->setObjectName(QStringLiteral("EditSourceDS"));
+  MakeReadOnly(*source);
+  auto* source_group = new QGroupBox(QStringLiteral("Source Database"), this);
+  auto* source_form = new QFormLayout(source_group);
+  source_form->addRow(QStringLiteral("Data Source:"), source);
+
+  target_ = MakeTargets(Context().workspace.Registry(), this);
+  target_->setToolTip(tr("The data source on which the objects are created"));
+  connect(target_, &QComboBox::currentIndexChanged, this, [this] { ShowAdvice(); });
+  auto* target_group = new QGroupBox(QStringLiteral("Target Database"), this);
+  auto* target_form = new QFormLayout(target_group);
+  target_form->addRow(QStringLiteral("Data Source:"), target_);
+  for (QFormLayout* form : {source_form, target_form}) {
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+  }
+  auto* both = new QWidget(this);
+  auto* column = new QVBoxLayout(both);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(kMargin);
+  column->addWidget(source_group);
+  column->addWidget(target_group);
+  return both;
+}
+
+QWidget* TMigrateForm::MakeOptions() {
+  options_ = new QStandardItemModel(this);
+  options_->setHorizontalHeaderLabels({QStringLiteral("Control Parameter")});
+  for (int option = kDropTarget; option <= kIncludeIndex; ++option) {
+    auto* item = new QStandardItem(QLatin1String(kOptionCaptions[option]));
+    item->setCheckable(true);
+    item->setEnabled(Selection().kind == ObjectKind::Table || !IsForTables(option));
+    options_->appendRow(item);
+  }
+  connect(options_, &QStandardItemModel::itemChanged, this, [this] { ShowAdvice(); });
+  QTreeView* list = MakeList("OptionsLV", QStringLiteral("Control Parameter"));
+  list->setModel(options_);
+  list->setCurrentIndex(options_->index(0, 0));
+  return list;
+}
+
+std::optional<std::size_t> TMigrateForm::Target() const {
+  if (target_->currentIndex() < 0) return std::nullopt;
+  return static_cast<std::size_t>(target_->currentData().toULongLong());
+}
+
+bool TMigrateForm::IsChecked(int option) const {
+  return options_->item(option)->checkState() == Qt::Checked;
+}
+
+MigrateOptions TMigrateForm::Options() const {
+  return {IsChecked(kDropTarget), IsChecked(kIncludePrimaryKey), IsChecked(kIncludeIndex)};
+}
+
+void TMigrateForm::ShowAdvice() {
+  MigratePlan plan;
+  plan.kind = Selection().kind;
+  plan.count = Items().size();
+  plan.source = Source().name;
+  const std::optional<std::size_t> target = Target();
+  if (target) plan.target = Context().workspace.Registry().At(*target).name;
+  plan.options = Options();
+  plan.prompt_before_drop = IsChecked(kPromptBeforeDrop);
+  SetAdvice(MigrateAdvice(plan), target && plan.options.drop_target);
+}
+
+void TMigrateForm::SubmitBtnClick() {
+  const std::optional<std::size_t> target_index = Target();
+  if (!target_index) {
+    ShowNotice(this, "Choose the data source to migrate to first", target_);
+    return;
+  }
+  Workspace& workspace = Context().workspace;
+  const DataSource& target = workspace.Registry().At(*target_index);
+  if (IsUsedByRunningJob(workspace.Jobs(), target.name) &&
+      !Confirm(this, target.name + " is used in a running job. Migrate to it all the same?")) {
+    return;
+  }
+  Run(QStringLiteral("Migrate"), [&](SchemaOperations& operations, SchemaListener& listener) {
+    return operations.MigrateItems(Source(), target, Selection().kind, Items(), Options(),
+                                   listener);
+  });
+}
+
+}  // namespace quillmere

@@ -1,0 +1,125 @@
+#include "ui/databases/database_actions.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QToolBar>
+#include <QWidget>
+
+#include "ui/toolkit/hints.h"
+#include "ui/toolkit/icons.h"
+
+namespace quillmere {
+namespace {
+
+// An entry of a menu that stands for an action under another name.
+QAction* AddEntry(QMenu& menu, const char* name, QAction& action, const QString& caption) {
+  auto* entry = new QAction(action.icon(), caption, &menu);
+  entry->setObjectName(QLatin1String(name));
+  const auto follow = [entry, &action] {
+    entry->setVisible(action.isVisible());
+    entry->setEnabled(action.isEnabled());
+  };
+  QObject::connect(&action, &QAction::changed, entry, follow);
+  QObject::connect(entry, &QAction::triggered, &action, &QAction::trigger);
+  follow();
+  menu.addAction(entry);
+  return entry;
+}
+
+QMenu* MakeMenu(QWidget& window, const char* name) {
+  auto* menu = new QMenu(&window);
+  menu->setObjectName(QLatin1String(name));
+  return menu;
+}
+
+void SetKey(QWidget& window, QAction& action, const QKeySequence& key) {
+  action.setShortcut(key);
+  action.setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  window.addAction(&action);
+}
+
+}  // namespace
+
+DatabaseActions MakeDatabaseActions(QWidget& window) {
+  auto* list = new QObject(&window);
+  list->setObjectName(QStringLiteral("ActionList1"));
+  const auto make = [list](const char* name, const char* category, const char* caption,
+                           const char* icon) {
+    auto* action = new QAction(Icon(icon), QLatin1String(caption), list);
+    action->setObjectName(QLatin1String(name));
+    action->setProperty("category", QLatin1String(category));
+    return action;
+  };
+  DatabaseActions actions;
+  actions.ActOpenDbMgr = make("ActOpenDbMgr", "DSMgr", "OpenDbMgr", "source");
+  actions.ConnectDS = make("ConnectDS", "DataSource", "ConnectDS", "connect");
+  actions.DisConnectDS = make("DisConnectDS", "DataSource", "DisConnectDS", "disconnect");
+  actions.RefreshDS = make("RefreshDS", "DataSource", "RefreshDS", "refresh");
+  actions.DropMeta = make("DropMeta", "Meta", "DropMeta", "drop");
+  actions.ChangeMeta = make("ChangeMeta", "Meta", "ChangeName", "rename");
+  actions.MigrateMeta = make("MigrateMeta", "Meta", "MoveMeta", "migrate");
+  actions.BrowseData = make("BrowseData", "Meta", "BrowseData", "browse");
+  actions.BrowseData->setVisible(false);
+  actions.BrowseData->setEnabled(false);
+  actions.ExpandTree = make("ExpandTree", "TreeMgr", "Expand Tree", "expand");
+  actions.CollapseTree = make("CollapseTree", "TreeMgr", "Collapse Tree", "collapse");
+  SetKey(window, *actions.RefreshDS, QKeySequence::Refresh);
+  SetKey(window, *actions.DropMeta, QKeySequence::Delete);
+  SetKey(window, *actions.ChangeMeta, Qt::Key_F2);
+  return actions;
+}
+
+DatabaseMenus MakeDatabaseMenus(QWidget& window, const DatabaseActions& actions) {
+  DatabaseMenus menus;
+  menus.root = MakeMenu(window, "PMDbMgr");
+  AddEntry(*menus.root, "OpenDbConn", *actions.ActOpenDbMgr, QStringLiteral("Open"));
+  menus.data_source = MakeMenu(window, "PMDS");
+  AddEntry(*menus.data_source, "ConnectDSMenu", *actions.ConnectDS, actions.ConnectDS->text());
+  AddEntry(*menus.data_source, "DisConnectDSMenu", *actions.DisConnectDS,
+           actions.DisConnectDS->text());
+  menus.meta = MakeMenu(window, "PMMeta");
+  for (QAction* action : {actions.DropMeta, actions.ChangeMeta, actions.MigrateMeta}) {
+    menus.meta->addAction(action);
+  }
+  menus.tree = MakeMenu(window, "PMTree");
+  menus.tree->addAction(actions.ExpandTree);
+  menus.tree->addAction(actions.CollapseTree);
+  return menus;
+}
+
+void FillToolBar(QToolBar& tools, const DatabaseActions& actions) {
+  const auto add = [&tools](const char* name, QAction& action, const char* tooltip,
+                            const char* hint) {
+    action.setToolTip(QLatin1String(tooltip));
+    tools.addAction(&action);
+    QWidget* button = tools.widgetForAction(&action);
+    button->setObjectName(QLatin1String(name));
+    button->setAccessibleName(action.text());
+    SetHint(button, QLatin1String(hint));
+  };
+  add("TBOpenDSMgr", *actions.ActOpenDbMgr, "open data source manager",
+      "Open database manager to add/modify/delete a database connection");
+  tools.addSeparator();
+  add("TBConnectDS", *actions.ConnectDS, "connect to a data source ", "Connect to a data source.");
+  add("TBDisConnectDS", *actions.DisConnectDS, "disconnect from a data source",
+      "DisConnect from a data source.");
+  add("TBRefreshDS", *actions.RefreshDS, "refresh meta  information of a database",
+      "Refresh contents of a data source, including: table/primary key/index...");
+  add("TBDropMeta", *actions.DropMeta, "drop a meta",
+      "Drop meata of a data source,can be: table/primary key/index... ");
+  add("TBChangeMeta", *actions.ChangeMeta, "change meta name ",
+      "change meata name of a data source,can be: table/primary key/index... ");
+  add("TBMigrateMeta", *actions.MigrateMeta, "migrate  meata  ",
+      "migrate meata from one data source to another. ");
+}
+
+void ShowActions(const DatabaseActions& actions, const VisibleActions& visible) {
+  actions.ConnectDS->setVisible(visible.connect);
+  actions.DisConnectDS->setVisible(visible.disconnect);
+  actions.RefreshDS->setVisible(visible.refresh);
+  for (QAction* action : {actions.DropMeta, actions.ChangeMeta, actions.MigrateMeta}) {
+    action->setVisible(visible.meta);
+  }
+}
+
+}  // namespace quillmere

@@ -1,0 +1,139 @@
+#include "ui/databases/list_pane.h"
+
+#include <QItemSelectionModel>
+#include <QScrollBar>
+#include <set>
+#include <tuple>
+
+#include "ui/databases/list_texts.h"
+
+namespace quillmere {
+namespace {
+
+QString LayoutName(NodeKind kind) {
+  return QStringLiteral("databases/") + QString::fromLatin1(KindTag(kind).data());
+}
+
+}  // namespace
+
+ListPane::ListPane(const DataSourceRegistry& registry, ExplorerFrame& frame)
+    : QObject(&frame), registry_(registry), frame_(frame) {
+  for (RowModel* model :
+       std::initializer_list<RowModel*>{&sources_, &meta_types_, &keys_, &indexes_, &tables_}) {
+    connect(model, &QAbstractItemModel::modelReset, this, &ListPane::ShowCounts);
+  }
+}
+
+void ListPane::Show(const DatabaseNode& node) {
+  const bool same = node == node_;
+  node_ = node;
+  if (!same) frame_.Filter().clear();
+  const int scrolled = frame_.List().verticalScrollBar()->value();
+  RowModel& model = Fill();
+  const bool objects = Objects() != nullptr;
+  frame_.List().ShowRows(model, LayoutName(node.kind), objects);
+  frame_.Filter().SetModel(&model);
+  Empty(model);
+  if (same) frame_.List().verticalScrollBar()->setValue(scrolled);
+  if (!same) frame_.List().scrollToTop();
+  const DataSource* source = Source();
+  const ConnectionState state = source == nullptr ? ConnectionState::Empty : source->state;
+  frame_.List().SetEmptyText(EmptyText(node_, state));
+  // The list's selection model is another one with each model.
+  connect(frame_.List().selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          &ListPane::ShowCounts, Qt::UniqueConnection);
+  ShowCounts();
+}
+
+RowModel& ListPane::Fill() {
+  if (ObjectList* objects = Objects(node_.kind)) {
+    objects->Show(Source());
+    return *objects;
+  }
+  if (node_.kind == NodeKind::DataSource) return meta_types_;
+  sources_.Show(registry_);
+  return sources_;
+}
+
+// Long lists that are not shown need no memory.
+void ListPane::Empty(const RowModel& but) {
+  for (NodeKind kind : kMetaTypes) {
+    ObjectList* objects = Objects(kind);
+    if (objects != &but && objects->SourceRowCount() > 0) objects->Show(nullptr);
+  }
+}
+
+ObjectList* ListPane::Objects(NodeKind kind) {
+  if (kind == NodeKind::PrimaryKey) return &keys_;
+  if (kind == NodeKind::Index) return &indexes_;
+  return kind == NodeKind::Table ? &tables_ : nullptr;
+}
+
+const ObjectList* ListPane::Objects() const {
+  return const_cast<ListPane*>(this)->Objects(node_.kind);
+}
+
+const DataSource* ListPane::Source() const {
+  const int index = registry_.IndexOf(node_.source);
+  return index < 0 ? nullptr : &registry_.At(static_cast<std::size_t>(index));
+}
+
+void ListPane::ShowCounts() {
+  const auto* model = static_cast<const RowModel*>(frame_.List().model());
+  if (model == nullptr) return;
+  ListCounts counts;
+  counts.shown = static_cast<std::size_t>(model->rowCount());
+  counts.all = model->SourceRowCount();
+  for (const QItemSelectionRange& range : frame_.List().selectionModel()->selection()) {
+    counts.selected += static_cast<std::size_t>(range.height());
+  }
+  const DataSource* source = Source();
+  const ConnectionState state = source == nullptr ? ConnectionState::Empty : source->state;
+  frame_.SetCountText(CountText(node_, counts, state));
+}
+
+bool ListPane::HasSelection() const {
+  return frame_.List().selectionModel() != nullptr &&
+         frame_.List().selectionModel()->hasSelection();
+}
+
+std::vector<SchemaItem> ListPane::SelectedItems() const {
+  std::vector<SchemaItem> items;
+  const ObjectList* objects = Objects();
+  if (objects == nullptr) return items;
+  for (std::size_t row : frame_.List().SelectedRows()) items.push_back(objects->ItemAt(row));
+  return items;
+}
+
+void ListPane::Select(const std::vector<SchemaItem>& items) {
+  const ObjectList* objects = Objects();
+  if (objects == nullptr || items.empty()) return;
+  std::set<std::tuple<std::string, std::string, std::string>> wanted;
+  for (const SchemaItem& item : items) wanted.emplace(item.owner, item.table, item.name);
+  QItemSelection selection;
+  const int last_column = objects->columnCount() - 1;
+  for (int row = 0; row < objects->rowCount(); ++row) {
+    const SchemaItem item = objects->ItemAt(objects->SourceRow(row));
+    if (!wanted.contains({item.owner, item.table, item.name})) continue;
+    selection.append({objects->index(row, 0), objects->index(row, last_column)});
+  }
+  if (selection.isEmpty()) return;
+  const QModelIndex first = selection.first().topLeft();
+  QItemSelectionModel& shown = *frame_.List().selectionModel();
+  shown.setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+  shown.select(selection, QItemSelectionModel::ClearAndSelect);
+  frame_.List().scrollTo(first);
+}
+
+DatabaseNode ListPane::NodeBehind(const QModelIndex& row) const {
+  if (!row.isValid()) return {};
+  if (row.model() == &sources_) {
+    return {NodeKind::DataSource, sources_.NameAt(sources_.SourceRow(row))};
+  }
+  if (row.model() == &meta_types_) {
+    return {meta_types_.KindAt(meta_types_.SourceRow(row)), node_.source};
+  }
+  return {};
+}
+
+}  // namespace quillmere

@@ -1,0 +1,159 @@
+#include "ui/databases/schema_dialog.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStyle>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "ui/toolkit/dialog_size.h"
+#include "ui/toolkit/icons.h"
+#include "ui/toolkit/notice.h"
+#include "ui/toolkit/progress_dialog.h"
+#include "ui/toolkit/text.h"
+
+namespace quillmere {
+
+// Passes everything on to the progress dialog, and the results to LblTips, too.
+class SchemaDialog::Listener final : public SchemaListener {
+ public:
+  Listener(ProgressDialog& progress, SchemaDialog& dialog) : progress_(progress), dialog_(dialog) {}
+
+  bool OnProgress(std::string_view what, std::size_t done, std::size_t total) override {
+    return progress_.OnProgress(what, done, total);
+  }
+
+  void OnResult(std::string_view line, bool failed) override {
+    if (failed && first_failure_.empty()) first_failure_ = line;
+    dialog_.ShowTip(line, failed);
+    progress_.OnResult(line, failed);
+  }
+
+  void OnDetail(std::string_view line) override {
+    dialog_.ShowTip(line, true);
+    progress_.OnDetail(line);
+  }
+
+  const std::string& FirstFailure() const { return first_failure_; }
+
+ private:
+  ProgressDialog& progress_;
+  SchemaDialog& dialog_;
+  std::string first_failure_;
+};
+
+SchemaDialog::SchemaDialog(UiContext& context, SchemaSelection selection, const QString& name,
+                           const QString& tips, QWidget* parent)
+    : QDialog(parent), context_(context), selection_(std::move(selection)), name_(name) {
+  setObjectName(name);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  column->setSpacing(kMargin);
+  body_ = new QVBoxLayout;
+  body_->setSpacing(kSpacing);
+  column->addLayout(body_, 1);
+
+  advice_ = new QLabel(this);
+  advice_->setObjectName(QStringLiteral("LblAdvice"));
+  advice_->setTextFormat(Qt::PlainText);
+  advice_->setWordWrap(true);
+  warning_ = new QLabel(this);
+  const int size = style()->pixelMetric(QStyle::PM_LargeIconSize);
+  warning_->setPixmap(Icon("warning").pixmap(size));
+  auto* words = new QHBoxLayout;
+  words->setSpacing(kMargin);
+  words->addWidget(warning_, 0, Qt::AlignTop);
+  words->addWidget(advice_, 1);
+  column->addLayout(words);
+
+  tips_ = new QLabel(tips, this);
+  tips_->setObjectName(QStringLiteral("LblTips"));
+  tips_->setTextFormat(Qt::PlainText);
+  // A long line must not widen the dialog; its tooltip has all of it.
+  tips_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  QPalette quiet = tips_->palette();
+  quiet.setColor(QPalette::WindowText, QuietColor());
+  tips_->setPalette(quiet);
+  buttons_ = new QHBoxLayout;
+  buttons_->setSpacing(kSpacing);
+  buttons_->addWidget(tips_, 1);
+  column->addLayout(buttons_);
+}
+
+SchemaDialog::~SchemaDialog() {
+  context_.memory.KeepGeometry(*this, name_);
+}
+
+void SchemaDialog::MakeReadOnly(QLineEdit& field) const {
+  field.setReadOnly(true);
+  field.setFocusPolicy(Qt::ClickFocus);
+  QPalette colours = field.palette();
+  colours.setColor(QPalette::Base, palette().color(QPalette::Window));
+  field.setPalette(colours);
+}
+
+void SchemaDialog::RestoreDialogSize(int width, int height) {
+  RestoreSize(*this, context_.memory, name_, width, height);
+}
+
+void SchemaDialog::SetAdvice(const QString& text, bool destroys) {
+  warning_->setVisible(destroys);
+  advice_->setText(text);
+}
+
+QPushButton& SchemaDialog::AddSubmit(const QString& object_name, const QString& caption) {
+  auto* button = new QPushButton(caption, this);
+  button->setObjectName(object_name);
+  buttons_->addWidget(button);
+  return *button;
+}
+
+QPushButton& SchemaDialog::AddCancel() {
+  auto* button = new QPushButton(QStringLiteral("&Abort"), this);
+  button->setObjectName(QStringLiteral("CancelBtn"));
+  button->setToolTip(tr("Closes the dialog; nothing is changed"));
+  connect(button, &QPushButton::clicked, this, &QDialog::reject);
+  buttons_->addWidget(button);
+  return *button;
+}
+
+void SchemaDialog::ShowTip(std::string_view line, bool failed) {
+  QPalette colours = palette();
+  if (failed) colours.setColor(QPalette::WindowText, FailureColor());
+  tips_->setPalette(colours);
+  const QString text = OneLine(line);
+  tips_->setText(tips_->fontMetrics().elidedText(text, Qt::ElideRight, tips_->width()));
+  tips_->setToolTip(text);
+}
+
+void SchemaDialog::Run(const QString& title, const Operation& operation) {
+  Workspace& workspace = context_.workspace;
+  SchemaOperations operations(workspace.Oci(), workspace.Log(), workspace.ProgramSettings());
+  SchemaRun run;
+  std::string first_failure;
+  {
+    ProgressDialog progress(this, title, "connect to " + Source().name);
+    Listener listener(progress, *this);
+    run = operation(operations, listener);
+    first_failure = listener.FirstFailure();
+  }
+  if (!run.refused.empty()) {
+    ShowFailure(this, run.refused);
+    return;
+  }
+  SaveRegistry();
+  const std::string summary = RunSummary(run, Items().size(), first_failure);
+  if (!summary.empty()) ShowNotice(this, summary);
+  accept();
+}
+
+void SchemaDialog::SaveRegistry() {
+  std::string reason;
+  if (context_.workspace.Registry().Save(reason)) return;
+  context_.workspace.Log().Add(reason, true);
+  ShowFailure(this, reason);
+}
+
+}  // namespace quillmere

@@ -1,0 +1,38 @@
+// What the drop, rename and migrate dialogs tell in words before and after they run.
+#pragma once
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+#include "schemaops/schema_operations.h"
+
+namespace quillmere {
+
+// "3 Table(s) to drop:", "1 indexe(s) to migrate:".
+QString DropCountLine(ObjectKind kind, std::size_t count);
+QString MigrateCountLine(ObjectKind kind, std::size_t count);
+
+// An item among others: "SALES.ORDERS", "PK_ORDERS of SALES.ORDERS".
+std::string ItemText(ObjectKind kind, const SchemaItem& item);
+
+// What will happen to how many objects of which data source.
+QString DropAdvice(ObjectKind kind, std::size_t count, std::string_view source, bool cascade);
+QString RenameAdvice(ObjectKind kind, const SchemaItem& item, std::string_view source);
+
+struct MigratePlan {
+  ObjectKind kind = ObjectKind::Table;
+  std::size_t count = 0;
+  std::string_view source;
+  std::string_view target;  // empty: none is chosen yet
+  MigrateOptions options;
+  bool prompt_before_drop = false;
+};
+
+QString MigrateAdvice(const MigratePlan& plan);
+
+// Of a run that ended otherwise than with everything done: what is done and what is not; else
+// empty. total: how many items there were.
+std::string RunSummary(const SchemaRun& run, std::size_t total, std::string_view first_failure);
+
+}  // namespace quillmere
