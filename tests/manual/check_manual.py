@@ -1,0 +1,114 @@
+"""Checks the manual: its links and pictures exist, and it knows every message of the program.
+
+    check_manual.py SOURCE_FOLDER [--list]
+
+Messages are taken from the string literals of the sources: those of three words and more. --list
+prints them instead of checking.
+"""
+import html.parser
+import re
+import sys
+from pathlib import Path
+
+CORE = ("foundation", "messages", "oracle", "datasources", "jobs", "engine", "schemaops", "workspace")
+# In the windows, what is handed to a message box or to the message list.
+SAID = re.compile(r"\b(?:ShowNotice|ShowFailure|Confirm|Refused|Done|Log\(\)\.Add)\s*\(")
+LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
+# Statements, their parts and other texts that are no messages.
+NO_MESSAGE = re.compile(
+    r"^ ?(select|alter|create|drop table|drop index|begin dbms|begin sys|where|and |from |order |"
+    r"operation=|seg_owner|\(select|inner|owner |update |delete |insert |DBMS_|dbms_|ALTER|CREATE|FROM|WHERE|AND|"
+    r"D:P|C\.|Quillmere harbor|%|static)|NOT EXISTS|NVL\(|NOT IN|constraint_type|=\(|little-endian|^read the list|(PRIMARY|FOREIGN) KEY|YYYY-|index_name|index_owner|and owner|num_rows|dba_|table_name=|_name='",
+    re.IGNORECASE)
+
+
+class Page(html.parser.HTMLParser):
+    def __init__(self, text):
+        super().__init__()
+        self.words, self.targets, self.anchors = [], [], set()
+        self.feed(text)
+
+    def handle_starttag(self, tag, attributes):
+        values = dict(attributes)
+        self.targets += [values[name] for name in ("href", "src", "srcset") if values.get(name)]
+        self.anchors |= {values[name] for name in ("id", "name") if values.get(name)}
+
+    def handle_data(self, data):
+        self.words.append(data)
+
+    def text(self):
+        return flat("".join(self.words))
+
+
+def flat(text):
+    return " ".join(text.split())
+
+
+def without_comments(source):
+    return re.sub(r"^\s*(//|#include).*$|\s//\s.*$", "", source, flags=re.MULTILINE)
+
+
+def literals(source):
+    """Adjacent literals are one text, as the compiler sees them."""
+    joined = re.sub(r'"\s*\n\s*"', "", source)
+    for found in LITERAL.finditer(joined):
+        yield found.group(1).replace('\\"', '"').replace("\\n", "\n")
+
+
+def call_arguments(source, begin):
+    depth = 0
+    for end in range(begin, len(source)):
+        depth += {"(": 1, ")": -1}.get(source[end], 0)
+        if depth == 0:
+            return source[begin:end]
+    return source[begin:]
+
+
+def messages(folder):
+    for name in CORE:
+        for file in sorted((folder / "src" / name).glob("*.cpp")):
+            yield from ((file, text) for text in literals(without_comments(file.read_text())))
+    for file in sorted((folder / "src/ui").rglob("*.cpp")) + sorted((folder / "src/app").glob("*.cpp")):
+        source = without_comments(file.read_text())
+        for call in SAID.finditer(source):
+            yield from ((file, text) for text in literals(call_arguments(source, call.end() - 1)))
+
+
+def wanted(folder):
+    for file, text in messages(folder):
+        if len(flat(text).split()) >= 3 and not NO_MESSAGE.search(text):
+            yield file, flat(text)
+
+
+def main():
+    folder = Path(sys.argv[1])
+    if "--list" in sys.argv:
+        print("\n".join(f"{file.relative_to(folder)}: {text}" for file, text in wanted(folder)))
+        return 0
+    pages = {file: Page(file.read_text(encoding="utf-8")) for file in sorted((folder / "HTML").glob("*.html"))}
+    faults = []
+    for file, page in pages.items():
+        for target in page.targets:
+            if re.match(r"[a-z]+:", target):
+                faults.append(f"{file.name}: {target}: the manual stands alone, without links elsewhere")
+                continue
+            path, _, anchor = target.partition("#")
+            linked = (file.parent / path).resolve() if path else file.resolve()
+            if not linked.is_file():
+                faults.append(f"{file.name}: {target} is missing")
+            elif anchor and anchor not in next(p.anchors for f, p in pages.items() if f.resolve() == linked):
+                faults.append(f"{file.name}: {target}: no such place in the page")
+    known = " ".join(page.text() for page in pages.values())
+    for file, text in wanted(folder):
+        if text not in known:
+            faults.append(f"the manual does not explain the message of {file.relative_to(folder)}: {text}")
+    shown = {target for page in pages.values() for target in page.targets}
+    for picture in sorted((folder / "HTML/images").glob("*")):
+        if f"images/{picture.name}" not in shown:
+            faults.append(f"images/{picture.name} is in no page")
+    print("\n".join(faults) or f"{len(pages)} pages, all links, pictures and messages are there")
+    return 1 if faults or not pages else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
