@@ -48,6 +48,9 @@ QLabel* MakeValue(const std::string& value) {
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
   label->setMinimumWidth(kValueWidth);
+  // A long path must not widen the dialog; the operator may.
+  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  label->setToolTip(ToQt(value));
   label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   return label;
 }

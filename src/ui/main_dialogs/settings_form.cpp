@@ -37,6 +37,8 @@ QLabel* AddWords(QFormLayout& form, const char* object, const QString& text) {
   words->setTextFormat(Qt::PlainText);
   words->setWordWrap(true);
   words->setForegroundRole(QPalette::PlaceholderText);
+  words->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  words->setToolTip(text);
   form.addRow(words);
   return words;
 }

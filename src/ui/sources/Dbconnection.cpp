@@ -25,6 +25,12 @@ namespace {
 const QString kSizeName = QStringLiteral("TDbConnForm");
 constexpr int kWidth = 560;
 constexpr int kHeight = 560;
+constexpr qsizetype kLongestTitle = 40;  // characters of a name that do not widen the dialog
+
+QString ElidedName(std::string_view name) {
+  const QString line = OneLine(name);
+  return line.size() > kLongestTitle ? line.left(kLongestTitle) + QStringLiteral("...") : line;
+}
 
 }  // namespace
 
@@ -178,11 +184,7 @@ void TDbConnForm::DelDSNClick() {
   const std::string name = context_.workspace.Registry().At(*selected).name;
   const std::string busy = WhySourceBusy(context_.workspace, name);
   if (!busy.empty()) return ShowNotice(this, busy, list_);
-  if (!Confirm(this, "Delete the data source " + name +
-                         "?\n\nIts log-on and what was read of its catalogue go. The database "
-                         "itself stays as it is.")) {
-    return;
-  }
+  if (!Confirm(this, DeleteQuestion(context_.workspace.Jobs(), name))) return;
   const Outcome removed = RemoveDataSource(context_.workspace, *selected);
   changed_ = true;
   if (panel_ == Panel::Editing && edited_ == *selected) OpenPanel(Panel::Looking, {});
@@ -317,7 +319,7 @@ void TDbConnForm::ShowAdvice() {
       const DataSourceRegistry& registry = context_.workspace.Registry();
       const std::string& name = registry.At(edited_).name;
       panel_box_->setTitle(QStringLiteral("Change the log-on of ") +
-                           OneLine(name).replace(u'&', QStringLiteral("&&")));
+                           ElidedName(name).replace(u'&', QStringLiteral("&&")));
       advice_->setText(ToQt(SaveAdvice(registry, name, EditedText(fields_->Name(), name))));
       break;
     }

@@ -1,5 +1,7 @@
 #include "ui/sources/login_advice.h"
 
+#include "workspace/job_operations.h"
+
 namespace quillmere {
 namespace {
 
@@ -34,6 +36,27 @@ std::string SaveAdvice(const DataSourceRegistry& registry, std::string_view edit
            std::string(edited) + ".";
   }
   return "A data source keeps its name. To register another one, use New.";
+}
+
+std::string DeleteQuestion(const JobList& jobs, std::string_view data_source) {
+  std::string first;
+  std::size_t count = 0;
+  for (std::size_t index = 0; index < jobs.Count(); ++index) {
+    if (jobs.State(index) == JobState::Empty) continue;
+    const JobProperties job = PropertiesOf(jobs.At(index));
+    if (job.source != data_source && job.destination != data_source) continue;
+    if (++count == 1) first = job.name;
+  }
+  std::string question = "Delete the data source " + std::string(data_source) +
+                         "?\n\nIts log-on and what was read of its catalogue go. The database "
+                         "itself stays as it is.";
+  if (count == 0) return question;
+  question += "\n\nJob " + first;
+  if (count > 1) {
+    const std::size_t others = count - 1;
+    question += " and " + std::to_string(others) + (others == 1 ? " other job" : " other jobs");
+  }
+  return question + " can not run without it.";
 }
 
 }  // namespace quillmere

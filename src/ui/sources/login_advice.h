@@ -17,4 +17,7 @@ LoginField FieldToCorrect(const SourceLogin& login, std::string_view refusal);
 std::string SaveAdvice(const DataSourceRegistry& registry, std::string_view edited,
                        std::string_view typed);
 
+// What is asked before a data source goes, with the jobs that it leaves without a log-on.
+std::string DeleteQuestion(const JobList& jobs, std::string_view data_source);
+
 }  // namespace quillmere

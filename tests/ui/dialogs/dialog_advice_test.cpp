@@ -52,6 +52,28 @@ TEST(DialogAdvice, SaveSaysWhoseLogOnItChanges) {
   EXPECT_THAT(SaveAdvice(registry, "A", "a"), ::testing::HasSubstr("use New"));
 }
 
+TEST(DialogAdvice, DeletingADataSourceSaysWhichJobsItStops) {
+  JobList jobs;
+  const auto add = [&](const char* name, const char* source, const char* destination) {
+    const std::size_t slot = jobs.Claim();
+    jobs.At(slot).name = name;
+    jobs.At(slot).src_database_name = source;
+    jobs.At(slot).des_database_name = destination;
+    jobs.SetState(slot, JobState::Stopped);
+    return slot;
+  };
+  const std::size_t gone = add("Gone", "A", "B");
+  EXPECT_THAT(DeleteQuestion(jobs, "A"), ::testing::EndsWith("Job Gone can not run without it."));
+  jobs.SetState(gone, JobState::Empty);
+  EXPECT_THAT(DeleteQuestion(jobs, "A"), ::testing::EndsWith("stays as it is."));
+  add("J1", "A", "B");
+  add("J2", "B", "C");
+  add("J3", "C", "B");
+  EXPECT_THAT(DeleteQuestion(jobs, "A"), ::testing::EndsWith("Job J1 can not run without it."));
+  EXPECT_THAT(DeleteQuestion(jobs, "B"), ::testing::EndsWith("J1 and 2 other jobs can not run "
+                                                             "without it."));
+}
+
 TEST(DialogAdvice, RefusedPropertiesLeadToTheFirstFieldThatIsWrong) {
   struct Row {
     const char* what;
