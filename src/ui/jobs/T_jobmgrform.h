@@ -92,7 +92,7 @@ class TJobMgrForm : public QWidget {
   QMenu* job_new_menu_ = nullptr;
   QMenu* job_menu_ = nullptr;
   QMenu* table_menu_ = nullptr;
-  QTimer refresh_timer_;
+  QTimer refresh_timer_{this};
   bool shown_ = false;
   JobWorker worker_;  // last: it may tell of changes at once
 };

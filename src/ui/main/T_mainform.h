@@ -70,7 +70,7 @@ class TMainForm : public QMainWindow {
   QWidget* messages_ = nullptr;
   QLabel* tips_ = nullptr;
   QAction* show_log_ = nullptr;
-  QTimer clear_timer_;
+  QTimer clear_timer_{this};
   bool loss_told_ = false;
 };
 
