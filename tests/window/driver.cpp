@@ -23,6 +23,8 @@
 namespace quillmere::window {
 namespace {
 
+constexpr std::chrono::milliseconds kPoll{2};
+
 std::string Bytes(const QString& text) {
   return text.toStdString();
 }
@@ -125,7 +127,7 @@ void Driver::WaitFor(const std::string& what, const std::function<bool()>& condi
   const Clock::time_point end = Clock::now() + kLimit;
   while (!Ui(condition)) {
     if (Clock::now() > end) GiveUp("waited in vain: " + what);
-    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    std::this_thread::sleep_for(kPoll);
   }
 }
 
@@ -443,6 +445,18 @@ std::vector<Row> Driver::Rows(std::string_view name) {
     }
     return rows;
   });
+}
+
+void Driver::WaitForRows(std::string_view name, const std::vector<Row>& expected) {
+  const Clock::time_point end = Clock::now() + kLimit;
+  std::vector<Row> rows = Rows(name);
+  while (rows != expected && Clock::now() < end) {
+    std::this_thread::sleep_for(kPoll);
+    rows = Rows(name);
+  }
+  if (rows == expected) return Note("see the rows of " + std::string(name));
+  GiveUp("rows of " + std::string(name) + ": " + testing::PrintToString(rows) + "\ninstead of " +
+         testing::PrintToString(expected));
 }
 
 Row Driver::Captions(std::string_view name) {

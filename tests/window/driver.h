@@ -55,7 +55,10 @@ class Driver {
   }
   bool IsShown(std::string_view name);
 
-  void Click(QWidget* widget) { ClickAt(widget, {}, XDisplay::kLeft, 1); }
+  // place: within the widget, asked once it is there to be clicked; its middle when there is none.
+  void ClickAt(QWidget* widget, const std::function<QPoint()>& place,
+               XDisplay::Button button = XDisplay::kLeft, int times = 1);
+  void Click(QWidget* widget) { ClickAt(widget, {}); }
   void Click(std::string_view name) { Click(Find(name)); }
   void ClickAction(std::string_view name);  // by the button of a visible tool bar
   void ClickCell(std::string_view view, int row, int column);
@@ -82,6 +85,7 @@ class Driver {
 
   // What an operator reads.
   std::vector<Row> Rows(std::string_view view);
+  void WaitForRows(std::string_view view, const std::vector<Row>& expected);
   Row Captions(std::string_view view);
   std::string TextOf(std::string_view name);  // of a label, field or combo box
   std::string FocusName();
@@ -101,7 +105,6 @@ class Driver {
 
   void RunOnUi(std::function<void()> work);
   QWidget* FindWidget(std::string_view name, const QMetaObject& type);
-  void ClickAt(QWidget* widget, const std::function<QPoint()>& place, XDisplay::Button, int times);
   QPoint OnScreen(QWidget* widget, const std::function<QPoint()>& place);
   QModelIndex Cell(QAbstractItemView* view, int row, int column);
   void ClickCell(std::string_view view, int row, int column, XDisplay::Button, int times);

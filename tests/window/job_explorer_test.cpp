@@ -1,0 +1,274 @@
+// The job explorer: what it shows, and a job from its first entry to its end.
+#include <gtest/gtest.h>
+
+#include <QHeaderView>
+#include <QTableView>
+#include <QTreeView>
+
+#include "window/program_fixture.h"
+#include "workspace/job_tables.h"
+
+namespace quillmere::window {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class JobExplorer : public ProgramTest {
+ protected:
+  void FillSource(const std::string& name) {
+    Enter("EditDbName", name);
+    Enter("EditUserId", "SYS");
+    Enter("EditPassword", kPassword);
+    Click("AddBtn");
+    WaitFor(name + " in the list", [&] { return Work().Registry().IndexOf(name) >= 0; });
+  }
+  // done: since its start. batch: of the last batch.
+  Row JobRow(const std::string& state, int done, int batch = 0) {
+    return {"J", state, std::to_string(done), "0", std::to_string(batch), "0"};
+  }
+  Names Shown() { return ActionsShown("ToolBar1"); }
+};
+
+TEST_F(JobExplorer, AJobFromNothingToItsEnd) {
+  for (const std::string name : {"A", "B"}) MakeDatabase(name);
+  Open();
+  Show();
+  EXPECT_EQ(Shown(), Names{"FileNew"});
+  Press("ctrl+n");
+  EXPECT_EQ(TextOf("EditJobName"), "Job1");
+  Click("NewConnBtn");
+  FillSource("A");
+  Click("NewDSN");
+  FillSource("B");
+  Click("CloseBtn");
+  EXPECT_EQ(Rows("DbConnLV"),
+            (std::vector<Row>{{"A", "1.0", "SYS", "SYSDBA"}, {"B", "1.0", "SYS", "SYSDBA"}}));
+  Enter("EditJobName", " J ");
+  Enter("EditJobDescription", "all of the shop");
+  Choose("CBSrcDSN", "A");
+  Choose("CBDesDSN", "B");
+  Enter("EditSyncInterval", "1");
+  Click("OkBtn");
+  WaitForRows("JobMgrLV", {JobRow("Stopped", 0)});
+  WaitForMessage("A job created, name is J");
+
+  SelectNode({"J"});
+  EXPECT_EQ(Shown(), (Names{"FileNew", "FileOpen", "Refresh", "FileDelete", "RunRun"}));
+  Request("RunRun", "Run J?");
+  WaitForRows("JobMgrLV", {JobRow("Started", 0)});
+  EXPECT_EQ(Shown(), (Names{"FileNew", "RunPause", "RunStop"}));
+  Sql("A", "insert into SHOP.ITEM values (1, 'a');\ninsert into CRM.VISIT values (7);");
+  NextPass();
+  WaitForRows("JobMgrLV", {JobRow("Started", 2, 2)});
+  EXPECT_EQ(Difference("A B"), "identical\n");
+
+  Request("RunPause", "Pause J?");
+  WaitForRows("JobMgrLV", {JobRow("Paused", 2, 2)});
+  EXPECT_EQ(Shown(), (Names{"FileNew", "FileOpen", "Refresh", "RunRun", "RunStop"}));
+  Sql("A", "update SHOP.ITEM set NAME = 'b';\ndelete from CRM.VISIT;");
+  Request("RunRun", "Continue J?");
+  WaitForRows("JobMgrLV", {JobRow("Started", 2, 2)});
+  NextPass();
+  WaitForRows("JobMgrLV", {JobRow("Started", 4, 2)});
+  EXPECT_EQ(Difference("A B"), "identical\n");
+
+  ClickAction("RunStop");
+  EXPECT_EQ(BoxText().substr(0, 7), "Stop J?");
+  AnswerBox(BoxText(), "Yes");
+  WaitForState("J", JobState::Stopped);
+  ClickAction("FileOpen");
+  Enter("EditJobName", "Nightly");
+  Click("OkBtn");
+  WaitForMessage("J's name changed to Nightly");
+  SelectNode({"Nightly"});
+  Press("ctrl+d");
+  AnswerBox("Delete Nightly?", "No");
+  ClickAction("FileDelete");
+  AnswerBox("Delete Nightly?", "Yes");
+  WaitForRows("JobMgrLV", {});
+  WaitForMessage("job: Nightly deleted.");
+  EXPECT_FALSE(folder_.Exists("jobs/Nightly/Nightly.xml"));
+}
+
+TEST_F(JobExplorer, TablesAreExcludedRedirectedAndIncluded) {
+  OpenWithJob();
+  SelectNode({"J", "Include"});
+  EXPECT_EQ(Shown(), (Names{"FileNew", "Exclude", "ChangeRemoteOwner"}));
+  const std::vector<Row> all = {{"ITEM", "SHOP", "SHOP", "0", "0", "0"},
+                                {"NOTE", "SHOP", "SHOP", "0", "0", "0"},
+                                {"SECRET", "SHOP", "SHOP", "0", "0", "0"},
+                                {"VISIT", "CRM", "CRM", "0", "0", "0"}};
+  WaitForRows("JobMgrLV", all);
+
+  ClickAction("Exclude");
+  AnswerBox("Plsease select a item first");
+  SelectRows("JobMgrLV", {"SECRET", "VISIT"});
+  ClickAction("Exclude");
+  AnswerBox("can only select one owner's table");
+
+  SelectRows("JobMgrLV", {"NOTE", "SECRET"});
+  ClickAction("Exclude");
+  EXPECT_EQ(TextOf("EditCurOwner"), "SHOP");
+  EXPECT_EQ(Rows("TableListBox"), (std::vector<Row>{{"NOTE"}, {"SECRET"}}));
+  EXPECT_FALSE(IsShown("EditNewOwner"));
+  Click("CancelBtn");
+  WaitForRows("JobMgrLV", all);
+  ClickAction("Exclude");
+  Click("SubmitBtn");
+  WaitForRows("JobMgrLV", {all[0], all[3]});
+
+  SelectRows("JobMgrLV", {"ITEM"});
+  RightClickCell("JobMgrLV", 0, 0);
+  EXPECT_EQ(PopupEntries(), (Names{"ChangeRemoteOwner", "Exclude"}));
+  ChooseInPopup("ChangeRemoteOwner");
+  Enter("EditNewOwner", "ARCHIVE");
+  Click("SubmitBtn");
+  Row redirected = all[0];
+  redirected[2] = "ARCHIVE";
+  WaitForRows("JobMgrLV", {redirected, all[3]});
+
+  SelectNode({"J", "Exclude"});
+  EXPECT_EQ(Shown(), (Names{"FileNew", "Include"}));
+  WaitForRows("JobMgrLV", {{"NOTE", "SHOP", "0", "0"}, {"SECRET", "SHOP", "0", "0"}});
+  SelectRows("JobMgrLV", {"NOTE"});
+  ClickAction("Include");
+  Enter("EditNewOwner", "new Owner");
+  Click("SubmitBtn");
+  WaitForRows("JobMgrLV", {{"SECRET", "SHOP", "0", "0"}});
+  SelectNode({"J", "Include"});
+  Row taken = all[1];
+  taken[2] = "new Owner";
+  WaitForRows("JobMgrLV", {redirected, taken, all[3]});
+  // As it stands in the files: a program that starts anew shows the same.
+  Quit();
+  Open();
+  Show();
+  SelectNode({"J", "Include"});
+  WaitForRows("JobMgrLV", {redirected, taken, all[3]});
+}
+
+TEST_F(JobExplorer, RefreshKeepsWhatWasChosenAndSeesWhatIsNew) {
+  OpenWithJob();
+  Ui([this] { ApplyTableFilter(Work().Jobs().At(0), "SHOP", {"NOTE"}, TableFilter::Exclude); });
+  Sql("A", "create table SHOP.FRESH (ID number(10));\ndrop table SHOP.SECRET;");
+  SelectNode({"J"});
+  ClickAction("Refresh");
+  SelectNode({"J", "Include"});
+  WaitForRows("JobMgrLV", {{"FRESH", "SHOP", "SHOP", "0", "0", "0"},
+                           {"ITEM", "SHOP", "SHOP", "0", "0", "0"},
+                           {"VISIT", "CRM", "CRM", "0", "0", "0"}});
+  SelectNode({"J", "Exclude"});
+  WaitForRows("JobMgrLV", {{"NOTE", "SHOP", "0", "0"}});
+  std::filesystem::rename(folder_ / "sandbox/A.db", folder_ / "sandbox/gone");
+  SelectNode({"J"});
+  ClickAction("Refresh");
+  WaitForMessage("Can not connect to source, refresh failed");
+  SelectNode({"J", "Exclude"});
+  WaitForRows("JobMgrLV", {{"NOTE", "SHOP", "0", "0"}});
+}
+
+TEST_F(JobExplorer, EveryNodeHasItsOwnColumns) {
+  OpenWithJob();
+  struct Layout {
+    Path node;
+    Row captions;
+    std::vector<int> widths;  // but for the last column, which fills the list
+    bool several;
+  };
+  const Row jobs = {"JOB ID", "Status", "Total Done", "Need To Do", "Has Done", "Blocked"};
+  const Layout layouts[] = {
+      {{}, jobs, {120, 120, 90, 90, 90}, false},
+      {{"J"}, jobs, {120, 120, 90, 90, 90}, false},
+      {{"J", "Include"},
+       {"Table Name", "Source Owner", "Remote Owner", "Begin Rows", "Current Rows",
+        "Total Synced "},
+       {180, 60, 60, 60, 60},
+       true},
+      {{"J", "Exclude"},
+       {"Table Name", "Source Owner", "Rows", "Total Blocked "},
+       {210, 80, 80},
+       true},
+  };
+  for (const Layout& layout : layouts) {
+    SCOPED_TRACE(layout.node.empty() ? "root" : layout.node.back());
+    SelectNode(layout.node);
+    EXPECT_EQ(Captions("JobMgrLV"), layout.captions);
+    auto* list = Find<QTableView>("JobMgrLV");
+    EXPECT_EQ(Ui([&] {
+                std::vector<int> widths;
+                for (std::size_t i = 0; i < layout.widths.size(); ++i) {
+                  widths.push_back(list->columnWidth(static_cast<int>(i)));
+                }
+                return widths;
+              }),
+              layout.widths);
+    EXPECT_EQ(Ui([&] { return list->selectionMode() == QTableView::ExtendedSelection; }),
+              layout.several);
+  }
+  // A double click on a job leads to it; a right press in the tree changes nothing.
+  SelectNode({});
+  DoubleClickCell("JobMgrLV", 0, 0);
+  const auto selected = [this] {
+    auto* tree = Find<QTreeView>("JobMgrTV");
+    return Ui([tree] { return tree->currentIndex().data().toString().toStdString(); });
+  };
+  EXPECT_EQ(selected(), "J");
+  ClickNode("JobMgrTV", {"All Jobs", "J", "Exclude"}, XDisplay::kRight);
+  ClickNode("JobMgrTV", {"All Jobs"}, XDisplay::kRight);
+  EXPECT_EQ(selected(), "J");
+  EXPECT_EQ(Captions("JobMgrLV"), jobs);
+}
+
+TEST_F(JobExplorer, TheTimerRepaintsWhatRuns) {
+  OpenWithJob();
+  SelectNode({"J"});
+  const auto tick = [this] {
+    Ui([this] {
+      auto* timer = Window().Form().findChild<QTimer*>("TimerRefresh");
+      EXPECT_EQ(timer->interval(), 10000);
+      QMetaObject::invokeMethod(timer, "timeout");
+    });
+  };
+  const auto count = [this](int done) { Ui([&] { Work().Jobs().At(0).applied_count = done; }); };
+  count(41);
+  tick();
+  EXPECT_EQ(Rows("JobMgrLV"), std::vector<Row>{JobRow("Stopped", 0)}) << "frozen while it rests";
+  SelectNode({});
+  WaitForRows("JobMgrLV", {JobRow("Stopped", 41)});
+  count(42);
+  tick();
+  EXPECT_EQ(Rows("JobMgrLV"), std::vector<Row>{JobRow("Stopped", 42)}) << "all jobs always";
+  SelectNode({"J"});
+  Request("RunRun", "Run J?");
+  WaitForRows("JobMgrLV", {JobRow("Started", 0)});
+  count(43);
+  tick();
+  EXPECT_EQ(Rows("JobMgrLV"), std::vector<Row>{JobRow("Started", 43)});
+}
+
+TEST_F(JobExplorer, WhatCannotBeDoneIsSaid) {
+  OpenWithJob();
+  SelectNode({"J"});
+  Ui([this] { Work().Jobs().At(0).table_list_fetched = false; });
+  Request("RunRun", "Run J?");
+  AnswerBox("Not get table list yet, refresh first please.");
+  ClickAction("Refresh");
+  WaitFor("the tables", [this] { return Work().Jobs().At(0).table_list_fetched; });
+  Request("RunRun", "Run J?");
+  WaitForState("J", JobState::Started);
+  Press("ctrl+d");  // rests while the job runs
+  ClickAction("RunPause");
+  AnswerBox("Pause J?", "No");
+  Request("RunPause", "Pause J?");
+  WaitForState("J", JobState::Paused);
+  // Its data sources may not be changed before it is stopped; both stay as they were.
+  ClickAction("FileOpen");
+  Choose("CBSrcDSN", "B");
+  Choose("CBDesDSN", "A");
+  Click("OkBtn");
+  AnswerBox("You can't change data source after a job is runned, Stop the job first please.");
+  EXPECT_EQ(Ui([this] { return Work().Jobs().At(0).src_database_name; }), "A");
+}
+
+}  // namespace
+}  // namespace quillmere::window
