@@ -1,0 +1,61 @@
+// quillmere-gallery: pictures of every window of the program, for the manual and for whoever works
+// on the windows. Needs no display. The same pictures each time.
+#include <QApplication>
+#include <QTextStream>
+
+#include "ui/gallery/example_folder.h"
+#include "ui/gallery/scenes.h"
+#include "ui/toolkit/icons.h"
+#include "workspace/program_folder.h"
+
+namespace quillmere {
+namespace {
+
+int TakePictures(const QString& folder) {
+  if (!QDir().mkpath(folder)) {
+    QTextStream(stderr) << "Can not make the folder " << folder << '\n';
+    return 1;
+  }
+  ExampleFolder example(ProgramFolder());
+  std::string reason;
+  if (!example.Make(reason)) {
+    QTextStream(stderr) << QString::fromStdString(reason) << '\n';
+    return 1;
+  }
+  int taken = 0;
+  bool failed = false;
+  WindowMemory memory(example.Opened().Folder());
+  Appearance appearance(memory);
+  UiContext context{example.Opened(), memory, appearance};
+  const auto take = [&](Appearance::Scheme scheme, const QString& suffix, auto&& scenes) {
+    appearance.SetScheme(scheme);
+    Studio studio{QDir(folder), suffix};
+    scenes(studio);
+    taken += studio.Taken();
+    failed = failed || studio.Failed();
+  };
+  take(Appearance::Scheme::Light, {}, [&](Studio& studio) { TakeAll(context, studio); });
+  take(Appearance::Scheme::Dark, "-dark", [&](Studio& studio) { TakeAll(context, studio); });
+  take(Appearance::Scheme::Light, {},
+       [&](Studio& studio) { TakeSkin(context, studio, ProgramFolder() / "skin" / "redfox.qss"); });
+  QTextStream(stdout) << taken << " pictures in " << folder << '\n';
+  return failed ? 1 : 0;
+}
+
+}  // namespace
+}  // namespace quillmere
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("QT_SCALE_FACTOR", "1");
+  const QApplication application(argc, argv);
+  QApplication::setApplicationName("Quillmere");
+  QApplication::setWindowIcon(quillmere::Icon("app"));
+  QApplication::setCursorFlashTime(0);
+  const QStringList arguments = QApplication::arguments();
+  if (arguments.size() != 2) {
+    QTextStream(stderr) << "usage: quillmere-gallery FOLDER\n";
+    return 2;
+  }
+  return quillmere::TakePictures(arguments[1]);
+}

@@ -1,0 +1,15 @@
+// Every window, dialog and state of the program, one picture each.
+#pragma once
+
+#include "ui/H_global.h"
+#include "ui/gallery/studio.h"
+
+namespace quillmere {
+
+// The workspace is that of ExampleFolder; it is as before afterwards.
+void TakeAll(UiContext& context, Studio& studio);
+
+// The main window once more, in the skin.
+void TakeSkin(UiContext& context, Studio& studio, const std::filesystem::path& skin);
+
+}  // namespace quillmere
