@@ -25,6 +25,7 @@ RowTable::RowTable(WindowMemory& memory, QWidget* parent) : QTableView(parent), 
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kSpacing);
   horizontalHeader()->setHighlightSections(false);
+  horizontalHeader()->setTextElideMode(Qt::ElideRight);
   horizontalHeader()->setStretchLastSection(true);
   horizontalHeader()->setSectionsMovable(false);
   horizontalHeader()->setMinimumSectionSize(24);
@@ -45,10 +46,15 @@ void RowTable::ShowRows(RowModel& model, const QString& layout, bool several) {
   delete old_selection;
   horizontalHeader()->setSortIndicator(model.SortColumn(), model.SortDirection());
   setSortingEnabled(true);
+  // Numbers stay near their captions.
+  horizontalHeader()->setStretchLastSection(model.Columns().back().kind == RowModel::Kind::Text);
   const std::vector<int> kept = memory_.Widths(layout, model.columnCount());
   for (int column = 0; column < model.columnCount(); ++column) {
     const auto i = static_cast<std::size_t>(column);
-    setColumnWidth(column, kept.empty() ? model.Columns()[i].width : kept[i]);
+    // At first at least as wide as the caption, whatever the font.
+    const int caption = fontMetrics().horizontalAdvance(model.Columns()[i].caption) + 2 * kSpacing;
+    const int first = std::max(model.Columns()[i].width, caption);
+    setColumnWidth(column, kept.empty() ? first : kept[i]);
   }
 }
 
@@ -58,7 +64,8 @@ void RowTable::RememberWidths() {
   const auto* rows = static_cast<const RowModel*>(model());
   for (int column = 0; column < model()->columnCount(); ++column) {
     // The last column fills the width, which is nothing that was chosen.
-    const bool last = column + 1 == model()->columnCount();
+    const bool last =
+        column + 1 == model()->columnCount() && horizontalHeader()->stretchLastSection();
     widths.push_back(last ? rows->Columns().back().width : columnWidth(column));
   }
   memory_.KeepWidths(layout_, widths);
