@@ -71,12 +71,12 @@ struct ExampleJob {
   int interval;
 };
 constexpr std::array<ExampleJob, 4> kJobs = {{
-    {"branch orders", "Orders, customers and products for the branch office", "HEADOFFICE",
+    {"orders", "Orders, customers and products for the branch office", "HEADOFFICE",
      "BRANCH", 5},
-    {"nightly reporting", "What the reports are made of", "HEADOFFICE", "REPORTING", 60},
-    {"customer contacts", "Contacts and campaigns, both ways of marketing", "HEADOFFICE", "BRANCH",
+    {"reporting", "What the reports are made of", "HEADOFFICE", "REPORTING", 60},
+    {"contacts", "Contacts and campaigns, both ways of marketing", "HEADOFFICE", "BRANCH",
      15},
-    {"branch stock", "Stock movements back to the head office", "BRANCH", "HEADOFFICE", 10},
+    {"stock", "Stock movements back to the head office", "BRANCH", "HEADOFFICE", 10},
 }};
 
 }  // namespace
@@ -230,18 +230,18 @@ void ExampleFolder::WriteMessages() {
     bool error;
   };
   constexpr std::array<Message, 10> kMessages = {{
-      {11, "Job branch orders started.", false},
-      {4, "Job nightly reporting started.", false},
+      {11, "Job orders started.", false},
+      {4, "Job reporting started.", false},
       {302, "Begin synchronize a new batch", false},
-      {3, "Successfully synchronized a batch of branch orders", false},
-      {871, "Job customer contacts started.", false},
+      {3, "Successfully synchronized a batch of orders", false},
+      {871, "Job contacts started.", false},
       {1204, "Begin synchronize a new batch", false},
       {1,
        "Execute sql fail : OCIStmtExecute : ORA-01653: unable to extend table SHOP.ORDER_LINES by "
        "128 in tablespace USERS",
        true},
-      {0, "Something wrong in this interval of branch orders", true},
-      {285, "Job nightly reporting temporary stopped.", false},
+      {0, "Something wrong in this interval of orders", true},
+      {285, "Job reporting temporary stopped.", false},
       {15, "Continue synchronize a old batch", false},
   }};
   for (const Message& message : kMessages) {

@@ -7,7 +7,7 @@
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTableView>
-#include <QTextStream>
+#include <QThread>
 #include <QTreeView>
 #include <chrono>
 
@@ -197,10 +197,11 @@ void TakeOthers(UiContext& context, Scene& scene, Studio& studio) {
   studio.Take(about, "about");
   {
     ProgressDialog progress(&scene.Main(), "Refresh HEADOFFICE", "connect to HEADOFFICE");
+    QThread::msleep(100);  // steps that come fast are not shown
     progress.OnProgress("read table SHOP.ORDER_LINES", 412, 1180);
     studio.Take(*QApplication::activeModalWidget(), "progress");
   }
-  studio.TakeModal("box-question", [&] { Confirm(&scene.Main(), "Stop branch orders?"); });
+  studio.TakeModal("box-question", [&] { Confirm(&scene.Main(), "Stop orders?"); });
   studio.TakeModal("box-notice", [&] {
     ShowNotice(&scene.Main(),
                "You can't change data source after a job is runned, Stop the job "
