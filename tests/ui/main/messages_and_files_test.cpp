@@ -1,0 +1,76 @@
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <fstream>
+
+#include "foundation/temp_folder.h"
+#include "ui/main/message_list_model.h"
+#include "ui/main/shared_files.h"
+
+namespace quillmere {
+namespace {
+
+class HandClock final : public Clock {
+ public:
+  LocalTime Now() const override { return LocalTime{1769903947000}; }
+};
+
+struct Messages : ::testing::Test {
+  std::string Text(const MessageListModel& model, int row) const {
+    return model.index(row).data().toString().toStdString();
+  }
+
+  TempFolder folder;
+  HandClock clock;
+  Settings settings;
+  MessageLog log{folder.Path(), clock, settings};
+};
+
+TEST_F(Messages, GoAlongWithTheLog) {
+  log.Add("before the list", false);
+  MessageListModel model(log);
+  const QAbstractItemModelTester tester(&model);
+  const QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
+  log.Add("two\nlines", true);
+  ASSERT_EQ(model.rowCount(), 2);
+  EXPECT_EQ(inserted.count(), 1);
+  EXPECT_EQ(Text(model, 0), "20260131 23:59:07 before the list");
+  EXPECT_EQ(Text(model, 1), "20260131 23:59:07 two lines");
+  EXPECT_EQ(model.FullText(1).toStdString(), "20260131 23:59:07 two\nlines");
+}
+
+TEST_F(Messages, StartAnewWithTheLog) {
+  settings.message_limit = 2;
+  MessageListModel model(log);
+  const QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
+  for (const char* text : {"1", "2", "3", "4"}) log.Add(text, false);
+  EXPECT_EQ(resets.count(), 1);
+  ASSERT_EQ(model.rowCount(), 2);
+  EXPECT_EQ(Text(model, 0), "20260131 23:59:07 3");
+  EXPECT_EQ(Text(model, 1), "20260131 23:59:07 4");
+}
+
+TEST_F(Messages, LogOutlivesItsList) {
+  { const MessageListModel model(log); }
+  EXPECT_TRUE(log.Add("nobody looks", false));
+}
+
+TEST(SharedFiles, AreLookedForInThreePlacesInTurn) {
+  const TempFolder folder;
+  const std::filesystem::path work = folder.Path() / "work";
+  const std::filesystem::path bin = folder.Path() / "usr" / "bin";
+  std::string tried;
+  EXPECT_TRUE(FindSharedFile("HTML/index.html", work, bin, tried).empty());
+  const std::filesystem::path places[] = {folder.Path() / "usr/share/quillmere", bin, work};
+  for (const std::filesystem::path& place : places) {
+    EXPECT_NE(tried.find((place / "HTML").string()), std::string::npos) << tried;
+    std::filesystem::create_directories(place / "HTML");
+    std::ofstream(place / "HTML" / "index.html") << "text";
+    std::string ignored;
+    EXPECT_EQ(FindSharedFile("HTML/index.html", work, bin, ignored), place / "HTML/index.html");
+  }
+}
+
+}  // namespace
+}  // namespace quillmere
