@@ -103,8 +103,11 @@ void TJobMgrForm::MakeMenus() {
 }
 
 void TJobMgrForm::ConnectActions() {
-  const auto on = [this](QAction* action, auto&& run) {
-    connect(action, &QAction::triggered, this, std::forward<decltype(run)>(run));
+  const auto on = [this](QAction* action, auto run) {
+    connect(action, &QAction::triggered, this, [this, run] {
+      Q_EMIT Acting();
+      run();
+    });
   };
   on(actions_.FileNew, [this] { NewJob(); });
   on(actions_.FileOpen, [this] { EditSelected(); });

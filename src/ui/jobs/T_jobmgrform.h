@@ -41,6 +41,8 @@ class TJobMgrForm : public QWidget {
   void EndWorker() { worker_.End(); }
 
  Q_SIGNALS:
+  // An action begins: whoever chose it in the main menu ought to see what it acts on.
+  void Acting();
   // A message could not be written to error.log.
   void MessageLost(const QString& text);
 

@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "foundation/files.h"
+#include "ui/databases/T_dbmgrform.h"
 #include "ui/jobs/T_jobmgrform.h"
 #include "ui/main/banner.h"
 #include "ui/main/message_view.h"
@@ -81,6 +82,10 @@ QWidget* TMainForm::MakePages(std::chrono::milliseconds sweep_pause) {
   AddPage(job_manager_, "TSJobMgr", QStringLiteral("Job Explorer"),
           QStringLiteral("Jobs manager: Design, mangage and monitor"));
   connect(job_manager_, &TJobMgrForm::MessageLost, this, &TMainForm::SayLost);
+  connect(job_manager_, &TJobMgrForm::Acting, pages_, [this] { pages_->setCurrentIndex(0); });
+  database_manager_ = new TDbMgrForm(context_, this);
+  AddPage(database_manager_, "TSDbMgr", QStringLiteral("Database"),
+          QStringLiteral("Databse manager: table, key and index management."));
   connect(pages_, &QTabWidget::currentChanged, this, &TMainForm::OnPageChanged);
   OnPageChanged();
   return pages_;
@@ -99,7 +104,11 @@ void TMainForm::AddPage(QWidget* form, const char* name, const QString& caption,
 }
 
 void TMainForm::OnPageChanged() {
-  SetHint(pages_, page_hints_.value(pages_->currentIndex()));
+  const QString hint = page_hints_.value(pages_->currentIndex());
+  SetHint(pages_, hint);
+  if (tips_ != nullptr) ShowTip(hint);
+  // Data sources are also registered in the dialogs of jobs.
+  if (pages_->currentIndex() > 0) database_manager_->ShowRegistry();
 }
 
 QWidget* TMainForm::MakeMessages() {

@@ -18,6 +18,7 @@ class QTabWidget;
 namespace quillmere {
 
 class MessageView;
+class TDbMgrForm;
 class TJobMgrForm;
 
 class TMainForm : public QMainWindow {
@@ -51,6 +52,7 @@ class TMainForm : public QMainWindow {
   // --- the menus (T_mainform_menus.cpp)
   void MakeMenus();
   QMenu* MakeJobMenu();
+  QMenu* MakeDatabaseMenu();
   QMenu* MakeOptionsMenu();
   void AddSwitches(QMenu& menu);
   QMenu* MakeAppearanceMenu();
@@ -66,6 +68,7 @@ class TMainForm : public QMainWindow {
   QTabWidget* pages_ = nullptr;
   QStringList page_hints_;
   TJobMgrForm* job_manager_ = nullptr;
+  TDbMgrForm* database_manager_ = nullptr;
   QSplitter* splitter_ = nullptr;
   QWidget* messages_ = nullptr;
   QLabel* tips_ = nullptr;

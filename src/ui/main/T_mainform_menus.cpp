@@ -8,6 +8,7 @@
 #include <QUrl>
 
 #include "foundation/files.h"
+#include "ui/databases/T_dbmgrform.h"
 #include "ui/jobs/T_jobmgrform.h"
 #include "ui/main/T_mainform.h"
 #include "ui/main/shared_files.h"
@@ -31,6 +32,7 @@ void TMainForm::MakeMenus() {
   QMenuBar* const bar = menuBar();
   bar->setObjectName(QStringLiteral("MainMenu1"));
   bar->addMenu(MakeJobMenu());
+  bar->addMenu(MakeDatabaseMenu());
   QMenu* const options = MakeOptionsMenu();
   QMenu* const skin = MakeSkinMenu();
   bar->addMenu(options);
@@ -68,6 +70,14 @@ QMenu* TMainForm::MakeJobMenu() {
   leave->setShortcut(QKeySequence::Quit);
   connect(leave, &QAction::triggered, this, &QWidget::close);
   menu->addAction(leave);
+  return menu;
+}
+
+QMenu* TMainForm::MakeDatabaseMenu() {
+  auto* menu = new QMenu(QStringLiteral("&Database"), this);
+  menu->setObjectName(QStringLiteral("DatabaseMenu"));
+  const DatabaseActions& databases = database_manager_->Actions();
+  menu->addActions({databases.ActOpenDbMgr, databases.ConnectDS, databases.DisConnectDS});
   return menu;
 }
 
