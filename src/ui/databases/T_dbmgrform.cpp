@@ -202,7 +202,7 @@ bool TDbMgrForm::Drop(std::size_t source, ObjectKind kind, std::vector<SchemaIte
 bool TDbMgrForm::Rename(std::size_t source, ObjectKind kind, std::vector<SchemaItem>& items) {
   TRenameForm form(context_, {source, kind, items}, this);
   if (form.exec() != QDialog::Accepted) return false;
-  items.push_back(form.RenamedItem());
+  items = {form.Item()};
   return true;
 }
 

@@ -55,8 +55,9 @@ QLineEdit* TRenameForm::AddField(QFormLayout& form, const char* name, const QStr
   return field;
 }
 
-SchemaItem TRenameForm::RenamedItem() const {
+SchemaItem TRenameForm::Item() const {
   SchemaItem item = Items().front();
+  if (!Succeeded()) return item;
   item.name = ToBytes(new_name_->text());
   if (Selection().kind == ObjectKind::Table) item.table = item.name;
   return item;

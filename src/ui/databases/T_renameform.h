@@ -15,8 +15,8 @@ class TRenameForm : public SchemaDialog {
   // One item is selected.
   TRenameForm(UiContext& context, SchemaSelection selection, QWidget* parent);
 
-  // The item under its new name.
-  SchemaItem RenamedItem() const;
+  // The item under the name it has now.
+  SchemaItem Item() const;
 
  private:
   QLineEdit* AddField(QFormLayout& form, const char* name, const QString& caption,

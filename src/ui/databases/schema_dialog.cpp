@@ -143,6 +143,7 @@ void SchemaDialog::Run(const QString& title, const Operation& operation) {
     ShowFailure(this, run.refused);
     return;
   }
+  succeeded_ = run.succeeded > 0;
   SaveRegistry();
   const std::string summary = RunSummary(run, Items().size(), first_failure);
   if (!summary.empty()) ShowNotice(this, summary);

@@ -58,6 +58,7 @@ class SchemaDialog : public QDialog {
   // Shows how far it is, then what could not be done, and closes the dialog. What was refused as a
   // whole leaves it open.
   void Run(const QString& title, const Operation& operation);
+  bool Succeeded() const { return succeeded_; }  // with at least one item
 
  private:
   class Listener;
@@ -68,6 +69,7 @@ class SchemaDialog : public QDialog {
   UiContext& context_;
   const SchemaSelection selection_;
   const QString name_;
+  bool succeeded_ = false;
   QVBoxLayout* body_ = nullptr;
   QLabel* warning_ = nullptr;
   QLabel* advice_ = nullptr;

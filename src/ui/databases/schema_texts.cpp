@@ -152,6 +152,7 @@ std::string RunSummary(const SchemaRun& run, std::size_t total, std::string_view
   if (run.cancelled) {
     const std::size_t left = total - run.succeeded - run.failed;
     if (!text.empty()) text += "\n\n";
+    if (left == total) return "Cancelled, nothing was changed";
     text += "Cancelled: " + std::to_string(run.succeeded) + " of " + std::to_string(total) +
             " were done and stay done, " + std::to_string(left) + " were not begun.";
   }
