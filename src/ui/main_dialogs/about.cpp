@@ -67,7 +67,7 @@ AboutFacts FactsOf(Workspace& workspace) {
 
 std::string FactsText(const AboutFacts& facts) {
   std::string text;
-  for (const auto& [what, value] : facts) text += what + ": " + value + "\n";
+  for (const auto& [what, value] : facts) text.append(what).append(": ").append(value) += '\n';
   return text;
 }
 
