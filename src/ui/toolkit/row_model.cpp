@@ -56,8 +56,8 @@ QVariant RowModel::headerData(int section, Qt::Orientation orientation, int role
   const Column& column = columns_[static_cast<std::size_t>(section)];
   if (role == Qt::DisplayRole) return column.caption;
   if (role == Qt::TextAlignmentRole) {
-    return QVariant(Qt::AlignVCenter |
-                    (column.kind == Kind::Number ? Qt::AlignRight : Qt::AlignLeft));
+    const Qt::Alignment side = column.kind == Kind::Number ? Qt::AlignRight : Qt::AlignLeft;
+    return static_cast<int>(Qt::AlignVCenter | side) | Qt::TextWordWrap;
   }
   return {};
 }

@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QStyle>
 #include <algorithm>
 
 #include "ui/toolkit/appearance.h"
@@ -25,7 +26,6 @@ RowTable::RowTable(WindowMemory& memory, QWidget* parent) : QTableView(parent), 
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kSpacing);
   horizontalHeader()->setHighlightSections(false);
-  horizontalHeader()->setTextElideMode(Qt::ElideRight);
   horizontalHeader()->setStretchLastSection(true);
   horizontalHeader()->setSectionsMovable(false);
   horizontalHeader()->setMinimumSectionSize(24);
@@ -51,11 +51,23 @@ void RowTable::ShowRows(RowModel& model, const QString& layout, bool several) {
   const std::vector<int> kept = memory_.Widths(layout, model.columnCount());
   for (int column = 0; column < model.columnCount(); ++column) {
     const auto i = static_cast<std::size_t>(column);
-    // At first at least as wide as the caption, whatever the font.
-    const int caption = fontMetrics().horizontalAdvance(model.Columns()[i].caption) + 2 * kSpacing;
-    const int first = std::max(model.Columns()[i].width, caption);
-    setColumnWidth(column, kept.empty() ? first : kept[i]);
+    setColumnWidth(column, kept.empty() ? model.Columns()[i].width : kept[i]);
   }
+  FitHeader(model);
+}
+
+// Captions that are wider than their columns go on in a second line.
+void RowTable::FitHeader(const RowModel& model) {
+  const QHeaderView& header = *horizontalHeader();
+  const int margin = header.style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, &header);
+  bool fits = true;
+  for (int column = 0; column < model.columnCount(); ++column) {
+    const QString& caption = model.Columns()[static_cast<std::size_t>(column)].caption;
+    const int width = header.fontMetrics().horizontalAdvance(caption.trimmed());
+    fits = fits && width + 2 * margin <= columnWidth(column);
+  }
+  const int lines = fits ? 1 : 2;
+  horizontalHeader()->setFixedHeight(lines * header.fontMetrics().height() + 2 * margin);
 }
 
 void RowTable::RememberWidths() {

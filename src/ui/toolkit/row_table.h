@@ -33,6 +33,7 @@ class RowTable : public QTableView {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void FitHeader(const RowModel& model);
   void RememberWidths();
   std::vector<int> ShownSelection() const;  // model rows, ascending
   void CopySelection() const;
