@@ -10,15 +10,17 @@ import re
 import sys
 from pathlib import Path
 
-CORE = ("foundation", "messages", "oracle", "datasources", "jobs", "engine", "schemaops", "workspace")
+CORE = ("foundation", "messages", "oracle", "datasources", "jobs", "engine", "schemaops",
+        "workspace")
 # In the windows, what is handed to a message box or to the message list.
 SAID = re.compile(r"\b(?:ShowNotice|ShowFailure|Confirm|Refused|Done|Log\(\)\.Add)\s*\(")
 LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
 # Statements, their parts and other texts that are no messages.
 NO_MESSAGE = re.compile(
-    r"^ ?(select|alter|create|drop table|drop index|begin dbms|begin sys|where|and |from |order |"
-    r"operation=|seg_owner|\(select|inner|owner |update |delete |insert |DBMS_|dbms_|ALTER|CREATE|FROM|WHERE|AND|"
-    r"D:P|C\.|Quillmere harbor|%|static)|NOT EXISTS|NVL\(|NOT IN|constraint_type|=\(|little-endian|^read the list|(PRIMARY|FOREIGN) KEY|YYYY-|index_name|index_owner|and owner|num_rows|dba_|table_name=|_name='",
+    r"^ ?(select|alter|create|drop table|drop index|begin (dbms|sys)|where|and |from |order |inner|owner )"
+    r"|^ ?(update |delete |insert |operation=|seg_owner|\(select|dbms_|D:P|C\.|Quillmere harbor|%|YYYY-)"
+    r"|NOT EXISTS|NOT IN|NVL\(|=\(|constraint_type|table_name=|_name='|index_name|index_owner|and owner"
+    r"|num_rows|dba_|(PRIMARY|FOREIGN) KEY|little-endian|^read the list",
     re.IGNORECASE)
 
 
@@ -68,7 +70,10 @@ def messages(folder):
     for name in CORE:
         for file in sorted((folder / "src" / name).glob("*.cpp")):
             yield from ((file, text) for text in literals(without_comments(file.read_text())))
-    for file in sorted((folder / "src/ui").rglob("*.cpp")) + sorted((folder / "src/app").glob("*.cpp")):
+    windows = [file for name in ("ui", "app") for file in sorted((folder / "src" / name).rglob("*.cpp"))]
+    for file in windows:
+        if "gallery" in file.parts:
+            continue
         source = without_comments(file.read_text())
         for call in SAID.finditer(source):
             yield from ((file, text) for text in literals(call_arguments(source, call.end() - 1)))

@@ -16,6 +16,7 @@
 #include "ui/databases/T_renameform.h"
 #include "ui/job_dialogs/T_jobedit.h"
 #include "ui/job_dialogs/T_newownerform.h"
+#include "ui/jobs/job_actions.h"
 #include "ui/main/T_mainform.h"
 #include "ui/main_dialogs/about.h"
 #include "ui/main_dialogs/settings_form.h"
@@ -201,7 +202,9 @@ void TakeOthers(UiContext& context, Scene& scene, Studio& studio) {
     progress.OnProgress("read table SHOP.ORDER_LINES", 412, 1180);
     studio.Take(*QApplication::activeModalWidget(), "progress");
   }
-  studio.TakeModal("box-question", [&] { Confirm(&scene.Main(), "Stop orders?"); });
+  studio.TakeModal("box-question", [&] {
+    Confirm(&scene.Main(), RequestQuestion(JobRequest::Stop, JobState::Started, "orders"));
+  });
   studio.TakeModal("box-notice", [&] {
     ShowNotice(&scene.Main(),
                "You can't change data source after a job is runned, Stop the job "
