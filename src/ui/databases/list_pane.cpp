@@ -112,10 +112,17 @@ void ListPane::Select(const std::vector<SchemaItem>& items) {
   for (const SchemaItem& item : items) wanted.emplace(item.owner, item.table, item.name);
   QItemSelection selection;
   const int last_column = objects->columnCount() - 1;
-  for (int row = 0; row < objects->rowCount(); ++row) {
+  const auto is_wanted = [&](int row) {
     const SchemaItem item = objects->ItemAt(objects->SourceRow(row));
-    if (!wanted.contains({item.owner, item.table, item.name})) continue;
-    selection.append({objects->index(row, 0), objects->index(row, last_column)});
+    return wanted.contains({item.owner, item.table, item.name});
+  };
+  for (int row = 0; row < objects->rowCount(); ++row) {
+    // In whole ranges: a selection of many single rows is slow.
+    const int first = row;
+    while (row < objects->rowCount() && is_wanted(row)) ++row;
+    if (row > first) {
+      selection.append({objects->index(first, 0), objects->index(row - 1, last_column)});
+    }
   }
   if (selection.isEmpty()) return;
   const QModelIndex first = selection.first().topLeft();
