@@ -470,6 +470,14 @@ Row Driver::Captions(std::string_view name) {
   });
 }
 
+std::string Driver::SelectedRow(std::string_view name) {
+  const auto* view = Find<QAbstractItemView>(name);
+  return Ui([view] {
+    const QModelIndexList rows = view->selectionModel()->selectedIndexes();
+    return rows.empty() ? "(none)" : Bytes(rows.front().siblingAtColumn(0).data().toString());
+  });
+}
+
 std::string Driver::TextOf(std::string_view name) {
   const QWidget* widget = Find(name);
   return Ui([widget]() -> std::string {
@@ -482,10 +490,14 @@ std::string Driver::TextOf(std::string_view name) {
 }
 
 std::string Driver::FocusName() {
-  return Ui([] {
+  WaitForFocus();
+  std::string name;
+  WaitFor("a widget with the focus", [&] {
     const QWidget* focus = QApplication::focusWidget();
-    return focus == nullptr ? std::string("(none)") : Bytes(focus->objectName());
+    if (focus != nullptr) name = Bytes(focus->objectName());
+    return focus != nullptr;
   });
+  return name;
 }
 
 std::string Driver::OpenWindows() {

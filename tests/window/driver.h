@@ -87,7 +87,8 @@ class Driver {
   std::vector<Row> Rows(std::string_view view);
   void WaitForRows(std::string_view view, const std::vector<Row>& expected);
   Row Captions(std::string_view view);
-  std::string TextOf(std::string_view name);  // of a label, field or combo box
+  std::string SelectedRow(std::string_view view);  // its first cell; "(none)"
+  std::string TextOf(std::string_view name);       // of a label, field or combo box
   std::string FocusName();
   std::string OpenWindows();
 

@@ -6,6 +6,7 @@
 #include <QToolButton>
 #include <cstdlib>
 
+#include "ui/toolkit/row_table.h"
 #include "workspace/job_operations.h"
 #include "workspace/program_folder.h"
 #include "workspace/source_operations.h"
@@ -61,9 +62,13 @@ void ProgramTest::MakeDatabase(const std::string& name, const std::string& sql) 
 }
 
 void ProgramTest::Sql(const std::string& database, const std::string& statements) {
+  ASSERT_EQ(SqlFails(database, statements), "");
+}
+
+std::string ProgramTest::SqlFails(const std::string& database, const std::string& statements) {
   bool ok = false;
   const std::string said = Tool("sql " + database, statements, &ok);
-  ASSERT_TRUE(ok) << said;
+  return ok ? "" : said;
 }
 
 std::string ProgramTest::Difference(const std::string& options) {
@@ -146,6 +151,17 @@ std::vector<std::string> ProgramTest::ActionsShown(std::string_view tool_bar) {
       }
     }
     return shown;
+  });
+}
+
+std::vector<int> ProgramTest::Widths(std::string_view view) {
+  const auto* list = Find<RowTable>(view);
+  return Ui([list] {
+    std::vector<int> widths;
+    for (const RowModel::Column& column : static_cast<const RowModel*>(list->model())->Columns()) {
+      widths.push_back(std::min(column.width, list->columnWidth(static_cast<int>(widths.size()))));
+    }
+    return widths;
   });
 }
 

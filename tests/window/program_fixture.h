@@ -33,6 +33,7 @@ class ProgramTest : public testing::Test, protected Driver {
   // --- the databases, by the sandbox's own tool; any time
   void MakeDatabase(const std::string& name, const std::string& sql = kTables);
   void Sql(const std::string& database, const std::string& statements);
+  std::string SqlFails(const std::string& database, const std::string& statements);  // its reason
   std::string Difference(const std::string& options);  // "identical\n"
 
   // --- the program. Open, then what shall be there from the start, then Show.
@@ -49,6 +50,8 @@ class ProgramTest : public testing::Test, protected Driver {
   void SelectNode(const Path& below_root);  // of the job explorer
   void ShowDatabases();                     // the database manager's page
   std::vector<std::string> ActionsShown(std::string_view tool_bar);
+  // Of the list's columns: as wide as it should be, or less. A caption may make one wider.
+  std::vector<int> Widths(std::string_view view);
   void WaitForMessage(const std::string& text);  // at the end of a line of the message list
   JobState StateOf(const std::string& job);
   void WaitForState(const std::string& job, JobState state);

@@ -1,0 +1,195 @@
+// The dialogs in which data sources and jobs are entered: what they refuse, with which words and
+// which field to mend; and that what they accept comes back as it was entered.
+#include <gtest/gtest.h>
+
+#include "window/program_fixture.h"
+#include "workspace/source_operations.h"
+
+namespace quillmere::window {
+namespace {
+
+class Dialogs : public ProgramTest {
+ protected:
+  void ChooseIf(std::string_view combo, const std::string& text) {
+    if (!text.empty()) Choose(combo, text);
+  }
+};
+
+TEST_F(Dialogs, JobPropertiesThatCannotBeAreRefused) {
+  for (const std::string name : {"A", "B"}) MakeDatabase(name);
+  Open();
+  AddSource("A");
+  Show();
+  Press("ctrl+n");
+  Click("OkBtn");
+  AnswerBox("At least 2 data sources needed, add them first please");
+  EXPECT_EQ(FocusName(), "NewConnBtn");
+  Press("Escape");
+  AddSource("B");
+  AddJob("Taken");
+
+  const std::string empty = "Obligatory field can not be empty";
+  const std::string minutes = "Synchronize Interval must > 0";
+  const struct {
+    std::string name, description, source, destination, interval, refusal, focus;
+  } rows[] = {
+      {"J", "d", "", "", "0", minutes, "UpDownSyncInterval"},
+      {"J", "d", "", "", "ten", minutes, "UpDownSyncInterval"},
+      {"J", "d", "", "", "-5", minutes, "UpDownSyncInterval"},
+      {"J", "d", "", "", "99999999999", minutes, "UpDownSyncInterval"},
+      {"  ", "d", "", "", "5", empty, "EditJobName"},
+      {"J", " \n ", "", "", "5", empty, "EditJobDescription"},
+      {"J", "d", "", "", "5", empty, "CBSrcDSN"},
+      {"J", "d", "A", "", "5", empty, "CBDesDSN"},
+      {"J", "d", "B", "B", "5", "Data Source Can't be same", "CBDesDSN"},
+      {"a/b", "d", "A", "B", "5", "A name must not contain '/'", "EditJobName"},
+      {"..", "d", "", "", "5", "A name must not end with a dot", "EditJobName"},
+      {"com1", "d", "", "", "5", "A name must not be that of a device, like NUL or COM1",
+       "EditJobName"},
+      {std::string(300, 'x'), "d", "", "", "5", "A name must not be longer than 100 bytes",
+       "EditJobName"},
+      {"jobs.xml", "d", "", "", "5", "A job's name must not begin with jobs.xml", "EditJobName"},
+      {"tAKEN", "d", "", "", "5", "There is a job Taken already", "EditJobName"},
+  };
+  Press("ctrl+n");
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name + "/" + row.interval + "/" + row.refusal);
+    Enter("EditJobName", row.name);
+    Enter("EditJobDescription", row.description);
+    Enter("EditSyncInterval", row.interval);
+    ChooseIf("CBSrcDSN", row.source);
+    ChooseIf("CBDesDSN", row.destination);
+    Click("OkBtn");
+    AnswerBox(row.refusal);
+    EXPECT_EQ(FocusName(), row.focus);
+    EXPECT_EQ(TextOf("EditJobName"), row.name) << "what was entered stays";
+  }
+  // Up and down stop at both ends; the first data source is never highlighted, the second is.
+  Enter("EditSyncInterval", "10000");
+  Press("Up");
+  EXPECT_EQ(TextOf("EditSyncInterval"), "10000");
+  EXPECT_EQ(SelectedRow("DbConnLV"), "B");
+  Choose("CBDesDSN", "A");
+  EXPECT_EQ(SelectedRow("DbConnLV"), "B");
+  Press("Escape");
+  WaitFor("no other job", [this] { return Work().Jobs().LiveJobs().size() == 1; });
+}
+
+TEST_F(Dialogs, WhatIsEnteredComesBackByteForByte) {
+  std::string lengthy;
+  while (lengthy.size() < 10'000) lengthy.append(1500, 'x').append("\n");
+  const std::string name = "Ночь 東京 & 'J' €";
+  const std::string descriptions[] = {
+      "a \\ \"quoted\" <tag> </description> & ;\n  indented\nПривет", lengthy.append("end")};
+  OpenWithJob();
+  for (const std::string& description : descriptions) {
+    SelectNode({"J"});
+    ClickAction("FileOpen");
+    Enter("EditJobDescription", description);
+    Click("OkBtn");
+    WaitFor("the description", [&] { return Work().Jobs().At(0).description == description; });
+    Quit();
+    Open();
+    Show();
+
+    EXPECT_TRUE(Ui([&] { return Work().Jobs().At(0).description == description; }));
+  }
+  SelectNode({"J"});
+  ClickAction("FileOpen");
+  Enter("EditJobName", name);
+  Click("OkBtn");
+  SelectNode({name});
+  Quit();
+  EXPECT_TRUE(folder_.Exists("jobs/" + name + "/" + name + ".xml"));
+}
+
+TEST_F(Dialogs, DataSourcesThatCannotBeAreRefused) {
+  OpenWithJob();
+  ChooseInMenu({"Database", "OpenDbMgr"});
+  for (const auto& [button, text] : std::vector<std::pair<std::string, std::string>>{
+           {"EditDSN", "You must choose a data source to edit"},
+           {"DelDSN", "You must select an Database to delete"},
+           {"TestDSN", "You must choose a data source to test"}}) {
+    Click(button);
+    AnswerBox(text);
+  }
+  const std::string failed = "connect Database failed. Error: ";
+  const struct {
+    std::string name, user, password, refusal, focus;
+  } rows[] = {
+      {"", "SYS", "x", "Obligatory field can not be empty", "EditDbName"},
+      {"C", "", "x", "Obligatory field can not be empty", "EditUserId"},
+      {"A", "SYS", "x", "Database already exist, user another please", "EditDbName"},
+      {"a", "SYS", "x", "There is a data source A already", "EditDbName"},
+      {"../C", "SYS", "x", "A name must not contain '/'", "EditDbName"},
+      {"C", "SYS", std::string(32, 'x'), "A password must not be longer than 31 bytes",
+       "EditPassword"},
+      {"NOWHERE", "SYS", "x",
+       failed + "OCIServerAttach : ORA-12154: TNS:could not resolve the connect identifier "
+                "specified",
+       "EditDbName"},
+      {"C", "SYS", "x",
+       failed + "OCISessionBegin : ORA-01017: invalid username/password; logon denied",
+       "EditPassword"},
+  };
+  MakeDatabase("C", "");
+  Click("NewDSN");
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name + "/" + row.user + "/" + row.refusal);
+    Enter("EditDbName", row.name);
+    Enter("EditUserId", row.user);
+    Enter("EditPassword", row.password);
+    Click("AddBtn");
+    AnswerBox(row.refusal);
+    EXPECT_EQ(FocusName(), row.focus);
+  }
+  EXPECT_EQ(Rows("DbConnLV").size(), 2U);
+  Enter("EditPassword", kPassword);
+  Press("Return");
+  WaitForRows("DbConnLV", {{"A", "1.0", "SYS", "SYSDBA"},
+                           {"B", "1.0", "SYS", "SYSDBA"},
+                           {"C", "1.0", "SYS", "SYSDBA"}});
+  Click("TestDSN");
+  AnswerBox("connect to C successed");
+  // A log-on that does not work is not stored; one that does, is.
+  Sql("C", "create user U identified by pass;");
+  for (const auto& [password, refused] :
+       std::vector<std::pair<std::string, bool>>{{"wrong", true}, {"pass", false}}) {
+    Click("EditDSN");
+    Enter("EditUserId", "U");
+    Enter("EditPassword", password);
+    Choose("CBMode", "NORMAL");
+    Click("SaveBtn");
+    if (refused) {
+      AnswerBox(rows[7].refusal);
+      EXPECT_EQ(Ui([this] { return Work().Registry().At(2).user_id; }), "SYS");
+      Press("Escape");
+    }
+  }
+  WaitForRows(
+      "DbConnLV",
+      {{"A", "1.0", "SYS", "SYSDBA"}, {"B", "1.0", "SYS", "SYSDBA"}, {"C", "1.0", "U", "NORMAL"}});
+  Click("DelDSN");
+  EXPECT_EQ(BoxText().substr(0, 26), "Delete the data source C?\n");
+  AnswerBox(BoxText(), "Yes");
+  WaitFor("its file to go", [this] { return !folder_.Exists("config/C.xml"); });
+}
+
+TEST_F(Dialogs, DataSourcesOfARunningJobAreLeftAlone) {
+  OpenWithJob();
+  SelectNode({"J"});
+  Request("RunRun", "Run J?");
+  WaitForState("J", JobState::Started);
+  ChooseInMenu({"Database", "OpenDbMgr"});
+  for (const int row : {0, 1}) {
+    for (const char* button : {"EditDSN", "DelDSN"}) {
+      ClickCell("DbConnLV", row, 0);
+      Click(button);
+      AnswerBox("Database is using in running job, delete later");
+    }
+  }
+  EXPECT_EQ(Rows("DbConnLV").size(), 2U);
+}
+
+}  // namespace
+}  // namespace quillmere::window
