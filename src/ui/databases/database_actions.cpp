@@ -99,7 +99,6 @@ void FillToolBar(QToolBar& tools, const DatabaseActions& actions) {
   };
   add("TBOpenDSMgr", *actions.ActOpenDbMgr, "open data source manager",
       "Open database manager to add/modify/delete a database connection");
-  tools.addSeparator();
   add("TBConnectDS", *actions.ConnectDS, "connect to a data source ", "Connect to a data source.");
   add("TBDisConnectDS", *actions.DisConnectDS, "disconnect from a data source",
       "DisConnect from a data source.");
