@@ -5,9 +5,16 @@
 #include "ui/toolkit/text.h"
 
 namespace quillmere {
+namespace {
+
+constexpr int kTogetherMs = 40;
+
+}  // namespace
 
 MessageListModel::MessageListModel(MessageLog& log, QObject* parent)
     : QAbstractListModel(parent), log_(log), rows_(static_cast<int>(log.Entries().size())) {
+  show_.setSingleShot(true);
+  connect(&show_, &QTimer::timeout, this, &MessageListModel::ShowAll);
   log_.SetListener([this](bool cleared) { OnLogChanged(cleared); });
 }
 
@@ -42,13 +49,21 @@ QVariant MessageListModel::data(const QModelIndex& index, int role) const {
 }
 
 void MessageListModel::OnLogChanged(bool cleared) {
-  const int rows = static_cast<int>(log_.Entries().size());
   if (cleared) {
     beginResetModel();
-    rows_ = rows;
+    rows_ = static_cast<int>(log_.Entries().size());
     endResetModel();
-    return;
+  } else if (!shown_.isValid() || shown_.hasExpired(kTogetherMs)) {
+    ShowAll();
+  } else if (!show_.isActive()) {
+    show_.start(kTogetherMs);
   }
+}
+
+void MessageListModel::ShowAll() {
+  shown_.start();
+  const int rows = static_cast<int>(log_.Entries().size());
+  if (rows == rows_) return;
   beginInsertRows({}, rows_, rows - 1);
   rows_ = rows;
   endInsertRows();

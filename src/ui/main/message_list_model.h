@@ -2,13 +2,16 @@
 #pragma once
 
 #include <QAbstractListModel>
+#include <QElapsedTimer>
+#include <QTimer>
 #include <cstddef>
 
 #include "messages/message_log.h"
 
 namespace quillmere {
 
-// Listens to the log while it lives; one model a log.
+// Listens to the log while it lives; one model a log. A message that comes right behind another is
+// shown a moment later, together with those that follow: views paint for each showing.
 class MessageListModel final : public QAbstractListModel {
   Q_OBJECT
 
@@ -24,9 +27,12 @@ class MessageListModel final : public QAbstractListModel {
 
  private:
   void OnLogChanged(bool cleared);
+  void ShowAll();
 
   MessageLog& log_;
   int rows_ = 0;  // of the log's entries, how many the views know
+  QElapsedTimer shown_;
+  QTimer show_;
 };
 
 }  // namespace quillmere

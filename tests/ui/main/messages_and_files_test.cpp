@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemModelTester>
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <fstream>
 
@@ -17,10 +19,16 @@ class HandClock final : public Clock {
 };
 
 struct Messages : ::testing::Test {
+  Messages() : application(argc, &argv) {}
+
   std::string Text(const MessageListModel& model, int row) const {
     return model.index(row).data().toString().toStdString();
   }
 
+  int argc = 1;
+  char name[5] = "test";
+  char* argv = name;
+  QCoreApplication application;
   TempFolder folder;
   HandClock clock;
   Settings settings;
@@ -38,6 +46,22 @@ TEST_F(Messages, GoAlongWithTheLog) {
   EXPECT_EQ(Text(model, 0), "20260131 23:59:07 before the list");
   EXPECT_EQ(Text(model, 1), "20260131 23:59:07 two lines");
   EXPECT_EQ(model.FullText(1).toStdString(), "20260131 23:59:07 two\nlines");
+}
+
+TEST_F(Messages, ThatComeInAFloodAreShownTogether) {
+  MessageListModel model(log);
+  const QAbstractItemModelTester tester(&model);
+  const QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
+  for (int i = 0; i < 100; ++i) log.Add(std::to_string(i), false);
+  EXPECT_GE(model.rowCount(), 1);
+  QElapsedTimer limit;
+  limit.start();
+  while (model.rowCount() < 100) {
+    ASSERT_LT(limit.elapsed(), 30'000);
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+  }
+  EXPECT_LT(inserted.count(), 100);
+  EXPECT_EQ(Text(model, 99), "20260131 23:59:07 99");
 }
 
 TEST_F(Messages, StartAnewWithTheLog) {
