@@ -20,14 +20,18 @@ constexpr int kTreeWidth = 220;
 constexpr int kTreeIndent = 27;
 constexpr int kIconSize = 24;
 
-// A right press does nothing at all: it neither selects nor opens.
+// A right press does nothing at all: it neither selects nor opens. Nor does one beside the nodes:
+// one node is always selected.
 class LeftTree final : public QTreeView {
  public:
   using QTreeView::QTreeView;
 
  protected:
   void mousePressEvent(QMouseEvent* event) override {
-    if (event->button() != Qt::RightButton) QTreeView::mousePressEvent(event);
+    if (event->button() == Qt::RightButton || !indexAt(event->position().toPoint()).isValid()) {
+      return;
+    }
+    QTreeView::mousePressEvent(event);
   }
 };
 
