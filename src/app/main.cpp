@@ -17,6 +17,16 @@ namespace {
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
 
+// In the look that the program has in that folder.
+int Refuse(const std::filesystem::path& folder, const std::string& reason) {
+  WindowMemory memory(folder);
+  Appearance look(memory);
+  std::string problem;
+  look.Restore(problem);
+  ShowFailure(nullptr, reason);
+  return kFailed;
+}
+
 int RunWindow(const Workspace::Options& options, int argc, char** argv) {
   const QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Quillmere"));
@@ -24,10 +34,7 @@ int RunWindow(const Workspace::Options& options, int argc, char** argv) {
   QApplication::setWindowIcon(Icon("app"));
   std::string reason;
   const std::unique_ptr<Workspace> workspace = Workspace::Open(options, reason);
-  if (workspace == nullptr) {
-    ShowFailure(nullptr, reason);
-    return kFailed;
-  }
+  if (workspace == nullptr) return Refuse(options.folder, reason);
   ProgramWindow window(*workspace);
   const EndSignals signals([&window] { window.RequestEnd(); });
   window.Show();

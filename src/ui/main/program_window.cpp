@@ -42,11 +42,13 @@ void ProgramWindow::Show() {
 void ProgramWindow::SayWhatIsMissing() {
   const OciLibrary& library = workspace_.Oci();
   if (library.Loaded()) return;
-  workspace_.Log().Add(library.LoadError(), true);
-  workspace_.Log().Add(
-      "Without it no data source can be connected. To try the program without Oracle, start it "
-      "with --client sandbox",
+  MessageLog& log = workspace_.Log();
+  log.Add(library.LoadError(), true);
+  log.Add(
+      "Without it no data source can be connected: install the Oracle Instant Client, or choose "
+      "its library under Options, Settings",
       false);
+  log.Add("To try the program without Oracle, start it with --client sandbox", false);
 }
 
 void ProgramWindow::RequestEnd() {
