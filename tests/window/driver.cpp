@@ -13,6 +13,7 @@
 #include <QStyle>
 #include <QStyleHints>
 #include <QStyleOptionViewItem>
+#include <QThread>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeView>
@@ -93,6 +94,7 @@ Driver::~Driver() {
 }
 
 void Driver::RunOnUi(std::function<void()> work) {
+  if (QThread::currentThread() == QCoreApplication::instance()->thread()) return work();
   std::promise<void> done;
   std::future<void> finished = done.get_future();
   QMetaObject::invokeMethod(

@@ -30,6 +30,8 @@ using Path = std::vector<std::string>;  // of a tree node, from the root
 
 class Driver {
  public:
+  using Clock = std::chrono::steady_clock;
+
   // How long anything may take. Sanitizers and busy machines need it.
   static constexpr std::chrono::seconds kLimit{60};
 
@@ -112,8 +114,6 @@ class Driver {
   void WaitForFocus();
   [[noreturn]] void GiveUp(const std::string& reason);
   void Note(std::string step);
-
-  using Clock = std::chrono::steady_clock;
 
   XDisplay screen_;
   Arrivals arrivals_;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <atomic>
 #include <filesystem>
 #include <iostream>
 #include <thread>
@@ -46,12 +47,15 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   int status = 1;
-  std::thread tests([&status] {
+  std::atomic<bool> done = false;
+  std::thread tests([&] {
     status = RUN_ALL_TESTS();
+    done = true;
     QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
                               Qt::QueuedConnection);
   });
-  QApplication::exec();
+  // The program under test leaves the event loop when it ends; the next test needs it again.
+  while (!done) QApplication::exec();
   tests.join();
   return status;
 }

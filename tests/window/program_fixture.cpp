@@ -106,7 +106,7 @@ void ProgramTest::AddJob(const std::string& name, const std::string& from, const
 void ProgramTest::Show() {
   Ui([this] {
     window_ = std::make_unique<ProgramWindow>(*workspace_, kSweepPause);
-    window_->Form().show();
+    window_->Show();
   });
   WaitFor("the window", [this] { return window_->Form().isActiveWindow(); });
 }

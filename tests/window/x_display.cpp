@@ -129,6 +129,17 @@ QPoint XDisplay::PositionOf(unsigned long window) const {
   return {x, y};
 }
 
+std::string XDisplay::ActiveTitle() const {
+  Window window = 0;
+  int revert = 0;
+  char* name = nullptr;
+  XGetInputFocus(x_->display, &window, &revert);
+  if (window <= PointerRoot || XFetchName(x_->display, window, &name) == 0) return {};
+  std::string title = name;
+  XFree(name);
+  return title;
+}
+
 QImage XDisplay::Picture() const {
   const int screen = DefaultScreen(x_->display);
   const int width = DisplayWidth(x_->display, screen);

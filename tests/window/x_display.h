@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QPoint>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -39,6 +40,9 @@ class XDisplay {
 
   // Where the window's upper left corner is, whatever its frame.
   QPoint PositionOf(unsigned long window) const;
+
+  // Of the window with the keyboard's focus, whoever's it is.
+  std::string ActiveTitle() const;
 
   QImage Picture() const;
 

@@ -1,0 +1,293 @@
+// The window around the two managers: menus, hints, the guard at its close, and how the program
+// ends while it is at work. Nothing may hang, and nothing be lost.
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <QMenuBar>
+#include <QTabWidget>
+#include <csignal>
+#include <thread>
+
+#include "window/program_fixture.h"
+#include "workspace/program_folder.h"
+
+namespace quillmere::window {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class MainWindow : public ProgramTest {
+ protected:
+  // The whole program in a process of its own.
+  pid_t StartProgram() {
+    const std::string program = (ProgramFolder() / "quillmere").string();
+    const std::string folder = folder_.Path().string();
+    const char* const arguments[] = {program.c_str(), "--workdir", folder.c_str(),
+                                     "--client",      "sandbox",   nullptr};
+    pid_t id = -1;
+    EXPECT_EQ(posix_spawn(&id, program.c_str(), nullptr, nullptr,
+                          const_cast<char* const*>(arguments), environ),
+              0);
+    return id;
+  }
+  int ExitStatus(pid_t program) {
+    int status = -1;
+    WaitFor("the program's end", [&] { return waitpid(program, &status, WNOHANG) == program; });
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+  void Insert(int rows) {
+    std::string inserts;
+    for (int i = 0; i < rows; ++i) {
+      inserts += "insert into SHOP.ITEM values (" + std::to_string(i) + ", 'x');\n";
+    }
+    Sql("A", inserts);
+  }
+  // A started job with so many statements to apply.
+  void StartWithBatch(int rows) {
+    OpenWithJob();
+    Ui([this] { Work().Jobs().SetState(0, JobState::Starting); });
+    WaitForState("J", JobState::Started);
+    Insert(rows);
+    NextPass();
+  }
+  std::uint32_t Applied() {
+    return Ui([this] { return static_cast<std::uint32_t>(Work().Jobs().At(0).applied_count); });
+  }
+  void ExpectAllIsAppliedAfterRestart() {
+    unsetenv("QUILLMERE_SANDBOX_LATENCY_US");
+    Open();
+    Show();
+    EXPECT_EQ(StateOf("J"), JobState::Paused);
+    SelectNode({"J"});
+    Request("RunRun", "Continue J?");
+    WaitFor("all rows", [this] {
+      clock_.TurnMinutes(2);
+      return Difference("A B") == "identical\n";
+    });
+  }
+};
+
+TEST_F(MainWindow, MenusPagesAndHintsAreNamed) {
+  OpenWithJob();
+  EXPECT_EQ(Ui([this] { return Window().Form().windowTitle().toStdString(); }), "Quillmere");
+  EXPECT_EQ(Ui([this] { return Window().Form().size(); }), QSize(850, 611));
+  const struct {
+    const char* menu;
+    const char* title;
+    Names entries;  // the first ones
+  } menus[] = {
+      {"JobMenu", "&Job ", {"&New", "&Open", "&Delete", "&Run", "&Pause", "&Stop", "&Exit"}},
+      {"DatabaseMenu", "&Database", {"OpenDbMgr", "ConnectDS", "DisConnectDS"}},
+      {"OptionsMenu", "&Options", {" &ShowLog"}},
+      {"SkinMenu", "&Skin", {"&Basic", "&Advanced", "&Default"}},
+      {"HelpMenu", "&Help", {" &About", " &Help"}},
+      {"PMOptions", "", {"&Options", "&Skin", "&Help"}},
+  };
+  for (const auto& row : menus) {
+    SCOPED_TRACE(row.menu);
+    const auto* menu = Ui([&] { return Window().Form().findChild<QMenu*>(row.menu); });
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(Ui([&] { return menu->title().toStdString(); }), row.title);
+    EXPECT_EQ(Ui([&] {
+                Names texts;
+                for (const QAction* action : menu->actions()) {
+                  if (!action->isSeparator()) texts.push_back(action->text().toStdString());
+                }
+                texts.resize(std::min(texts.size(), row.entries.size()));
+                return texts;
+              }),
+              row.entries);
+  }
+  const struct {
+    const char* button;
+    const char* tooltip;
+    const char* hint;
+  } buttons[] = {
+      {"ToolButton1", "create a job",
+       "Add a job to synchronize source database's record to destination database."},
+      {"ToolButton2", "update job info", "Change the configuration of a job."},
+      {"ToolButton13", "refresh table list of source database",
+       "Refresh all shema tables from source."},
+      {"ToolButton3", "delete a job", "Drop a job configuration, nothing is left."},
+      {"ToolButton5", "run a job", "Start a job to begin synchronize."},
+      {"ToolButton6", "stop a job",
+       "Stop a job,then you can change the configuration without losing any data."},
+      {"ToolButton7", "reset  a job",
+       "Reset a job, all status is cleared, but configuration is not changed."},
+      {"ToolButton9", "include  owner and table",
+       "Choose the owner's tables which you want to synchronized."},
+      {"ToolButton10", "exclue owner and table",
+       "Choose the owner's tables which you not want to synchronized."},
+      {"ToolButton11", "change table owner on remote ",
+       "Choose the tables which will be renamed after synchronized."},
+      {"ToolButton12", "migrate a table", "Directly Migrate a table's data to destination ."},
+      {"TBOpenDSMgr", "open data source manager",
+       "Open database manager to add/modify/delete a database connection"},
+      {"TBConnectDS", "connect to a data source ", "Connect to a data source."},
+      {"TBDisConnectDS", "disconnect from a data source", "DisConnect from a data source."},
+      {"TBRefreshDS", "refresh meta  information of a database",
+       "Refresh contents of a data source, including: table/primary key/index..."},
+      {"TBDropMeta", "drop a meta",
+       "Drop meata of a data source,can be: table/primary key/index... "},
+      {"TBChangeMeta", "change meta name ",
+       "change meata name of a data source,can be: table/primary key/index... "},
+      {"TBMigrateMeta", "migrate  meata  ", "migrate meata from one data source to another. "},
+  };
+  for (const auto& row : buttons) {
+    SCOPED_TRACE(row.button);
+    const auto* button = Ui([&] { return Window().Form().findChild<QWidget*>(row.button); });
+    EXPECT_EQ(Ui([&] { return button->toolTip().toStdString(); }), row.tooltip);
+    EXPECT_EQ(Ui([&] { return button->property("hint").toString().toStdString(); }), row.hint);
+  }
+  // The hint line follows the mouse.
+  const auto expect_hint = [this](QWidget* under_mouse, const std::string& hint) {
+    MoveOver(under_mouse);
+    WaitFor("the hint " + hint, [&] {
+      return Window().Form().findChild<QLabel*>("LblTips")->text().toStdString() == hint;
+    });
+  };
+  expect_hint(Find("ToolButton1"), buttons[0].hint);
+  expect_hint(Find("JobMgrTV"), "Jobs manager: Design, mangage and monitor");
+  expect_hint(Find("TreeView1"), "Show all errors and informaitons");
+  ShowDatabases();
+  expect_hint(Find("DbMgrTV"), "Databse manager: table, key and index management.");
+  // The message list is shown or not, also the next time.
+  ChooseInMenu({"Options", "ShowLog"});
+  EXPECT_FALSE(IsShown("TreeView1"));
+  Quit();
+  Open();
+  Show();
+  EXPECT_FALSE(IsShown("TreeView1"));
+  ChooseInMenu({"Options", "ShowLog"});
+  EXPECT_TRUE(IsShown("TreeView1"));
+}
+
+TEST_F(MainWindow, StaysOpenWhileThereIsWork) {
+  OpenWithJob();
+  const struct {
+    JobState state;
+    JobList::Progress progress;
+    std::string refusal;
+  } rows[] = {
+      {JobState::Started, {0, 0}, "J is running, do not close the application"},
+      {JobState::Paused,
+       {1, 2},
+       "Some job is running or has records to synchronize, stop them first"},
+  };
+  for (const auto& row : rows) {
+    Ui([&] {
+      Work().Jobs().At(0).next_due = AddMinutes(clock_.Now(), 1000);
+      Work().Jobs().SetState(0, row.state, row.progress);
+    });
+    Screen().Press("alt+F4");  // the window manager's
+    AnswerBox(row.refusal);
+    EXPECT_TRUE(IsShown("MainForm"));
+  }
+  Ui([&] { Work().Jobs().SetState(0, JobState::Paused, {3, 0}); });
+  ChooseInMenu({"Job", "Exit"});
+  WaitFor("the window to close", [this] { return !Window().Form().isVisible(); });
+}
+
+TEST_F(MainWindow, EndsDuringAPassAndGoesOnThere) {
+  setenv("QUILLMERE_SANDBOX_LATENCY_US", "2000", 1);
+  StartWithBatch(400);
+  WaitFor("the pass", [this] { return Work().Jobs().At(0).applied_count >= 5; });
+  Ui([this] { Window().RequestEnd(); });
+  Quit();
+  EXPECT_NE(Difference("A B"), "identical\n") << "it should have ended within the batch";
+  ExpectAllIsAppliedAfterRestart();
+  WaitForMessage("Continue synchronize a old batch");
+}
+
+TEST_F(MainWindow, EndsWhileMessagesArrive) {
+  StartWithBatch(50);
+  WaitFor("the pass", [this] { return Work().Jobs().At(0).batch_pending == 0 && Applied() == 50; });
+  // Every start fails and tells so twice; the window does not come to its messages before its end.
+  std::filesystem::rename(folder_ / "sandbox/B.db", folder_ / "sandbox/away");
+  Sql("A", "update SHOP.ITEM set NAME = 'y';");
+  Ui([this] {
+    NextPass();
+    Window().RequestEnd();
+    std::string reason;
+    EXPECT_TRUE(Window().Finish(reason)) << reason;
+  });
+  Quit();
+  std::filesystem::rename(folder_ / "sandbox/away", folder_ / "sandbox/B.db");
+  ExpectAllIsAppliedAfterRestart();
+}
+
+TEST_F(MainWindow, EndsWithDialogsOpen) {
+  OpenWithJob();
+  Press("ctrl+n");
+  Enter("EditJobName", "half entered");
+  Click("OkBtn");
+  BoxText();
+  Ui([this] { Window().RequestEnd(); });
+  WaitFor("the dialogs to end", [] { return QApplication::activeModalWidget() == nullptr; });
+  Quit();
+  // In a menu, and in the middle of long work.
+  setenv("QUILLMERE_SANDBOX_LATENCY_US", "30000", 1);
+  Open();
+  Show();
+  ShowDatabases();
+  ClickNode("DbMgrTV", {"ORACLE", "A"});
+  ClickAction("ConnectDS");
+  WaitFor("the refresh", [this] {
+    return QApplication::activeModalWidget() != nullptr &&
+           Work().Registry().At(0).state == ConnectionState::Connected;
+  });
+  Ui([this] { Window().RequestEnd(); });
+  WaitFor("the work to end", [] { return QApplication::activeModalWidget() == nullptr; });
+  Quit();
+  Open();
+  EXPECT_EQ(Ui([this] { return Work().Registry().At(0).tables.size(); }), 4U) << "cancelled";
+  EXPECT_EQ(Ui([this] { return Work().Jobs().LiveJobs().size(); }), 1U);
+}
+
+TEST_F(MainWindow, AnswersWhileThousandsOfStatementsAreApplied) {
+  constexpr int kStatements = 5000;
+  OpenWithJob();
+  Ui([this] { Work().Jobs().SetState(0, JobState::Starting); });
+  WaitForState("J", JobState::Started);
+  Insert(kStatements);
+  auto longest = Clock::duration::zero();
+  auto last = Clock::now();
+  int beats = 0;
+  auto heart = Ui([&] {
+    auto timer = std::make_unique<QTimer>();
+    QObject::connect(timer.get(), &QTimer::timeout, timer.get(), [&] {
+      longest = std::max(longest, Clock::now() - last);
+      last = Clock::now();
+      ++beats;
+    });
+    timer->start(1);
+    return timer;
+  });
+  NextPass();
+  WaitFor("the batch", [&] { return Applied() == kStatements; });
+  WaitForRows("JobMgrLV", {{"J", "Started", std::to_string(kStatements), "0",
+                            std::to_string(kStatements), "0"}});
+  Ui([&] { heart.reset(); });
+  EXPECT_GT(beats, 20);
+  EXPECT_LT(longest, std::chrono::seconds(10)) << "the window hung";
+  EXPECT_EQ(Difference("A B"), "identical\n");
+}
+
+TEST_F(MainWindow, TheProgramKnowsItsFolderIsInUseAndEndsInGoodOrder) {
+  Open();
+  pid_t program = StartProgram();
+  WaitFor("its message", [this] { return Screen().ActiveTitle() == "Quillmere"; });
+  Screen().Press("Return");
+  EXPECT_EQ(ExitStatus(program), 1);
+  Quit();
+  program = StartProgram();
+  WaitFor("its window", [this] { return Screen().ActiveTitle() == "Quillmere"; });
+  kill(program, SIGTERM);
+  EXPECT_EQ(ExitStatus(program), 0);
+  EXPECT_TRUE(folder_.Exists("jobs/jobs.xml"));
+  Open();
+}
+
+}  // namespace
+}  // namespace quillmere::window
