@@ -71,11 +71,9 @@ struct ExampleJob {
   int interval;
 };
 constexpr std::array<ExampleJob, 4> kJobs = {{
-    {"orders", "Orders, customers and products for the branch office", "HEADOFFICE",
-     "BRANCH", 5},
+    {"orders", "Orders, customers and products for the branch office", "HEADOFFICE", "BRANCH", 5},
     {"reporting", "What the reports are made of", "HEADOFFICE", "REPORTING", 60},
-    {"contacts", "Contacts and campaigns, both ways of marketing", "HEADOFFICE", "BRANCH",
-     15},
+    {"contacts", "Contacts and campaigns, both ways of marketing", "HEADOFFICE", "BRANCH", 15},
     {"stock", "Stock movements back to the head office", "BRANCH", "HEADOFFICE", 10},
 }};
 
@@ -107,17 +105,27 @@ bool ExampleFolder::Make(std::string& reason) {
       !MakeDatabase("REPORTING", kReporting, reason)) {
     return false;
   }
-  Workspace::Options options;
-  options.folder = folder_;
-  options.client = "sandbox";
-  options.program_folder = folder_;
-  options.clock = &clock_;
-  workspace_ = Workspace::Open(options, reason);
+  workspace_ = Open(folder_, reason);
   if (workspace_ == nullptr || !Register(reason) || !MakeJobs(reason)) return false;
   SetCounts();
   SetStates();
   WriteMessages();
   return true;
+}
+
+std::unique_ptr<Workspace> ExampleFolder::OpenEmpty(std::string& reason) const {
+  return Open(folder_ / "new", reason);
+}
+
+std::unique_ptr<Workspace> ExampleFolder::Open(const std::filesystem::path& folder,
+                                               std::string& reason) const {
+  Workspace::Options options;
+  options.folder = folder;
+  options.create_folder = true;
+  options.client = "sandbox";
+  options.program_folder = folder_;
+  options.clock = &clock_;
+  return Workspace::Open(options, reason);
 }
 
 bool ExampleFolder::MakeDatabase(const std::string& name, const std::string& script,

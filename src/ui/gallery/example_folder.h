@@ -33,7 +33,11 @@ class ExampleFolder {
 
   Workspace& Opened() { return *workspace_; }
 
+  // A folder as a newcomer has it, in the example's. To be closed before the example goes.
+  std::unique_ptr<Workspace> OpenEmpty(std::string& reason) const;
+
  private:
+  std::unique_ptr<Workspace> Open(const std::filesystem::path& folder, std::string& reason) const;
   bool MakeDatabase(const std::string& name, const std::string& script, std::string& reason);
   bool Register(std::string& reason);
   bool MakeJobs(std::string& reason);

@@ -22,11 +22,17 @@ int TakePictures(const QString& folder) {
     QTextStream(stderr) << QString::fromStdString(reason) << '\n';
     return 1;
   }
+  const std::unique_ptr<Workspace> empty = example.OpenEmpty(reason);
+  if (empty == nullptr) {
+    QTextStream(stderr) << QString::fromStdString(reason) << '\n';
+    return 1;
+  }
   int taken = 0;
   bool failed = false;
   WindowMemory memory(example.Opened().Folder());
   Appearance appearance(memory);
   UiContext context{example.Opened(), memory, appearance};
+  UiContext newcomer{*empty, memory, appearance};
   const auto take = [&](Appearance::Scheme scheme, const QString& suffix, auto&& scenes) {
     appearance.SetScheme(scheme);
     Studio studio{QDir(folder), suffix};
@@ -34,8 +40,12 @@ int TakePictures(const QString& folder) {
     taken += studio.Taken();
     failed = failed || studio.Failed();
   };
-  take(Appearance::Scheme::Light, {}, [&](Studio& studio) { TakeAll(context, studio); });
-  take(Appearance::Scheme::Dark, "-dark", [&](Studio& studio) { TakeAll(context, studio); });
+  const auto all = [&](Studio& studio) {
+    TakeAll(context, studio);
+    TakeEmpty(newcomer, studio);
+  };
+  take(Appearance::Scheme::Light, {}, all);
+  take(Appearance::Scheme::Dark, "-dark", all);
   take(Appearance::Scheme::Light, {},
        [&](Studio& studio) { TakeSkin(context, studio, ProgramFolder() / "skin" / "redfox.qss"); });
   QTextStream(stdout) << taken << " pictures in " << folder << '\n';

@@ -238,11 +238,20 @@ void TakeAll(UiContext& context, Studio& studio) {
   TakeOthers(context, scene, studio);
 }
 
+void TakeEmpty(UiContext& context, Studio& studio) {
+  Scene scene(context);
+  scene.TurnTo(0);
+  studio.Take(scene.Main(), "main-empty");
+  scene.TurnTo(1);
+  studio.Take(scene.Main(), "database-empty");
+}
+
 void TakeSkin(UiContext& context, Studio& studio, const std::filesystem::path& skin) {
   std::string reason;
   if (!context.appearance.LoadSkin(skin, reason)) qFatal("%s", reason.c_str());
   {
     Scene scene(context);
+    scene.TurnTo(0);
     scene.SelectNode("JobMgrTV", {});
     scene.SelectRows("JobMgrLV", {1});
     studio.Take(scene.Main(), "skin-redfox");

@@ -9,6 +9,9 @@ namespace quillmere {
 // The workspace is that of ExampleFolder; it is as before afterwards.
 void TakeAll(UiContext& context, Studio& studio);
 
+// What a newcomer sees: a folder with nothing in it.
+void TakeEmpty(UiContext& context, Studio& studio);
+
 // The main window once more, in the skin.
 void TakeSkin(UiContext& context, Studio& studio, const std::filesystem::path& skin);
 
