@@ -3,8 +3,10 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QEvent>
 #include <QObject>
 #include <QTimer>
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <memory>
@@ -41,6 +43,7 @@ class JobWorker : public QObject {
   bool event(QEvent* event) override;
 
  private:
+  void Post(QEvent::Type type);
   void Take(std::string_view text, bool error);
   bool TakeMessage();
   void TellChanges();
@@ -49,6 +52,7 @@ class JobWorker : public QObject {
   QTimer message_turn_;  // fires in the event loop's next turn
   QTimer changes_turn_;
   QElapsedTimer told_;  // since changes were last told
+  std::atomic<unsigned> posted_{0};
   WorkerBridge bridge_;
   EngineContext engine_;
   JobRunner runner_;

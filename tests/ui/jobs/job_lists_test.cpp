@@ -158,6 +158,9 @@ TEST_F(Jobs, StandInTheTreeInTheOrderOfTheirSlots) {
   EXPECT_EQ(tree.parent(second), root);
 
   EXPECT_FALSE(tree.Update(jobs));
+  jobs.At(crm).name = "clients";
+  EXPECT_TRUE(tree.Update(jobs));
+  EXPECT_EQ(tree.IndexOf({JobNode::Job, crm}).data().toString(), QStringLiteral("clients"));
   jobs.Remove(shop);
   EXPECT_TRUE(tree.Update(jobs));
   EXPECT_FALSE(tree.IndexOf({JobNode::Include, shop}).isValid());
