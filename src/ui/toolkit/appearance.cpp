@@ -151,13 +151,13 @@ QColor SuccessColor() {
   return ByScheme("#2e7d46", "#5fc27e");
 }
 QColor WarningColor() {
-  return ByScheme("#a86400", "#e0a33c");
+  return ByScheme("#9a5c00", "#e0a33c");
 }
 QColor FailureColor() {
   return ByScheme("#c0342c", "#ff7b72");
 }
 QColor QuietColor() {
-  return ByScheme("#6b7682", "#95a1ad");
+  return ByScheme("#626d78", "#95a1ad");
 }
 
 }  // namespace quillmere

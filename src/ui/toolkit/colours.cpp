@@ -21,7 +21,7 @@ Colours LightColours() {
           .accent = "#1f6fb8",
           .link = "#1f6fb8",
           .disabled = "#7f8a94",
-          .placeholder = "#6b7682",
+          .placeholder = "#626d78",
           .tip = "#27323c",
           .tip_text = "#f4f6f8"};
 }
