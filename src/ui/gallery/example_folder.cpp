@@ -43,6 +43,8 @@ create user REPORTS identified by secret;
 create table REPORTS.DAILY_SALES (DAY date constraint DAILY_SALES_PK primary key, TOTAL number(14,2));
 )";
 
+constexpr std::int64_t kDay = 24 * 60;  // minutes
+
 struct Count {
   const char* table;
   int rows, synced, blocked;
@@ -226,7 +228,7 @@ void ExampleFolder::SetStates() {
     job.applied_count = kStates[i].applied;
     job.blocked_count = kStates[i].blocked;
     job.has_runned = kStates[i].state != JobState::Stopped;
-    job.next_due = AddMinutes(clock_.Now(), 60 * 24);
+    job.next_due = AddMinutes(clock_.Now(), kDay);
     jobs.SetState(i, kStates[i].state, kStates[i].progress);
   }
 }

@@ -1,6 +1,6 @@
 #include "ui/gallery/scenes.h"
 
-#include <QAction>
+#include <QApplication>
 #include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QMenu>

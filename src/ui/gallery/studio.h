@@ -12,7 +12,7 @@ namespace quillmere {
 class Studio {
  public:
   // suffix: behind the name of each picture, for the colours it is taken in.
-  Studio(QDir folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {}
+  Studio(const QDir& folder, const QString& suffix) : folder_(folder), suffix_(suffix) {}
 
   // Shows the window if it is not on screen, and takes its picture.
   void Take(QWidget& window, const QString& name);

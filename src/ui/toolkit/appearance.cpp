@@ -8,6 +8,7 @@
 #include <QStringDecoder>
 #include <QVariant>
 #include <QWidget>
+#include <memory>
 
 #include "ui/toolkit/colours.h"
 #include "ui/toolkit/flat_style.h"
@@ -142,7 +143,8 @@ void Appearance::Apply() {
     QDir::setSearchPaths(QStringLiteral("skin"), {QFileInfo(skin_file_).absolutePath()});
   }
   if (qApp->styleSheet() != style_sheet_) qApp->setStyleSheet({});
-  QApplication::setStyle(new FlatStyle);
+  // The application owns it.
+  QApplication::setStyle(std::make_unique<FlatStyle>().release());
   QApplication::setPalette(PaletteOf(colours));
   if (qApp->styleSheet() != style_sheet_) qApp->setStyleSheet(style_sheet_);
 }

@@ -1,11 +1,12 @@
 #include "ui/toolkit/colours.h"
 
 #include <QStringList>
+#include <cmath>
 
 namespace quillmere {
 QColor Mixed(const QColor& one, const QColor& other, double share_of_other) {
   const auto mix = [share_of_other](int a, int b) {
-    return static_cast<int>(a + (b - a) * share_of_other + 0.5);
+    return static_cast<int>(std::lround(a + (b - a) * share_of_other));
   };
   return QColor(mix(one.red(), other.red()), mix(one.green(), other.green()),
                 mix(one.blue(), other.blue()));
