@@ -43,7 +43,7 @@ create user REPORTS identified by secret;
 create table REPORTS.DAILY_SALES (DAY date constraint DAILY_SALES_PK primary key, TOTAL number(14,2));
 )";
 
-constexpr std::int64_t kDay = 24 * 60;  // minutes
+constexpr std::int64_t kDay = std::int64_t{24} * 60;  // minutes
 
 struct Count {
   const char* table;

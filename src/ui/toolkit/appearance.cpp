@@ -8,7 +8,6 @@
 #include <QStringDecoder>
 #include <QVariant>
 #include <QWidget>
-#include <memory>
 
 #include "ui/toolkit/colours.h"
 #include "ui/toolkit/flat_style.h"
@@ -143,8 +142,7 @@ void Appearance::Apply() {
     QDir::setSearchPaths(QStringLiteral("skin"), {QFileInfo(skin_file_).absolutePath()});
   }
   if (qApp->styleSheet() != style_sheet_) qApp->setStyleSheet({});
-  // The application owns it.
-  QApplication::setStyle(std::make_unique<FlatStyle>().release());
+  QApplication::setStyle(FlatStyle::Make());
   QApplication::setPalette(PaletteOf(colours));
   if (qApp->styleSheet() != style_sheet_) qApp->setStyleSheet(style_sheet_);
 }

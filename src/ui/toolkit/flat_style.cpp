@@ -36,6 +36,10 @@ QRect ScrollHandle(const QStyleOptionSlider* bar) {
 
 FlatStyle::FlatStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
 
+QStyle* FlatStyle::Make() {
+  return new FlatStyle;
+}
+
 int FlatStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                            const QWidget* widget) const {
   switch (metric) {

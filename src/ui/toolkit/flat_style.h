@@ -12,6 +12,9 @@ class FlatStyle final : public QProxyStyle {
  public:
   FlatStyle();
 
+  // For QApplication::setStyle, which owns it then.
+  static QStyle* Make();
+
   int pixelMetric(PixelMetric metric, const QStyleOption* option,
                   const QWidget* widget) const override;
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
