@@ -10,5 +10,7 @@ void AddCatalogueBenches(RatioTable& table);
 void AddCatalogueReadBenches(RatioTable& table);
 void AddEngineBenches(RatioTable& table);
 void AddMemoryBenches(RatioTable& table);
+void AddRegistryBenches(RatioTable& table);
+void AddWindowBenches(RatioTable& table);
 
 }  // namespace quillmere::bench

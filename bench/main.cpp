@@ -23,5 +23,7 @@ int main(int argc, char** argv) {
   quillmere::bench::AddCatalogueReadBenches(table);
   quillmere::bench::AddEngineBenches(table);
   quillmere::bench::AddMemoryBenches(table);
+  quillmere::bench::AddRegistryBenches(table);
+  quillmere::bench::AddWindowBenches(table);
   table.RunAndPrint(filter);
 }

@@ -1,0 +1,103 @@
+// A data source with 100,000 cached tables: loaded by the registry, against pugixml with the same
+// content as real XML and the same records.
+#include <memory>
+#include <pugixml.hpp>
+
+#include "benches.h"
+#include "datasources/data_source_registry.h"
+#include "foundation/clock.h"
+#include "scratch_folder.h"
+
+namespace quillmere::bench {
+
+namespace {
+
+constexpr std::size_t kTables = 100'000;
+
+DataSource BigDataSource() {
+  DataSource source;
+  source.state = ConnectionState::Disconnected;
+  source.name = "WAREHOUSE";
+  source.user_id = "SYS";
+  source.mode = "SYSDBA";
+  TextPool pool;
+  for (std::size_t i = 0; i < kTables; ++i) {
+    TableRecord table;
+    table.table_owner = pool.Share("OWNER_" + std::to_string(i % 4));
+    table.table_name = "SHIPMENT_" + std::to_string(i);
+    table.tablespace = pool.Share("WAREHOUSE_DATA");
+    table.rows = static_cast<std::int32_t>(i * 7);
+    source.tables.push_back(std::move(table));
+  }
+  return source;
+}
+
+class RegistryFiles {
+ public:
+  RegistryFiles() {
+    registry_.Add(BigDataSource());
+    std::string error;
+    if (!registry_.Save(error)) std::abort();
+  }
+
+  void Load() {
+    registry_.Load();
+    if (registry_.At(0).tables.size() != kTables) std::abort();
+  }
+
+ private:
+  ScratchFolder folder_;
+  SystemClock clock_;
+  Settings settings_;
+  MessageLog log_{folder_.Path(), clock_, settings_};
+  DataSourceRegistry registry_{folder_.Path(), log_, settings_};
+};
+
+class PugixmlRegistry {
+ public:
+  PugixmlRegistry() {
+    pugi::xml_document document;
+    pugi::xml_node schema = document.append_child("schema");
+    for (const TableRecord& table : BigDataSource().tables) {
+      pugi::xml_node node = schema.append_child("tables");
+      node.append_child("tableowner").text().set(table.table_owner.String().c_str());
+      node.append_child("tablename").text().set(table.table_name.String().c_str());
+      node.append_child("tablespace").text().set(table.tablespace.String().c_str());
+      node.append_child("rows").text().set(table.rows);
+    }
+    if (!document.save_file(File().c_str(), "   ")) std::abort();
+  }
+
+  void Load() {
+    pugi::xml_document document;
+    if (!document.load_file(File().c_str())) std::abort();
+    DataSource source;
+    TextPool pool;
+    for (const pugi::xml_node& node : document.child("schema").children("tables")) {
+      TableRecord& table = source.tables.emplace_back();
+      table.table_owner = pool.Share(node.child_value("tableowner"));
+      table.table_name = node.child_value("tablename");
+      table.tablespace = pool.Share(node.child_value("tablespace"));
+      table.rows = node.child("rows").text().as_int();
+    }
+    if (source.tables.size() != kTables) std::abort();
+    source_ = std::move(source);
+  }
+
+ private:
+  std::filesystem::path File() const { return folder_.Path() / "registry.xml"; }
+
+  ScratchFolder folder_;
+  DataSource source_;
+};
+
+}  // namespace
+
+void AddRegistryBenches(RatioTable& table) {
+  const auto ours = std::make_shared<RegistryFiles>();
+  const auto theirs = std::make_shared<PugixmlRegistry>();
+  table.Add({"registry load, 100000 tables / pugixml", 1.0, [theirs] { theirs->Load(); },
+             [ours] { ours->Load(); }});
+}
+
+}  // namespace quillmere::bench

@@ -1,0 +1,216 @@
+// The window with large lists: opening and repainting one costs a fraction of filling a model of
+// Qt's own, and the event loop keeps turning while the worker is busy. Without a display.
+#include <time.h>
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QStandardItemModel>
+#include <QTimer>
+#include <QTreeView>
+#include <array>
+#include <chrono>
+#include <memory>
+
+#include "benches.h"
+#include "null_oci.h"
+#include "scratch_folder.h"
+#include "ui/main/program_window.h"
+
+namespace quillmere::bench {
+
+namespace {
+
+constexpr std::size_t kJobTables = 50'000;
+constexpr std::size_t kCachedTables = 100'000;
+
+void Settle() {
+  for (int turn = 0; turn < 3; ++turn) QApplication::processEvents();
+}
+
+std::unique_ptr<Workspace> OpenWorkspace(const std::filesystem::path& folder, const OciApi& api) {
+  Workspace::Options options;
+  options.folder = folder;
+  options.oci = &api;
+  std::string reason;
+  auto workspace = Workspace::Open(options, reason);
+  if (workspace == nullptr) std::abort();
+  return workspace;
+}
+
+SyncJob& MakeJob(Workspace& workspace, const std::string& name, std::size_t tables) {
+  const std::size_t index = workspace.Jobs().Claim();
+  SyncJob& job = workspace.Jobs().At(index);
+  job.name = name;
+  job.description = "copies the tables of a branch";
+  job.sync_interval = 1'000'000;
+  job.table_list_fetched = true;
+  JobSchema& schema = job.schemas["SALES"];
+  for (std::size_t t = 0; t < tables; ++t) {
+    schema.Append({.name = "ORDERS_" + std::to_string(t), .desowner = "BRANCH"});
+  }
+  workspace.Jobs().SetState(index, JobState::Stopped);
+  return job;
+}
+
+// Two large jobs and two large data sources, so that each opening is one of another list.
+class LargeWindow {
+ public:
+  explicit LargeWindow(std::shared_ptr<QApplication> application)
+      : application_(std::move(application)) {
+    for (const std::string name : {"first", "second"}) {
+      MakeJob(*workspace_, name, kJobTables).next_due = LocalTime{1LL << 50};
+      DataSource source;
+      source.state = ConnectionState::Disconnected;
+      source.name = name;
+      for (std::size_t t = 0; t < kCachedTables; ++t) {
+        TableRecord table;
+        table.table_owner = owner_;
+        table.table_name = "SHIPMENT_" + std::to_string(t);
+        table.rows = static_cast<std::int32_t>(t);
+        source.tables.push_back(std::move(table));
+      }
+      workspace_->Registry().Add(std::move(source));
+    }
+    window_ = std::make_unique<ProgramWindow>(*workspace_);
+    window_->Show();
+    Settle();
+  }
+
+  void OpenJobTables() { Open("JobMgrTV", 0, kJobTables); }       // "Include"
+  void OpenSourceTables() { Open("DbMgrTV", 2, kCachedTables); }  // "Table"
+
+  // The list of the selected job's tables, as the timer does it every ten seconds.
+  void StartJobs() {
+    for (const std::size_t job : {0U, 1U}) workspace_->Jobs().SetState(job, JobState::Started);
+  }
+  void TimerRepaint() {
+    QMetaObject::invokeMethod(window_->Form().findChild<QTimer*>("TimerRefresh"), "timeout");
+    Settle();
+  }
+
+  void ShowPage(int page) {
+    window_->Form().findChild<QTabWidget*>("PageClient")->setCurrentIndex(page);
+    Settle();
+  }
+
+ private:
+  void Open(const char* tree_name, int child, std::size_t expected) {
+    auto* tree = window_->Form().findChild<QTreeView*>(tree_name);
+    const QAbstractItemModel& model = *tree->model();
+    const QModelIndex parent = model.index(turn_++ % 2, 0, model.index(0, 0));
+    tree->setCurrentIndex(model.index(child, 0, parent));
+    Settle();
+    const std::string list =
+        std::string(tree_name).substr(0, 5) == "JobMg" ? "JobMgrLV" : "DbMgrLV";
+    auto* view = window_->Form().findChild<QAbstractItemView*>(list.c_str());
+    if (view->model()->rowCount() != static_cast<int>(expected)) std::abort();
+  }
+
+  const std::shared_ptr<QApplication> application_;
+  ScratchFolder folder_;
+  const OciApi api_ = NullOci();
+  const SharedText owner_ = "WAREHOUSE";
+  std::unique_ptr<Workspace> workspace_ = OpenWorkspace(folder_.Path(), api_);
+  std::unique_ptr<ProgramWindow> window_;
+  int turn_ = 0;
+};
+
+// What a list costs that holds an item a cell.
+void FillItemModel(std::size_t rows, int columns) {
+  QStandardItemModel model;
+  for (std::size_t row = 0; row < rows; ++row) {
+    QList<QStandardItem*> items;
+    items.reserve(columns);
+    for (int column = 0; column < columns; ++column) {
+      items.append(new QStandardItem(QStringLiteral("SHIPMENT_") + QString::number(row)));
+    }
+    model.appendRow(items);
+  }
+}
+
+double ProcessorMilliseconds() {
+  timespec now{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+double StartWithThousandJobs() {
+  const ScratchFolder folder;
+  const OciApi api = NullOci();
+  {
+    const auto workspace = OpenWorkspace(folder.Path(), api);
+    for (int i = 0; i < 1000; ++i) MakeJob(*workspace, "job_" + std::to_string(i), 50);
+    std::string reason;
+    if (!workspace->SaveJobs(reason)) std::abort();
+  }
+  const double begin = ProcessorMilliseconds();
+  const auto workspace = OpenWorkspace(folder.Path(), api);
+  ProgramWindow window(*workspace);
+  window.Show();
+  Settle();
+  return ProcessorMilliseconds() - begin;
+}
+
+// Between two turns of the event loop while the worker applies a batch and the window shows it.
+double LongestTurn() {
+  using Clock = std::chrono::steady_clock;
+  constexpr int kStatements = 100'000;
+  const ScratchFolder folder;
+  const OciApi api = NullOci();
+  const auto workspace = OpenWorkspace(folder.Path(), api);
+  SyncJob& job = MakeJob(*workspace, "busy", 10);
+  for (int i = 0; i < kStatements; ++i) {
+    job.pending_batch.Append(
+        "update \"SALES\".\"ORDERS_1\" set \"STATUS\" = 'sent' where \"ID\" = '" +
+        std::to_string(i) + "'");
+  }
+  job.batch_pending = 1;
+  ProgramWindow window(*workspace, std::chrono::milliseconds(1));
+  window.Show();
+  Settle();
+  Clock::duration longest{};
+  Clock::time_point last = Clock::now();
+  QTimer heart;
+  QObject::connect(&heart, &QTimer::timeout, &heart, [&] {
+    longest = std::max(longest, Clock::now() - last);
+    last = Clock::now();
+  });
+  heart.start(0);
+  workspace->Jobs().SetState(0, JobState::Started, {0, kStatements});
+  while (job.applied_count < kStatements) QApplication::processEvents();
+  return std::chrono::duration<double, std::milli>(longest).count();
+}
+
+}  // namespace
+
+void AddWindowBenches(RatioTable& table) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QLoggingCategory::setFilterRules(QStringLiteral("*.warning=false"));  // what it cannot do
+  static int count = 1;
+  static std::array<char, 16> name = {"quillmere_bench"};
+  static std::array<char*, 2> arguments = {name.data(), nullptr};
+  const auto application = std::make_shared<QApplication>(count, arguments.data());
+  const auto window = std::make_shared<LargeWindow>(application);
+  table.Add({"window: job of 50000 tables / item model", 0.2,
+             [application] { FillItemModel(kJobTables, 6); },
+             [window] { window->OpenJobTables(); }});
+  table.Add({"window: timer repaint of them / item model", 0.2,
+             [application] { FillItemModel(kJobTables, 6); },
+             [window] {
+               window->StartJobs();
+               window->TimerRepaint();
+             }});
+  table.Add({"window: 100000 cached tables / item model", 0.2,
+             [application] { FillItemModel(kCachedTables, 5); },
+             [window] {
+               window->ShowPage(1);
+               window->OpenSourceTables();
+             }});
+  table.AddFigure("window: start with 1000 jobs of 50 tables", "ms of processor", 500,
+                  [application] { return StartWithThousandJobs(); });
+  table.AddFigure("window: longest turn, 100000 statements", "ms", 100,
+                  [application] { return LongestTurn(); });
+}
+
+}  // namespace quillmere::bench
