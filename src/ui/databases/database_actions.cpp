@@ -7,24 +7,10 @@
 
 #include "ui/toolkit/hints.h"
 #include "ui/toolkit/icons.h"
+#include "ui/toolkit/menu_entry.h"
 
 namespace quillmere {
 namespace {
-
-// An entry of a menu that stands for an action under another name.
-QAction* AddEntry(QMenu& menu, const char* name, QAction& action, const QString& caption) {
-  auto* entry = new QAction(action.icon(), caption, &menu);
-  entry->setObjectName(QLatin1String(name));
-  const auto follow = [entry, &action] {
-    entry->setVisible(action.isVisible());
-    entry->setEnabled(action.isEnabled());
-  };
-  QObject::connect(&action, &QAction::changed, entry, follow);
-  QObject::connect(entry, &QAction::triggered, &action, &QAction::trigger);
-  follow();
-  menu.addAction(entry);
-  return entry;
-}
 
 QMenu* MakeMenu(QWidget& window, const char* name) {
   auto* menu = new QMenu(&window);
@@ -74,9 +60,8 @@ DatabaseMenus MakeDatabaseMenus(QWidget& window, const DatabaseActions& actions)
   menus.root = MakeMenu(window, "PMDbMgr");
   AddEntry(*menus.root, "OpenDbConn", *actions.ActOpenDbMgr, QStringLiteral("Open"));
   menus.data_source = MakeMenu(window, "PMDS");
-  AddEntry(*menus.data_source, "ConnectDSMenu", *actions.ConnectDS, actions.ConnectDS->text());
-  AddEntry(*menus.data_source, "DisConnectDSMenu", *actions.DisConnectDS,
-           actions.DisConnectDS->text());
+  AddEntry(*menus.data_source, "ConnectDSMenu", *actions.ConnectDS);
+  AddEntry(*menus.data_source, "DisConnectDSMenu", *actions.DisConnectDS);
   menus.meta = MakeMenu(window, "PMMeta");
   for (QAction* action : {actions.DropMeta, actions.ChangeMeta, actions.MigrateMeta}) {
     menus.meta->addAction(action);

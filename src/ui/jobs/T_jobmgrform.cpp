@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "ui/jobs/batch_delegate.h"
+#include "ui/toolkit/menu_entry.h"
 #include "ui/toolkit/notice.h"
 #include "ui/toolkit/text.h"
 #include "workspace/job_operations.h"
@@ -87,19 +88,30 @@ TJobMgrForm::~TJobMgrForm() {
 }
 
 void TJobMgrForm::MakeMenus() {
-  const auto make = [this](const char* name, const std::vector<QAction*>& actions) {
+  const auto make = [this](const char* name) {
     auto* menu = new QMenu(this);
     menu->setObjectName(QLatin1StringView(name));
-    for (QAction* action : actions) menu->addAction(action);
     return menu;
   };
-  job_new_menu_ = make("PMJobNew", {actions_.FileNew});
-  job_menu_ = make("PMJobMgr", {actions_.FileOpen, actions_.Refresh, actions_.FileDelete,
-                                actions_.RunRun, actions_.RunPause, actions_.RunStop});
-  job_menu_->insertSeparator(actions_.RunRun);
-  table_menu_ = make("PMJobMeta", {actions_.ChangeRemoteOwner, actions_.Exclude, actions_.Include,
-                                   actions_.Migrate});
-  frame_.HeadMenuButton().setMenu(make("PMTree", {actions_.expand, actions_.collapse}));
+  job_new_menu_ = make("PMJobNew");
+  AddEntry(*job_new_menu_, "JobNew", *actions_.FileNew);
+  job_menu_ = make("PMJobMgr");
+  AddEntry(*job_menu_, "Open2", *actions_.FileOpen);
+  AddEntry(*job_menu_, "Refresh2", *actions_.Refresh);
+  AddEntry(*job_menu_, "Delete2", *actions_.FileDelete);
+  job_menu_->addSeparator();
+  AddEntry(*job_menu_, "JobRun", *actions_.RunRun);
+  AddEntry(*job_menu_, "Pause2", *actions_.RunPause);
+  AddEntry(*job_menu_, "JobStop", *actions_.RunStop);
+  table_menu_ = make("PMJobMeta");
+  AddEntry(*table_menu_, "ChangRemoteOwner1", *actions_.ChangeRemoteOwner);
+  AddEntry(*table_menu_, "Exclude1", *actions_.Exclude);
+  AddEntry(*table_menu_, "Include1", *actions_.Include);
+  AddEntry(*table_menu_, "Migrate1", *actions_.Migrate);
+  QMenu* const tree_menu = make("PMTree");
+  AddEntry(*tree_menu, "expand1", *actions_.expand);
+  AddEntry(*tree_menu, "collapse1", *actions_.collapse);
+  frame_.HeadMenuButton().setMenu(tree_menu);
 }
 
 void TJobMgrForm::ConnectActions() {

@@ -1,0 +1,15 @@
+// Entries of pop-up menus that stand for an action under a name of their own.
+#pragma once
+
+#include <QString>
+
+class QAction;
+class QMenu;
+
+namespace quillmere {
+
+// Shows, enables and does what the action does, and names its shortcut. Owned by the menu. caption:
+// the action's when empty.
+QAction* AddEntry(QMenu& menu, const char* name, QAction& action, const QString& caption = {});
+
+}  // namespace quillmere
