@@ -1,5 +1,5 @@
-// A data source with 100,000 cached tables: loaded by the registry, against pugixml with the same
-// content as real XML and the same records.
+// A data source with 100,000 cached tables and their keys: loaded by the registry, against pugixml
+// with the same content as real XML and the same records, whose equal texts share their memory.
 #include <memory>
 #include <pugixml.hpp>
 
@@ -27,7 +27,13 @@ DataSource BigDataSource() {
     table.table_name = "SHIPMENT_" + std::to_string(i);
     table.tablespace = pool.Share("WAREHOUSE_DATA");
     table.rows = static_cast<std::int32_t>(i * 7);
+    KeyRecord key;
+    key.table_owner = table.table_owner;
+    key.table_name = table.table_name;
+    key.key_name = "SHIPMENT_PK_" + std::to_string(i);
+    key.status = pool.Share("ENABLED");
     source.tables.push_back(std::move(table));
+    source.primary_keys.push_back(std::move(key));
   }
   return source;
 }
@@ -58,11 +64,19 @@ class PugixmlRegistry {
   PugixmlRegistry() {
     pugi::xml_document document;
     pugi::xml_node schema = document.append_child("schema");
-    for (const TableRecord& table : BigDataSource().tables) {
+    const DataSource source = BigDataSource();
+    for (const KeyRecord& key : source.primary_keys) {
+      pugi::xml_node node = schema.append_child("primarykey");
+      Append(node, "tableowner", key.table_owner);
+      Append(node, "tablename", key.table_name);
+      Append(node, "keyname", key.key_name);
+      Append(node, "status", key.status);
+    }
+    for (const TableRecord& table : source.tables) {
       pugi::xml_node node = schema.append_child("tables");
-      node.append_child("tableowner").text().set(table.table_owner.String().c_str());
-      node.append_child("tablename").text().set(table.table_name.String().c_str());
-      node.append_child("tablespace").text().set(table.tablespace.String().c_str());
+      Append(node, "tableowner", table.table_owner);
+      Append(node, "tablename", table.table_name);
+      Append(node, "tablespace", table.tablespace);
       node.append_child("rows").text().set(table.rows);
     }
     if (!document.save_file(File().c_str(), "   ")) std::abort();
@@ -73,10 +87,18 @@ class PugixmlRegistry {
     if (!document.load_file(File().c_str())) std::abort();
     DataSource source;
     TextPool pool;
-    for (const pugi::xml_node& node : document.child("schema").children("tables")) {
+    const pugi::xml_node schema = document.child("schema");
+    for (const pugi::xml_node& node : schema.children("primarykey")) {
+      KeyRecord& key = source.primary_keys.emplace_back();
+      key.table_owner = pool.Share(node.child_value("tableowner"));
+      key.table_name = pool.Share(node.child_value("tablename"));
+      key.key_name = node.child_value("keyname");
+      key.status = pool.Share(node.child_value("status"));
+    }
+    for (const pugi::xml_node& node : schema.children("tables")) {
       TableRecord& table = source.tables.emplace_back();
       table.table_owner = pool.Share(node.child_value("tableowner"));
-      table.table_name = node.child_value("tablename");
+      table.table_name = pool.Share(node.child_value("tablename"));
       table.tablespace = pool.Share(node.child_value("tablespace"));
       table.rows = node.child("rows").text().as_int();
     }
@@ -85,6 +107,9 @@ class PugixmlRegistry {
   }
 
  private:
+  static void Append(pugi::xml_node& node, const char* name, const SharedText& text) {
+    node.append_child(name).text().set(text.String().c_str());
+  }
   std::filesystem::path File() const { return folder_.Path() / "registry.xml"; }
 
   ScratchFolder folder_;
