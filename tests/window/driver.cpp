@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
@@ -95,15 +96,22 @@ Driver::~Driver() {
 
 void Driver::RunOnUi(std::function<void()> work) {
   if (QThread::currentThread() == QCoreApplication::instance()->thread()) return work();
+  // A lock on both sides, for the thread sanitizer: it does not see that Qt's event queue hands
+  // over what this thread wrote before.
+  static std::mutex handed_over;
   std::promise<void> done;
   std::future<void> finished = done.get_future();
-  QMetaObject::invokeMethod(
-      QCoreApplication::instance(),
-      [&] {
-        work();
-        done.set_value();
-      },
-      Qt::QueuedConnection);
+  {
+    const std::lock_guard lock(handed_over);
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        [&] {
+          { const std::lock_guard mine(handed_over); }
+          work();
+          done.set_value();
+        },
+        Qt::QueuedConnection);
+  }
   if (finished.wait_for(2 * kLimit) == std::future_status::ready) return;
   // What stands on this stack may still be used: there is no way on from here.
   screen_.Picture().save(QStringLiteral("hang.png"));
@@ -194,6 +202,12 @@ void Driver::ClickAt(QWidget* widget, const std::function<QPoint()>& place, XDis
   screen_.Click(button, times);
   WaitFor("the click to arrive", [&] { return arrivals_.buttons >= before + times; });
   last_click_ = Clock::now();
+}
+
+// A check box takes clicks on what is drawn of it only.
+void Driver::Click(QWidget* widget) {
+  const bool box = qobject_cast<QCheckBox*>(widget) != nullptr;
+  ClickAt(widget, [=] { return box ? QPoint(10, widget->height() / 2) : widget->rect().center(); });
 }
 
 void Driver::MoveOver(QWidget* widget) {

@@ -60,7 +60,7 @@ class Driver {
   // place: within the widget, asked once it is there to be clicked; its middle when there is none.
   void ClickAt(QWidget* widget, const std::function<QPoint()>& place,
                XDisplay::Button button = XDisplay::kLeft, int times = 1);
-  void Click(QWidget* widget) { ClickAt(widget, {}); }
+  void Click(QWidget* widget);
   void Click(std::string_view name) { Click(Find(name)); }
   void ClickAction(std::string_view name);  // by the button of a visible tool bar
   void ClickCell(std::string_view view, int row, int column);

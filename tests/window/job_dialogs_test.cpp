@@ -43,6 +43,7 @@ TEST_F(Dialogs, JobPropertiesThatCannotBeAreRefused) {
       {"J", "d", "A", "", "5", empty, "CBDesDSN"},
       {"J", "d", "B", "B", "5", "Data Source Can't be same", "CBDesDSN"},
       {"a/b", "d", "A", "B", "5", "A name must not contain '/'", "EditJobName"},
+      {"a\tb", "d", "", "", "5", "A name must not contain control characters", "EditJobName"},
       {"..", "d", "", "", "5", "A name must not end with a dot", "EditJobName"},
       {"com1", "d", "", "", "5", "A name must not be that of a device, like NUL or COM1",
        "EditJobName"},

@@ -116,6 +116,7 @@ TEST_F(JobExplorer, TablesAreExcludedRedirectedAndIncluded) {
   ClickAction("Exclude");
   Click("SubmitBtn");
   WaitForRows("JobMgrLV", {all[0], all[3]});
+  EXPECT_NE(folder_.Read("jobs/J/J.xml").find("<includeflag>false<"), std::string::npos) << "saved";
 
   SelectRows("JobMgrLV", {"ITEM"});
   RightClickCell("JobMgrLV", 0, 0);
@@ -126,6 +127,8 @@ TEST_F(JobExplorer, TablesAreExcludedRedirectedAndIncluded) {
   Row redirected = all[0];
   redirected[2] = "ARCHIVE";
   WaitForRows("JobMgrLV", {redirected, all[3]});
+  EXPECT_EQ(folder_.Read("jobs/J/J.xml").find("<desowner>ARCHIVE"), std::string::npos)
+      << "not yet saved";
 
   SelectNode({"J", "Exclude"});
   EXPECT_EQ(Shown(), (Names{"FileNew", "Include"}));

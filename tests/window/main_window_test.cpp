@@ -20,9 +20,8 @@ using Names = std::vector<std::string>;
 class MainWindow : public ProgramTest {
  protected:
   // The whole program in a process of its own.
-  pid_t StartProgram() {
+  pid_t StartProgram(const std::string& folder) {
     const std::string program = (ProgramFolder() / "quillmere").string();
-    const std::string folder = folder_.Path().string();
     const char* const arguments[] = {program.c_str(), "--workdir", folder.c_str(),
                                      "--client",      "sandbox",   nullptr};
     pid_t id = -1;
@@ -202,16 +201,25 @@ TEST_F(MainWindow, EndsDuringAPassAndGoesOnThere) {
 
 TEST_F(MainWindow, EndsWhileMessagesArrive) {
   StartWithBatch(50);
-  WaitFor("the pass", [this] { return Work().Jobs().At(0).batch_pending == 0 && Applied() == 50; });
-  // Every start fails and tells so twice; the window does not come to its messages before its end.
-  std::filesystem::rename(folder_ / "sandbox/B.db", folder_ / "sandbox/away");
+  WaitForMessage("Successfully synchronized a batch of J");
+  // A change is captured by the pass after the one that first sees it.
   Sql("A", "update SHOP.ITEM set NAME = 'y';");
-  Ui([this] {
-    NextPass();
+  clock_.TurnMinutes(1);
+  WaitForMessage("Nothing synchronized in this interval of  J", 2);
+  // That pass has something to tell, and the window does not come to it before its end.
+  std::filesystem::rename(folder_ / "sandbox/B.db", folder_ / "sandbox/away");
+  const bool ended = Ui([this] {
+    clock_.TurnMinutes(1);
+    const Clock::time_point limit = Clock::now() + kLimit;
+    JobList::Progress progress;
+    while (progress.batch_remaining == 0 && Clock::now() < limit) {
+      Work().Jobs().State(0, &progress);
+    }
     Window().RequestEnd();
     std::string reason;
-    EXPECT_TRUE(Window().Finish(reason)) << reason;
+    return Window().Finish(reason) && progress.batch_remaining > 0;
   });
+  EXPECT_TRUE(ended);
   Quit();
   std::filesystem::rename(folder_ / "sandbox/away", folder_ / "sandbox/B.db");
   ExpectAllIsAppliedAfterRestart();
@@ -274,14 +282,19 @@ TEST_F(MainWindow, AnswersWhileThousandsOfStatementsAreApplied) {
   EXPECT_EQ(Difference("A B"), "identical\n");
 }
 
-TEST_F(MainWindow, TheProgramKnowsItsFolderIsInUseAndEndsInGoodOrder) {
-  Open();
-  pid_t program = StartProgram();
-  WaitFor("its message", [this] { return Screen().ActiveTitle() == "Quillmere"; });
-  Screen().Press("Return");
-  EXPECT_EQ(ExitStatus(program), 1);
+TEST_F(MainWindow, TheProgramRefusesBadFoldersAndEndsInGoodOrder) {
+  Open();  // takes the folder
+  folder_.Write("file", "");
+  folder_.Write("log/error.log/x", "");  // no error.log can be written there
+  for (const char* bad : {".", "file", "log"}) {
+    SCOPED_TRACE(bad);
+    const pid_t program = StartProgram((folder_ / bad).string());
+    WaitFor("its message", [this] { return Screen().ActiveTitle() == "Quillmere"; });
+    Screen().Press("Return");
+    EXPECT_EQ(ExitStatus(program), 1);
+  }
   Quit();
-  program = StartProgram();
+  const pid_t program = StartProgram(folder_.Path().string());
   WaitFor("its window", [this] { return Screen().ActiveTitle() == "Quillmere"; });
   kill(program, SIGTERM);
   EXPECT_EQ(ExitStatus(program), 0);

@@ -165,14 +165,15 @@ std::vector<int> ProgramTest::Widths(std::string_view view) {
   });
 }
 
-void ProgramTest::WaitForMessage(const std::string& text) {
+void ProgramTest::WaitForMessage(const std::string& text, int times) {
   WaitFor("the message " + text, [&] {
     const QAbstractItemModel* list =
         window_->Form().findChild<QAbstractItemView*>("TreeView1")->model();
+    int found = 0;
     for (int row = 0; row < list->rowCount(); ++row) {
-      if (list->index(row, 0).data().toString().toStdString().ends_with(" " + text)) return true;
+      if (list->index(row, 0).data().toString().toStdString().ends_with(" " + text)) ++found;
     }
-    return false;
+    return found >= times;
   });
 }
 

@@ -52,13 +52,14 @@ class ProgramTest : public testing::Test, protected Driver {
   std::vector<std::string> ActionsShown(std::string_view tool_bar);
   // Of the list's columns: as wide as it should be, or less. A caption may make one wider.
   std::vector<int> Widths(std::string_view view);
-  void WaitForMessage(const std::string& text);  // at the end of a line of the message list
+  // At the end of so many lines of the message list.
+  void WaitForMessage(const std::string& text, int times = 1);
   JobState StateOf(const std::string& job);
   void WaitForState(const std::string& job, JobState state);
 
   // Asks for it by the tool bar, and says yes.
   void Request(const std::string& action, const std::string& question);
-  // An interval later.
+  // Two intervals later: a change is captured by the pass after the one that first sees it.
   void NextPass() { clock_.TurnMinutes(2); }
 
   TempFolder folder_;
