@@ -402,6 +402,12 @@ void Driver::Press(std::string_view keys) {
   WaitFor("the keys to arrive", [&] { return arrivals_.keys >= before + strokes; });
 }
 
+void Driver::PressForManager(std::string_view keys) {
+  Note("press " + std::string(keys));
+  WaitForFocus();
+  if (!screen_.Press(keys)) GiveUp("no such keys: " + std::string(keys));
+}
+
 void Driver::Type(std::string_view text) {
   Note("type " + std::string(text.substr(0, 60)));
   WaitForFocus();

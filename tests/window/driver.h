@@ -77,7 +77,8 @@ class Driver {
   void Choose(std::string_view combo, std::string_view text);
 
   void Press(std::string_view keys);
-  void Type(std::string_view text);  // what no key is for comes by way of the clipboard
+  void PressForManager(std::string_view keys);  // which takes them: they do not arrive here
+  void Type(std::string_view text);             // what no key is for comes by way of the clipboard
   void Enter(std::string_view field, std::string_view text);  // instead of what is there
   void MoveOver(QWidget* widget);
 

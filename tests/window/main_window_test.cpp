@@ -179,7 +179,7 @@ TEST_F(MainWindow, StaysOpenWhileThereIsWork) {
       Work().Jobs().At(0).next_due = AddMinutes(clock_.Now(), 1000);
       Work().Jobs().SetState(0, row.state, row.progress);
     });
-    Screen().Press("alt+F4");  // the window manager's
+    PressForManager("alt+F4");
     AnswerBox(row.refusal);
     EXPECT_TRUE(IsShown("MainForm"));
   }
