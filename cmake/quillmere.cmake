@@ -18,12 +18,27 @@ set(QUILLMERE_PCH <algorithm> <atomic> <cstdint> <filesystem> <functional> <map>
     <string> <string_view> <unordered_map> <utility> <vector>)
 
 # quillmere_library(NAME SOURCES ... LINKS ...): one folder of the core. It links only what it may use,
-# so that a call to a floor above does not link.
+# so that a call to a floor above does not link. All share one set of precompiled headers.
 function(quillmere_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC quillmere_options ${ARG_LINKS})
-  target_precompile_headers(${name} PRIVATE ${QUILLMERE_PCH})
+  if(name STREQUAL quillmere_foundation)
+    target_precompile_headers(${name} PRIVATE ${QUILLMERE_PCH})
+  else()
+    target_precompile_headers(${name} REUSE_FROM quillmere_foundation)
+  endif()
+endfunction()
+
+# Precompiled headers for tests, made once: they hold only for targets with the same code model, and
+# programs have another one than libraries (-fPIE, but -fPIC with Qt).
+function(quillmere_test_headers name)
+  cmake_parse_arguments(ARG "" "" "LINKS;OPTIONS;HEADERS" ${ARGN})
+  file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp "// Carries precompiled headers.\n")
+  add_library(${name} OBJECT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
+  target_link_libraries(${name} PRIVATE quillmere_options ${ARG_LINKS} GTest::gmock)
+  target_compile_options(${name} PRIVATE ${ARG_OPTIONS})
+  target_precompile_headers(${name} PRIVATE ${QUILLMERE_PCH} <gtest/gtest.h> ${ARG_HEADERS})
 endfunction()
 
 # quillmere_test(NAME SOURCES ... LINKS ...): one GoogleTest program for one folder.
@@ -32,7 +47,11 @@ function(quillmere_test name)
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE quillmere_options ${ARG_LINKS} GTest::gmock GTest::gtest_main)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
-  target_precompile_headers(${name} PRIVATE ${QUILLMERE_PCH} <gtest/gtest.h>)
+  if(ARG_LINKS MATCHES quillmere_ui)
+    target_precompile_headers(${name} REUSE_FROM quillmere_ui_test_headers)
+  else()
+    target_precompile_headers(${name} REUSE_FROM quillmere_test_headers)
+  endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
 endfunction()
 
