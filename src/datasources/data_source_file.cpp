@@ -42,40 +42,50 @@ void AppendTable(XmlNode& schema, const TableRecord& table) {
   node.AddNumber("rows", table.rows);
 }
 
-void ReadKey(const XmlNode& node, TextPool& pool, KeyRecord& key) {
+// Few owners, states and types stand beside each table's name, and the names come in the order of
+// the tables in each of the three lists.
+struct Texts {
+  TextPool few;
+  TextRounds tables;
+};
+
+void ReadKey(const XmlNode& node, Texts& texts, KeyRecord& key) {
   XmlFields fields(node);
-  key.table_owner = pool.Share(fields.Text("tableowner"));
-  key.table_name = pool.Share(fields.Text("tablename"));
+  key.table_owner = texts.few.Share(fields.Text("tableowner"));
+  key.table_name = texts.tables.Share(fields.Text("tablename"));
   key.key_name = fields.Text("keyname");
-  key.status = pool.Share(fields.Text("status", "undef"));
+  key.status = texts.few.Share(fields.Text("status", "undef"));
 }
 
-void ReadIndex(const XmlNode& node, TextPool& pool, IndexRecord& index) {
+void ReadIndex(const XmlNode& node, Texts& texts, IndexRecord& index) {
   XmlFields fields(node);
-  index.table_owner = pool.Share(fields.Text("tableowner"));
-  index.table_name = pool.Share(fields.Text("tablename"));
-  index.index_owner = pool.Share(fields.Text("indexowner"));
+  index.table_owner = texts.few.Share(fields.Text("tableowner"));
+  index.table_name = texts.tables.Share(fields.Text("tablename"));
+  index.index_owner = texts.few.Share(fields.Text("indexowner"));
   index.index_name = fields.Text("indexname");
-  index.type = pool.Share(fields.Text("type"));
-  index.status = pool.Share(fields.Text("status"));
+  index.type = texts.few.Share(fields.Text("type"));
+  index.status = texts.few.Share(fields.Text("status"));
   index.level = fields.Number("level");
 }
 
-void ReadTable(const XmlNode& node, TextPool& pool, TableRecord& table) {
+void ReadTable(const XmlNode& node, Texts& texts, TableRecord& table) {
   XmlFields fields(node);
-  table.table_owner = pool.Share(fields.Text("tableowner"));
-  table.table_name = pool.Share(fields.Text("tablename"));
-  table.tablespace = pool.Share(fields.Text("tablespace"));
-  table.type = pool.Share(fields.Text("type"));
+  table.table_owner = texts.few.Share(fields.Text("tableowner"));
+  table.table_name = texts.tables.Share(fields.Text("tablename"));
+  table.tablespace = texts.few.Share(fields.Text("tablespace"));
+  table.type = texts.few.Share(fields.Text("type"));
   table.rows = fields.Number("rows");
 }
 
 void ReadSchema(const XmlNode& schema, DataSource& source) {
-  TextPool pool;
+  Texts texts;
+  std::string_view list;
   for (const XmlNode* node = schema.FirstChild(); node != nullptr; node = node->NextSibling()) {
-    if (node->Name() == "primarykey") ReadKey(*node, pool, source.primary_keys.emplace_back());
-    if (node->Name() == "index") ReadIndex(*node, pool, source.indexes.emplace_back());
-    if (node->Name() == "tables") ReadTable(*node, pool, source.tables.emplace_back());
+    if (node->Name() != list) texts.tables.StartRound();
+    list = node->Name();
+    if (list == "primarykey") ReadKey(*node, texts, source.primary_keys.emplace_back());
+    if (list == "index") ReadIndex(*node, texts, source.indexes.emplace_back());
+    if (list == "tables") ReadTable(*node, texts, source.tables.emplace_back());
   }
 }
 

@@ -21,4 +21,15 @@ SharedText TextPool::Share(std::string_view text) {
   return found != texts_.end() ? *found : *texts_.emplace(text).first;
 }
 
+SharedText TextRounds::Share(std::string_view text) {
+  if (latest_ == text) return latest_;
+  if (next_ == order_.size()) order_.emplace_back(text);
+  if (order_[next_] == text) {
+    latest_ = order_[next_++];
+  } else {
+    latest_ = SharedText(text);
+  }
+  return latest_;
+}
+
 }  // namespace quillmere

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <unordered_set>
 #include <utility>
+#include <vector>
 
 namespace quillmere {
 
@@ -79,6 +80,19 @@ class TextPool {
   };
 
   std::unordered_set<SharedText, Hash, Equal> texts_;
+};
+
+// The same for texts that come in nearly the same order in several rounds, without a look-up: the
+// table names in the lists of one data source. What comes out of order gets a memory of its own.
+class TextRounds {
+ public:
+  void StartRound() { next_ = 0; }
+  SharedText Share(std::string_view text);
+
+ private:
+  std::vector<SharedText> order_;
+  std::size_t next_ = 0;  // in order_: what was not yet met in this round
+  SharedText latest_;
 };
 
 }  // namespace quillmere
