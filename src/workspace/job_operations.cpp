@@ -111,6 +111,17 @@ std::string WhyJobRefused(const Workspace& workspace, const JobProperties& trimm
   return workspace.Catalogue().WhyNameRefused(trimmed.name, index);
 }
 
+std::string DescriptionAsKept(std::string_view description) {
+  // As deep as it stands in the file of jobs.
+  XmlDocument written;
+  written.Root().AddChild("jobs").AddChild("job").AddChild("description", FoldForXml(description));
+  XmlDocument read;
+  if (!read.Parse(written.Text())) return {};
+  const XmlNode* jobs = read.Root().Child("jobs");
+  const XmlNode* job = jobs == nullptr ? nullptr : jobs->Child("job");
+  return job == nullptr ? std::string() : std::string(job->ChildValue("description"));
+}
+
 std::string ProposeJobName(const JobList& jobs) {
   for (std::size_t number = 1;; ++number) {
     std::string name = "Job" + std::to_string(number);

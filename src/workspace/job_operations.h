@@ -36,6 +36,10 @@ std::string WhyJobRefused(const Workspace& workspace, const JobProperties& trimm
 // "Job" and the smallest number from 1 that no job has.
 std::string ProposeJobName(const JobList& jobs);
 
+// What a description reads as after the next start: the file drops blanks at the ends of lines and
+// empty lines, makes tabs blanks and breaks lines that are too long for it.
+std::string DescriptionAsKept(std::string_view description);
+
 // Makes a stopped job, reads its tables from the source and saves the catalogue. The job stays when
 // its tables could not be read: table_list_fetched is false then, and the outcome's text and the
 // log say why. index: where it stands, or kNotFound.

@@ -136,7 +136,7 @@ void Driver::Note(std::string step) {
 void Driver::WaitFor(const std::string& what, const std::function<bool()>& condition) {
   const Clock::time_point end = Clock::now() + kLimit;
   while (!Ui(condition)) {
-    if (Clock::now() > end) GiveUp("waited in vain: " + what);
+    if (Clock::now() > end) GiveUp("waited in vain: " + what + "\nopen windows: " + OpenWindows());
     std::this_thread::sleep_for(kPoll);
   }
 }

@@ -215,8 +215,24 @@ void TJobEditForm::OkBtnClick() {
     const std::size_t sources = context_.workspace.Registry().CountInUse();
     return ShowNotice(this, refused, Widget(FieldToCorrect(entered, sources)));
   }
+  if (!AgreesToDescription(entered.description)) return description_->setFocus();
   properties_ = std::move(entered);
   accept();
+}
+
+// Asked only about what was typed here: what came from the file stays as it is in it.
+bool TJobEditForm::AgreesToDescription(std::string& description) {
+  if (TextOf(*description_) == shown_description_) return true;
+  std::string kept = DescriptionAsKept(description);
+  if (kept == description) return true;
+  if (!Confirm(
+          this,
+          "The description cannot be kept exactly so: its file breaks very long lines, drops "
+          "empty lines and blanks around lines, and makes tabs blanks.\n\nKeep it like that?")) {
+    return false;
+  }
+  description = std::move(kept);
+  return true;
 }
 
 // The first entry highlights nothing.

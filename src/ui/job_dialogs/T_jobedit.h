@@ -40,6 +40,7 @@ class TJobEditForm : public QDialog {
   void HighlightRow(int choice);
 
   void OkBtnClick();
+  bool AgreesToDescription(std::string& description);
   void NewConnBtnClick();
 
   UiContext& context_;
