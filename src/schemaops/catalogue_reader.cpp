@@ -202,6 +202,11 @@ CatalogueRead SchemaOperations::RefreshCatalogue(DataSource& source, ProgressLis
     reason += ". Reason: " + session.LastError();
     return CatalogueRead::Failed;
   }
+  return RefreshCatalogue(session, source, listener, reason);
+}
+
+CatalogueRead SchemaOperations::RefreshCatalogue(OracleSession& session, DataSource& source,
+                                                 ProgressListener& listener, std::string& reason) {
   log_.Add("connect to database: " + source.name + " successed, when refresh.", false);
   return ReadCatalogue(session, source, listener, reason);
 }

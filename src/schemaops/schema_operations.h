@@ -102,7 +102,9 @@ class SchemaOperations {
   CatalogueRead RefreshCatalogue(DataSource& source, ProgressListener& listener,
                                  std::string& reason);
 
-  // The same on a connection that is there already.
+  // The same on a connection that is there already; the second adds no line that there is one.
+  CatalogueRead RefreshCatalogue(OracleSession& session, DataSource& source,
+                                 ProgressListener& listener, std::string& reason);
   CatalogueRead ReadCatalogue(OracleSession& session, DataSource& source,
                               ProgressListener& listener, std::string& reason);
 

@@ -115,10 +115,13 @@ Outcome RemoveDataSource(Workspace& workspace, std::size_t index) {
   return removed ? saved : Outcome::Refused(std::move(reason));
 }
 
-Outcome RefreshDataSource(Workspace& workspace, std::size_t index, ProgressListener& progress) {
+Outcome RefreshDataSource(Workspace& workspace, std::size_t index, ProgressListener& progress,
+                          OracleSession* session) {
+  SchemaOperations operations = SchemaOperationsOf(workspace);
+  DataSource& source = workspace.Registry().At(index);
   std::string reason;
-  switch (SchemaOperationsOf(workspace).RefreshCatalogue(workspace.Registry().At(index), progress,
-                                                         reason)) {
+  switch (session == nullptr ? operations.RefreshCatalogue(source, progress, reason)
+                             : operations.RefreshCatalogue(*session, source, progress, reason)) {
     case CatalogueRead::Read:
       return SaveRegistry(workspace);
     case CatalogueRead::Cancelled:

@@ -44,7 +44,9 @@ Outcome TestDataSource(Workspace& workspace, std::size_t index);
 Outcome RemoveDataSource(Workspace& workspace, std::size_t index);
 
 // Reads the catalogue into the record anew and saves. A failure is in the log, too.
-Outcome RefreshDataSource(Workspace& workspace, std::size_t index, ProgressListener& progress);
+// session: a connection that is there already; null makes one with the stored log-on.
+Outcome RefreshDataSource(Workspace& workspace, std::size_t index, ProgressListener& progress,
+                          OracleSession* session = nullptr);
 
 // True when a job that names it as source or destination is running.
 bool IsUsedByRunningJob(const JobList& jobs, std::string_view data_source);

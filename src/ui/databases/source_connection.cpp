@@ -27,17 +27,6 @@ class WatchedProgress final : public ProgressListener {
   bool cancelled_ = false;
 };
 
-// As RefreshDataSource, on a connection that is there.
-Outcome ReadOn(OracleSession& session, Workspace& workspace, DataSource& source,
-               ProgressListener& progress) {
-  workspace.Log().Add("connect to database: " + source.name + " successed, when refresh.", false);
-  SchemaOperations operations(workspace.Oci(), workspace.Log(), workspace.ProgramSettings());
-  std::string reason;
-  const CatalogueRead read = operations.ReadCatalogue(session, source, progress, reason);
-  if (read == CatalogueRead::Read && workspace.Registry().Save(reason)) return Outcome::Done();
-  return Outcome::Refused(reason);
-}
-
 }  // namespace
 
 void SourceConnection::Connect(std::size_t index, const std::function<void()>& logged_on) {
@@ -96,8 +85,7 @@ void SourceConnection::Refresh(std::size_t index, OracleSession* session) {
   {
     ProgressDialog progress(parent_, QStringLiteral("Refresh"), "connect to " + source.name);
     WatchedProgress watched(progress);
-    outcome = session == nullptr ? RefreshDataSource(workspace, index, watched)
-                                 : ReadOn(*session, workspace, source, watched);
+    outcome = RefreshDataSource(workspace, index, watched, session);
     begun = watched.Begun();
     cancelled = watched.Cancelled();
   }

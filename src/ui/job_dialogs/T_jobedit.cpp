@@ -225,6 +225,10 @@ bool TJobEditForm::AgreesToDescription(std::string& description) {
   if (TextOf(*description_) == shown_description_) return true;
   std::string kept = DescriptionAsKept(description);
   if (kept == description) return true;
+  if (kept.empty()) {
+    ShowNotice(this, "Obligatory field can not be empty");
+    return false;
+  }
   if (!Confirm(
           this,
           "The description cannot be kept exactly so: its file breaks very long lines, drops "
