@@ -72,8 +72,6 @@ def messages(folder):
             yield from ((file, text) for text in literals(without_comments(file.read_text())))
     windows = [file for name in ("ui", "app") for file in sorted((folder / "src" / name).rglob("*.cpp"))]
     for file in windows:
-        if "gallery" in file.parts:
-            continue
         source = without_comments(file.read_text())
         for call in SAID.finditer(source):
             yield from ((file, text) for text in literals(call_arguments(source, call.end() - 1)))

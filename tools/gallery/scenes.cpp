@@ -1,4 +1,4 @@
-#include "ui/gallery/scenes.h"
+#include "gallery/scenes.h"
 
 #include <QApplication>
 #include <QItemSelectionModel>

@@ -1,8 +1,8 @@
 // Every window, dialog and state of the program, one picture each.
 #pragma once
 
+#include "gallery/studio.h"
 #include "ui/H_global.h"
-#include "ui/gallery/studio.h"
 
 namespace quillmere {
 

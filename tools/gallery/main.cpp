@@ -3,8 +3,8 @@
 #include <QApplication>
 #include <QTextStream>
 
-#include "ui/gallery/example_folder.h"
-#include "ui/gallery/scenes.h"
+#include "gallery/example_folder.h"
+#include "gallery/scenes.h"
 #include "ui/toolkit/icons.h"
 #include "workspace/program_folder.h"
 

@@ -1,4 +1,4 @@
-#include "ui/gallery/example_folder.h"
+#include "gallery/example_folder.h"
 
 #include <QByteArray>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "ui/gallery/studio.h"
+#include "gallery/studio.h"
 
 #include <QApplication>
 #include <QCloseEvent>
