@@ -1,16 +1,11 @@
 #include "datasources/data_source_registry.h"
+#include "support/hand_clock.h"
+#include "support/temp_folder.h"
 
 #include <sys/stat.h>
 
-#include "foundation/temp_folder.h"
-
 namespace quillmere {
 namespace {
-
-class HandClock final : public Clock {
- public:
-  LocalTime Now() const override { return LocalTime{1769903947000}; }
-};
 
 // A program's registry on a working folder; a second one on the same folder is its restart.
 struct Program {

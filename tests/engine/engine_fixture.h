@@ -8,8 +8,9 @@
 #include <vector>
 
 #include "engine/job_runner.h"
-#include "foundation/temp_folder.h"
-#include "oracle/scripted_oci.h"
+#include "support/hand_clock.h"
+#include "support/scripted_oci.h"
+#include "support/temp_folder.h"
 
 namespace quillmere {
 
@@ -19,11 +20,6 @@ inline const std::string kRedoQuery =
     "select scn, sql_redo from v$logmnr_contents where ( operation='INSERT' or operation='UPDATE' "
     "or operation='DELETE' ) and ( seg_owner NOT IN ('SYS', 'SYSTEM') ) ";
 inline const std::string kRowAddress = " and ROWID = 'AAABBBAAACCCDDDEEE'";
-
-struct HandClock final : Clock {
-  LocalTime Now() const override { return now; }
-  LocalTime now{1'700'000'000'000};
-};
 
 // Writes down what it is told, in order: "i:", "e:" and the text, "changed", "fetched".
 struct Recorder final : RunnerListener {

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "foundation/temp_folder.h"
+#include "support/temp_folder.h"
 
 namespace quillmere {
 namespace {

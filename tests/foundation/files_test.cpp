@@ -6,7 +6,7 @@
 
 #include <thread>
 
-#include "foundation/temp_folder.h"
+#include "support/temp_folder.h"
 
 namespace quillmere {
 namespace {

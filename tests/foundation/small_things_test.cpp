@@ -2,7 +2,7 @@
 
 #include "foundation/H_tea.h"
 #include "foundation/byte_arena.h"
-#include "foundation/temp_folder.h"
+#include "support/temp_folder.h"
 
 namespace quillmere {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <random>
 
-#include "foundation/temp_folder.h"
+#include "support/temp_folder.h"
 
 namespace quillmere {
 namespace {

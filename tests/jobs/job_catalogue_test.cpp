@@ -3,16 +3,12 @@
 #include <atomic>
 #include <thread>
 
-#include "foundation/temp_folder.h"
 #include "jobs/job_list.h"
+#include "support/hand_clock.h"
+#include "support/temp_folder.h"
 
 namespace quillmere {
 namespace {
-
-class HandClock final : public Clock {
- public:
-  LocalTime Now() const override { return LocalTime{1769903947000}; }
-};
 
 using Files = std::vector<std::string>;
 

@@ -1,17 +1,12 @@
 #include "messages/message_log.h"
+#include "support/hand_clock.h"
+#include "support/temp_folder.h"
 
 #include <atomic>
 #include <thread>
 
-#include "foundation/temp_folder.h"
-
 namespace quillmere {
 namespace {
-
-class HandClock final : public Clock {
- public:
-  LocalTime Now() const override { return LocalTime{1769903947000}; }
-};
 
 struct MessageLogTest : testing::Test {
   std::string Stamped(std::string_view text) { return "20260131 23:59:07 " + std::string(text); }

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "oracle/H_oracle.h"
-#include "oracle/scripted_oci.h"
+#include "support/scripted_oci.h"
 
 namespace quillmere {
 namespace {

@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "oracle/nls_defaults.h"
-#include "oracle/scripted_oci.h"
+#include "support/scripted_oci.h"
 
 namespace quillmere {
 namespace {

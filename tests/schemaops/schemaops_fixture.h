@@ -4,9 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "foundation/temp_folder.h"
-#include "oracle/scripted_oci.h"
 #include "schemaops/schema_operations.h"
+#include "support/scripted_oci.h"
+#include "support/temp_folder.h"
 
 namespace quillmere {
 

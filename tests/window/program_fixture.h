@@ -4,22 +4,16 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "foundation/temp_folder.h"
+#include "support/hand_clock.h"
+#include "support/temp_folder.h"
 #include "ui/main/program_window.h"
 #include "window/driver.h"
 
 namespace quillmere::window {
-
-struct TurnedClock final : Clock {
-  LocalTime Now() const override { return LocalTime{ms}; }
-  void TurnMinutes(int minutes) { ms += minutes * 60'000; }
-  std::atomic<std::int64_t> ms{1'769'903'947'000};
-};
 
 class ProgramTest : public testing::Test, protected Driver {
  protected:
@@ -63,7 +57,7 @@ class ProgramTest : public testing::Test, protected Driver {
   void NextPass() { clock_.TurnMinutes(2); }
 
   TempFolder folder_;
-  TurnedClock clock_;
+  HandClock clock_;
 
  private:
   std::string Tool(const std::string& arguments, const std::string& script, bool* ok);

@@ -8,18 +8,14 @@
 #include <string>
 #include <vector>
 
-#include "foundation/temp_folder.h"
-#include "oracle/scripted_oci.h"
+#include "support/hand_clock.h"
+#include "support/scripted_oci.h"
+#include "support/temp_folder.h"
 #include "workspace/job_operations.h"
 #include "workspace/job_tables.h"
 #include "workspace/source_operations.h"
 
 namespace quillmere {
-
-class HandClock final : public Clock {
- public:
-  LocalTime Now() const override { return LocalTime{1769903947000}; }
-};
 
 // Cancels from the given call on; counts them.
 struct TestProgress final : ProgressListener {

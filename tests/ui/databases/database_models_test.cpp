@@ -3,7 +3,7 @@
 #include <QPersistentModelIndex>
 #include <QSignalSpy>
 
-#include "foundation/temp_folder.h"
+#include "support/temp_folder.h"
 #include "ui/databases/database_lists.h"
 #include "ui/databases/database_tree.h"
 

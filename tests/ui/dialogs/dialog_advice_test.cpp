@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "foundation/temp_folder.h"
+#include "support/temp_folder.h"
 #include "ui/job_dialogs/job_advice.h"
 #include "ui/sources/login_advice.h"
 

@@ -4,7 +4,7 @@
 
 #include <fstream>
 
-#include "foundation/temp_folder.h"
+#include "support/temp_folder.h"
 
 namespace quillmere {
 namespace {

@@ -6,17 +6,13 @@
 #include <QSignalSpy>
 #include <fstream>
 
-#include "foundation/temp_folder.h"
+#include "support/hand_clock.h"
+#include "support/temp_folder.h"
 #include "ui/main/message_list_model.h"
 #include "ui/main/shared_files.h"
 
 namespace quillmere {
 namespace {
-
-class HandClock final : public Clock {
- public:
-  LocalTime Now() const override { return LocalTime{1769903947000}; }
-};
 
 struct Messages : ::testing::Test {
   Messages() : application(argc, &argv) {}

@@ -1,4 +1,4 @@
-#include "oracle/scripted_oci.h"
+#include "support/scripted_oci.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,0 +1,17 @@
+// A clock that stands still until it is turned; any thread may read or turn it.
+#pragma once
+
+#include <atomic>
+
+#include "foundation/clock.h"
+
+namespace quillmere {
+
+struct HandClock final : Clock {
+  LocalTime Now() const override { return now; }
+  void TurnMinutes(int minutes) { now = AddMinutes(now, minutes); }
+
+  std::atomic<LocalTime> now = LocalTime{1'769'903'947'000};  // stamped "20260131 23:59:07"
+};
+
+}  // namespace quillmere
