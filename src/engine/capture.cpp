@@ -5,7 +5,7 @@
 
 #include "engine/redo_assembler.h"
 #include "engine/rewriter.h"
-#include "engine/run_state_files.h"
+#include "jobs/run_state_files.h"
 
 namespace quillmere {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "engine/engine_context.h"
-#include "engine/run_state_files.h"
+#include "jobs/run_state_files.h"
 
 namespace quillmere {
 

@@ -10,7 +10,7 @@
 #include "engine/engine_context.h"
 #include "engine/job_view.h"
 #include "engine/rewriter.h"
-#include "engine/run_state_files.h"
+#include "jobs/run_state_files.h"
 
 namespace quillmere {
 

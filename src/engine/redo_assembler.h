@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "engine/redo_text.h"
+#include "foundation/quote_scanner.h"
 
 namespace quillmere {
 

@@ -21,8 +21,8 @@ class XmlNode;
 // The log-on of the data source of that name, if it is registered.
 using LoginLookup = std::function<std::optional<JobLogin>(std::string_view data_source)>;
 
-// Restores a loaded job's run record and pending batch from its folder (the engine's files) and
-// returns the state it rests in.
+// Restores a loaded job's run record and pending batch from its folder and returns the state it
+// rests in.
 using RunStateRestorer = std::function<JobState(SyncJob& job)>;
 
 class JobCatalogue {

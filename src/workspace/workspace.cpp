@@ -3,7 +3,7 @@
 #include <system_error>
 #include <utility>
 
-#include "engine/run_state_files.h"
+#include "jobs/run_state_files.h"
 #include "oracle/platform.h"
 
 namespace quillmere {

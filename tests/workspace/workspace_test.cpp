@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "engine/run_state_files.h"
+#include "jobs/run_state_files.h"
 #include "workspace/scripted_workspace.h"
 
 namespace quillmere {

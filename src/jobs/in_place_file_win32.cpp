@@ -1,6 +1,6 @@
 #include <windows.h>
 
-#include "engine/in_place_file.h"
+#include "jobs/in_place_file.h"
 
 namespace quillmere {
 

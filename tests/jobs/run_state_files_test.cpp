@@ -1,4 +1,4 @@
-#include "engine/run_state_files.h"
+#include "jobs/run_state_files.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

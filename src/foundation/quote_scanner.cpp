@@ -1,4 +1,4 @@
-#include "engine/redo_text.h"
+#include "foundation/quote_scanner.h"
 
 #include <cstring>
 

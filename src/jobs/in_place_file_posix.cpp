@@ -4,7 +4,7 @@
 
 #include <cerrno>
 
-#include "engine/in_place_file.h"
+#include "jobs/in_place_file.h"
 
 namespace quillmere {
 

@@ -1,10 +1,10 @@
-#include "engine/run_state_files.h"
+#include "jobs/run_state_files.h"
 
 #include <array>
 #include <bit>
 #include <cstring>
 
-#include "engine/redo_text.h"
+#include "foundation/quote_scanner.h"
 
 namespace quillmere {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "engine/in_place_file.h"
+#include "jobs/in_place_file.h"
 #include "jobs/job_list.h"
 
 namespace quillmere {
