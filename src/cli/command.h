@@ -1,11 +1,8 @@
-// What every command of quillmere-cli works with. Each group of commands has a file of its own that
-// describes its arguments to CLI11 and puts what is to be done into CommandLine::action.
+// What every command of quillmere-cli works with. A command is a function that takes what stands on
+// the command line and returns the exit status; how it is written there, arguments.cpp describes.
+// Main thread.
 #pragma once
 
-#include <CLI/App.hpp>
-#include <CLI/Config.hpp>
-#include <CLI/Formatter.hpp>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -19,18 +16,12 @@ inline constexpr int kDone = 0;
 inline constexpr int kFailed = 1;
 inline constexpr int kWrongUsage = 2;
 
+// What any command may be given.
 struct CommandLine {
   std::string workdir = ".";
   std::string client;  // empty: as the settings say
   bool debug = false;
-  std::function<int()> action;  // of the command that was named; returns the exit status
 };
-
-void AddSourceCommands(CLI::App& app, CommandLine& line);
-void AddJobCommands(CLI::App& app, CommandLine& line);
-void AddRunCommand(CLI::App& app, CommandLine& line);
-void AddSqlCommand(CLI::App& app, CommandLine& line);
-void AddSchemaCommands(CLI::App& app, CommandLine& line);
 
 enum class Folder { MustExist, MayBeMade };
 

@@ -1,25 +1,12 @@
-// quillmere-cli job ...: the catalogue of jobs.
-#include <optional>
-#include <vector>
+#include "cli/job_commands.h"
 
-#include "cli/command.h"
 #include "cli/job_output.h"
 #include "engine/job_runner.h"
 #include "workspace/job_operations.h"
 #include "workspace/job_tables.h"
 
-namespace quillmere::cli {
+namespace quillmere::cli::job {
 namespace {
-
-constexpr int kLongestInterval = 10000;  // minutes
-
-struct JobArguments {
-  std::string name, new_name, from, to, description, owner, new_owner;
-  std::optional<int> interval;
-  std::vector<std::string> tables;
-  bool all = false;
-  bool json = false;
-};
 
 // A job of a folder that is open for changes.
 struct OpenJob {
@@ -43,7 +30,43 @@ int FailWithoutTables(const std::string& name, const std::string& reason) {
   return Fail(reason + ". Use 'job refresh " + name + "' when the source can be reached");
 }
 
-int Add(const CommandLine& line, const JobArguments& arguments) {
+std::string WhyTablesRefused(const SyncJob& job, const Arguments& arguments) {
+  const auto schema = job.schemas.find(arguments.owner);
+  if (schema == job.schemas.end()) {
+    return "Job " + job.name + " has no owner " + arguments.owner + "; 'job show' lists them";
+  }
+  for (const std::string& table : arguments.tables) {
+    if (schema->second.Find(table) == nullptr) {
+      return "Job " + job.name + " has no table " + arguments.owner + "." + table +
+             "; 'job show' lists them";
+    }
+  }
+  return {};
+}
+
+int Filter(const CommandLine& line, Arguments arguments, TableFilter filter) {
+  const OpenJob open(line, arguments.name);
+  if (!open) return kFailed;
+  SyncJob& job = open.Job();
+  if (IsRunning(open.workspace->Jobs().State(open.index))) return Fail(WhyBusy(job.name));
+  std::string reason = WhyTablesRefused(job, arguments);
+  if (!reason.empty()) return Fail(reason);
+  if (arguments.all) {
+    arguments.tables.clear();
+    for (const JobTable& table : job.schemas.find(arguments.owner)->second.Tables()) {
+      arguments.tables.push_back(table.name);
+    }
+  }
+  const std::size_t changed =
+      ApplyTableFilter(job, arguments.owner, arguments.tables, filter, arguments.new_owner);
+  if (!open.workspace->SaveJobs(reason)) return Fail(reason);
+  return Print("Job " + job.name + ": " + std::to_string(changed) + " tables changed, tables " +
+               TablesSummary(job) + "\n");
+}
+
+}  // namespace
+
+int Add(const CommandLine& line, const Arguments& arguments) {
   const auto workspace = OpenToChange(line, Folder::MayBeMade);
   if (workspace == nullptr) return kFailed;
   JobProperties properties{arguments.name, arguments.description,      arguments.from,
@@ -57,7 +80,7 @@ int Add(const CommandLine& line, const JobArguments& arguments) {
   return Print(added.text + ": tables " + TablesSummary(job) + "\n");
 }
 
-int Edit(const CommandLine& line, const JobArguments& arguments) {
+int Edit(const CommandLine& line, const Arguments& arguments) {
   const OpenJob open(line, arguments.name);
   if (!open) return kFailed;
   JobProperties properties = PropertiesOf(open.Job());
@@ -79,13 +102,13 @@ int Edit(const CommandLine& line, const JobArguments& arguments) {
   return Print(done + "\n");
 }
 
-int List(const CommandLine& line, bool json) {
+int List(const CommandLine& line, const Arguments& arguments) {
   const auto workspace = OpenToLook(line);
   if (workspace == nullptr) return kFailed;
-  return Print(json ? JobListJson(*workspace) : JobListText(*workspace));
+  return Print(arguments.json ? JobListJson(*workspace) : JobListText(*workspace));
 }
 
-int Show(const CommandLine& line, const JobArguments& arguments) {
+int Show(const CommandLine& line, const Arguments& arguments) {
   const auto workspace = OpenToLook(line);
   if (workspace == nullptr) return kFailed;
   const std::size_t index = FindJob(*workspace, arguments.name);
@@ -93,7 +116,7 @@ int Show(const CommandLine& line, const JobArguments& arguments) {
   return Print(arguments.json ? JobJson(*workspace, index) : JobText(*workspace, index));
 }
 
-int Refresh(const CommandLine& line, const JobArguments& arguments) {
+int Refresh(const CommandLine& line, const Arguments& arguments) {
   const OpenJob open(line, arguments.name);
   if (!open) return kFailed;
   const std::size_t from = open.workspace->Log().Entries().size();
@@ -105,7 +128,7 @@ int Refresh(const CommandLine& line, const JobArguments& arguments) {
 
 // Stop is a request that the engine serves: here there is no engine at work, so it is served at
 // once.
-int Stop(const CommandLine& line, const JobArguments& arguments) {
+int Stop(const CommandLine& line, const Arguments& arguments) {
   const OpenJob open(line, arguments.name);
   if (!open) return kFailed;
   Workspace& workspace = *open.workspace;
@@ -126,134 +149,23 @@ int Stop(const CommandLine& line, const JobArguments& arguments) {
   return Print("Job " + arguments.name + " is stopped\n");
 }
 
-int Remove(const CommandLine& line, const JobArguments& arguments) {
+int Remove(const CommandLine& line, const Arguments& arguments) {
   const OpenJob open(line, arguments.name);
   if (!open) return kFailed;
   const Outcome deleted = DeleteJob(*open.workspace, open.index);
   return deleted ? Print(deleted.text + "\n") : Fail(deleted.text);
 }
 
-std::string WhyTablesRefused(const SyncJob& job, const JobArguments& arguments) {
-  const auto schema = job.schemas.find(arguments.owner);
-  if (schema == job.schemas.end()) {
-    return "Job " + job.name + " has no owner " + arguments.owner + "; 'job show' lists them";
-  }
-  for (const std::string& table : arguments.tables) {
-    if (schema->second.Find(table) == nullptr) {
-      return "Job " + job.name + " has no table " + arguments.owner + "." + table +
-             "; 'job show' lists them";
-    }
-  }
-  return {};
+int Include(const CommandLine& line, const Arguments& arguments) {
+  return Filter(line, arguments, TableFilter::Include);
 }
 
-int Filter(const CommandLine& line, JobArguments& arguments, TableFilter filter) {
-  const OpenJob open(line, arguments.name);
-  if (!open) return kFailed;
-  SyncJob& job = open.Job();
-  if (IsRunning(open.workspace->Jobs().State(open.index))) return Fail(WhyBusy(job.name));
-  std::string reason = WhyTablesRefused(job, arguments);
-  if (!reason.empty()) return Fail(reason);
-  if (arguments.all) {
-    arguments.tables.clear();
-    for (const JobTable& table : job.schemas.find(arguments.owner)->second.Tables()) {
-      arguments.tables.push_back(table.name);
-    }
-  }
-  const std::size_t changed =
-      ApplyTableFilter(job, arguments.owner, arguments.tables, filter, arguments.new_owner);
-  if (!open.workspace->SaveJobs(reason)) return Fail(reason);
-  return Print("Job " + job.name + ": " + std::to_string(changed) + " tables changed, tables " +
-               TablesSummary(job) + "\n");
+int Exclude(const CommandLine& line, const Arguments& arguments) {
+  return Filter(line, arguments, TableFilter::Exclude);
 }
 
-class JobGroup {
- public:
-  JobGroup(CLI::App& app, CommandLine& line)
-      : line_(line), group_(*app.add_subcommand("job", "The catalogue of jobs")) {
-    group_.require_subcommand(1);
-  }
-
-  template <typename Action>
-  CLI::App& Add(const std::string& command, const std::string& what, Action action) {
-    CLI::App& app = *group_.add_subcommand(command, what);
-    app.callback([&line = line_, arguments = arguments_, action] {
-      line.action = [&line, arguments, action] { return action(line, *arguments); };
-    });
-    return app;
-  }
-
-  template <typename Action>
-  CLI::App& AddNamed(const std::string& command, const std::string& what, Action action) {
-    CLI::App& app = Add(command, what, action);
-    app.add_option("NAME", arguments_->name, "the job")->required();
-    return app;
-  }
-
-  JobArguments& Arguments() { return *arguments_; }
-
- private:
-  CommandLine& line_;
-  CLI::App& group_;
-  std::shared_ptr<JobArguments> arguments_ = std::make_shared<JobArguments>();
-};
-
-void AddTables(CLI::App& app, JobArguments& arguments) {
-  CLI::Option* tables = app.add_option("TABLE", arguments.tables, "tables of that owner");
-  CLI::Option* all = app.add_flag("--all", arguments.all, "all tables of that owner");
-  tables->excludes(all);
-  app.parse_complete_callback([&arguments] {
-    if (arguments.tables.empty() && !arguments.all) throw CLI::RequiredError("TABLE or --all");
-  });
+int Owner(const CommandLine& line, const Arguments& arguments) {
+  return Filter(line, arguments, TableFilter::ChangeOwner);
 }
 
-void AddProperties(CLI::App& app, JobArguments& arguments, bool required) {
-  app.add_option("--from", arguments.from, "source data source")->required(required);
-  app.add_option("--to", arguments.to, "destination data source")->required(required);
-  app.add_option("--interval", arguments.interval, "minutes between two passes; 0: at every sweep")
-      ->required(required)
-      ->check(CLI::Range(0, kLongestInterval));
-  app.add_option("--description", arguments.description, "free text")->required(required);
-}
-
-}  // namespace
-
-void AddJobCommands(CLI::App& app, CommandLine& line) {
-  JobGroup group(app, line);
-  JobArguments& arguments = group.Arguments();
-
-  AddProperties(group.AddNamed("add", "Create a job", Add), arguments, true);
-  CLI::App& edit = group.AddNamed("edit", "Change a stopped or paused job", Edit);
-  edit.add_option("--name", arguments.new_name, "new name");
-  AddProperties(edit, arguments, false);
-
-  group
-      .Add("list", "List the jobs",
-           [](const CommandLine& the_line, const JobArguments& given) {
-             return List(the_line, given.json);
-           })
-      .add_flag("--json", arguments.json, "as JSON");
-  group.AddNamed("show", "Show a job with its tables", Show)
-      .add_flag("--json", arguments.json, "as JSON");
-  group.AddNamed("refresh", "Read the tables of the source anew", Refresh);
-  group.AddNamed("stop", "Reset a paused job", Stop);
-  group.AddNamed("remove", "Delete a stopped job", Remove);
-
-  const auto add_filter = [&](const std::string& command, const std::string& what,
-                              TableFilter filter) -> CLI::App& {
-    CLI::App& filter_app =
-        group.AddNamed(command, what, [filter](const CommandLine& the_line, JobArguments& given) {
-          return Filter(the_line, given, filter);
-        });
-    filter_app.add_option("OWNER", arguments.owner, "source owner")->required();
-    return filter_app;
-  };
-  AddTables(add_filter("include", "Synchronize tables", TableFilter::Include), arguments);
-  AddTables(add_filter("exclude", "Do not synchronize tables", TableFilter::Exclude), arguments);
-  CLI::App& owner = add_filter("owner", "Synchronize tables to another owner (and include them)",
-                               TableFilter::ChangeOwner);
-  owner.add_option("NEWOWNER", arguments.new_owner, "owner on the destination")->required();
-  AddTables(owner, arguments);
-}
-
-}  // namespace quillmere::cli
+}  // namespace quillmere::cli::job

@@ -1,22 +1,11 @@
-// quillmere-cli run: drives jobs until it is told to end.
-#include <cmath>
-#include <vector>
+#include "cli/run_command.h"
 
-#include "cli/command.h"
+#include <cmath>
+
 #include "cli/job_drive.h"
 
 namespace quillmere::cli {
 namespace {
-
-constexpr double kLongestRun = 1e9;    // seconds
-constexpr int kLongestSweep = 60'000;  // milliseconds
-
-struct RunArguments {
-  std::vector<std::string> start, go_on;
-  std::optional<double> seconds;
-  int sweep_ms = static_cast<int>(HWorkThread::kSweepPause.count());
-  bool progress = false;
-};
 
 // The job that is to run, if its state is the one expected.
 std::size_t JobToRun(const Workspace& workspace, const std::string& name, JobState expected) {
@@ -38,6 +27,8 @@ bool FindAll(const Workspace& workspace, const std::vector<std::string>& names, 
   }
   return true;
 }
+
+}  // namespace
 
 int Run(const CommandLine& line, const RunArguments& arguments) {
   const auto workspace = OpenToChange(line);
@@ -62,27 +53,6 @@ int Run(const CommandLine& line, const RunArguments& arguments) {
     }
   }
   return drive.Run();
-}
-
-}  // namespace
-
-void AddRunCommand(CLI::App& app, CommandLine& line) {
-  const auto arguments = std::make_shared<RunArguments>();
-  CLI::App* run = app.add_subcommand(
-      "run", "Drive jobs until SIGINT, SIGTERM or the time is over; messages on standard output");
-  run->add_option("--start", arguments->start, "start a stopped job")
-      ->type_name("NAME")
-      ->allow_extra_args(false);
-  run->add_option("--continue", arguments->go_on, "continue a paused job")
-      ->type_name("NAME")
-      ->allow_extra_args(false);
-  run->add_option("--for", arguments->seconds, "end after so many seconds")
-      ->check(CLI::Range(0.0, kLongestRun));
-  run->add_option("--sweep-ms", arguments->sweep_ms, "milliseconds between two sweeps")
-      ->check(CLI::Range(1, kLongestSweep));
-  run->add_flag("--progress", arguments->progress, "a line each second on what has been done");
-  run->callback(
-      [&line, arguments] { line.action = [&line, arguments] { return Run(line, *arguments); }; });
 }
 
 }  // namespace quillmere::cli

@@ -1,25 +1,16 @@
-// quillmere-cli schema ...: tables, primary keys and indexes of a data source.
-#include <map>
+#include "cli/schema_commands.h"
 
-#include "cli/command.h"
-#include "cli/schema_listings.h"
+#include <functional>
+
+#include "cli/source_listings.h"
 #include "workspace/source_operations.h"
 
-namespace quillmere::cli {
+namespace quillmere::cli::schema {
 namespace {
 
-struct SchemaArguments {
-  std::string source, target, kind, item, new_name, owner;
-  std::vector<std::string> items, owners;
-  bool json = false;
-  bool cascade = false;
-  MigrateOptions options;
-};
-
-const std::map<std::string, ObjectKind>& Kinds() {
-  static const std::map<std::string, ObjectKind> kinds = {
-      {"table", ObjectKind::Table}, {"key", ObjectKind::PrimaryKey}, {"index", ObjectKind::Index}};
-  return kinds;
+ObjectKind KindOf(const Arguments& arguments) {
+  if (arguments.kind == "key") return ObjectKind::PrimaryKey;
+  return arguments.kind == "index" ? ObjectKind::Index : ObjectKind::Table;
 }
 
 // Result lines as they come; an end that is asked for takes effect between two items.
@@ -51,9 +42,9 @@ DataSource* SourceOf(Workspace& workspace, const std::string& name) {
   return index < 0 ? nullptr : &workspace.Registry().At(static_cast<std::size_t>(index));
 }
 
-bool FindItems(const DataSource& source, const SchemaArguments& arguments,
+bool FindItems(const DataSource& source, const Arguments& arguments,
                std::vector<SchemaItem>& items) {
-  const ObjectKind kind = Kinds().at(arguments.kind);
+  const ObjectKind kind = KindOf(arguments);
   for (const std::string& owner : arguments.owners) {
     const std::vector<SchemaItem> all = ItemsOfOwner(source, kind, owner);
     if (all.empty()) {
@@ -101,8 +92,8 @@ struct Work {
   Printer printer;
 };
 
-int Change(const CommandLine& line, const SchemaArguments& arguments,
-           SchemaRun (*run)(Work& work, const SchemaArguments& arguments)) {
+int Change(const CommandLine& line, const Arguments& arguments,
+           const std::function<SchemaRun(Work& work)>& run) {
   const auto workspace = OpenToChange(line);
   if (workspace == nullptr) return kFailed;
   DataSource* source = SourceOf(*workspace, arguments.source);
@@ -118,30 +109,15 @@ int Change(const CommandLine& line, const SchemaArguments& arguments,
   Work work{{workspace->Oci(), workspace->Log(), workspace->ProgramSettings()},
             *source,
             target,
-            Kinds().at(arguments.kind),
+            KindOf(arguments),
             {},
             {}};
   if (!FindItems(*source, arguments, work.items)) return kFailed;
-  const SchemaRun done = run(work, arguments);
+  const SchemaRun done = run(work);
   return Finish(*workspace, done, work.printer.FirstFailure());
 }
 
-SchemaRun Drop(Work& work, const SchemaArguments& arguments) {
-  return work.operations.DropItems(work.source, work.kind, work.items, arguments.cascade,
-                                   work.printer);
-}
-
-SchemaRun Rename(Work& work, const SchemaArguments& arguments) {
-  return work.operations.RenameItem(work.source, work.kind, work.items[0], arguments.new_name,
-                                    work.printer);
-}
-
-SchemaRun Migrate(Work& work, const SchemaArguments& arguments) {
-  return work.operations.MigrateItems(work.source, *work.target, work.kind, work.items,
-                                      arguments.options, work.printer);
-}
-
-int List(const CommandLine& line, const SchemaArguments& arguments, ObjectKind kind) {
+int List(const CommandLine& line, const Arguments& arguments, ObjectKind kind) {
   const auto workspace = OpenToLook(line);
   if (workspace == nullptr) return kFailed;
   const DataSource* source = SourceOf(*workspace, arguments.source);
@@ -149,75 +125,39 @@ int List(const CommandLine& line, const SchemaArguments& arguments, ObjectKind k
   return Print(SchemaListing(*source, kind, arguments.owner, arguments.json));
 }
 
-CLI::Option* AddSource(CLI::App* app, SchemaArguments& arguments) {
-  return app->add_option("SOURCE", arguments.source, "the data source")->required();
-}
-
-void AddKind(CLI::App* app, SchemaArguments& arguments) {
-  app->add_option("KIND", arguments.kind, "table, key or index")
-      ->required()
-      ->check(CLI::IsMember({"table", "key", "index"}));
-}
-
-void AddListings(CLI::App* group, CommandLine& line,
-                 const std::shared_ptr<SchemaArguments>& arguments) {
-  const auto listing = [&](const std::string& name, const std::string& what, ObjectKind kind) {
-    CLI::App* app = group->add_subcommand(name, what + ", as they were last read");
-    AddSource(app, *arguments);
-    app->add_option("--owner", arguments->owner, "of this owner only");
-    app->add_flag("--json", arguments->json, "as JSON");
-    app->callback([&line, arguments, kind] {
-      line.action = [&line, arguments, kind] { return List(line, *arguments, kind); };
-    });
-  };
-  listing("tables", "Tables", ObjectKind::Table);
-  listing("keys", "Primary keys", ObjectKind::PrimaryKey);
-  listing("indexes", "Indexes that do not belong to a key", ObjectKind::Index);
-}
-
 }  // namespace
 
-void AddSchemaCommands(CLI::App& app, CommandLine& line) {
-  const auto arguments = std::make_shared<SchemaArguments>();
-  CLI::App* group = app.add_subcommand("schema", "Tables, primary keys and indexes");
-  group->require_subcommand(1);
-  AddListings(group, line, arguments);
-  const auto command = [&](CLI::App* sub, auto run) {
-    sub->callback([&line, arguments, run] {
-      line.action = [&line, arguments, run] { return Change(line, *arguments, run); };
-    });
-  };
-  const std::string naming = "OWNER.TABLE; OWNER.NAME or OWNER.TABLE.NAME of a key or index";
-
-  CLI::App* drop = group->add_subcommand("drop", "Drop tables, keys or indexes");
-  AddSource(drop, *arguments);
-  AddKind(drop, *arguments);
-  drop->add_option("ITEM", arguments->items, naming)->required();
-  drop->add_flag("--cascade", arguments->cascade, "drop foreign keys that reference a table, too");
-  command(drop, Drop);
-
-  CLI::App* rename = group->add_subcommand("rename", "Give a table, key or index another name");
-  AddSource(rename, *arguments);
-  AddKind(rename, *arguments);
-  rename->add_option("ITEM", arguments->item, naming)->required();
-  rename->add_option("NEWNAME", arguments->new_name, "without an owner")->required();
-  command(rename, Rename);
-
-  CLI::App* migrate = group->add_subcommand(
-      "migrate", "Create tables, keys or indexes of a data source in another one, without rows");
-  AddSource(migrate, *arguments);
-  migrate->add_option("TARGET", arguments->target, "the data source to create them in")->required();
-  AddKind(migrate, *arguments);
-  migrate->add_option("ITEM", arguments->items, naming);
-  migrate->add_option("--owner", arguments->owners, "all that the lists have of this owner")
-      ->allow_extra_args(false);
-  migrate->add_flag("--drop-target", arguments->options.drop_target,
-                    "drop what has the same name on the target first");
-  migrate->add_flag("--with-key", arguments->options.include_primary_key,
-                    "tables along with their primary keys");
-  migrate->add_flag("--with-indexes", arguments->options.include_index,
-                    "tables along with their indexes; takes effect with --with-key only");
-  command(migrate, Migrate);
+int Drop(const CommandLine& line, const Arguments& arguments) {
+  return Change(line, arguments, [&](Work& work) {
+    return work.operations.DropItems(work.source, work.kind, work.items, arguments.cascade,
+                                     work.printer);
+  });
 }
 
-}  // namespace quillmere::cli
+int Rename(const CommandLine& line, const Arguments& arguments) {
+  return Change(line, arguments, [&](Work& work) {
+    return work.operations.RenameItem(work.source, work.kind, work.items[0], arguments.new_name,
+                                      work.printer);
+  });
+}
+
+int Migrate(const CommandLine& line, const Arguments& arguments) {
+  return Change(line, arguments, [&](Work& work) {
+    return work.operations.MigrateItems(work.source, *work.target, work.kind, work.items,
+                                        arguments.options, work.printer);
+  });
+}
+
+int Tables(const CommandLine& line, const Arguments& arguments) {
+  return List(line, arguments, ObjectKind::Table);
+}
+
+int Keys(const CommandLine& line, const Arguments& arguments) {
+  return List(line, arguments, ObjectKind::PrimaryKey);
+}
+
+int Indexes(const CommandLine& line, const Arguments& arguments) {
+  return List(line, arguments, ObjectKind::Index);
+}
+
+}  // namespace quillmere::cli::schema

@@ -1,10 +1,10 @@
-// quillmere-cli sql: runs the statements of a script in one session on a data source.
+#include "cli/sql_command.h"
+
 #include <algorithm>
 #include <cctype>
 #include <fstream>
 #include <iostream>
 
-#include "cli/command.h"
 #include "cli/statement_splitter.h"
 
 namespace quillmere::cli {
@@ -112,6 +112,8 @@ int RunScript(Workspace& workspace, const std::string& name, std::istream& input
   return Print(std::to_string(script.Executed()) + " statements executed on " + name + "\n");
 }
 
+}  // namespace
+
 int Sql(const CommandLine& line, const std::string& name, const std::string& file) {
   const auto workspace = OpenToLook(line);
   if (workspace == nullptr || FindSource(*workspace, name) < 0) return kFailed;
@@ -119,22 +121,6 @@ int Sql(const CommandLine& line, const std::string& name, const std::string& fil
   std::ifstream input(file, std::ios::binary);
   if (!input) return Fail("Can not open " + file);
   return RunScript(*workspace, name, input, file);
-}
-
-}  // namespace
-
-void AddSqlCommand(CLI::App& app, CommandLine& line) {
-  struct Arguments {
-    std::string source, file;
-  };
-  const auto arguments = std::make_shared<Arguments>();
-  CLI::App* sql = app.add_subcommand(
-      "sql", "Run statements, each ended by ';' at a line's end, in one session");
-  sql->add_option("SOURCE", arguments->source, "the data source")->required();
-  sql->add_option("FILE", arguments->file, "the script; otherwise standard input");
-  sql->callback([&line, arguments] {
-    line.action = [&line, arguments] { return Sql(line, arguments->source, arguments->file); };
-  });
 }
 
 }  // namespace quillmere::cli

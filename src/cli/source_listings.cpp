@@ -1,4 +1,4 @@
-#include "cli/schema_listings.h"
+#include "cli/source_listings.h"
 
 #include <algorithm>
 
@@ -85,6 +85,26 @@ std::vector<std::string> Parts(const std::string& name) {
 }
 
 }  // namespace
+
+std::string SourceListing(const DataSourceRegistry& registry, bool json) {
+  Listing listing;
+  listing.rows.push_back({"Data Source", "Version", "UserName", "Mode", "Tables"});
+  for (std::size_t i = 0; i < registry.Count(); ++i) {
+    const DataSource& source = registry.At(i);
+    if (source.state == ConnectionState::Empty) continue;
+    listing.rows.push_back({source.name, source.version, source.user_id, source.mode,
+                            std::to_string(source.tables.size())});
+    listing.json.push_back({{"name", source.name},
+                            {"type", source.database_type},
+                            {"version", source.version},
+                            {"user", source.user_id},
+                            {"mode", source.mode},
+                            {"tables", source.tables.size()},
+                            {"primary_keys", source.primary_keys.size()},
+                            {"indexes", source.indexes.size()}});
+  }
+  return json ? JsonText(listing.json) : TextTable(listing.rows);
+}
 
 std::string SchemaListing(const DataSource& source, ObjectKind kind, const std::string& owner,
                           bool json) {

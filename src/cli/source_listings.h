@@ -1,5 +1,5 @@
-// What the schema commands read from a data source's cached lists: listings, and the objects that
-// their arguments name.
+// What is shown of the registered data sources and of their cached lists, and the objects that
+// arguments name in them.
 #pragma once
 
 #include <string>
@@ -8,6 +8,9 @@
 #include "schemaops/schema_operations.h"
 
 namespace quillmere::cli {
+
+// The registered data sources.
+std::string SourceListing(const DataSourceRegistry& registry, bool json);
 
 // All owners when none is named.
 std::string SchemaListing(const DataSource& source, ObjectKind kind, const std::string& owner,
