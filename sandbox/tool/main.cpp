@@ -68,14 +68,13 @@ int Create(const Arguments& arguments) {
 }
 
 int RunSqlCommand(const Arguments& arguments) {
-  std::string script;
-  if (arguments.file.empty() || arguments.file == "-") {
-    script.assign(std::istreambuf_iterator<char>(std::cin), {});
-  } else if (!ReadFile(arguments.file, &script)) {
-    return Fail("cannot read " + arguments.file);
-  }
-  return RunScript(arguments.Directory(), arguments.name, script, std::cout, std::cerr) ? kDone
-                                                                                        : kFailed;
+  std::ifstream file;
+  const bool from_file = !arguments.file.empty() && arguments.file != "-";
+  if (from_file) file.open(arguments.file, std::ios::binary);
+  if (!file) return Fail("cannot read " + arguments.file);
+  std::istream& script = from_file ? file : std::cin;
+  const bool done = RunScript(arguments.Directory(), arguments.name, script, std::cout, std::cerr);
+  return done ? kDone : kFailed;
 }
 
 // OWNER.TABLE in upper case, as the dictionary has it; empty when it is no such pair.

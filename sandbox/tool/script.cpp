@@ -1,77 +1,15 @@
 #include "sandbox/tool/script.h"
 
-#include <algorithm>
-#include <cctype>
+#include <istream>
 #include <ostream>
 
+#include "foundation/statement_splitter.h"
 #include "sandbox/session/session.h"
 #include "sandbox/values/text.h"
 
 namespace quillmere::sandbox {
 
 namespace {
-
-bool IsBlank(char c) {
-  return std::isspace(static_cast<unsigned char>(c)) != 0;
-}
-
-// Where the piece that begins at `at` ends: a literal, a quoted name, a comment or one character.
-std::size_t EndOfPiece(std::string_view script, std::size_t at) {
-  const auto behind = [&](std::string_view end, std::size_t from) {
-    const std::size_t found = script.find(end, from);
-    return found == std::string_view::npos ? script.size() : found + end.size();
-  };
-  if (script[at] == '\'') return behind("'", at + 1);
-  if (script[at] == '"') return behind("\"", at + 1);
-  if (script.substr(at, 2) == "--") return std::min(script.find('\n', at), script.size());
-  if (script.substr(at, 2) == "/*") return behind("*/", at + 2);
-  return at + 1;
-}
-
-// Whether nothing but blanks and a comment follow on the line.
-bool AtLineEnd(std::string_view script, std::size_t at) {
-  while (at < script.size() && script[at] != '\n') {
-    if (script.substr(at, 2) == "--") return true;
-    if (!IsBlank(script[at])) return false;
-    ++at;
-  }
-  return true;
-}
-
-bool IsBlock(std::string_view text) {
-  return Upper(text.substr(0, 5)) == "BEGIN" && (text.size() == 5 || IsBlank(text[5]));
-}
-
-std::string_view Trimmed(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
-
-// Comments in front of a statement are none of it.
-std::size_t SkipToStatement(std::string_view script, std::size_t at, std::size_t end) {
-  while (at < end) {
-    if (IsBlank(script[at])) {
-      ++at;
-    } else if (script.substr(at, 2) == "--" || script.substr(at, 2) == "/*") {
-      at = EndOfPiece(script, at);
-    } else {
-      break;
-    }
-  }
-  return std::min(at, end);
-}
-
-void Add(std::string_view script, std::size_t begin, std::size_t end,
-         std::vector<ScriptStatement>* out) {
-  begin = SkipToStatement(script, begin, end);
-  const std::string_view text = Trimmed(script.substr(begin, end - begin));
-  if (text.empty()) return;
-  const auto line = 1 + std::count(script.begin(), script.begin() + static_cast<long>(begin), '\n');
-  std::string statement(text);
-  if (IsBlock(text)) statement += ';';
-  out->push_back({std::move(statement), static_cast<std::size_t>(line)});
-}
 
 void PrintRows(Cursor* cursor, std::ostream& out, Status* status) {
   for (std::size_t i = 0; i < cursor->columns().size(); ++i) {
@@ -91,61 +29,80 @@ void PrintRows(Cursor* cursor, std::ostream& out, Status* status) {
   if (status->ok()) out << count << (count == 1 ? " row\n" : " rows\n");
 }
 
+// The session of one script.
+class Runner {
+ public:
+  Runner(std::string name, std::ostream& out, std::ostream& err)
+      : name_(std::move(name)), out_(out), err_(err) {}
+
+  Status Open(const DatabasePath& path) {
+    Status status = Link::AttachFile(path, &link_);
+    LogOn log_on;
+    log_on.user = "SYS";
+    log_on.sysdba = true;
+    log_on.trusted = true;
+    return status.ok() ? Session::Open(link_, log_on, &session_) : status;
+  }
+
+  bool Execute(const std::optional<ScriptStatement>& statement) {
+    if (!statement) return true;
+    // The semicolon that ends a block is part of it.
+    const bool block = Upper(statement->text.substr(0, 6)) == "BEGIN ";
+    StatementResult result;
+    Status status = link_->RoundTrip();
+    if (status.ok()) status = session_->Execute(statement->text + (block ? ";" : ""), &result);
+    if (status.ok() && result.cursor) PrintRows(result.cursor.get(), out_, &status);
+    changed_ += result.rows;
+    ++done_;
+    if (status.ok()) return true;
+    return Fail("line " + std::to_string(statement->line) + ": " + status.Text(),
+                "  " + Shortened(statement->text, 200) + "\n");
+  }
+
+  bool Fail(const std::string& reason, const std::string& more) {
+    err_ << name_ << ": " << reason << '\n' << more;
+    if (session_->InTransaction()) err_ << "  The open transaction was rolled back.\n";
+    session_->Rollback();
+    return false;
+  }
+
+  bool Commit() {
+    if (Status status = session_->Commit(); !status.ok()) {
+      return Fail("commit: " + status.Text(), "");
+    }
+    out_ << done_ << " statements, " << changed_ << " rows changed, committed\n";
+    return true;
+  }
+
+ private:
+  std::string name_;
+  std::ostream& out_;
+  std::ostream& err_;
+  std::shared_ptr<Link> link_;
+  std::unique_ptr<Session> session_;
+  std::int64_t changed_ = 0;
+  std::size_t done_ = 0;
+};
+
 }  // namespace
 
-std::vector<ScriptStatement> SplitScript(std::string_view script) {
-  std::vector<ScriptStatement> statements;
-  std::size_t begin = 0;
-  for (std::size_t at = 0; at < script.size(); at = EndOfPiece(script, at)) {
-    if (script[at] == ';' && AtLineEnd(script, at + 1)) {
-      Add(script, begin, at, &statements);
-      begin = at + 1;
-    }
-  }
-  Add(script, begin, script.size(), &statements);
-  return statements;
-}
-
-bool RunScript(const std::string& directory, const std::string& name, std::string_view script,
+bool RunScript(const std::string& directory, const std::string& name, std::istream& script,
                std::ostream& out, std::ostream& err) {
   DatabasePath path;
-  std::shared_ptr<Link> link;
-  std::unique_ptr<Session> session;
-  Status status =
-      FindDatabasePath(directory, name, &path) ? Link::AttachFile(path, &link) : Ora(12154);
-  LogOn log_on;
-  log_on.user = "SYS";
-  log_on.sysdba = true;
-  log_on.trusted = true;
-  if (status.ok()) status = Session::Open(link, log_on, &session);
+  Runner runner(name, out, err);
+  Status status = FindDatabasePath(directory, name, &path) ? runner.Open(path) : Ora(12154);
   if (!status.ok()) {
     err << name << ": " << status.Text() << '\n';
     return false;
   }
-  std::int64_t changed = 0;
-  std::size_t done = 0;
-  for (const ScriptStatement& statement : SplitScript(script)) {
-    StatementResult result;
-    status = link->RoundTrip();
-    if (status.ok()) status = session->Execute(statement.text, &result);
-    if (status.ok() && result.cursor) PrintRows(result.cursor.get(), out, &status);
-    if (!status.ok()) {
-      const bool open = session->InTransaction();
-      session->Rollback();
-      err << name << ": line " << statement.line << ": " << status.Text() << "\n  "
-          << Shortened(statement.text, 200) << '\n';
-      if (open) err << "  The open transaction was rolled back.\n";
-      return false;
-    }
-    changed += result.rows;
-    ++done;
+  StatementSplitter splitter;
+  for (std::string line; std::getline(script, line);) {
+    if (!runner.Execute(splitter.Feed(line))) return false;
   }
-  if (status = session->Commit(); !status.ok()) {
-    err << name << ": commit: " << status.Text() << '\n';
-    return false;
+  if (const std::string open = splitter.Unfinished(); !open.empty()) {
+    return runner.Fail("the script ends inside " + open, "");
   }
-  out << done << " statements, " << changed << " rows changed, committed\n";
-  return true;
+  return runner.Execute(splitter.Finish()) && runner.Commit();
 }
 
 }  // namespace quillmere::sandbox

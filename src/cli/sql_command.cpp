@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iostream>
 
-#include "cli/statement_splitter.h"
+#include "foundation/statement_splitter.h"
 
 namespace quillmere::cli {
 namespace {

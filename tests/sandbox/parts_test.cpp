@@ -193,39 +193,6 @@ TEST(RedoRecordTest, DamagedBytesAreRefusedOrHarmless) {
   }
 }
 
-TEST(ScriptTest, SplitsAtSemicolonsThatEndALine) {
-  struct Case {
-    const char* name;
-    const char* script;
-    std::vector<std::string> texts;
-    std::vector<std::size_t> lines;
-  };
-  const Case cases[] = {
-      {"nothing", " \n;\n -- only a comment;\n/* and ;\n */", {}, {}},
-      {"one without an end", "select 1\nfrom dual", {"select 1\nfrom dual"}, {1}},
-      {"two", "a;\n\n b ; \nc", {"a", "b", "c"}, {1, 3, 4}},
-      {"not at the line's end", "a; b;\nc;", {"a; b", "c"}, {1, 2}},
-      {"in a literal", "x 'a;\n'';\n';\ny;", {"x 'a;\n'';\n'", "y"}, {1, 4}},
-      {"in a name", "x \"a;\n\";\ny;", {"x \"a;\n\"", "y"}, {1, 3}},
-      {"in comments", "a -- it's;\n b;\n/* ';\n */ c;", {"a -- it's;\n b", "c"}, {1, 4}},
-      {"comment behind", "a; -- why\nb;", {"a", "b"}, {1, 2}},
-      {"block", "begin x.y(); end;\nbeginning;", {"begin x.y(); end;", "beginning"}, {1, 2}},
-      {"open literal", "a 'x;\nb;", {"a 'x;\nb;"}, {1}},
-      {"carriage returns", "a;\r\nb;\r\n", {"a", "b"}, {1, 2}},
-  };
-  for (const Case& test : cases) {
-    SCOPED_TRACE(test.name);
-    std::vector<std::string> texts;
-    std::vector<std::size_t> lines;
-    for (const ScriptStatement& statement : SplitScript(test.script)) {
-      texts.push_back(statement.text);
-      lines.push_back(statement.line);
-    }
-    EXPECT_EQ(texts, test.texts);
-    EXPECT_EQ(lines, test.lines);
-  }
-}
-
 // A cut that comes after the statement arrived and before it commits.
 TEST(SessionTest, NoCommitCanFollowACut) {
   std::string pattern = (std::filesystem::temp_directory_path() / "sandboxXXXXXX").string();
@@ -249,7 +216,8 @@ TEST(SessionTest, NoCommitCanFollowACut) {
     EXPECT_FALSE(session->InTransaction());
   }
   std::ostringstream out;
-  EXPECT_TRUE(RunScript(folder.string(), "X", "select count(*) n from t", out, out));
+  std::istringstream script("select count(*) n from t");
+  EXPECT_TRUE(RunScript(folder.string(), "X", script, out, out));
   EXPECT_TRUE(out.str().starts_with("N\n0\n")) << out.str();
   std::filesystem::remove_all(folder);
 }

@@ -274,6 +274,9 @@ TEST_F(SessionTest, TheToolSaysWhatItDidAndWhatWentWrong) {
   EXPECT_EQ(Tool("sql SRC " + (folder_ / "bad.sql").string(), &output), 1);
   EXPECT_NE(output.find("line 3: ORA-00904"), std::string::npos) << output;
   EXPECT_NE(output.find("rolled back"), std::string::npos) << output;
+  WriteFile("open.sql", "delete from app.s;\ninsert into app.s values ('c);\n");
+  EXPECT_EQ(Tool("sql SRC " + (folder_ / "open.sql").string(), &output), 1);
+  EXPECT_NE(output.find("inside a literal that begins in line 2"), std::string::npos) << output;
   EXPECT_EQ(client_.Value("select count(*) from app.s"), "2");
   EXPECT_EQ(Tool("diff SRC DST", &output), 1);
   EXPECT_NE(output.find("APP.S is only in the first"), std::string::npos) << output;

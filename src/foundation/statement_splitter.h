@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace quillmere::cli {
+namespace quillmere {
 
 struct ScriptStatement {
   std::string text;      // without the semicolon
@@ -47,4 +47,4 @@ class StatementSplitter {
   std::size_t place_line_ = 0;
 };
 
-}  // namespace quillmere::cli
+}  // namespace quillmere

@@ -1,8 +1,8 @@
-#include "cli/statement_splitter.h"
+#include "foundation/statement_splitter.h"
 
 #include <utility>
 
-namespace quillmere::cli {
+namespace quillmere {
 namespace {
 
 bool IsBlank(char c) {
@@ -92,4 +92,4 @@ std::string StatementSplitter::Unfinished() const {
   return {};
 }
 
-}  // namespace quillmere::cli
+}  // namespace quillmere
