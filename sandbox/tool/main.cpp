@@ -5,6 +5,7 @@
 #include <iostream>
 #include <iterator>
 
+#include "foundation/version.h"
 #include "sandbox/store/cut_flag.h"
 #include "sandbox/store/run_sql.h"
 #include "sandbox/tool/compare.h"
@@ -145,6 +146,7 @@ int Scn(const Arguments& arguments) {
 int Main(int argc, char** argv) {
   Arguments arguments;
   CLI::App app("Makes sandbox databases, runs SQL on them and compares them.", "quillmere-sandbox");
+  app.set_version_flag("--version", std::string("quillmere-sandbox ") + ProgramVersion());
   app.require_subcommand(1);
   app.add_option("--workdir", arguments.workdir, "databases are in DIR/sandbox (default: .)");
   int (*command)(const Arguments&) = nullptr;
@@ -171,8 +173,8 @@ int Main(int argc, char** argv) {
   add("scn", "print the SCN of the last commit", Scn);
   try {
     app.parse(argc, argv);
-  } catch (const CLI::CallForHelp& help) {
-    return app.exit(help);
+  } catch (const CLI::Success& asked) {  // --help, --version
+    return app.exit(asked);
   } catch (const CLI::ParseError& error) {
     return Fail(error.what(), kWrongUsage);
   }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "app/end_signals.h"
+#include "foundation/version.h"
 #include "ui/main/program_window.h"
 #include "ui/toolkit/icons.h"
 #include "ui/toolkit/notice.h"
@@ -47,6 +48,7 @@ int RunWindow(const Workspace::Options& options, int argc, char** argv) {
 int Run(int argc, char** argv) {
   CLI::App app("Replicates Oracle databases: jobs, data sources and their tables in a window.",
                "quillmere");
+  app.set_version_flag("--version", std::string("quillmere ") + ProgramVersion());
   Workspace::Options options;
   std::string folder = ".";
   app.add_option("--workdir", folder,

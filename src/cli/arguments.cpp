@@ -13,6 +13,7 @@
 #include "cli/source_commands.h"
 #include "cli/sql_command.h"
 #include "cli/terminal.h"
+#include "foundation/version.h"
 
 namespace quillmere::cli {
 namespace {
@@ -241,6 +242,7 @@ int Answer(const CLI::App& app, const CLI::ParseError& error) {
 int RunCommandLine(int argc, const char* const* argv) {
   CLI::App app("Replicates Oracle databases: data sources, jobs and their running.",
                "quillmere-cli");
+  app.set_version_flag("--version", std::string("quillmere-cli ") + ProgramVersion());
   Parsed parsed;
   app.add_option("--workdir", parsed.line.workdir, "working folder (default: the current one)")
       ->type_name("DIR");

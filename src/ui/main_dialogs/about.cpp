@@ -9,7 +9,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "ui/main_dialogs/version.h"
+#include "foundation/version.h"
 #include "ui/toolkit/icons.h"
 #include "ui/toolkit/text.h"
 

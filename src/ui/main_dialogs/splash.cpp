@@ -7,7 +7,7 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
-#include "ui/main_dialogs/version.h"
+#include "foundation/version.h"
 #include "ui/toolkit/appearance.h"
 #include "ui/toolkit/icons.h"
 

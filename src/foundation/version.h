@@ -1,4 +1,4 @@
-// Which release of the program this is.
+// Which release this is. It is said once, in the topmost CMakeLists.txt.
 #pragma once
 
 namespace quillmere {

@@ -1,4 +1,4 @@
-#include "ui/main_dialogs/version.h"
+#include "foundation/version.h"
 
 namespace quillmere {
 
