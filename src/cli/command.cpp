@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "foundation/text.h"
 #include "workspace/program_folder.h"
 
 namespace quillmere::cli {
@@ -72,14 +73,13 @@ std::string OneLine(std::string_view text) {
   std::string line;
   line.reserve(text.size());
   for (const char c : text) {
-    const bool control = static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-    if (!control) {
+    if (!IsControlCharacter(c)) {
       line += c;
     } else if (!line.empty() && line.back() != ' ') {
       line += ' ';
     }
   }
-  line.erase(line.find_last_not_of(' ') + 1);
+  line.resize(TrimRight(line, " ").size());
   return line;
 }
 

@@ -1,32 +1,22 @@
 #include "cli/sql_command.h"
 
 #include <algorithm>
-#include <cctype>
 #include <fstream>
 #include <iostream>
 
 #include "foundation/statement_splitter.h"
+#include "foundation/text.h"
 
 namespace quillmere::cli {
 namespace {
 
 constexpr std::size_t kShownBytes = 70;
 
-std::string LowerCase(std::string_view text) {
-  std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return lower;
-}
-
 // The beginning of a statement, for a message; a password in it is left out.
 std::string Shortened(const std::string& statement) {
   const std::size_t secret = LowerCase(statement).find("identified");
   std::size_t end = std::min({statement.size(), secret, kShownBytes});
-  while (end > 0 && end < statement.size() &&
-         (static_cast<unsigned char>(statement[end]) & 0xC0) == 0x80) {
-    --end;
-  }
+  while (end > 0 && end < statement.size() && ContinuesCharacter(statement[end])) --end;
   return OneLine(statement.substr(0, end)) + (end < statement.size() ? " ..." : "");
 }
 

@@ -2,14 +2,15 @@
 
 #include <algorithm>
 
+#include "foundation/text.h"
+
 namespace quillmere::cli {
 namespace {
 
 // Characters that take a place on the screen: not the further bytes of one in UTF-8.
 std::size_t Width(const std::string& text) {
-  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-  }));
+  return text.size() -
+         static_cast<std::size_t>(std::count_if(text.begin(), text.end(), ContinuesCharacter));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "datasources/data_source_file.h"
+#include "foundation/text.h"
 
 namespace quillmere {
 
@@ -14,10 +15,6 @@ namespace {
 
 // Files of their own in the same folder.
 constexpr std::array<std::string_view, 2> kReservedNames = {"database", "settings"};
-
-void KeepFirst(std::string& error, std::string&& reason) {
-  if (error.empty()) error = std::move(reason);
-}
 
 bool IsReserved(std::string_view name) {
   return std::any_of(kReservedNames.begin(), kReservedNames.end(),
@@ -97,7 +94,7 @@ bool DataSourceRegistry::Remove(std::size_t index, std::string& error) {
   if (sources_[index].state == ConnectionState::Empty) return true;
   const fs::path file = SourceFile(sources_[index].name);
   if (!RemoveEveryTrace(file, error)) return false;
-  std::erase(unreadable_, file);
+  unreadable_.Forget(file);
   sources_[index] = {};
   return true;
 }
@@ -106,11 +103,11 @@ bool DataSourceRegistry::Save(std::string& error) {
   error.clear();
   if (!MakeFolders(ListFile().parent_path(), error)) return false;
   std::string reason;
-  if (!SaveList(reason)) KeepFirst(error, std::move(reason));
+  if (!SaveList(reason)) KeepFirst(error, reason);
   for (DataSource& source : sources_) {
     if (source.state == ConnectionState::Empty || !source.needsave) continue;
     if (settings_.registry_messages) log_.Add(source.name + " need save before save.", false);
-    if (!SaveSource(source, reason)) KeepFirst(error, std::move(reason));
+    if (!SaveSource(source, reason)) KeepFirst(error, reason);
   }
   return error.empty();
 }
@@ -125,7 +122,7 @@ bool DataSourceRegistry::SaveList(std::string& error) {
   }
   // What could not be read today may be repaired tomorrow.
   for (const std::string& name : left_out_) append(name);
-  return KeepUnreadable(ListFile(), error) &&
+  return unreadable_.Keep(ListFile(), error) &&
          ReplaceTextFile(ListFile(), document.Text(), FileAccess::Everyone, error);
 }
 
@@ -143,30 +140,23 @@ bool DataSourceRegistry::SaveSource(DataSource& source, std::string& error) {
     error = "Can not create " + PathText(file) + ": it would be too large";
     return false;
   }
-  if (!KeepUnreadable(file, error) || !ReplaceTextFile(file, text, FileAccess::OwnerOnly, error)) {
+  if (!unreadable_.Keep(file, error) ||
+      !ReplaceTextFile(file, text, FileAccess::OwnerOnly, error)) {
     return false;
   }
   source.needsave = false;
   return true;
 }
 
-bool DataSourceRegistry::KeepUnreadable(const fs::path& file, std::string& error) {
-  const auto found = std::find(unreadable_.begin(), unreadable_.end(), file);
-  if (found == unreadable_.end()) return true;
-  if (!KeepBadFile(file, error)) return false;
-  unreadable_.erase(found);
-  return true;
-}
-
 void DataSourceRegistry::Load() {
   sources_.clear();
   left_out_.clear();
-  unreadable_.clear();
+  unreadable_.Clear();
   XmlDocument document;
   bool missing = false;
   if (!document.Load(ListFile(), &missing)) {
     log_.Add("Can't not open database.xml", true);
-    if (!missing) unreadable_.push_back(ListFile());
+    if (!missing) unreadable_.Add(ListFile());
     return;
   }
   std::vector<const XmlNode*> nodes;
@@ -188,7 +178,7 @@ void DataSourceRegistry::LoadSource(std::string_view name) {
   bool missing = false;
   if (!document.Load(file, &missing) || !ReadDataSource(document.Root(), source)) {
     LeaveOut(name, "open" + PathText(file) + " failed");
-    if (!missing) unreadable_.push_back(file);
+    if (!missing) unreadable_.Add(file);
     return;
   }
   sources_.push_back(std::move(source));

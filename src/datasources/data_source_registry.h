@@ -93,14 +93,13 @@ class DataSourceRegistry {
   void LeaveOut(std::string_view name, std::string_view message);
   bool SaveList(std::string& error);
   bool SaveSource(DataSource& source, std::string& error);
-  bool KeepUnreadable(const std::filesystem::path& file, std::string& error);
 
   const std::filesystem::path working_folder_;
   MessageLog& log_;
   const Settings& settings_;
   std::deque<DataSource> sources_;
-  std::vector<std::string> left_out_;              // names in database.xml that were not loaded
-  std::vector<std::filesystem::path> unreadable_;  // kept as .bad before the first save over them
+  std::vector<std::string> left_out_;  // names in database.xml that were not loaded
+  UnreadableFiles unreadable_;
 };
 
 }  // namespace quillmere

@@ -1,5 +1,6 @@
 #include "engine/rewriter.h"
 
+#include "foundation/text.h"
 #include "oracle/H_oracle.h"
 
 namespace quillmere {
@@ -7,39 +8,17 @@ namespace {
 
 constexpr std::size_t kMostTokenBytes = 80;
 
-// ASCII only: no locale has a say in what is sent to a database.
-char Upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-bool EqualsUpper(std::string_view text, std::string_view upper) {
-  if (text.size() != upper.size()) return false;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (Upper(text[i]) != upper[i]) return false;
-  }
-  return true;
-}
-
 std::string_view TakeUpTo(std::string_view& text, char end) {
   const std::string_view token = text.substr(0, text.find(end));
   text.remove_prefix(token.size());
   return token;
 }
 
-void SkipBlanks(std::string_view& text) {
-  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-}
-
-std::string_view Trim(std::string_view text) {
-  SkipBlanks(text);
-  return text.substr(0, text.find_last_not_of(' ') + 1);
-}
-
 // A name in double quotes is taken to its closing quote, whatever stands in it; another one up to
 // the end character.
 std::string_view TakeName(std::string_view& text, char end) {
-  SkipBlanks(text);
-  if (!text.starts_with('"')) return Trim(TakeUpTo(text, end));
+  text = TrimLeft(text, " ");
+  if (!text.starts_with('"')) return TrimRight(TakeUpTo(text, end), " ");
   text.remove_prefix(1);
   const std::size_t close = text.find('"');
   if (close == std::string_view::npos) return {};
@@ -54,12 +33,12 @@ ParsedStatement ParseStatement(std::string_view statement) {
   ParsedStatement parsed;
   std::string_view text = statement;
   parsed.verb_text = TakeUpTo(text, ' ');
-  if (EqualsUpper(parsed.verb_text, "INSERT")) parsed.verb = Verb::Insert;
-  if (EqualsUpper(parsed.verb_text, "DELETE")) parsed.verb = Verb::Delete;
-  SkipBlanks(text);
+  if (EqualsIgnoringCase(parsed.verb_text, "INSERT")) parsed.verb = Verb::Insert;
+  if (EqualsIgnoringCase(parsed.verb_text, "DELETE")) parsed.verb = Verb::Delete;
+  text = TrimLeft(text, " ");
   if (parsed.verb != Verb::Update) {
     TakeUpTo(text, ' ');  // INTO or FROM
-    SkipBlanks(text);
+    text = TrimLeft(text, " ");
   }
   const std::string_view owner = TakeName(text, '.');
   if (!text.starts_with('.')) return parsed;
@@ -95,7 +74,7 @@ Rewritten RewriteStatement(SyncJob& job, std::string_view statement, std::string
                                      : parsed.owner;
   to_execute.clear();
   to_execute.reserve(statement.size() + owner.size() + 16);
-  for (const char c : parsed.verb_text) to_execute += Upper(c);
+  for (const char c : parsed.verb_text) to_execute += UpperCase(c);
   // An update has no keyword between the two blanks.
   to_execute += ' ';
   if (parsed.verb == Verb::Insert) to_execute += "INTO";
@@ -111,9 +90,7 @@ Rewritten RewriteStatement(SyncJob& job, std::string_view statement, std::string
 std::string OperationName(const ParsedStatement& parsed) {
   if (parsed.verb == Verb::Insert) return "INSERT INTO";
   if (parsed.verb == Verb::Delete) return "DELETE FROM";
-  std::string name;
-  for (const char c : parsed.verb_text) name += Upper(c);
-  return name;
+  return UpperCase(parsed.verb_text);
 }
 
 }  // namespace quillmere

@@ -1,5 +1,5 @@
 // What every floor above stands on: the configuration dialect, the password cipher, files that are
-// replaced whole, names that may become file names, time.
+// replaced whole, names that may become file names, texts, time.
 #pragma once
 
 #include "foundation/clock.h"
@@ -7,5 +7,7 @@
 #include "foundation/files.h"
 #include "foundation/settings.h"
 #include "foundation/tea_cipher.h"
+#include "foundation/text.h"
+#include "foundation/unreadable_files.h"
 #include "foundation/xml_document.h"
 #include "foundation/xml_writer.h"

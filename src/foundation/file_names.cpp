@@ -4,20 +4,14 @@
 #include <array>
 #include <cstdint>
 
+#include "foundation/text.h"
+
 namespace quillmere {
 
 namespace {
 
 // Leaves room for ".xml", ".bad" and a temporary suffix, and twice in a path of 260 on Windows.
 constexpr std::size_t kLongestName = 100;
-
-char LowerAscii(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool IsContinuation(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
 
 // Bytes of the UTF-8 character at the start of text, 0 when it is none.
 std::size_t Utf8Length(std::string_view text) {
@@ -27,7 +21,7 @@ std::size_t Utf8Length(std::string_view text) {
   if (lead < 0xC2 || lead > 0xF4 || text.size() < length) return 0;
   std::uint32_t code = lead & (0x7Fu >> length);
   for (std::size_t i = 1; i < length; ++i) {
-    if (!IsContinuation(text[i])) return 0;
+    if (!ContinuesCharacter(text[i])) return 0;
     code = code << 6 | (static_cast<unsigned char>(text[i]) & 0x3Fu);
   }
   const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
@@ -46,8 +40,7 @@ bool IsUtf8(std::string_view text) {
 
 // Names of devices, with any extension: "nul", "Com1.xml".
 bool IsDeviceName(std::string_view name) {
-  std::string_view base = name.substr(0, name.find('.'));
-  while (!base.empty() && base.back() == ' ') base.remove_suffix(1);
+  const std::string_view base = TrimRight(name.substr(0, name.find('.')), " ");
   constexpr std::array<std::string_view, 7> kDevices = {"con",     "prn",    "aux",   "nul",
                                                         "conout$", "conin$", "clock$"};
   if (std::any_of(kDevices.begin(), kDevices.end(),
@@ -65,9 +58,7 @@ bool IsDeviceName(std::string_view name) {
 
 std::string WhyCharactersRefused(std::string_view name) {
   for (const char c : name) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
-      return "A name must not contain control characters";
-    }
+    if (IsControlCharacter(c)) return "A name must not contain control characters";
     if (std::string_view("<>:\"/\\|?*").find(c) != std::string_view::npos) {
       return std::string("A name must not contain '") + c + "'";
     }
@@ -93,8 +84,7 @@ std::string WhyNoFileName(std::string_view name) {
 }
 
 bool SameFileName(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
+  return EqualsIgnoringCase(a, b);
 }
 
 }  // namespace quillmere

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <vector>
 
+#include "foundation/text.h"
+
 namespace quillmere {
 
 namespace {
@@ -143,7 +145,7 @@ std::string FoldForXml(std::string_view value) {
   std::size_t width = 0;  // of the line so far, as it will be written
   for (std::size_t at = 0; at < value.size(); ++at) {
     const char c = value[at];
-    const bool starts_character = (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    const bool starts_character = !ContinuesCharacter(c);
     // Not before a tail byte of UTF-8, and not behind a blank, which would be lost at a line's end;
     // but a line of nothing else must end somewhere.
     const bool may_break = starts_character && !folded.empty() && folded.back() != ' ';

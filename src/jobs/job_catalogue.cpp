@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "foundation/text.h"
 #include "jobs/job_files.h"
 #include "jobs/job_list.h"
 
@@ -18,10 +19,6 @@ constexpr std::string_view kListFile = "jobs.xml";
 
 // What the engine keeps in a job's folder.
 constexpr std::array<std::string_view, 3> kRunFiles = {"block.dat", "commit.dat", "sqlcmds.txt"};
-
-void KeepFirst(std::string& error, std::string&& reason) {
-  if (error.empty()) error = std::move(reason);
-}
 
 bool RenamePath(const fs::path& from, const fs::path& to, std::string& error) {
   std::error_code code;
@@ -84,9 +81,9 @@ bool JobCatalogue::Save(Selection selection, std::string& error) {
   error.clear();
   std::string reason;
   std::vector<SyncJob*> changed;
-  if (!SaveList(selection, changed, reason)) KeepFirst(error, std::move(reason));
+  if (!SaveList(selection, changed, reason)) KeepFirst(error, reason);
   for (SyncJob* job : changed) {
-    if (!SaveOwnFile(*job, reason)) KeepFirst(error, std::move(reason));
+    if (!SaveOwnFile(*job, reason)) KeepFirst(error, reason);
   }
   return error.empty();
 }
@@ -111,7 +108,7 @@ bool JobCatalogue::SaveList(Selection selection, std::vector<SyncJob*>& changed,
   }
   if (text == saved_list_ && IsThere(ListFile())) return true;
   if (!MakeFolders(working_folder_ / "jobs", error)) return false;
-  if (!KeepUnreadable(ListFile(), error)) return false;
+  if (!unreadable_.Keep(ListFile(), error)) return false;
   if (list_has_more_ && !KeepBadCopy(ListFile(), FileAccess::Everyone, error)) return false;
   list_has_more_ = false;
   if (!ReplaceTextFile(ListFile(), text, FileAccess::Everyone, error)) return false;
@@ -135,19 +132,11 @@ bool JobCatalogue::SaveOwnFile(SyncJob& job, std::string& error) {
     error = "Can not create " + PathText(file) + ": it would be too large";
     return false;
   }
-  if (!MakeFolders(JobFolder(name), error) || !KeepUnreadable(file, error) ||
+  if (!MakeFolders(JobFolder(name), error) || !unreadable_.Keep(file, error) ||
       !ReplaceTextFile(file, writer.Text(), FileAccess::Everyone, error)) {
     return false;
   }
   job.tables_saved_revision = revision;
-  return true;
-}
-
-bool JobCatalogue::KeepUnreadable(const fs::path& file, std::string& error) {
-  const auto found = std::find(unreadable_.begin(), unreadable_.end(), file);
-  if (found == unreadable_.end()) return true;
-  if (!KeepBadFile(file, error)) return false;
-  unreadable_.erase(found);
   return true;
 }
 
@@ -166,7 +155,7 @@ bool JobCatalogue::MoveFolder(std::string_view from, std::string_view to, std::s
     RenamePath(JobFolder(to), JobFolder(from), ignored);
     return false;
   }
-  std::replace(unreadable_.begin(), unreadable_.end(), OwnFilePath(from), OwnFilePath(to));
+  unreadable_.Rename(OwnFilePath(from), OwnFilePath(to));
   return true;
 }
 
@@ -197,10 +186,10 @@ bool JobCatalogue::Remove(std::size_t index, std::string& error) {
   error.clear();
   if (name.empty()) return true;
   std::string reason;
-  std::erase(unreadable_, OwnFilePath(name));
-  if (!RemoveEveryTrace(OwnFilePath(name), reason)) KeepFirst(error, std::move(reason));
+  unreadable_.Forget(OwnFilePath(name));
+  if (!RemoveEveryTrace(OwnFilePath(name), reason)) KeepFirst(error, reason);
   for (const std::string_view file : kRunFiles) {
-    if (!RemoveEveryTrace(JobFolder(name) / file, reason)) KeepFirst(error, std::move(reason));
+    if (!RemoveEveryTrace(JobFolder(name) / file, reason)) KeepFirst(error, reason);
   }
   std::error_code code;
   fs::remove(JobFolder(name), code);  // stays when the operator keeps something in it

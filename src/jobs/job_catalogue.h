@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/unreadable_files.h"
 #include "jobs/sync_job.h"
 #include "messages/message_log.h"
 
@@ -68,15 +69,14 @@ class JobCatalogue {
   bool Save(Selection selection, std::string& error);
   bool SaveList(Selection selection, std::vector<SyncJob*>& changed, std::string& error);
   bool SaveOwnFile(SyncJob& job, std::string& error);
-  bool KeepUnreadable(const std::filesystem::path& file, std::string& error);
   bool MoveFolder(std::string_view from, std::string_view to, std::string& error);
 
   const std::filesystem::path working_folder_;
   JobList& jobs_;
   MessageLog& log_;
   std::mutex save_mutex_;
-  std::string saved_list_;                         // what jobs.xml holds, to skip an equal write
-  std::vector<std::filesystem::path> unreadable_;  // kept as .bad before the first save over them
+  std::string saved_list_;  // what jobs.xml holds, to skip an equal write
+  UnreadableFiles unreadable_;
   bool list_has_more_ = false;  // jobs.xml names jobs that were left out: a copy is kept as .bad
 };
 

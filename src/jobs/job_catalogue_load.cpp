@@ -24,7 +24,7 @@ void JobCatalogue::Load(const LoginLookup& logins, const RunStateRestorer& resto
   const std::lock_guard<std::mutex> saving(save_mutex_);
   for (std::size_t index = 0; index < jobs_.Count(); ++index) jobs_.Remove(index);
   saved_list_.clear();
-  unreadable_.clear();
+  unreadable_.Clear();
   list_has_more_ = false;
 
   std::string error;
@@ -37,7 +37,7 @@ void JobCatalogue::Load(const LoginLookup& logins, const RunStateRestorer& resto
     log_.WriteGeneral("Can not read " + PathText(ListFile()) + ": " +
                       (read ? document.Message() : error));
     saved_list_.clear();
-    unreadable_.push_back(ListFile());
+    unreadable_.Add(ListFile());
     return;
   }
   std::vector<const XmlNode*> nodes;
@@ -88,7 +88,7 @@ void JobCatalogue::LoadOwnFile(SyncJob& job) {
     job.schemas = std::move(schemas);
   } else {
     log_.Add("open" + PathText(file) + " failed, please refresh contents when connected.", true);
-    if (!missing) unreadable_.push_back(file);
+    if (!missing) unreadable_.Add(file);
   }
   // Also after a failure: the file is left alone, and complained about at each start, until a
   // refresh has brought owners and tables to write over it.

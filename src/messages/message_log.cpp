@@ -4,6 +4,8 @@
 #include <system_error>
 #include <utility>
 
+#include "foundation/text.h"
+
 namespace quillmere {
 
 namespace {
@@ -17,8 +19,7 @@ constexpr std::size_t kStampWidth = sizeof("20260131 23:59:07 ") - 1;
 // A message of several lines, as the server sends them, stays one entry to the eye and to a search
 // for the stamps: its further lines are indented under the first.
 std::string ForErrorLog(std::string_view line) {
-  const std::size_t last = line.find_last_not_of("\r\n");
-  line = line.substr(0, last == std::string_view::npos ? 0 : last + 1);
+  line = TrimRight(line, "\r\n");
   std::string text;
   text.reserve(line.size() + 1);
   for (std::size_t i = 0; i < line.size(); ++i) {

@@ -1,5 +1,4 @@
-#include <charconv>
-
+#include "foundation/text.h"
 #include "oracle/text_query.h"
 
 namespace quillmere {
@@ -12,21 +11,6 @@ constexpr oci::sb4 kRedoBytes = 4000;
 constexpr oci::ub4 kPrefetchRows = 500;
 
 constexpr QueryLabels kCurrentScnLabels = kSingleLabels;
-
-bool ParseScn(std::string_view text, std::int64_t& scn) {
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, scn);
-  return error == std::errc() && stop == end && !text.empty();
-}
-
-std::string Quoted(std::string_view text) {
-  std::string quoted = "'";
-  for (const char c : text) {
-    quoted += c;
-    if (c == '\'') quoted += c;
-  }
-  return quoted + "'";
-}
 
 // A second statement handle beside a query, freed with it.
 class Statement {
@@ -61,7 +45,7 @@ bool OracleSession::ReadCurrentScn(std::int64_t& scn) {
                          {kScnDigits})) {
     return false;
   }
-  if (!query.Truncated() && ParseScn(query.Text(0), scn)) return true;
+  if (!query.Truncated() && ParseNumber(query.Text(0), scn)) return true;
   return query.Refuse("the current SCN is not a number: '" + std::string(query.Text(0)) + "'");
 }
 
@@ -86,7 +70,7 @@ bool OracleSession::SetLogs(std::int64_t start_scn) {
       return false;
     }
     const std::string add = "begin dbms_logmnr.add_logfile(logfilename=>" +
-                            Quoted(members.Text(0)) + ", options=>" + std::string(option) +
+                            SqlLiteral(members.Text(0)) + ", options=>" + std::string(option) +
                             "); end;";
     if (!ExecuteOn(second.Handle(), add, "OCIStmtPrepare(dbms_logmnr.add_logfile) : ",
                    "OCIStmtExecute(dbms_logmnr.add_logfile) : ")) {
@@ -125,7 +109,7 @@ bool OracleSession::MineRedo(RedoSink& sink) {
     if (contents.Truncated()) {
       // Losing a byte here would change what is applied elsewhere.
       reason = "a row of the redo is longer than " + std::to_string(kRedoBytes) + " bytes";
-    } else if (!ParseScn(contents.Text(0), scn)) {
+    } else if (!ParseNumber(contents.Text(0), scn)) {
       reason = "the SCN of a row is not a number: '" + std::string(contents.Text(0)) + "'";
     } else if (sink.OnRedo(scn, contents.Raw(1), reason)) {
       continue;

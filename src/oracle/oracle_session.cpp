@@ -1,3 +1,4 @@
+#include "foundation/text.h"
 #include "oracle/H_oracle.h"
 
 #include <array>
@@ -181,7 +182,7 @@ void OracleSession::SetError(std::string_view label, ErrorSource source, sword s
   }
   buffer[kBufferSize] = 0;
   std::string_view text = reinterpret_cast<const char*>(buffer.data());
-  text = text.substr(0, text.find_last_not_of(" \r\n\t") + 1);
+  text = TrimRight(text);
   if (text.empty()) {
     last_error_ +=
         status == kInvalidHandle

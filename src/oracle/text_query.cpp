@@ -1,9 +1,10 @@
 #include "oracle/text_query.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
+
+#include "foundation/text.h"
 
 namespace quillmere {
 
@@ -23,22 +24,15 @@ std::int32_t Saturated(Number value) {
   return value >= Number{kMost} ? kMost : static_cast<std::int32_t>(value);
 }
 
-template <typename Number>
-bool Parse(std::string_view text, Number& value) {
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value);
-  return error == std::errc() && stop == end;
-}
-
 // A client writes a number that is wider than its column with an exponent.
 bool ParseWhole(std::string_view text, std::int32_t& value) {
   std::int64_t whole = 0;
-  if (Parse(text, whole)) {
+  if (ParseNumber(text, whole)) {
     value = Saturated(whole);
     return true;
   }
   double wide = 0;
-  if (!Parse(text, wide) || !std::isfinite(wide) || std::trunc(wide) != wide) return false;
+  if (!ParseNumber(text, wide) || !std::isfinite(wide) || std::trunc(wide) != wide) return false;
   value = Saturated(wide);
   return true;
 }
@@ -182,8 +176,7 @@ std::string_view TextQuery::Raw(std::size_t position) const {
 }
 
 std::string_view TextQuery::Text(std::size_t position) const {
-  const std::string_view text = Raw(position);
-  return text.substr(0, text.find_last_not_of(' ') + 1);
+  return TrimRight(Raw(position), " ");
 }
 
 }  // namespace quillmere

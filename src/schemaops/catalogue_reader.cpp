@@ -1,5 +1,6 @@
 #include <chrono>
 
+#include "foundation/text.h"
 #include "schemaops/item_run.h"
 
 namespace quillmere {
@@ -168,8 +169,7 @@ std::string VersionFromBanner(const std::vector<std::string>& banner) {
   for (const std::string_view line : banner) {
     for (std::size_t begin = 0; begin < line.size();) {
       const std::size_t end = std::min(line.find(' ', begin), line.size());
-      std::string_view word = line.substr(begin, end - begin);
-      while (word.ends_with(',') || word.ends_with('.')) word.remove_suffix(1);
+      const std::string_view word = TrimRight(line.substr(begin, end - begin), ",.");
       if (IsRelease(word)) return std::string(word);
       begin = end + 1;
     }

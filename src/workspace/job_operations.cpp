@@ -1,20 +1,13 @@
 #include "workspace/job_operations.h"
 
-#include <charconv>
 #include <limits>
 #include <utility>
 
+#include "foundation/text.h"
 #include "workspace/job_tables.h"
 
 namespace quillmere {
 namespace {
-
-std::string_view Trim(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r\n\v\f";
-  const std::size_t begin = text.find_first_not_of(kBlanks);
-  if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
-}
 
 // Files that a job of this name left behind, or that belong to one that the list has lost: they
 // would come back as the new job's. They are kept under other names.
@@ -80,11 +73,8 @@ JobProperties Trimmed(JobProperties properties) {
 }
 
 std::int32_t ParseInterval(std::string_view text) {
-  text = Trim(text);
   std::int32_t value = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value);
-  return error == std::errc() && stop == end ? value : 0;
+  return ParseNumber(Trim(text), value) ? value : 0;
 }
 
 std::string WhyPropertiesRefused(const JobProperties& trimmed, std::size_t data_sources) {

@@ -78,6 +78,29 @@ TEST(FileNames, RefusesWhatIsNoFileName) {
   EXPECT_FALSE(SameFileName("Orders", "Orders2"));
 }
 
+TEST(Text, TrimsAndFoldsAsciiAlone) {
+  const std::string_view cases[][3] = {// text, trimmed, trimmed of x and y
+                                       {"", "", ""},
+                                       {" \t\r\n\v\f", "", " \t\r\n\v\f"},
+                                       {" a b\n", "a b", " a b\n"},
+                                       {"xyx", "xyx", ""},
+                                       {"x a y", "x a y", " a "}};
+  for (const auto& [text, trimmed, without] : cases) {
+    EXPECT_EQ(Trim(text), trimmed);
+    EXPECT_EQ(Trim(text, "xy"), without);
+  }
+  EXPECT_EQ(UpperCase("a@z[`{\xE4 9"), "A@Z[`{\xE4 9");
+  EXPECT_EQ(LowerCase("A@Z[`{\xC4 9"), "a@z[`{\xC4 9");
+  EXPECT_FALSE(EqualsIgnoringCase("ab", "abc") || EqualsIgnoringCase("@", "`"));
+  EXPECT_EQ(SqlLiteral("it's '"), "'it''s '''");
+  std::int32_t number = 7;
+  for (const char* text : {"", " 1", "1 ", "+1", "2147483648", "1.5"}) {
+    EXPECT_FALSE(ParseNumber(text, number)) << text;
+  }
+  EXPECT_EQ(number, 7);
+  EXPECT_TRUE(ParseNumber("-12", number) && number == -12);
+}
+
 TEST(Clock, StampsTime) {
   const std::pair<std::int64_t, const char*> cases[] = {{1769903947999, "20260131 23:59:07"},
                                                         {951782400000, "20000229 00:00:00"},

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "foundation/text.h"
 #include "ui/toolkit/row_order.h"
 #include "ui/toolkit/text.h"
 
@@ -111,10 +112,7 @@ void RowModel::Reorder(std::vector<std::uint32_t> rows) {
 }
 
 void RowModel::SetFilter(std::string_view text) {
-  std::string folded(text);
-  std::transform(folded.begin(), folded.end(), folded.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
+  std::string folded = LowerCase(text);
   if (folded == filter_) return;
   // Rows come and go, which a change of layout alone does not tell; the views start anew.
   beginResetModel();

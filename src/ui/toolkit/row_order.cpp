@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "foundation/text.h"
+
 namespace quillmere {
 namespace {
 
@@ -50,11 +52,6 @@ std::uint64_t Prefix(std::string_view text) {
   return value;
 }
 
-char Folded(char character) {
-  return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                              : character;
-}
-
 }  // namespace
 
 void SortByText(std::vector<std::uint32_t>& rows,
@@ -90,7 +87,7 @@ void SortByNumber(std::vector<std::uint32_t>& rows,
 
 bool ContainsFolded(std::string_view text, std::string_view needle) {
   return std::search(text.begin(), text.end(), needle.begin(), needle.end(),
-                     [](char a, char b) { return Folded(a) == b; }) != text.end();
+                     [](char a, char b) { return LowerCase(a) == b; }) != text.end();
 }
 
 }  // namespace quillmere
