@@ -14,7 +14,7 @@ CORE = ("foundation", "messages", "oracle", "datasources", "jobs", "engine", "sc
         "workspace")
 # In the windows, what is handed to a message box or to the message list.
 SAID = re.compile(r"\b(?:ShowNotice|ShowFailure|Confirm|Refused|Done|Log\(\)\.Add)\s*\(")
-LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
+LITERAL = re.compile(r"""'(?:[^'\\]|\\.)'|"((?:[^"\\\n]|\\.)*)["]""")  # of characters, too: they are no texts
 # Statements, their parts and other texts that are no messages.
 NO_MESSAGE = re.compile(
     r"^ ?(select|alter|create|drop table|drop index|begin (dbms|sys)|where|and |from |order |inner|owner )"
@@ -54,7 +54,7 @@ def literals(source):
     """Adjacent literals are one text, as the compiler sees them."""
     joined = re.sub(r'"\s*\n\s*"', "", source)
     for found in LITERAL.finditer(joined):
-        yield found.group(1).replace('\\"', '"').replace("\\n", "\n")
+        yield (found.group(1) or "").replace('\\"', '"').replace("\\n", "\n")
 
 
 def call_arguments(source, begin):
