@@ -1,9 +1,7 @@
 #include "cli/schema_commands.h"
 
-#include <functional>
-
 #include "cli/source_listings.h"
-#include "workspace/source_operations.h"
+#include "workspace/schema_changes.h"
 
 namespace quillmere::cli::schema {
 namespace {
@@ -19,13 +17,8 @@ class Printer final : public SchemaListener {
   bool OnProgress(std::string_view, std::size_t, std::size_t) override {
     return written_ && !end_.Came();
   }
-  void OnResult(std::string_view line, bool failed) override {
-    if (failed && first_failure_.empty()) first_failure_ = line;
-    Show(line);
-  }
+  void OnResult(std::string_view line, bool) override { Show(line); }
   void OnDetail(std::string_view line) override { Show(line); }
-
-  const std::string& FirstFailure() const { return first_failure_; }
 
  private:
   void Show(std::string_view line) {
@@ -34,13 +27,7 @@ class Printer final : public SchemaListener {
 
   EndRequest end_;
   bool written_ = true;
-  std::string first_failure_;
 };
-
-DataSource* SourceOf(Workspace& workspace, const std::string& name) {
-  const int index = FindSource(workspace, name);
-  return index < 0 ? nullptr : &workspace.Registry().At(static_cast<std::size_t>(index));
-}
 
 bool FindItems(const DataSource& source, const Arguments& arguments,
                std::vector<SchemaItem>& items) {
@@ -69,83 +56,66 @@ bool FindItems(const DataSource& source, const Arguments& arguments,
   return !items.empty();
 }
 
-int Finish(Workspace& workspace, const SchemaRun& run, const std::string& first_failure) {
-  std::string reason;
-  const bool saved = workspace.Registry().Save(reason);
+int Finish(const SchemaRun& run) {
   if (!run.refused.empty()) return Fail(run.refused);
   if (!run.logged) return Fail("error.log cannot be written");
-  if (!saved) return Fail(reason);
+  if (!run.unsaved.empty()) return Fail(run.unsaved);
   if (run.cancelled) return Fail("Ended before all was done");
   if (run.failed == 0) return kDone;
   const std::size_t all = run.failed + run.succeeded;
   return Fail(std::to_string(run.failed) + " of " + std::to_string(all) +
-              " failed: " + first_failure);
+              " failed: " + run.first_failure);
 }
 
-// What a command works on, found in the working folder.
-struct Work {
-  SchemaOperations operations;
-  DataSource& source;
-  const DataSource* target;  // of a migrate
-  ObjectKind kind;
-  std::vector<SchemaItem> items;
-  Printer printer;
-};
-
-int Change(const CommandLine& line, const Arguments& arguments,
-           const std::function<SchemaRun(Work& work)>& run) {
-  const auto workspace = OpenToChange(line);
-  if (workspace == nullptr) return kFailed;
-  DataSource* source = SourceOf(*workspace, arguments.source);
-  if (source == nullptr) return kFailed;
-  const DataSource* target = source;
-  if (!arguments.target.empty()) target = SourceOf(*workspace, arguments.target);
-  if (target == nullptr) return kFailed;
-  for (const DataSource* used : {static_cast<const DataSource*>(source), target}) {
-    if (IsUsedByRunningJob(workspace->Jobs(), used->name)) {
-      return Fail("Database is used in a running job");
-    }
+// Opens the folder and finds the objects that are named in it.
+struct Opened {
+  Opened(const CommandLine& line, const Arguments& arguments) : workspace(OpenToChange(line)) {
+    if (workspace == nullptr) return;
+    const int index = FindSource(*workspace, arguments.source);
+    if (index < 0) return;
+    selection.source = static_cast<std::size_t>(index);
+    selection.kind = KindOf(arguments);
+    found = FindItems(workspace->Registry().At(selection.source), arguments, selection.items);
   }
-  Work work{{workspace->Oci(), workspace->Log(), workspace->ProgramSettings()},
-            *source,
-            target,
-            KindOf(arguments),
-            {},
-            {}};
-  if (!FindItems(*source, arguments, work.items)) return kFailed;
-  const SchemaRun done = run(work);
-  return Finish(*workspace, done, work.printer.FirstFailure());
-}
+
+  std::unique_ptr<Workspace> workspace;
+  SchemaSelection selection;
+  bool found = false;
+};
 
 int List(const CommandLine& line, const Arguments& arguments, ObjectKind kind) {
   const auto workspace = OpenToLook(line);
   if (workspace == nullptr) return kFailed;
-  const DataSource* source = SourceOf(*workspace, arguments.source);
-  if (source == nullptr) return kFailed;
-  return Print(SchemaListing(*source, kind, arguments.owner, arguments.json));
+  const int index = FindSource(*workspace, arguments.source);
+  if (index < 0) return kFailed;
+  const DataSource& source = workspace->Registry().At(static_cast<std::size_t>(index));
+  return Print(SchemaListing(source, kind, arguments.owner, arguments.json));
 }
 
 }  // namespace
 
 int Drop(const CommandLine& line, const Arguments& arguments) {
-  return Change(line, arguments, [&](Work& work) {
-    return work.operations.DropItems(work.source, work.kind, work.items, arguments.cascade,
-                                     work.printer);
-  });
+  const Opened opened(line, arguments);
+  if (!opened.found) return kFailed;
+  Printer printer;
+  return Finish(DropObjects(*opened.workspace, opened.selection, arguments.cascade, printer));
 }
 
 int Rename(const CommandLine& line, const Arguments& arguments) {
-  return Change(line, arguments, [&](Work& work) {
-    return work.operations.RenameItem(work.source, work.kind, work.items[0], arguments.new_name,
-                                      work.printer);
-  });
+  const Opened opened(line, arguments);
+  if (!opened.found) return kFailed;
+  Printer printer;
+  return Finish(RenameObject(*opened.workspace, opened.selection, arguments.new_name, printer));
 }
 
 int Migrate(const CommandLine& line, const Arguments& arguments) {
-  return Change(line, arguments, [&](Work& work) {
-    return work.operations.MigrateItems(work.source, *work.target, work.kind, work.items,
-                                        arguments.options, work.printer);
-  });
+  const Opened opened(line, arguments);
+  if (!opened.found) return kFailed;
+  const int target = FindSource(*opened.workspace, arguments.target);
+  if (target < 0) return kFailed;
+  Printer printer;
+  return Finish(MigrateObjects(*opened.workspace, opened.selection,
+                               {static_cast<std::size_t>(target), arguments.options}, printer));
 }
 
 int Tables(const CommandLine& line, const Arguments& arguments) {

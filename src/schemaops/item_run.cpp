@@ -16,6 +16,7 @@ void ItemRun::Log(std::string_view line, bool error) {
 void ItemRun::Result(bool ok, const std::string& done, const std::string& failed) {
   ++(ok ? run_.succeeded : run_.failed);
   const std::string& line = ok ? done : failed;
+  if (!ok && run_.first_failure.empty()) run_.first_failure = line;
   Log(line, !ok);
   listener_.OnResult(line, !ok);
 }

@@ -1,6 +1,5 @@
 // What is done with whole schemas: reading a data source's catalogue, and dropping, renaming and
-// migrating its keys, indexes and tables. The forms and the command line call these; whether a
-// running job forbids it, they ask before.
+// migrating its keys, indexes and tables. What running jobs forbid is decided above, in workspace/.
 #pragma once
 
 #include <cstddef>
@@ -52,7 +51,9 @@ struct SchemaRun {
   std::size_t succeeded = 0;
   std::size_t failed = 0;
   bool cancelled = false;
-  bool logged = true;  // false when a line could not be written to the error log
+  bool logged = true;         // false when a line could not be written to the error log
+  std::string first_failure;  // the result line of the first item that failed
+  std::string unsaved;        // why the cached lists could not be saved; filled by who saves them
 
   bool AllDone() const { return refused.empty() && failed == 0 && !cancelled; }
 };

@@ -14,7 +14,6 @@
 #include "ui/databases/T_renameform.h"
 #include "ui/sources/Dbconnection.h"
 #include "ui/toolkit/notice.h"
-#include "workspace/source_operations.h"
 
 namespace quillmere {
 
@@ -86,9 +85,9 @@ void TDbMgrForm::ConnectActions() {
   on(actions_.ConnectDS, [this] { ConnectSource(); });
   on(actions_.DisConnectDS, [this] { DisconnectSource(); });
   on(actions_.RefreshDS, [this] { RefreshSource(); });
-  on(actions_.DropMeta, [this] { RunOnSelection(&TDbMgrForm::Drop, false); });
-  on(actions_.ChangeMeta, [this] { RunOnSelection(&TDbMgrForm::Rename, true); });
-  on(actions_.MigrateMeta, [this] { RunOnSelection(&TDbMgrForm::Migrate, false); });
+  on(actions_.DropMeta, [this] { RunOnSelection(SchemaAction::Drop); });
+  on(actions_.ChangeMeta, [this] { RunOnSelection(SchemaAction::Rename); });
+  on(actions_.MigrateMeta, [this] { RunOnSelection(SchemaAction::Migrate); });
   on(actions_.ExpandTree, [this] { frame_->Tree().expandAll(); });
   on(actions_.CollapseTree, [this] {
     Select({NodeKind::Root, {}});
@@ -178,37 +177,33 @@ void TDbMgrForm::RefreshSource() {
   ShowRegistry();
 }
 
-void TDbMgrForm::RunOnSelection(MetaAction action, bool one_item_only) {
+void TDbMgrForm::RunOnSelection(SchemaAction action) {
   const std::optional<ObjectKind> kind = ObjectKindOf(SelectedNode().kind);
   const std::optional<std::size_t> source = SelectedSource();
   if (!kind || !source) return;
-  std::vector<SchemaItem> items = list_->SelectedItems();
-  if (items.empty()) {
-    ShowNotice(this, "Please select at least one item to operate", &frame_->List());
-  } else if (IsUsedByRunningJob(context_.workspace.Jobs(),
-                                context_.workspace.Registry().At(*source).name)) {
-    ShowNotice(this, "Database is used in a running job");
-  } else if (one_item_only && items.size() > 1) {
-    ShowNotice(this, "Can only select one item to change.", &frame_->List());
-  } else if ((this->*action)(*source, *kind, items)) {
-    ShowRegistry();
-    list_->Select(items);
+  const SchemaSelection selection{*source, *kind, list_->SelectedItems()};
+  const std::string refused = WhySchemaChangeRefused(context_.workspace, action, selection);
+  if (!refused.empty()) return ShowNotice(this, refused, &frame_->List());
+  std::vector<SchemaItem> selected = selection.items;
+  if (!Ask(action, selection, selected)) return;
+  ShowRegistry();
+  list_->Select(selected);
+}
+
+bool TDbMgrForm::Ask(SchemaAction action, const SchemaSelection& selection,
+                     std::vector<SchemaItem>& selected) {
+  switch (action) {
+    case SchemaAction::Drop:
+      return TDropForm(context_, selection, this).exec() == QDialog::Accepted;
+    case SchemaAction::Migrate:
+      return TMigrateForm(context_, selection, this).exec() == QDialog::Accepted;
+    case SchemaAction::Rename:
+      break;
   }
-}
-
-bool TDbMgrForm::Drop(std::size_t source, ObjectKind kind, std::vector<SchemaItem>& items) {
-  return TDropForm(context_, {source, kind, items}, this).exec() == QDialog::Accepted;
-}
-
-bool TDbMgrForm::Rename(std::size_t source, ObjectKind kind, std::vector<SchemaItem>& items) {
-  TRenameForm form(context_, {source, kind, items}, this);
+  TRenameForm form(context_, selection, this);
   if (form.exec() != QDialog::Accepted) return false;
-  items = {form.Item()};
+  selected = {form.Item()};
   return true;
-}
-
-bool TDbMgrForm::Migrate(std::size_t source, ObjectKind kind, std::vector<SchemaItem>& items) {
-  return TMigrateForm(context_, {source, kind, items}, this).exec() == QDialog::Accepted;
 }
 
 }  // namespace quillmere

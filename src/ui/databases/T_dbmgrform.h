@@ -10,6 +10,7 @@
 #include "ui/databases/database_tree.h"
 #include "ui/databases/list_pane.h"
 #include "ui/databases/source_connection.h"
+#include "workspace/schema_changes.h"
 
 namespace quillmere {
 
@@ -43,13 +44,11 @@ class TDbMgrForm : public QWidget {
   void DisconnectSource();
   void RefreshSource();
 
-  // Asks in a dialog and runs; false when nothing was run. items: afterwards, what is selected.
-  using MetaAction = bool (TDbMgrForm::*)(std::size_t source, ObjectKind kind,
-                                          std::vector<SchemaItem>& items);
-  void RunOnSelection(MetaAction action, bool one_item_only);
-  bool Drop(std::size_t source, ObjectKind kind, std::vector<SchemaItem>& items);
-  bool Rename(std::size_t source, ObjectKind kind, std::vector<SchemaItem>& items);
-  bool Migrate(std::size_t source, ObjectKind kind, std::vector<SchemaItem>& items);
+  void RunOnSelection(SchemaAction action);
+  // Asks in the action's dialog, which runs it; false when nothing was run. selected: what is to be
+  // selected in the list afterwards.
+  bool Ask(SchemaAction action, const SchemaSelection& selection,
+           std::vector<SchemaItem>& selected);
 
   UiContext& context_;
   ExplorerFrame* frame_;

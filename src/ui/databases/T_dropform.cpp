@@ -58,9 +58,8 @@ void TDropForm::ShowAdvice() {
 }
 
 void TDropForm::DropBtnClick() {
-  Run(QStringLiteral("Drop"), [this](SchemaOperations& operations, SchemaListener& listener) {
-    return operations.DropItems(Source(), Selection().kind, Items(), cascade_->isChecked(),
-                                listener);
+  Run(QStringLiteral("Drop"), [this](SchemaListener& listener) {
+    return DropObjects(Context().workspace, Selection(), cascade_->isChecked(), listener);
   });
 }
 

@@ -15,7 +15,6 @@
 #include "ui/databases/schema_item_model.h"
 #include "ui/toolkit/notice.h"
 #include "ui/toolkit/text.h"
-#include "workspace/source_operations.h"
 
 namespace quillmere {
 namespace {
@@ -168,14 +167,11 @@ void TMigrateForm::SubmitBtnClick() {
     return;
   }
   Workspace& workspace = Context().workspace;
-  const DataSource& target = workspace.Registry().At(*target_index);
-  if (IsUsedByRunningJob(workspace.Jobs(), target.name) &&
-      !Confirm(this, target.name + " is used in a running job. Migrate to it all the same?")) {
-    return;
-  }
-  Run(QStringLiteral("Migrate"), [&](SchemaOperations& operations, SchemaListener& listener) {
-    return operations.MigrateItems(Source(), target, Selection().kind, Items(), Options(),
-                                   listener);
+  const std::string busy = WhyTargetBusy(workspace, *target_index);
+  if (!busy.empty() && !Confirm(this, busy + ". Migrate to it all the same?")) return;
+  const MigrateTarget target{*target_index, Options(), !busy.empty()};
+  Run(QStringLiteral("Migrate"), [&](SchemaListener& listener) {
+    return MigrateObjects(workspace, Selection(), target, listener);
   });
 }
 

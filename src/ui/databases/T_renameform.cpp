@@ -64,9 +64,8 @@ SchemaItem TRenameForm::Item() const {
 }
 
 void TRenameForm::SubmitBtnClick() {
-  Run(QStringLiteral("Rename"), [this](SchemaOperations& operations, SchemaListener& listener) {
-    return operations.RenameItem(Source(), Selection().kind, Items().front(),
-                                 ToBytes(new_name_->text()), listener);
+  Run(QStringLiteral("Rename"), [this](SchemaListener& listener) {
+    return RenameObject(Context().workspace, Selection(), ToBytes(new_name_->text()), listener);
   });
 }
 

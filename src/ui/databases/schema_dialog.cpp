@@ -26,7 +26,6 @@ class SchemaDialog::Listener final : public SchemaListener {
   }
 
   void OnResult(std::string_view line, bool failed) override {
-    if (failed && first_failure_.empty()) first_failure_ = line;
     dialog_.ShowTip(line, failed);
     progress_.OnResult(line, failed);
   }
@@ -36,12 +35,9 @@ class SchemaDialog::Listener final : public SchemaListener {
     progress_.OnDetail(line);
   }
 
-  const std::string& FirstFailure() const { return first_failure_; }
-
  private:
   ProgressDialog& progress_;
   SchemaDialog& dialog_;
-  std::string first_failure_;
 };
 
 SchemaDialog::SchemaDialog(UiContext& context, SchemaSelection selection, const QString& name,
@@ -129,32 +125,21 @@ void SchemaDialog::ShowTip(std::string_view line, bool failed) {
 }
 
 void SchemaDialog::Run(const QString& title, const Operation& operation) {
-  Workspace& workspace = context_.workspace;
-  SchemaOperations operations(workspace.Oci(), workspace.Log(), workspace.ProgramSettings());
   SchemaRun run;
-  std::string first_failure;
   {
     ProgressDialog progress(this, title, "connect to " + Source().name);
     Listener listener(progress, *this);
-    run = operation(operations, listener);
-    first_failure = listener.FirstFailure();
+    run = operation(listener);
   }
   if (!run.refused.empty()) {
     ShowFailure(this, run.refused);
     return;
   }
   succeeded_ = run.succeeded > 0;
-  SaveRegistry();
-  const std::string summary = RunSummary(run, Items().size(), first_failure);
+  if (!run.unsaved.empty()) ShowFailure(this, run.unsaved);
+  const std::string summary = RunSummary(run, Items().size());
   if (!summary.empty()) ShowNotice(this, summary);
   accept();
-}
-
-void SchemaDialog::SaveRegistry() {
-  std::string reason;
-  if (context_.workspace.Registry().Save(reason)) return;
-  context_.workspace.Log().Add(reason, true);
-  ShowFailure(this, reason);
 }
 
 }  // namespace quillmere

@@ -7,6 +7,7 @@
 
 #include "ui/H_global.h"
 #include "ui/databases/schema_texts.h"
+#include "workspace/schema_changes.h"
 
 class QHBoxLayout;
 class QLabel;
@@ -16,13 +17,7 @@ class QVBoxLayout;
 
 namespace quillmere {
 
-struct SchemaSelection {
-  std::size_t source = 0;  // the registry's index
-  ObjectKind kind = ObjectKind::Table;
-  std::vector<SchemaItem> items;
-};
-
-// Accepted when the operation ran, whatever became of its items; the registry is saved then.
+// Accepted when the operation ran, whatever became of its items.
 class SchemaDialog : public QDialog {
   Q_OBJECT
 
@@ -37,7 +32,7 @@ class SchemaDialog : public QDialog {
   UiContext& Context() { return context_; }
   const SchemaSelection& Selection() const { return selection_; }
   const std::vector<SchemaItem>& Items() const { return selection_.items; }
-  DataSource& Source() { return context_.workspace.Registry().At(selection_.source); }
+  const DataSource& Source() { return context_.workspace.Registry().At(selection_.source); }
 
   // The form fills the body; below it stand the words, LblTips and the two buttons.
   QVBoxLayout& Body() { return *body_; }
@@ -46,8 +41,7 @@ class SchemaDialog : public QDialog {
   QPushButton& AddSubmit(const QString& object_name, const QString& caption);
   QPushButton& AddCancel();
 
-  using Operation =
-      std::function<SchemaRun(SchemaOperations& operations, SchemaListener& listener)>;
+  using Operation = std::function<SchemaRun(SchemaListener& listener)>;
 
   // A field to read and to copy from.
   void MakeReadOnly(QLineEdit& field) const;
@@ -64,7 +58,6 @@ class SchemaDialog : public QDialog {
   class Listener;
 
   void ShowTip(std::string_view line, bool failed);
-  void SaveRegistry();
 
   UiContext& context_;
   const SchemaSelection selection_;

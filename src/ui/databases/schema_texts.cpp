@@ -141,7 +141,8 @@ QString MigrateAdvice(const MigratePlan& plan) {
   return text + WhatIsThereAlready(plan) + OptionsWithoutEffect(plan);
 }
 
-std::string RunSummary(const SchemaRun& run, std::size_t total, std::string_view first_failure) {
+std::string RunSummary(const SchemaRun& run, std::size_t total) {
+  const std::string_view first_failure = run.first_failure;
   std::string text;
   if (run.failed > 0 && total == 1) {
     text = first_failure.substr(0, kLongestReason);

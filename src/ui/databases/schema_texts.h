@@ -33,6 +33,6 @@ QString MigrateAdvice(const MigratePlan& plan);
 
 // Of a run that ended otherwise than with everything done: what is done and what is not; else
 // empty. total: how many items there were.
-std::string RunSummary(const SchemaRun& run, std::size_t total, std::string_view first_failure);
+std::string RunSummary(const SchemaRun& run, std::size_t total);
 
 }  // namespace quillmere

@@ -144,7 +144,8 @@ TEST(DatabaseTexts, ARunIsSummedUpUnlessAllWasDone) {
     run.failed = failed;
     run.cancelled = cancelled;
     run.logged = logged;
-    return RunSummary(run, total, "Drop Table T failed, reason: no");
+    run.first_failure = "Drop Table T failed, reason: no";
+    return RunSummary(run, total);
   };
   EXPECT_EQ(summary(3, 0, false, true, 3), "");
   EXPECT_THAT(summary(0, 1, false, true, 1), StartsWith("Drop Table T failed, reason: no\n"));
