@@ -30,7 +30,8 @@ int FailWithoutTables(const std::string& name, const std::string& reason) {
   return Fail(reason + ". Use 'job refresh " + name + "' when the source can be reached");
 }
 
-std::string WhyTablesRefused(const SyncJob& job, const Arguments& arguments) {
+// The window offers what there is; names that were typed are judged.
+std::string WhyTablesUnknown(const SyncJob& job, const Arguments& arguments) {
   const auto schema = job.schemas.find(arguments.owner);
   if (schema == job.schemas.end()) {
     return "Job " + job.name + " has no owner " + arguments.owner + "; 'job show' lists them";
@@ -44,24 +45,19 @@ std::string WhyTablesRefused(const SyncJob& job, const Arguments& arguments) {
   return {};
 }
 
-int Filter(const CommandLine& line, Arguments arguments, TableFilter filter) {
+int Filter(const CommandLine& line, const Arguments& arguments, TableFilter filter) {
   const OpenJob open(line, arguments.name);
   if (!open) return kFailed;
-  SyncJob& job = open.Job();
-  if (IsRunning(open.workspace->Jobs().State(open.index))) return Fail(WhyBusy(job.name));
-  std::string reason = WhyTablesRefused(job, arguments);
-  if (!reason.empty()) return Fail(reason);
-  if (arguments.all) {
-    arguments.tables.clear();
-    for (const JobTable& table : job.schemas.find(arguments.owner)->second.Tables()) {
-      arguments.tables.push_back(table.name);
-    }
-  }
-  const std::size_t changed =
-      ApplyTableFilter(job, arguments.owner, arguments.tables, filter, arguments.new_owner);
-  if (!open.workspace->SaveJobs(reason)) return Fail(reason);
-  return Print("Job " + job.name + ": " + std::to_string(changed) + " tables changed, tables " +
-               TablesSummary(job) + "\n");
+  const std::string unknown = WhyTablesUnknown(open.Job(), arguments);
+  if (!unknown.empty()) return Fail(unknown);
+  const FilterResult result =
+      FilterTables(*open.workspace, open.index,
+                   {filter, arguments.owner, arguments.tables, arguments.all, arguments.new_owner,
+                    OwnerSaving::AtOnce});
+  if (!result.refused.empty()) return Fail(result.refused);
+  if (!result.unsaved.empty()) return Fail(result.unsaved);
+  return Print("Job " + open.Job().name + ": " + std::to_string(result.changed) +
+               " tables changed, tables " + TablesSummary(open.Job()) + "\n");
 }
 
 }  // namespace

@@ -23,7 +23,11 @@ std::string_view StateName(JobState state) {
 }
 
 bool IsRunning(JobState state) {
-  return state != JobState::Empty && state != JobState::Stopped && state != JobState::Paused;
+  return state != JobState::Empty && !Rests(state);
+}
+
+bool Rests(JobState state) {
+  return state == JobState::Stopped || state == JobState::Paused;
 }
 
 JobTable& JobSchema::Append(JobTable table) {

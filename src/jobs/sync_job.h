@@ -31,6 +31,9 @@ std::string_view StateName(JobState state);
 // Neither an empty slot nor Stopped nor Paused.
 bool IsRunning(JobState state);
 
+// Stopped or Paused: then a job may be changed.
+bool Rests(JobState state);
+
 // A number that one thread writes while another reads it; copies like a number. Who sees a number
 // sees what its writer wrote before it: so count first, then raise the revision.
 template <typename T>

@@ -154,7 +154,7 @@ Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& pr
   const JobState state = jobs.State(index);
   const JobProperties old = PropertiesOf(job);
   const JobProperties trimmed = Trimmed(properties);
-  if (state == JobState::Empty || IsRunning(state)) return Outcome::Refused(WhyBusy(old.name));
+  if (!Rests(state)) return Outcome::Refused(WhyBusy(old.name));
   std::string reason = WhyJobRefused(workspace, trimmed, index);
   if (!reason.empty()) return Outcome::Refused(std::move(reason));
   const bool source_changed = trimmed.source != old.source;

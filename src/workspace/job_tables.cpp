@@ -60,10 +60,46 @@ Outcome FetchLists(Workspace& workspace, const SyncJob& job, std::vector<std::st
   return Outcome::Done();
 }
 
-void Redirect(JobTable& table, TableFilter filter, std::string_view owner,
-              std::string_view new_owner) {
-  table.includeflag = filter != TableFilter::Exclude;
-  if (table.includeflag) table.desowner = new_owner.empty() ? owner : new_owner;
+void Redirect(JobTable& table, const TableChoice& choice) {
+  table.includeflag = choice.filter != TableFilter::Exclude;
+  if (!table.includeflag) return;
+  table.desowner = choice.new_owner.empty() ? choice.owner : choice.new_owner;
+}
+
+// Returns how many tables there were.
+std::size_t Apply(SyncJob& job, const TableChoice& choice) {
+  const std::lock_guard lock(job.config_mutex);
+  job.table_list_changed = true;
+  job.tables_revision.Increment();
+  const auto found = job.schemas.find(choice.owner);
+  if (found == job.schemas.end()) return 0;
+  JobSchema& schema = found->second;
+  std::size_t changed = 0;
+  const auto redirect = [&](JobTable& table) {
+    Redirect(table, choice);
+    ++changed;
+  };
+  if (choice.all_tables) {
+    for (JobTable& table : schema.Tables()) redirect(table);
+    return changed;
+  }
+  for (const std::string& name : choice.tables) {
+    if (JobTable* const table = schema.Find(name)) redirect(*table);
+  }
+  return changed;
+}
+
+// The flag stays raised behind an inclusion and is lowered behind an exclusion.
+void SaveFiltered(Workspace& workspace, SyncJob& job, const TableChoice& choice,
+                  std::string& unsaved) {
+  if (choice.filter == TableFilter::ChangeOwner &&
+      choice.owner_saving == OwnerSaving::WithTheNextSave) {
+    return;
+  }
+  workspace.SaveJobs(unsaved);
+  if (choice.filter != TableFilter::Exclude) return;
+  const std::lock_guard lock(job.config_mutex);
+  job.table_list_changed = false;
 }
 
 }  // namespace
@@ -106,8 +142,7 @@ Outcome ReadTables(Workspace& workspace, std::size_t index) {
 
 Outcome RefreshTables(Workspace& workspace, std::size_t index) {
   SyncJob& job = workspace.Jobs().At(index);
-  const JobState state = workspace.Jobs().State(index);
-  if (state == JobState::Empty || IsRunning(state)) return Outcome::Refused(WhyBusy(job.name));
+  if (!Rests(workspace.Jobs().State(index))) return Outcome::Refused(WhyBusy(job.name));
   Outcome read = ReadTables(workspace, index);
   {
     const std::lock_guard lock(job.config_mutex);
@@ -118,23 +153,16 @@ Outcome RefreshTables(Workspace& workspace, std::size_t index) {
   return read;
 }
 
-std::size_t ApplyTableFilter(SyncJob& job, std::string_view owner,
-                             const std::vector<std::string>& tables, TableFilter filter,
-                             std::string_view new_owner) {
-  const std::lock_guard lock(job.config_mutex);
-  std::size_t found = 0;
-  const auto schema = job.schemas.find(owner);
-  if (schema != job.schemas.end()) {
-    for (const std::string& name : tables) {
-      JobTable* const table = schema->second.Find(name);
-      if (table == nullptr) continue;
-      Redirect(*table, filter, owner, new_owner);
-      ++found;
-    }
+FilterResult FilterTables(Workspace& workspace, std::size_t index, const TableChoice& choice) {
+  SyncJob& job = workspace.Jobs().At(index);
+  FilterResult result;
+  if (!Rests(workspace.Jobs().State(index))) {
+    result.refused = WhyBusy(job.name);
+    return result;
   }
-  job.table_list_changed = true;
-  job.tables_revision.Increment();
-  return found;
+  result.changed = Apply(job, choice);
+  SaveFiltered(workspace, job, choice, result.unsaved);
+  return result;
 }
 
 }  // namespace quillmere

@@ -30,11 +30,27 @@ SchemaMap MergeTables(const std::vector<std::string>& owners, const std::vector<
 
 enum class TableFilter { Include, Exclude, ChangeOwner };
 
-// Includes, excludes or redirects the named tables of one source owner; names that the job does not
-// have are skipped. Included and redirected tables go to new_owner, or, when that is empty, to the
-// source owner; both are included then. Returns how many tables there were. Saving is the caller's.
-std::size_t ApplyTableFilter(SyncJob& job, std::string_view owner,
-                             const std::vector<std::string>& tables, TableFilter filter,
-                             std::string_view new_owner = {});
+// When a change of owner reaches the job's file; the other changes do so at once.
+enum class OwnerSaving { WithTheNextSave, AtOnce };
+
+// Tables of one source owner, and what is to become of them.
+struct TableChoice {
+  TableFilter filter = TableFilter::Include;
+  std::string owner{};
+  std::vector<std::string> tables{};  // names that the job does not have are skipped
+  bool all_tables = false;            // of that owner, instead
+  // Where included and redirected tables go; empty: to the source owner. Redirecting includes.
+  std::string new_owner{};
+  OwnerSaving owner_saving = OwnerSaving::WithTheNextSave;
+};
+
+struct FilterResult {
+  std::string refused;  // why nothing was changed; else empty
+  std::string unsaved;  // why the change, which is in force, did not reach the files; else empty
+  std::size_t changed = 0;  // tables
+};
+
+// Includes, excludes or redirects tables of a resting job.
+FilterResult FilterTables(Workspace& workspace, std::size_t index, const TableChoice& choice);
 
 }  // namespace quillmere

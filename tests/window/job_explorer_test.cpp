@@ -152,7 +152,7 @@ TEST_F(JobExplorer, TablesAreExcludedRedirectedAndIncluded) {
 
 TEST_F(JobExplorer, RefreshKeepsWhatWasChosenAndSeesWhatIsNew) {
   OpenWithJob();
-  Ui([this] { ApplyTableFilter(Work().Jobs().At(0), "SHOP", {"NOTE"}, TableFilter::Exclude); });
+  Ui([this] { FilterTables(Work(), 0, {TableFilter::Exclude, "SHOP", {"NOTE"}}); });
   Sql("A", "create table SHOP.FRESH (ID number(10));\ndrop table SHOP.SECRET;");
   SelectNode({"J"});
   ClickAction("Refresh");

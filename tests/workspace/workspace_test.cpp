@@ -161,9 +161,8 @@ TEST_F(JobOperations, ANewJobIsStoppedReadsItsTablesAndIsSaved) {
 TEST_F(JobOperations, ARefreshKeepsWhatTheOperatorChoseAndWhatWasCounted) {
   AddSources();
   const std::size_t job = NewJob();
-  EXPECT_EQ(ApplyTableFilter(Job(job), "SHOP", {"ORDERS"}, TableFilter::ChangeOwner, "ARCHIVE"),
-            1U);
-  EXPECT_EQ(ApplyTableFilter(Job(job), "SHOP", {"CLIENT"}, TableFilter::Exclude), 1U);
+  FilterTables(*workspace, job, {TableFilter::ChangeOwner, "SHOP", {"ORDERS"}, false, "ARCHIVE"});
+  FilterTables(*workspace, job, {TableFilter::Exclude, "SHOP", {"CLIENT"}});
   Job(job).schemas.find("SHOP")->second.Find("ORDERS")->totalsynced = 7;
   script.Answer(kUsers, {{"SHOP"}, {"NEW"}});
   script.Answer(kTables, {{"NEW", "N", "USERS", "1"},
@@ -205,28 +204,60 @@ TEST_F(JobOperations, ARefreshKeepsWhatTheOperatorChoseAndWhatWasCounted) {
 
 TEST_F(JobOperations, FiltersChangeOwnerAndFlagAndReachTheFile) {
   AddSources();
-  const std::size_t job = NewJob();
+  NewJob();
   struct Row {
-    TableFilter filter;
-    const char* new_owner;
-    const char* desowner;
+    const char* what;
+    TableChoice choice;
+    std::size_t changed;
+    const char* desowner;  // of ORDERS in the file: every row begins there
     bool included;
   };
-  for (const Row& row :
-       {Row{TableFilter::Exclude, "", "SHOP", false},
-        Row{TableFilter::ChangeOwner, "As Typed", "As Typed", true},
-        Row{TableFilter::Exclude, "ignored", "As Typed", false},
-        Row{TableFilter::Include, "", "SHOP", true}, Row{TableFilter::Include, "X", "X", true}}) {
-    EXPECT_EQ(ApplyTableFilter(Job(job), "SHOP", {"ORDERS", "NONE"}, row.filter, row.new_owner),
-              1U);
-    std::string reason;
-    ASSERT_TRUE(workspace->SaveJobs(reason)) << reason;
+  const auto include = TableFilter::Include;
+  const auto exclude = TableFilter::Exclude;
+  const auto owner = TableFilter::ChangeOwner;
+  const auto now = OwnerSaving::AtOnce;
+  const std::vector<std::string> tables = {"ORDERS", "NONE"};
+  for (const Row& row : std::vector<Row>{
+           {"exclude", {exclude, "SHOP", tables}, 1, "SHOP", false},
+           {"another owner reaches the file later",
+            {owner, "SHOP", tables, false, "As Typed"},
+            1,
+            "SHOP",
+            false},
+           {"or at once, and includes",
+            {owner, "SHOP", tables, false, "As Typed", now},
+            1,
+            "As Typed",
+            true},
+           {"exclude keeps the owner",
+            {exclude, "SHOP", tables, false, "ignored"},
+            1,
+            "As Typed",
+            false},
+           {"include, to the source's owner", {include, "SHOP", tables}, 1, "SHOP", true},
+           {"include, to another owner", {include, "SHOP", tables, false, "X"}, 1, "X", true},
+           {"owners are told apart by case", {exclude, "shop", tables}, 0, "X", true},
+           {"all", {exclude, "SHOP", {}, true}, 2, "X", false}}) {
+    SCOPED_TRACE(row.what);
+    const FilterResult result = FilterTables(*workspace, 0, row.choice);
+    EXPECT_EQ(result.changed, row.changed);
+    EXPECT_EQ(result.refused + result.unsaved, "");
     Restart();
     EXPECT_EQ(Table(0, "ORDERS")->desowner, row.desowner);
     EXPECT_EQ(Table(0, "ORDERS")->includeflag, row.included);
-    EXPECT_TRUE(Table(0, "CLIENT")->includeflag);
+    EXPECT_EQ(Table(0, "CLIENT")->includeflag, !row.choice.all_tables);
   }
-  EXPECT_EQ(ApplyTableFilter(Job(job), "shop", {"ORDERS"}, TableFilter::Exclude), 0U);
+  for (const JobState state : {JobState::Starting, JobState::Started, JobState::Pausing}) {
+    workspace->Jobs().SetState(0, state);
+    EXPECT_EQ(FilterTables(*workspace, 0, {include, "SHOP", {}, true}).refused,
+              "Job Job1 is running. Pause or stop it first");
+  }
+  EXPECT_FALSE(Table(0, "ORDERS")->includeflag);
+  workspace->Jobs().SetState(0, JobState::Paused);
+  std::filesystem::remove(folder / "jobs/Job1/Job1.xml");
+  std::filesystem::create_directories(folder / "jobs/Job1/Job1.xml/in the way");
+  EXPECT_NE(FilterTables(*workspace, 0, {include, "SHOP", {"ORDERS"}}).unsaved, "");
+  EXPECT_TRUE(Table(0, "ORDERS")->includeflag) << "in force all the same";
 }
 
 TEST_F(JobOperations, EditingFollowsTheStateOfTheJob) {

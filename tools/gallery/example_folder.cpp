@@ -179,9 +179,12 @@ bool ExampleFolder::MakeJobs(std::string& reason) {
       reason = outcome.text;
       return false;
     }
-    SyncJob& record = workspace_->Jobs().At(index);
-    ApplyTableFilter(record, "SHOP", {"CARTS", "SESSIONS"}, TableFilter::Exclude);
-    ApplyTableFilter(record, "SHOP", {"PRICE_HISTORY"}, TableFilter::ChangeOwner, "ARCHIVE");
+    TableChoice left_out{TableFilter::Exclude, "SHOP", {"CARTS", "SESSIONS"}};
+    TableChoice redirected{TableFilter::ChangeOwner, "SHOP", {"PRICE_HISTORY"}};
+    redirected.new_owner = "ARCHIVE";
+    for (const TableChoice& choice : {left_out, redirected}) {
+      FilterTables(*workspace_, index, choice);
+    }
   }
   return true;
 }

@@ -156,7 +156,10 @@ void TakeJobDialogs(UiContext& context, Scene& scene, Studio& studio) {
                           const std::vector<std::string>& tables, const char* owner) {
     TFilterForm form(context, &scene.Main());
     studio.TakeModal(
-        name, [&] { form.Execute(1, "SHOP", tables, mode); },
+        name,
+        [&] {
+          form.Execute(1, {mode, "SHOP", tables});
+        },
         [owner](QWidget& dialog) {
           auto* field = dialog.findChild<QLineEdit*>("EditNewOwner");
           if (field != nullptr && field->isVisible()) field->setText(owner);

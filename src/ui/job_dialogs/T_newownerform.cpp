@@ -12,7 +12,6 @@
 
 #include "ui/toolkit/notice.h"
 #include "ui/toolkit/text.h"
-#include "workspace/job_operations.h"
 
 namespace quillmere {
 namespace {
@@ -127,31 +126,27 @@ QWidget* TFilterForm::MakeMain() {
   return main;
 }
 
-bool TFilterForm::Execute(std::size_t job, const std::string& owner,
-                          const std::vector<std::string>& tables, TableFilter mode) {
+bool TFilterForm::Execute(std::size_t job, const TableChoice& choice) {
   job_ = job;
-  owner_ = owner;
-  tables_ = tables;
-  mode_ = mode;
-  Show(owner, tables, mode);
+  choice_ = choice;
+  Show();
   return exec() == Accepted;
 }
 
-void TFilterForm::Show(const std::string& owner, const std::vector<std::string>& tables,
-                       TableFilter mode) {
-  setWindowTitle(TitleOf(mode));
-  current_owner_->setText(ToQt(owner));
+void TFilterForm::Show() {
+  setWindowTitle(TitleOf(choice_.filter));
+  current_owner_->setText(ToQt(choice_.owner));
   current_owner_->setCursorPosition(0);
   QStringList names;
-  names.reserve(static_cast<qsizetype>(tables.size()));
-  for (const std::string& table : tables) names << OneLine(table);
+  names.reserve(static_cast<qsizetype>(choice_.tables.size()));
+  for (const std::string& table : choice_.tables) names << OneLine(table);
   names_->setStringList(names);
-  count_->setText(Counted(tables.size(), QStringLiteral("table")));
+  count_->setText(Counted(choice_.tables.size(), QStringLiteral("table")));
   new_owner_->clear();
-  const bool redirects = mode != TableFilter::Exclude;
+  const bool redirects = choice_.filter != TableFilter::Exclude;
   new_owner_label_->setVisible(redirects);
   new_owner_->setVisible(redirects);
-  tips_->setText(TipOf(mode));
+  tips_->setText(TipOf(choice_.filter));
   if (redirects) {
     new_owner_->setFocus();
   } else {
@@ -160,14 +155,11 @@ void TFilterForm::Show(const std::string& owner, const std::vector<std::string>&
 }
 
 void TFilterForm::SubmitBtnClick() {
-  SyncJob& job = context_.workspace.Jobs().At(job_);
-  const JobState state = context_.workspace.Jobs().State(job_);
-  if (state == JobState::Empty || IsRunning(state)) {
-    return ShowNotice(this, WhyBusy(PropertiesOf(job).name));
-  }
-  const std::string new_owner = ToBytes(new_owner_->text());
-  ApplyTableFilter(job, owner_, tables_, mode_, new_owner);
+  choice_.new_owner = ToBytes(new_owner_->text());
+  const FilterResult result = FilterTables(context_.workspace, job_, choice_);
+  if (!result.refused.empty()) return ShowNotice(this, result.refused);
   accept();
+  if (!result.unsaved.empty()) ShowFailure(parentWidget(), result.unsaved);
 }
 
 }  // namespace quillmere

@@ -2,8 +2,6 @@
 #pragma once
 
 #include <QDialog>
-#include <string>
-#include <vector>
 
 #include "ui/H_global.h"
 #include "workspace/job_tables.h"
@@ -21,22 +19,19 @@ class TFilterForm : public QDialog {
  public:
   TFilterForm(UiContext& context, QWidget* parent);
 
-  // Asks, then changes the named tables of one source owner in the job at that index. True when
-  // that was done; saving is the caller's.
-  bool Execute(std::size_t job, const std::string& owner, const std::vector<std::string>& tables,
-               TableFilter mode);
+  // Asks for the new owner, where there is to be one, and filters the tables of the job at that
+  // index. True when that was done.
+  bool Execute(std::size_t job, const TableChoice& choice);
 
  private:
   QWidget* MakeTop();
   QWidget* MakeMain();
-  void Show(const std::string& owner, const std::vector<std::string>& tables, TableFilter mode);
+  void Show();
   void SubmitBtnClick();
 
   UiContext& context_;
   std::size_t job_ = JobList::kNotFound;
-  std::string owner_;
-  std::vector<std::string> tables_;
-  TableFilter mode_ = TableFilter::Include;
+  TableChoice choice_;
 
   QLineEdit* current_owner_ = nullptr;
   QLabel* new_owner_label_ = nullptr;

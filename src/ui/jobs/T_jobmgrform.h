@@ -78,10 +78,10 @@ class TJobMgrForm : public QWidget {
   void DeleteSelected();
   void RefreshSelected();
   void RequestSelected(JobRequest request);
-  void FilterSelected(TableFilter mode);
-  // False when the rows selected are not those of one owner; the operator has been told.
-  bool SelectedTables(const TableRows& rows, std::string& owner, std::vector<std::string>& tables);
-  void SaveAfterFilter(std::size_t job, TableFilter mode);
+  void FilterSelected(TableFilter filter);
+  // Takes up owner and tables of the selected rows. False when they are not those of one owner; the
+  // operator has been told.
+  bool ChooseSelected(const TableRows& rows, TableChoice& choice);
 
   UiContext& context_;
   JobList& jobs_;

@@ -92,49 +92,31 @@ void TJobMgrForm::RequestSelected(JobRequest request) {
   if (!refused.empty()) ShowNotice(this, refused);
 }
 
-bool TJobMgrForm::SelectedTables(const TableRows& rows, std::string& owner,
-                                 std::vector<std::string>& tables) {
+bool TJobMgrForm::ChooseSelected(const TableRows& rows, TableChoice& choice) {
   std::vector<std::string_view> owners;
   for (const std::size_t row : frame_.List().SelectedRows()) {
     owners.push_back(rows.At(row).owner);
-    tables.emplace_back(rows.At(row).name);
+    choice.tables.emplace_back(rows.At(row).name);
   }
   const std::string why = WhyNoFilter(owners);
   if (!why.empty()) {
     ShowNotice(this, why);
     return false;
   }
-  owner = owners.front();
+  choice.owner = owners.front();
   return true;
 }
 
-void TJobMgrForm::FilterSelected(TableFilter mode) {
+void TJobMgrForm::FilterSelected(TableFilter filter) {
   const JobNodeRef node = Current();
   const bool excluded = node.kind == JobNode::Exclude;
   if (!excluded && node.kind != JobNode::Include) return;
-  std::string owner;
-  std::vector<std::string> tables;
+  TableChoice choice;
+  choice.filter = filter;
   const TableRows& rows = excluded ? static_cast<const TableRows&>(excluded_) : included_;
-  if (!SelectedTables(rows, owner, tables)) return;
+  if (!ChooseSelected(rows, choice)) return;
   TFilterForm form(context_, this);
-  if (!form.Execute(node.job, owner, tables, mode)) return;
-  SaveAfterFilter(node.job, mode);
-  ShowList(node);
-}
-
-// Another owner alone reaches the files with the next save.
-void TJobMgrForm::SaveAfterFilter(std::size_t index, TableFilter mode) {
-  if (mode == TableFilter::ChangeOwner) return;
-  SyncJob& job = jobs_.At(index);
-  const auto raise = [&job](bool changed) {
-    const std::lock_guard lock(job.config_mutex);
-    job.table_list_changed = changed;
-  };
-  if (mode == TableFilter::Exclude) raise(true);
-  std::string reason;
-  const bool saved = context_.workspace.SaveJobs(reason);
-  if (mode == TableFilter::Exclude) raise(false);
-  if (!saved) ShowFailure(this, reason);
+  if (form.Execute(node.job, choice)) ShowList(node);
 }
 
 }  // namespace quillmere

@@ -5,10 +5,6 @@
 namespace quillmere {
 namespace {
 
-bool Rests(JobState state) {
-  return state == JobState::Stopped || state == JobState::Paused;
-}
-
 JobActions ActionsOfJob(JobState state) {
   JobActions actions;
   actions.file_open = Rests(state);
