@@ -56,6 +56,8 @@ class OracleSession {
 
   bool Connected() const { return connected_; }
   const std::string& LastError() const { return last_error_; }
+  // The server's number of that error, as 1289 of ORA-01289; 0 when it was not the server's.
+  oci::sb4 LastErrorCode() const { return last_error_code_; }
 
   // One statement without result rows.
   bool Execute(std::string_view statement);
@@ -171,6 +173,8 @@ class OracleSession {
   // Fills LastError with the label and the server's message. status tells whether there is any
   // message to ask for.
   void SetError(std::string_view label, ErrorSource source, oci::sword status);
+  // Fills LastError with a reason of our own. Always false.
+  bool Refuse(std::string reason);
 
   OciLibrary& library_;
   OciLibrary::Environment environment_;
@@ -180,6 +184,7 @@ class OracleSession {
   oci::OCISvcCtx* service_;
   oci::OCISession* session_;
   std::string last_error_;
+  oci::sb4 last_error_code_ = 0;
   std::vector<std::string> warnings_;
   bool connected_ = false;
   bool session_open_ = false;

@@ -5,11 +5,11 @@ namespace quillmere {
 namespace {
 
 constexpr oci::sb4 kBannerBytes = 64;
-constexpr oci::sb4 kNameBytes = 30;
+constexpr oci::sb4 kNameBytes = 30 * kBytesPerCharacter;
 constexpr oci::sb4 kNumberBytes = 10;
 constexpr oci::sb4 kStatusBytes = 8;
 constexpr oci::sb4 kIndexTypeBytes = 27;
-constexpr oci::sb4 kColumnBytes = 50;
+constexpr oci::sb4 kColumnBytes = 50 * kBytesPerCharacter;
 
 // Leaves out the indexes that the server keeps for primary and unique keys.
 constexpr std::string_view kNoKeyIndexes =

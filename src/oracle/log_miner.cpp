@@ -5,10 +5,13 @@ namespace quillmere {
 namespace {
 
 constexpr oci::sb4 kScnDigits = 20;
-constexpr oci::sb4 kMemberBytes = 500;
-constexpr oci::sb4 kRedoBytes = 4000;
-// Rows a round trip; about 4 kB each at worst.
+constexpr oci::sb4 kMemberBytes = 500 * kBytesPerCharacter;
+// Redo comes in pieces of at most 4000 characters of the server's character set.
+constexpr oci::sb4 kRedoBytes = 4000 * kBytesPerCharacter;
+// Rows a round trip. The client keeps that many: 8 MB at worst, for one capture at a time.
 constexpr oci::ub4 kPrefetchRows = 500;
+// ORA-01289: the log is in LogMiner's list already, by this name or by that of its other member.
+constexpr oci::sb4 kDuplicateLog = 1289;
 
 constexpr QueryLabels kCurrentScnLabels = kSingleLabels;
 
@@ -65,18 +68,18 @@ bool OracleSession::SetLogs(std::int64_t start_scn) {
   TextQuery::Row row;
   while ((row = members.Fetch()) == TextQuery::Row::Fetched) {
     if (members.Truncated()) {
-      last_error_ = "OCIStmtFetch2 : the name of an online log file is longer than " +
-                    std::to_string(kMemberBytes) + " bytes";
-      return false;
+      return Refuse("OCIStmtFetch2 : the name of an online log file is longer than " +
+                    std::to_string(kMemberBytes) + " bytes");
     }
     const std::string add = "begin dbms_logmnr.add_logfile(logfilename=>" +
                             SqlLiteral(members.Text(0)) + ", options=>" + std::string(option) +
                             "); end;";
-    if (!ExecuteOn(second.Handle(), add, "OCIStmtPrepare(dbms_logmnr.add_logfile) : ",
-                   "OCIStmtExecute(dbms_logmnr.add_logfile) : ")) {
+    if (ExecuteOn(second.Handle(), add, "OCIStmtPrepare(dbms_logmnr.add_logfile) : ",
+                  "OCIStmtExecute(dbms_logmnr.add_logfile) : ")) {
+      option = "DBMS_LOGMNR.ADDFILE";
+    } else if (last_error_code_ != kDuplicateLog) {
       return false;
     }
-    option = "DBMS_LOGMNR.ADDFILE";
   }
   if (row == TextQuery::Row::Failed) return false;
   const std::string start =
@@ -114,13 +117,11 @@ bool OracleSession::MineRedo(RedoSink& sink) {
     } else if (sink.OnRedo(scn, contents.Raw(1), reason)) {
       continue;
     }
-    last_error_ = "OCIStmtFetch2 : " + reason;
-    return false;
+    return Refuse("OCIStmtFetch2 : " + reason);
   }
   if (row == TextQuery::Row::Failed) return false;
   if (std::string reason; !sink.OnEnd(reason)) {
-    last_error_ = "OCIStmtFetch2 : " + reason;
-    return false;
+    return Refuse("OCIStmtFetch2 : " + reason);
   }
   return ExecuteOn(
       second.Handle(), "begin dbms_logmnr.end_logmnr(); end;",

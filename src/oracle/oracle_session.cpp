@@ -51,13 +51,11 @@ OracleSession::~OracleSession() {
 
 bool OracleSession::AllocateHandles() {
   if (!library_.Loaded()) {
-    last_error_ = "OCIHandleAlloc(Env) : " + library_.LoadError();
-    return false;
+    return Refuse("OCIHandleAlloc(Env) : " + library_.LoadError());
   }
   if (environment_.handle == nullptr) {
-    last_error_ = "OCIHandleAlloc(Env) : the client library " + library_.Path() +
-                  " could not make an OCI environment";
-    return false;
+    return Refuse("OCIHandleAlloc(Env) : the client library " + library_.Path() +
+                  " could not make an OCI environment");
   }
   sword status = kSuccess;
   OCIEnv* const env = environment_.handle;
@@ -170,7 +168,8 @@ void OracleSession::SetError(std::string_view label, ErrorSource source, sword s
   constexpr ub4 kBufferSize = 512;
   std::array<OraText, kBufferSize + 1>
       buffer{};  // one more: the text ends whatever the client does
-  sb4 code = 0;
+  sb4& code = last_error_code_;
+  code = 0;
   last_error_ = label;
   // An invalid handle leaves no message to ask for.
   if (status != kInvalidHandle) {
@@ -191,6 +190,12 @@ void OracleSession::SetError(std::string_view label, ErrorSource source, sword s
   } else {
     last_error_ += text;
   }
+}
+
+bool OracleSession::Refuse(std::string reason) {
+  last_error_ = std::move(reason);
+  last_error_code_ = 0;
+  return false;
 }
 
 bool OracleSession::Execute(std::string_view statement) {

@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <deque>
 
+#include "foundation/text.h"
 #include "oracle/H_oracle.h"
 #include "oracle/statement_text.h"
 
@@ -8,7 +10,12 @@ namespace {
 
 // A column name that fills the room which the dictionary query leaves it may be the beginning of a
 // longer one.
-constexpr std::size_t kCutColumnName = 50;
+constexpr std::ptrdiff_t kCutColumnName = 50;
+
+// Of a text in UTF-8.
+std::ptrdiff_t Characters(std::string_view text) {
+  return std::count_if(text.begin(), text.end(), [](char c) { return !ContinuesCharacter(c); });
+}
 
 }  // namespace
 
@@ -24,8 +31,7 @@ struct OracleSession::KeyRebuild {
 
 bool OracleSession::ReadWhole(std::size_t warnings_before) {
   if (warnings_.size() == warnings_before) return true;
-  last_error_ = warnings_[warnings_before];
-  return false;
+  return Refuse(warnings_[warnings_before]);
 }
 
 bool OracleSession::DropConstraint(const KeyInfo& key) {
@@ -97,10 +103,9 @@ bool OracleSession::ReadKeyColumns(const KeyInfo& key, std::vector<std::string>&
     return false;
   }
   for (const std::string& column : columns) {
-    if (column.size() < kCutColumnName) continue;
-    last_error_ = "the name of column " + column + " of key " + key.owner + "." +
-                  key.constraint_name + " may be longer than is shown here; nothing was changed";
-    return false;
+    if (Characters(column) < kCutColumnName) continue;
+    return Refuse("the name of column " + column + " of key " + key.owner + "." +
+                  key.constraint_name + " may be longer than is shown here; nothing was changed");
   }
   return true;
 }

@@ -162,9 +162,7 @@ void TextQuery::LeaveOut(std::string_view what, std::string_view name) {
 }
 
 bool TextQuery::Refuse(std::string_view reason) {
-  session_.last_error_ = row_label_;
-  session_.last_error_ += reason;
-  return false;
+  return session_.Refuse(std::string(row_label_) += reason);
 }
 
 std::string_view TextQuery::Raw(std::size_t position) const {

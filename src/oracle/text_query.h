@@ -10,6 +10,9 @@
 
 namespace quillmere {
 
+// The most that a character of any server takes in the client's character set.
+inline constexpr oci::sb4 kBytesPerCharacter = 4;
+
 // The step labels of a query; its operation's error texts begin with them.
 struct QueryLabels {
   std::string_view allocate;

@@ -105,12 +105,12 @@ std::vector<Query> Queries() {
       "select banner from v$version", {64}, "Oracle9i Release 9.2.0.1.0 - Production  /~/",
       "Oracle9i Release 9.2.0.1.0 - Production//");
   add("ListUsers", List<std::string>([](auto& s, auto& l) { return s.ListUsers(l); }),
-      "select username  from dba_users", {30}, "A_LONG_USER_NAME/XDB/BOB /SYS/sys/",
+      "select username  from dba_users", {120}, "A_LONG_USER_NAME/XDB/BOB /SYS/sys/",
       "A_LONG_USER_NAME/BOB/sys/");
   add("ListTables", List<TableInfo>([](auto& s, auto& l) { return s.ListTables(l); }),
       "select owner, table_name,  NVL(tablespace_name,chr(0)), NVL(num_rows,0)  from "
       "dba_all_tables  where owner NOT IN ('SYS', 'SYSTEM') order by owner, table_name",
-      {30, 30, 30, 10},
+      {120, 120, 120, 10},
       "SHOP |ORDERS|USERS|12/OUTLN|OL$|SYSTEM|0/SHOP|T|@|4294967296/SHOP|U|~|12345678901/"
       "SHOP|V|X|1.235E+10 /",
       "SHOP|ORDERS|USERS|12/SHOP|T||2147483647/SHOP|U||2147483647/SHOP|V|X|2147483647/");
@@ -137,37 +137,37 @@ std::vector<Query> Queries() {
   add("GetPrimaryKey", key,
       "select constraint_name, status from  DBA_CONSTRAINTS  where " + table +
           " and  constraint_type='P' ",
-      {30, 8}, "PK_ORDERS  |DISABLED/NEVER|READ/", "SHOP|ORDERS|PK_ORDERS|DISABLED/");
+      {120, 8}, "PK_ORDERS  |DISABLED/NEVER|READ/", "SHOP|ORDERS|PK_ORDERS|DISABLED/");
   add("ListIndexes",
       List<IndexInfo>([](auto& s, auto& l) { return s.ListIndexes("SHOP", "ORDERS", l); }),
       "select I.index_name, I.index_type, I.status from  DBA_INDEXES  I where I.owner='SHOP' and "
       "I.table_name='ORDERS" +
           kNoKeyIndexes,
-      {30, 27, 8}, "IX_LONGER|FUNCTION-BASED NORMAL|UNUSABLE/IX|NORMAL|VALID/",
+      {120, 27, 8}, "IX_LONGER|FUNCTION-BASED NORMAL|UNUSABLE/IX|NORMAL|VALID/",
       "IX_LONGER|FUNCTION-BASED NORMAL|UNUSABLE/IX|NORMAL|VALID/");
   add("ListIndexColumns", List<std::string>([](auto& s, auto& l) {
         return s.ListIndexColumns("ORDERS", "SHOP", "IX", l);
       }),
       "select substr(column_name,0, 50) from dba_ind_columns where table_name='ORDERS' and "
       "index_owner ='SHOP' and index_name='IX'",
-      {50}, "SYS_NC00012$/ID/", "SYS_NC00012$/ID/");
+      {200}, "SYS_NC00012$/ID/", "SYS_NC00012$/ID/");
   add("ListConstraintColumns",
       List<std::string>([](auto& s, auto& l) { return s.ListConstraintColumns("SHOP", "PK", l); }),
       "select substr(column_name,0, 50) from dba_cons_columns where owner ='SHOP' and "
       "constraint_name='PK'",
-      {50}, "SECOND/ID/", "SECOND/ID/");
+      {200}, "SECOND/ID/", "SECOND/ID/");
   add("ListColumns",
       List<ColumnInfo>([](auto& s, auto& l) { return s.ListColumns("ORDERS", "SHOP", l); }),
       "select column_name, substr(data_type,0,30), data_length, NVL(data_precision,0),   "
       "NVL(data_scale,0), nullable from dba_tab_columns where table_name='ORDERS' and owner "
       "='SHOP'",
-      {30, 30, 10, 10, 10, 1}, "AMOUNT|NUMBER|22|12|-2|N/AT|DATE|7|0|0|Y/",
+      {120, 120, 10, 10, 10, 1}, "AMOUNT|NUMBER|22|12|-2|N/AT|DATE|7|0|0|Y/",
       "AMOUNT|NUMBER|22|12|-2|N/AT|DATE|7|0|0|Y/");
   add("ListReferencingForeignKeys",
       List<KeyInfo>([](auto& s, auto& l) { return s.ListReferencingForeignKeys("PK", l); }),
       "select owner,constraint_name, table_name  from dba_constraints  where constraint_type='R' "
       "and r_constraint_name='PK'",
-      {30, 30, 30}, "CRM|FK_1|VISITS/", "CRM|VISITS|FK_1|/");
+      {120, 120, 120}, "CRM|FK_1|VISITS/", "CRM|VISITS|FK_1|/");
   return queries;
 }
 
@@ -198,7 +198,7 @@ TEST_F(CatalogueQueries, SendTheirTextAndReadTheirRecords) {
       if (call.starts_with("StmtPrepare")) prepared = call.substr(call.find('"'));
       if (call.starts_with("StmtExecute")) executed = call.substr(call.find("err1, "));
       if (call.starts_with("DefineByPos")) {
-        capacities.push_back(std::stoi(call.substr(call.find(", 1, ind") - 2)));
+        capacities.push_back(std::stoi(call.substr(call.rfind(' ', call.find(", 1, ind") - 1))));
       }
     }
     EXPECT_EQ(prepared, '"' + query.sql + "\", 1, 0)");
@@ -273,7 +273,7 @@ TEST_F(CatalogueQueries, ABannerTooLongIsCutAndAKeyTooLongFails) {
   const std::string sql =
       "select constraint_name, status from  DBA_CONSTRAINTS  where owner='S' and table_name='T' "
       "and  constraint_type='P' ";
-  script_.Answer(sql, {{std::string(31, 'K'), "ENABLED"}});
+  script_.Answer(sql, {{std::string(121, 'K'), "ENABLED"}});
   KeyInfo key;
   EXPECT_FALSE(session_.GetPrimaryKey("S", "T", key));
   EXPECT_THAT(session_.LastError(), StartsWith("OCIStmtExecute : the primary key of S.T"));

@@ -7,6 +7,7 @@
 namespace quillmere {
 namespace {
 
+using ::testing::_;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using testing::ScriptedOci;
@@ -82,8 +83,22 @@ TEST_F(LogMiner, GivesEveryOnlineLogAndStarts) {
                   "dbms_logmnr.committed_data_only, startscn=>4711); end;"));
 }
 
+// A mirrored log's second member is the same log again.
+TEST_F(LogMiner, SkipsALogThatTheServerHasAlready) {
+  script_.Answer(kMembersQuery, {{"a1"}, {"a2"}, {"b1"}});
+  script_.FailOn("StmtExecute", "ORA-01289: le fichier est deja la\n", 1289, 2);
+  EXPECT_TRUE(session_.SetLogs(7)) << session_.LastError();
+  EXPECT_THAT(script_.TakeExecuted(), ElementsAre(_, HasSubstr("'a1', options=>DBMS_LOGMNR.NEW"),
+                                                  HasSubstr("'b1', options=>DBMS_LOGMNR.ADDFILE"),
+                                                  HasSubstr("startscn=>7")));
+
+  script_.FailOn("StmtExecute", "ORA-01284: file b1 (see ORA-01289)\n", 1284, 3);
+  EXPECT_FALSE(session_.SetLogs(7));
+  EXPECT_EQ(session_.LastErrorCode(), 1284);
+}
+
 TEST_F(LogMiner, MinesPiecesByteForByteAndEnds) {
-  const std::string long_piece(4000, ' ');
+  const std::string long_piece(16000, ' ');
   script_.Answer(kRedoQuery, {{"10", "a  "}, {"11", long_piece}, {"12", std::nullopt}});
   Collector sink;
   ASSERT_TRUE(session_.MineRedo(sink)) << session_.LastError();
@@ -103,7 +118,7 @@ TEST_F(LogMiner, LosesNoByteSilently) {
     std::string reason;
   };
   for (const Case& broken :
-       std::vector<Case>{{"piece too long", {{"10", std::string(4001, 'x')}}, "longer than 4000"},
+       std::vector<Case>{{"piece too long", {{"10", std::string(16001, 'x')}}, "longer than 16000"},
                          {"scn missing", {{std::nullopt, "x"}}, "not a number"},
                          {"sink refuses", {{"1", "a"}, {"2", "b"}}, "the sink is full"}}) {
     SCOPED_TRACE(broken.what);

@@ -210,7 +210,7 @@ TEST_F(SchemaDdl, NothingIsDroppedOnTheStrengthOfAnIncompleteList) {
   expect_untouched(session_.RenamePrimaryKey(key_, "NEW_PK"));
   script_.Answer(KeyColumnsQuery("SHOP", "PK"), {{"ID"}, {std::string(51, 'P')}});
   expect_untouched(session_.RenamePrimaryKey(key_, "NEW_PK"));
-  script_.Answer(ReferencingQuery("PK"), {{"CRM", "FK1", std::string(31, 'T')}});
+  script_.Answer(ReferencingQuery("PK"), {{"CRM", "FK1", std::string(121, 'T')}});
   script_.Answer(KeyColumnsQuery("SHOP", "PK"), {{"ID"}});
   expect_untouched(session_.RenamePrimaryKey(key_, "NEW_PK"));
   expect_untouched(session_.DropPrimaryKey(key_, refuse));

@@ -138,7 +138,7 @@ TEST_F(CatalogueReaderTest, CancelKeepsTheRecordAndProgressIsPaced) {
   heard_ = {};
   testing::ScriptedOci::Rows tables;
   for (int i = 0; i < 3000; ++i) tables.push_back({"S", "B", "U", "1"});
-  tables.push_back({"S", std::string(31, 'T'), "U", "1"});
+  tables.push_back({"S", std::string(121, 'T'), "U", "1"});
   script_.Answer(kTables, tables);
   EXPECT_EQ(Refresh(), CatalogueRead::Read);
   EXPECT_LT(heard_.progress.size(), 1000u);
