@@ -1,31 +1,29 @@
 #include "engine/capture.h"
 
+#include <algorithm>
 #include <fstream>
 #include <limits>
 
 #include "engine/redo_assembler.h"
 #include "engine/rewriter.h"
+#include "engine/set_aside.h"
+#include "engine/statement_safety.h"
 #include "jobs/run_state_files.h"
 
 namespace quillmere {
 namespace {
 
-// Past this many, statements that could not be taken safely are only counted.
-constexpr std::size_t kMostUnsafeLines = 20;
-
-// Judges complete statements by the SCN of the row that completed them.
+// Judges complete statements, and takes those of rows below the cut-off.
 class BatchSink final : public RedoSink, private RedoAssembler::Taker {
  public:
   BatchSink(EngineContext& context, std::size_t index)
       : context_(context), index_(index), job_(context.jobs.At(index)) {}
 
   bool OnRedo(std::int64_t scn, std::string_view text, std::string& reason) override {
-    scn_ = scn;
     largest_scn_ = std::max(largest_scn_, scn);
-    if (!assembler_.Add(text, *this)) {
+    if (!assembler_.Add(scn, text, *this)) {
       reason = "a statement of the redo is longer than " +
-               std::to_string(RedoAssembler::kMostBytes) + " bytes (SCN " + std::to_string(scn) +
-               ")";
+               std::to_string(RedoAssembler::kMostBytes) + " bytes (" + OpenStatement() + ")";
       return false;
     }
     if (job_.pending_batch.Size() < std::numeric_limits<std::int32_t>::max()) return true;
@@ -34,49 +32,70 @@ class BatchSink final : public RedoSink, private RedoAssembler::Taker {
   }
 
   bool OnEnd(std::string& reason) override {
-    if (unsafe_ > kMostUnsafeLines) {
-      context_.listener.OnError(index_, "... and " + std::to_string(unsafe_ - kMostUnsafeLines) +
-                                            " more changes that do not end with a row address, see "
-                                            "ravelkin.log");
-    }
-    if (!assembler_.Unfinished()) return true;
-    reason = "the redo ends inside a statement (SCN " + std::to_string(scn_) + ")";
+    if (assembler_.Finish(*this)) return true;
+    reason = "the redo ends inside a statement (" + OpenStatement() + ")";
     return false;
+  }
+
+  // What the operator is to know of a capture that succeeded.
+  void Tell() const {
+    for (const std::string& line : set_aside_.Messages()) context_.listener.OnError(index_, line);
+    if (comments_ == 0) return;
+    context_.listener.OnInformation(index_, "Rows of the redo that are no statement left out: " +
+                                                std::to_string(comments_) + ". " + first_comment_);
   }
 
   std::int64_t LargestScn() const { return largest_scn_; }
 
  private:
-  void OnStatement(std::string_view text) override {
-    if (scn_ >= job_.next_cutoff_scn) return;
-    job_.pending_batch.Append(text);
+  void OnStatement(std::int64_t scn, std::string_view mined) override {
+    if (scn >= job_.next_cutoff_scn) return;
+    const Verdict verdict = JudgeStatement(mined);
+    if (verdict.safety != Safety::Safe) return TakeAside(scn, mined, verdict.safety);
+    job_.pending_batch.Append(verdict.kept);
     if (context_.settings.debug) {
-      context_.log.WriteGeneral(std::to_string(scn_) + ", " + std::string(text));
+      context_.log.WriteGeneral(std::to_string(scn) + ", " + std::string(verdict.kept));
     }
   }
 
-  void OnUnsafeStatement(std::string_view mined) override {
-    if (scn_ >= job_.next_cutoff_scn) return;
+  void OnUnfinished(std::int64_t scn, std::string_view mined) override {
+    if (scn < job_.next_cutoff_scn) TakeAside(scn, mined, Safety::Unfinished);
+  }
+
+  void OnComment(std::int64_t scn, std::string_view text) override {
+    if (scn >= job_.next_cutoff_scn || ++comments_ > 1) return;
+    first_comment_ =
+        "The first, at SCN " + std::to_string(scn) + ": " + std::string(text.substr(0, 80));
+  }
+
+  // In its place the batch gets what is blocked without being looked at.
+  void TakeAside(std::int64_t scn, std::string_view mined, Safety why) {
     job_.pending_batch.Append({});
-    context_.log.WriteGeneral(std::to_string(scn_) + ", not applied: " + std::string(mined));
+    const ParsedStatement parsed = ParseStatement(mined);
+    const bool table_is_known = why != Safety::NoTable && why != Safety::UnknownObject &&
+                                !parsed.owner.empty() && !parsed.table.empty();
     std::string unused;
-    const Rewritten would_be = RewriteStatement(job_, mined, unused);
-    if (!would_be.accepted || ++unsafe_ > kMostUnsafeLines) return;
-    context_.listener.OnError(
-        index_,
-        "A change of " + std::string(would_be.parsed.owner) + "." +
-            std::string(would_be.parsed.table) + " at SCN " + std::to_string(scn_) +
-            " does not end with a row address and is not applied, for it could match other "
-            "rows. Its text is in ravelkin.log; repeat the change on the destination by hand");
+    if (table_is_known && !RewriteStatement(job_, mined, unused).accepted) return;
+    context_.log.WriteGeneral(std::to_string(scn) + ", not applied: " + std::string(mined));
+    set_aside_.Add(scn, parsed.owner, parsed.table, why, mined);
+  }
+
+  // The one that went wrong, which need not be the one of the last row.
+  std::string OpenStatement() const {
+    const ParsedStatement parsed = ParseStatement(assembler_.Open());
+    std::string text = "SCN " + std::to_string(assembler_.OpenScn());
+    if (parsed.table.empty()) return text;
+    return text + ", " + std::string(parsed.owner) + "." + std::string(parsed.table);
   }
 
   EngineContext& context_;
   const std::size_t index_;
   SyncJob& job_;
   RedoAssembler assembler_;
-  std::int64_t scn_ = 0;
+  SetAside set_aside_;
   std::int64_t largest_scn_ = -1;
-  std::size_t unsafe_ = 0;
+  std::size_t comments_ = 0;
+  std::string first_comment_;
 };
 
 // sqlerror.log holds the latest mining error only.
@@ -98,6 +117,7 @@ bool GetStatements(EngineContext& context, std::size_t index, OracleSession& ses
   job.pending_batch.Clear();
   BatchSink sink(context, index);
   if (!session.MineRedo(sink)) return false;
+  sink.Tell();
   if (sink.LargestScn() != -1) {
     job.next_mining_start_scn = job.next_cutoff_scn;
     // Wraps around like the 64-bit addition it is instead of being undefined.

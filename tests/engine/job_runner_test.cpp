@@ -199,7 +199,7 @@ TEST_F(EngineTest, AppliesInOrderCountsAndSaves) {
       ElementsAre(InsertOf("1"), "UPDATE  ARCHIVE.ITEMS set \"A\" = '1' where \"A\" = '0'",
                   "DELETE FROM SHOP.UNLISTED where \"A\" = '0'", InsertOf("3", "SHOP.OTHER")));
   const std::vector<std::string> lines = listener_.Take();
-  EXPECT_THAT(lines[0], HasSubstr("SHOP.ORDERS at SCN 15 does not end with a row address"));
+  EXPECT_THAT(lines[0], HasSubstr("SHOP.ORDERS set aside and not applied: 1. The first, at SCN 15: it does not"));
   EXPECT_THAT(lines.back(), kDone);
   EXPECT_EQ(job_.applied_count, 4);
   EXPECT_EQ(job_.blocked_count, 2);
@@ -272,9 +272,9 @@ TEST_F(EngineTest, FailingCaptureKeepsThePositionsAndNoBatch) {
 TEST_F(EngineTest, RedoThatBreaksOffIsNotTaken) {
   StartJob();
   script_.Answer(kRedoQuery,
-                 {{"10", Insert("1")}, {"11", "insert into \"SHOP\".\"ORDERS\" values ('"}});
+                 {{"10", Insert("1")}, {"11", Insert("2").substr(0, 40) + std::string(4000, 'x')}});
   NextPass();
-  EXPECT_THAT(listener_.Take(), Contains(HasSubstr("the redo ends inside a statement (SCN 11)")));
+  EXPECT_THAT(listener_.Take(), Contains(HasSubstr("the redo ends inside a statement (SCN 11, SHOP.ORDERS)")));
   EXPECT_TRUE(job_.pending_batch.Empty());
   EXPECT_EQ(Record().cutoff_scn, 100);
 }

@@ -6,82 +6,101 @@
 
 #include "engine/redo_assembler.h"
 #include "engine/rewriter.h"
+#include "engine/statement_safety.h"
 
 namespace quillmere {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 const std::string kTail = " and ROWID = 'AAABBBAAACCCDDDEEE'";
 
+// What the rows were taken for: "SCN text", "SCN unfinished:text", "SCN comment:text".
 struct Taken final : RedoAssembler::Taker {
-  void OnStatement(std::string_view text) override { statements.emplace_back(text); }
-  void OnUnsafeStatement(std::string_view mined) override {
-    statements.emplace_back("unsafe:" + std::string(mined));
+  void OnStatement(std::int64_t scn, std::string_view text) override { Note(scn, "", text); }
+  void OnUnfinished(std::int64_t scn, std::string_view text) override {
+    Note(scn, "unfinished:", text);
   }
-  std::vector<std::string> statements;
+  void OnComment(std::int64_t scn, std::string_view text) override { Note(scn, "comment:", text); }
+  void Note(std::int64_t scn, std::string_view kind, std::string_view text) {
+    found.push_back(std::to_string(scn) + " " + std::string(kind) + std::string(text));
+  }
+  std::vector<std::string> found;
 };
 
 struct AssemblyCase {
   std::string what;
-  std::vector<std::string> pieces;
-  std::vector<std::string> statements;
-  bool unfinished = false;
+  std::vector<std::string> pieces;  // at SCN 1, 2, ...
+  std::vector<std::string> found;
+  bool broken_off = false;
 };
 
+const std::string kInsert = "insert into \"A\".\"B\"(\"X\") values (";
+const std::string kUpdate = "update \"A\".\"B\" set \"X\" = '1' where \"K\" = '2'";
+const std::string kDelete = "delete from \"A\".\"B\" where \"K\" = '2'";
+const std::string kLong(2000, 'x');
+
 TEST(RedoAssembler, FindsStatementsInRows) {
-  const std::vector<AssemblyCase> cases = {
-      {"insert loses the semicolon only",
-       {"insert into \"A\".\"B\"(\"X\") values ('1');"},
-       {"insert into \"A\".\"B\"(\"X\") values ('1')"}},
-      {"update loses the row address",
-       {"update \"A\".\"B\" set \"X\" = '2' where \"X\" = '1'" + kTail + ";"},
-       {"update \"A\".\"B\" set \"X\" = '2' where \"X\" = '1'"}},
-      {"semicolons and quotes inside a literal",
-       {"insert into A.B values ('a;b''c;');"},
-       {"insert into A.B values ('a;b''c;')"}},
-      {"a literal split in the middle of an escaped quote",
-       {"insert into A.B values ('it'", "'s; all", "');"},
-       {"insert into A.B values ('it''s; all')"}},
-      {"a name with a semicolon and an apostrophe",
-       {"insert into \"A;\".\"O'B\" values ('1');"},
-       {"insert into \"A;\".\"O'B\" values ('1')"}},
-      {"two statements in a row of their own and one over three",
-       {"insert into A.B values (1);", "insert into", " A.B values (", "2);"},
-       {"insert into A.B values (1)", "insert into A.B values (2)"}},
-      {"two statements in one row, blanks behind",
-       {"insert into A.B values (1); insert into A.B values (2);\n "},
-       {"insert into A.B values (1)", " insert into A.B values (2)"}},
-      {"line feeds stay inside literals and are blanks outside",
-       {"insert into A.B\nvalues ('a\nb');"},
-       {"insert into A.B values ('a\nb')"}},
-      {"empty rows between",
-       {"", "  ", "insert into A.B values (1);", ""},
-       {"insert into A.B values (1)"}},
-      {"no row address",
-       {"delete from \"A\".\"B\" where \"X\" = '1234567890123456789012345';"},
-       {"unsafe:delete from \"A\".\"B\" where \"X\" = '1234567890123456789012345'"}},
-      {"the row address is the only condition",
-       {"delete from \"A\".\"B\" where ROWID = 'AAABBBAAACCCDDDEEE';"},
-       {"unsafe:delete from \"A\".\"B\" where ROWID = 'AAABBBAAACCCDDDEEE'"}},
-      {"shorter than the cut", {"delete from A.B;"}, {"unsafe:delete from A.B"}},
-      {"what looks like a row address ends a literal",
-       {"delete from A.B where X = 'y and ROWID = ''AAABBBAAACCCDDDEEE';"},
-       {"unsafe:delete from A.B where X = 'y and ROWID = ''AAABBBAAACCCDDDEEE'"}},
-      {"a row address of another length",
-       {"delete from A.B where \"X\" = '1' and ROWID = 'AAABBBAAACCCDDDEEEF';"},
-       {"unsafe:delete from A.B where \"X\" = '1' and ROWID = 'AAABBBAAACCCDDDEEEF'"}},
-      {"ends inside a literal", {"insert into A.B values ('abc;"}, {}, true},
-      {"ends without a semicolon", {"insert into A.B values (1)"}, {}, true},
-  };
-  for (const AssemblyCase& c : cases) {
+  const std::string temporary = "/* No SQL_REDO for temporary tables */";
+  const std::string apostrophe = kInsert + "'O'Brien')";
+  const std::string audit = kInsert + "'" + kLong;
+  for (const AssemblyCase& c : std::vector<AssemblyCase>{
+           {"an insert", {kInsert + "'1');"}, {"1 " + kInsert + "'1')"}},
+           {"semicolons and quotes inside a literal",
+            {kInsert + "'a;b''c;');"},
+            {"1 " + kInsert + "'a;b''c;')"}},
+           {"a literal split in the middle of an escaped quote",
+            {kInsert + "'it'", "'s; all", "');"},
+            {"3 " + kInsert + "'it''s; all')"}},
+           {"a name with a semicolon and an apostrophe",
+            {"insert into \"A;\".\"O'B\" values ('1');"},
+            {"1 insert into \"A;\".\"O'B\" values ('1')"}},
+           {"one in a row of its own and one over three",
+            {"insert into A.B values (1);", "insert into", " A.B values (", "2);"},
+            {"1 insert into A.B values (1)", "4 insert into A.B values (2)"}},
+           {"two in one row, blanks before and behind",
+            {" insert into A.B values (1); insert into A.B values (2);\n "},
+            {"1 insert into A.B values (1)", "1 insert into A.B values (2)"}},
+           {"line feeds stay inside literals and are blanks outside",
+            {"insert into\nA.B\nvalues ('a\nb');\nA\n;\n"},
+            {"1 insert into A.B values ('a\nb')", "1 A "}},
+           {"empty rows between", {"", "  ", kInsert + "1);", ""}, {"3 " + kInsert + "1)"}},
+           {"comments where a statement would begin",
+            {temporary, kInsert + "1);" + temporary, "-- can't; say", kInsert + "2);"},
+            {"1 comment:" + temporary, "2 " + kInsert + "1)", "2 comment:" + temporary,
+             "3 comment:-- can't; say", "4 " + kInsert + "2)"}},
+           {"comments inside a statement",
+            {kInsert + "'", "-- a", "/* b */');"},
+            {"3 " + kInsert + "'-- a/* b */')"}},
+           {"an apostrophe left as it is does not swallow what follows",
+            {apostrophe + ";", kUpdate + ";", apostrophe + ";", "DELETE FROM \"A\".\"B\" WHERE K;"},
+            {"1 unfinished:" + apostrophe + ";", "2 " + kUpdate, "3 unfinished:" + apostrophe + ";",
+             "4 DELETE FROM \"A\".\"B\" WHERE K"}},
+           {"it is the last", {apostrophe + ";"}, {"1 unfinished:" + apostrophe + ";"}},
+           {"nor does one of many pieces, with a last piece that may be full",
+            {audit, kLong + "'s');", kInsert + "'1');"},
+            {"1 unfinished:" + audit + kLong + "'s');", "3 " + kInsert + "'1')"}},
+           {"nor one without a semicolon",
+            {audit + "')", kInsert + "',');"},
+            {"1 unfinished:" + audit + "')", "2 " + kInsert + "',')"}},
+           {"a literal that goes on with a statement's text",
+            {audit, kInsert + "''1'');" + kLong, kUpdate.substr(0, 23) + "''','');"},
+            {"3 " + audit + kInsert + "''1'');" + kLong + kUpdate.substr(0, 23) + "''','')"}},
+           {"a literal that ends with a statement's text",
+            {audit, "delete from \"A\".\"B\" where \"K\" = ''2''' || '');"},
+            {"2 " + audit + "delete from \"A\".\"B\" where \"K\" = ''2''' || '')"}},
+           {"text that is no statement's beginning goes on",
+            {kInsert + "'", "insert into \"A\" is an idea", "update \"A\".\"B\" is none",
+             "insert into A.B(X)", "');"},
+            {"5 " + kInsert +
+             "'insert into \"A\" is an ideaupdate \"A\".\"B\" is noneinsert into A.B(X)')"}},
+           {"the rows break off inside a long literal", {audit}, {}, true},
+           {"the rows end without a semicolon", {kDelete}, {"1 unfinished:" + kDelete}}}) {
     SCOPED_TRACE(c.what);
     RedoAssembler assembler;
     Taken taken;
-    for (const std::string& piece : c.pieces) EXPECT_TRUE(assembler.Add(piece, taken));
-    EXPECT_EQ(taken.statements, c.statements);
-    EXPECT_EQ(assembler.Unfinished(), c.unfinished);
+    std::int64_t scn = 0;
+    for (const std::string& piece : c.pieces) EXPECT_TRUE(assembler.Add(++scn, piece, taken));
+    EXPECT_EQ(assembler.Finish(taken), !c.broken_off);
+    EXPECT_EQ(taken.found, c.found);
   }
 }
 
@@ -97,21 +116,113 @@ TEST(RedoAssembler, TheCutOfRowsDoesNotMatter) {
       const char c = alphabet[random() % alphabet.size()];
       value += c == '\'' ? std::string("''") : std::string(1, c);
     }
-    const std::string statement =
-        "update \"A\".\"B\" set \"X\" = '" + value + "' where \"K\" = '1'";
-    expected.push_back(statement);
-    text += statement + kTail + ";";
+    expected.push_back("0 " + kInsert + "'" + value + "')");
+    text += kInsert + "'" + value + "');";
   }
   for (int round = 0; round < 200; ++round) {
     RedoAssembler assembler;
     Taken taken;
     for (std::size_t at = 0; at < text.size();) {
       const std::size_t length = 1 + random() % 97;
-      ASSERT_TRUE(assembler.Add(std::string_view(text).substr(at, length), taken));
+      ASSERT_TRUE(assembler.Add(0, std::string_view(text).substr(at, length), taken));
       at += length;
     }
-    ASSERT_EQ(taken.statements, expected);
-    ASSERT_FALSE(assembler.Unfinished());
+    ASSERT_EQ(taken.found, expected);
+    ASSERT_TRUE(assembler.Open().empty());
+  }
+}
+
+// As a server cuts: where a piece is full. Tables that audit others hold statements, which may
+// begin where a piece does; changes of other tables may have an apostrophe that is left as it is.
+TEST(RedoAssembler, AnApostropheBreaksItsOwnChangeOnly) {
+  std::mt19937 random(11);
+  constexpr std::size_t kFull = 4000;
+  RedoAssembler assembler;
+  Taken taken;
+  std::vector<std::string> expected;
+  for (int scn = 0; scn < 3000; ++scn) {
+    const bool audit = random() % 3 == 0;
+    const bool broken = !audit && random() % 3 == 0;
+    std::string change = kInsert + "'";
+    if (audit) change.resize(kFull * (1 + random() % 2), 'a');
+    if (audit) change += kInsert + "''1''); " + kDelete.substr(0, 30);
+    change += std::string(random() % 6000, 'b') + (broken ? "'s" : "") + "','1')";
+    expected.push_back(std::to_string(scn) + (broken ? " unfinished:" : " ") + change);
+    if (broken) expected.back() += ';';
+    change += ';';
+    for (std::size_t at = 0; at < change.size(); at += kFull) {
+      ASSERT_TRUE(assembler.Add(scn, std::string_view(change).substr(at, kFull), taken));
+    }
+  }
+  assembler.Finish(taken);
+  const auto [wrong, right] =
+      std::mismatch(taken.found.begin(), taken.found.end(), expected.begin(), expected.end());
+  EXPECT_EQ(wrong, taken.found.end()) << wrong->substr(0, 90) << "\n" << right->substr(0, 90);
+  EXPECT_EQ(taken.found.size(), expected.size());
+}
+
+struct SafetyCase {
+  std::string what, mined, kept;
+  Safety safety = Safety::Safe;
+  RowFacts facts = {};
+};
+
+TEST(StatementSafety, JudgesByTextAndRow) {
+  const std::string address = "ROWID = 'AAABBBAAACCCDDDEEE'";
+  for (const SafetyCase& c : std::vector<SafetyCase>{
+           {"insert", kInsert + "'1')", kInsert + "'1')"},
+           {"update", kUpdate + kTail, kUpdate},
+           {"delete, upper case", "DELETE FROM A.B where X = 1" + kTail,
+            "DELETE FROM A.B where X = 1"},
+           {"no row address", kDelete, "", Safety::NoRowAddress},
+           {"shorter than the cut", "delete from A.B", "", Safety::NoRowAddress},
+           {"what looks like one ends a literal",
+            "delete from A.B where X = 'y and ROWID = ''AAABBBAAACCCDDDEEE'", "",
+            Safety::NoRowAddress},
+           {"one of another length", kDelete + " and ROWID = 'AAABBBAAACCCDDDEEEF'", "",
+            Safety::NoRowAddress},
+           {"one that does not close", kDelete + " and ROWID = 'AAABBBAAACCCDDDEEEF", "",
+            Safety::NoRowAddress},
+           {"a delete that ends like an insert", "delete from A.B where X = TO_DATE('1')", "",
+            Safety::NoRowAddress},
+           {"an update that does", "update \"A\".\"B\" set X = HEXTORAW('1')", "",
+            Safety::NoRowAddress},
+           {"an insert that does not end", kInsert + "'1'", "", Safety::NoRowAddress},
+           {"undo of an insert", "delete from \"A\".\"B\" where " + address, "",
+            Safety::RowAddressAlone},
+           {"undo of an update", "update \"A\".\"B\" set \"X\" = '1' where " + address, "",
+            Safety::RowAddressAlone},
+           {"no owner", "insert into B(X) values ('1')", "", Safety::NoTable},
+           {"nothing", "", "", Safety::NoTable},
+           {"a name too long", "delete from A." + std::string(81, 'N') + " where X" + kTail, "",
+            Safety::NoTable},
+           {"dropped table", "delete from \"A\".\"OBJ# 73640\" where X = 1" + kTail, "",
+            Safety::UnknownObject},
+           {"unknown owner", "insert into \"UNKNOWN\".\"B\"(\"X\") values ('1')", "",
+            Safety::UnknownObject},
+           {"names much like it", "delete from \"UNKNOWN2\".\"OBJ# 1A\" where X = 1" + kTail,
+            "delete from \"UNKNOWN2\".\"OBJ# 1A\" where X = 1"},
+           {"unknown column", "insert into \"A\".\"B\"(\"COL 12\") values (HEXTORAW('c1'))", "",
+            Safety::UnknownColumn},
+           {"names and values much like it",
+            "insert into \"A\".\"B\"(\"COL 1X\",\"COL \") values ('COL 1','x')",
+            "insert into \"A\".\"B\"(\"COL 1X\",\"COL \") values ('COL 1','x')"},
+           {"a type not supported", kInsert + "Unsupported Type)", "", Safety::UnsupportedType},
+           {"in a condition", "update \"A\".\"B\" set X = 1 where \"U\" = Unsupported Type" + kTail,
+            "", Safety::UnsupportedType},
+           {"in literals and names",
+            "insert into \"A\".\"B\"(\"Unsupported Type\") values ('it''s an Unsupported Type')",
+            "insert into \"A\".\"B\"(\"Unsupported Type\") values ('it''s an Unsupported Type')"},
+           {"status 2", kUpdate + kTail, "", Safety::NotExecutable, {.not_executable = true}},
+           {"status 2 with a better reason",
+            kInsert + "Unsupported Type)",
+            "",
+            Safety::UnsupportedType,
+            {.not_executable = true}}}) {
+    SCOPED_TRACE(c.what);
+    const Verdict verdict = JudgeStatement(c.mined, c.facts);
+    EXPECT_EQ(verdict.safety, c.safety) << WhyUnsafe(verdict.safety);
+    EXPECT_EQ(verdict.kept, c.kept);
   }
 }
 
@@ -200,7 +311,9 @@ TEST_F(Rewriter, SurvivesAnyText) {
     RewriteStatement(job_, text, to_execute);
     Taken taken;
     RedoAssembler assembler;
-    assembler.Add(text, taken);
+    assembler.Add(0, text, taken);
+    assembler.Finish(taken);
+    JudgeStatement(text);
   }
 }
 
