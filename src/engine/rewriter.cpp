@@ -44,6 +44,10 @@ ParsedStatement ParseStatement(std::string_view statement) {
   if (!text.starts_with('.')) return parsed;
   text.remove_prefix(1);
   const std::string_view table = TakeName(text, parsed.verb == Verb::Insert ? '(' : ' ');
+  if (parsed.verb == Verb::Insert) {  // the list stands right behind the name, quoted or not
+    const std::string_view list = TrimLeft(text, " ");
+    if (list.starts_with('(')) text = list;
+  }
   if (owner.size() > kMostTokenBytes || table.size() > kMostTokenBytes ||
       parsed.verb_text.size() > kMostTokenBytes) {
     return parsed;
