@@ -1,14 +1,15 @@
 #include "sandbox/expr/compiler.h"
 
 #include "sandbox/store/sqlite_functions.h"
+#include "sandbox/values/text.h"
 
 namespace quillmere::sandbox {
 
 namespace {
 
-bool IsTime(Kind kind) {
-  return kind == Kind::Date || kind == Kind::Timestamp || kind == Kind::TimestampTz;
-}
+// SQLite compares every parameter with every one before it. Literals beyond these stand in the
+// text, as arguments of a function, which it leaves alone.
+constexpr std::size_t kMaxParameters = 500;
 
 // What two values are compared as.
 Kind CommonKind(Kind a, Kind b) {
@@ -23,35 +24,11 @@ Kind CommonKind(Kind a, Kind b) {
 bool Comparable(Kind a, Kind b) {
   if (a == Kind::Null || b == Kind::Null) return true;
   if (a == Kind::Lob || b == Kind::Lob) return false;
-  if (a == Kind::Number && IsTime(b)) return false;
-  return !(b == Kind::Number && IsTime(a));
+  return !(a == Kind::Number && IsTime(b)) && !(b == Kind::Number && IsTime(a));
 }
 
-// As an operand of an order or equality: time zones compare as instants.
-std::string Operand(std::string sql, Kind kind) {
-  return kind == Kind::TimestampTz ? "substr(" + sql + ",1,29)" : sql;
-}
-
-std::string Ordered(std::string sql, Kind kind) {
-  if (kind == Kind::Number) return "(" + sql + " COLLATE " + std::string(kNumberOrder) + ")";
-  return Operand(std::move(sql), kind);
-}
-
-std::string_view Symbol(ExprOp op) {
-  switch (op) {
-    case ExprOp::Equal:
-      return " = ";
-    case ExprOp::NotEqual:
-      return " <> ";
-    case ExprOp::Less:
-      return " < ";
-    case ExprOp::LessEqual:
-      return " <= ";
-    case ExprOp::Greater:
-      return " > ";
-    default:
-      return " >= ";
-  }
+std::string InNumberOrder(const std::string& sql) {
+  return "(" + sql + " COLLATE " + std::string(kNumberOrder) + ")";
 }
 
 // Joins in halves: SQLite limits the depth of an expression, not its width.
@@ -68,236 +45,223 @@ std::string JoinBalanced(const std::vector<std::string>& parts, std::size_t begi
 bool IsAggregate(const Expr& expr) {
   return expr.op == ExprOp::CountStar ||
          (expr.op == ExprOp::Call &&
-          (expr.name == "COUNT" || expr.name == "MAX" || expr.name == "MIN" || expr.name == "SUM"));
-}
-
-Status Unknown(const Expr& expr) {
-  const std::string prefix = expr.qualifier.empty() ? "" : "\"" + expr.qualifier + "\".";
-  return {904, prefix + "\"" + expr.name + "\": invalid identifier"};
+          (expr.text == "COUNT" || expr.text == "MAX" || expr.text == "MIN" || expr.text == "SUM"));
 }
 
 }  // namespace
 
+std::string ScopeSource::Name(std::size_t column) const {
+  return table ? table->columns[column].name : view->columns[column].name;
+}
+
+Compiled ScopeSource::Column(std::size_t column) const {
+  if (!table) return {prefix + "\"" + Name(column) + "\"", view->columns[column].kind};
+  const ColumnType& type = table->columns[column].type;
+  return {prefix + table->columns[column].SqlName(), type.kind(), false, type.IsLarge()};
+}
+
+void ExpressionCompiler::Fail(const Status& status) {
+  if (status_.ok()) status_ = status;
+}
+
 std::string ExpressionCompiler::Emit(const Compiled& value, Kind kind) {
-  if (value.constant != nullptr) {
-    parameters_.push_back({value.constant, kind == Kind::Null ? Kind::Text : kind});
-    return "?" + std::to_string(parameters_.size());
+  if (kind == Kind::Null) kind = value.kind;
+  if (!value.literal) {
+    if (kind == value.kind || value.kind == Kind::Null) return value.sql;
+    return SqliteConversionName(value.kind, kind) + "(" + value.sql + ")";
   }
-  if (kind == value.kind || kind == Kind::Null || value.kind == Kind::Null) return value.sql;
-  return SqliteConversionName(value.kind, kind) + "(" + value.sql + ")";
+  Datum converted;
+  Fail(Convert(Datum::Of(value.kind, value.sql), kind, context_, &converted));
+  if (converted.null) return "NULL";
+  const bool fits_text = converted.text.find('\0') == std::string::npos;
+  if (parameters_.size() >= kMaxParameters && fits_text) {
+    return "qm_literal(" + QuoteLiteral(converted.text) + ")";
+  }
+  parameters_.push_back(std::move(converted.text));
+  return "?" + std::to_string(parameters_.size());
 }
 
-Status ExpressionCompiler::Value(const Expr& expr, const Scope& scope, Compiled* out) {
-  if (IsAggregate(expr)) return Aggregate(expr, scope, out);
-  if (IsConstant(expr)) {
-    out->constant = &expr;
-    return ConstantKind(expr, &out->kind);
-  }
+Compiled ExpressionCompiler::Value(const Expr& expr, const Scope& scope) {
+  if (IsAggregate(expr)) return Aggregate(expr, scope);
   switch (expr.op) {
+    case ExprOp::Null:
+      return {"NULL", Kind::Null};
+    case ExprOp::Literal: {
+      if (expr.text.empty()) return {"NULL", Kind::Text};
+      Compiled literal{expr.text, Kind::Text, true};
+      if (!expr.is_number) return literal;
+      Datum number;
+      const Status status =
+          Convert(Datum::Of(Kind::Text, expr.text), Kind::Number, context_, &number);
+      if (!status.ok()) Fail(Ora(1426));
+      return {number.text, Kind::Number, true};
+    }
     case ExprOp::Column:
-      return Column(expr, scope, out);
+      return Column(expr, scope);
     case ExprOp::Rowid:
-      return Rowid(expr, scope, out);
+      return Rowid(expr, scope);
     case ExprOp::Call:
-    case ExprOp::Negate:
-    case ExprOp::Add:
-    case ExprOp::Subtract:
-    case ExprOp::Multiply:
-    case ExprOp::Divide:
-    case ExprOp::Concat:
-      return Call(expr, scope, out);
+      return expr.text == "||" ? Concatenation(expr, scope) : Call(expr, scope);
     default:
-      return Ora(936);
+      Fail(Ora(936));
+      return {};
   }
 }
 
-Status ExpressionCompiler::Column(const Expr& expr, const Scope& scope, Compiled* out) {
-  for (const Scope* at = &scope; at != nullptr; at = at->outer) {
-    bool found = false;
+Compiled ExpressionCompiler::Column(const Expr& expr, const Scope& scope) {
+  met_column = true;
+  Compiled found;
+  for (const Scope* at = &scope; at != nullptr && found.sql.empty(); at = at->outer) {
     for (const ScopeSource& source : at->sources) {
       if (!expr.qualifier.empty() && expr.qualifier != source.alias) continue;
-      for (const ScopeColumn& column : source.columns) {
-        if (column.name != expr.name) continue;
-        if (found) return Ora(918, expr.name);
-        found = true;
-        out->sql = column.sql;
-        out->kind = column.kind;
-      }
+      const int column =
+          source.table ? source.table->FindColumn(expr.text) : source.view->FindColumn(expr.text);
+      if (column < 0) continue;
+      if (!found.sql.empty()) Fail(Ora(918, expr.text));
+      found = source.Column(static_cast<std::size_t>(column));
     }
-    if (found) return {};
   }
-  return Unknown(expr);
+  if (found.sql.empty() && scope.sources.empty()) {
+    Fail({984, "column not allowed here"});
+  } else if (found.sql.empty()) {
+    const std::string prefix = expr.qualifier.empty() ? "" : "\"" + expr.qualifier + "\".";
+    Fail({904, prefix + "\"" + expr.text + "\": invalid identifier"});
+  }
+  return found;
 }
 
-Status ExpressionCompiler::Rowid(const Expr& expr, const Scope& scope, Compiled* out) {
+Compiled ExpressionCompiler::Rowid(const Expr& expr, const Scope& scope) {
+  met_column = true;
   for (const ScopeSource& source : scope.sources) {
     if (!expr.qualifier.empty() && expr.qualifier != source.alias) continue;
-    if (source.rowid_sql.empty()) break;
-    out->sql = source.rowid_sql;
-    out->kind = Kind::Text;
-    return {};
+    if (!source.table) break;
+    const std::string table = std::to_string(source.table->id);
+    return {"qm_rowid(" + table + "," + source.prefix + "rid)", Kind::Text};
   }
-  return {1446, "cannot select ROWID from what has no row addresses"};
+  Fail({1446, "cannot select ROWID from what has no row addresses"});
+  return {};
 }
 
-Status ExpressionCompiler::Call(const Expr& expr, const Scope& scope, Compiled* out) {
-  std::vector<Compiled> args(expr.args.size());
+Compiled ExpressionCompiler::Call(const Expr& expr, const Scope& scope) {
+  std::vector<Compiled> args;
   std::vector<Kind> kinds;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    if (Status status = Value(*expr.args[i], scope, &args[i]); !status.ok()) return status;
-    kinds.push_back(args[i].kind);
+  for (const ExprPtr& arg : expr.args) {
+    args.push_back(Value(*arg, scope));
+    kinds.push_back(args.back().kind);
+  }
+  if (expr.text == "NVL" && args.size() == 2) {
+    const Kind kind = kinds[0] == Kind::Null ? kinds[1] : kinds[0];
+    return {"ifnull(" + Emit(args[0]) + "," + Emit(args[1], kind) + ")", kind};
   }
   const Function* function = nullptr;
-  if (Status status = FindFunction(FunctionName(expr), kinds, &function); !status.ok()) {
-    return status;
-  }
-  // SQLite takes at most 127 arguments in a call.
-  if (args.size() > 100) return Ora(939);
-  out->kind = function->result;
-  out->sql = SqliteName(*function) + "(";
+  Fail(FindFunction(expr.text, kinds, &function));
+  if (!status_.ok()) return {};
+  Compiled call{SqliteName(*function) + "(", function->result};
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (i > 0) out->sql += ',';
-    out->sql += Emit(args[i], ArgumentKind(*function, i));
+    call.sql += (i == 0 ? "" : ",") + Emit(args[i], function->args[i]);
   }
-  out->sql += ')';
-  return {};
+  call.sql += ')';
+  return call;
 }
 
-Status ExpressionCompiler::Aggregate(const Expr& expr, const Scope& scope, Compiled* out) {
-  out->kind = Kind::Number;
-  if (expr.op == ExprOp::CountStar) {
-    out->sql = "CAST(count(*) AS TEXT)";
+// NULL is nothing in a concatenation, and nothing at all is NULL.
+Compiled ExpressionCompiler::Concatenation(const Expr& expr, const Scope& scope) {
+  std::vector<Compiled> args;
+  Kind kind = Kind::Text;
+  for (const ExprPtr& arg : expr.args) {
+    args.push_back(Value(*arg, scope));
+    if (args.back().kind == Kind::Lob) kind = Kind::Lob;
+  }
+  std::vector<std::string> parts;
+  for (const Compiled& arg : args) parts.push_back("ifnull(" + Emit(arg, kind) + ",'')");
+  const std::string joined = JoinBalanced(parts, 0, parts.size(), "||");
+  return {kind == Kind::Lob ? joined : "nullif(" + joined + ",'')", kind};
+}
+
+Compiled ExpressionCompiler::Aggregate(const Expr& expr, const Scope& scope) {
+  met_aggregate = true;
+  if (expr.op == ExprOp::CountStar) return {"CAST(count(*) AS TEXT)", Kind::Number};
+  if (expr.args.size() != 1) {
+    Fail(Ora(909));
     return {};
   }
-  if (expr.args.size() != 1) return Ora(909);
-  Compiled argument;
-  if (Status status = Value(*expr.args[0], scope, &argument); !status.ok()) return status;
-  if (expr.name == "COUNT") {
-    out->sql = "CAST(count(" + Emit(argument, argument.kind) + ") AS TEXT)";
-  } else if (expr.name == "SUM") {
-    out->sql = "qm_sum(" + Emit(argument, Kind::Number) + ")";
-  } else {
-    out->kind = argument.kind;
-    const std::string inner = Emit(argument, argument.kind);
-    const std::string order =
-        argument.kind == Kind::Number ? inner + " COLLATE " + std::string(kNumberOrder) : inner;
-    out->sql = (expr.name == "MAX" ? "max(" : "min(") + order + ")";
-  }
-  return {};
+  const bool met_before = met_column;
+  const Compiled argument = Value(*expr.args[0], scope);
+  met_column = met_before;
+  if (expr.text == "COUNT") return {"CAST(count(" + Emit(argument) + ") AS TEXT)", Kind::Number};
+  if (expr.text == "SUM") return {"qm_sum(" + Emit(argument, Kind::Number) + ")", Kind::Number};
+  const std::string sql = Emit(argument);
+  const bool number = argument.kind == Kind::Number;
+  return {(expr.text == "MAX" ? "max(" : "min(") + (number ? InNumberOrder(sql) : sql) + ")",
+          argument.kind};
 }
 
-Status ExpressionCompiler::Condition(const Expr& expr, const Scope& scope, std::string* out) {
+std::string ExpressionCompiler::Condition(const Expr& expr, const Scope& scope) {
   switch (expr.op) {
     case ExprOp::And:
     case ExprOp::Or:
-      return Junction(expr, scope, out);
-    case ExprOp::Not: {
-      std::string inner;
-      if (Status status = Condition(*expr.args[0], scope, &inner); !status.ok()) return status;
-      *out = "(NOT " + inner + ")";
-      return {};
+      return Junction(expr, scope);
+    case ExprOp::Not:
+      return "(NOT " + Condition(*expr.args[0], scope) + ")";
+    case ExprOp::IsNull:
+      return "(" + Emit(Value(*expr.args[0], scope)) + " IS NULL)";
+    case ExprOp::In: {
+      const std::vector<std::string> operands = Operands(expr, scope, false);
+      std::string sql = "(" + operands[0] + " IN (";
+      for (std::size_t i = 1; i < operands.size(); ++i) sql += (i == 1 ? "" : ",") + operands[i];
+      return sql + "))";
     }
-    case ExprOp::IsNull: {
-      Compiled value;
-      if (Status status = Value(*expr.args[0], scope, &value); !status.ok()) return status;
-      *out = "(" + Emit(value, value.kind) + " IS NULL)";
-      return {};
+    case ExprOp::Between: {
+      const std::vector<std::string> operands = Operands(expr, scope, true);
+      return "(" + operands[0] + " BETWEEN " + operands[1] + " AND " + operands[2] + ")";
     }
-    case ExprOp::In:
-      return In(expr, scope, out);
-    case ExprOp::Between:
-      return Between(expr, scope, out);
-    case ExprOp::Like:
-      return Like(expr, scope, out);
-    case ExprOp::Exists: {
-      if (!subquery_) return Ora(900, "EXISTS is not supported here");
-      std::string inner;
-      if (Status status = subquery_(*expr.subquery, scope, &inner); !status.ok()) return status;
-      *out = "EXISTS (" + inner + ")";
-      return {};
+    case ExprOp::Like: {
+      std::string sql = "(" + Emit(Value(*expr.args[0], scope), Kind::Text);
+      sql += " LIKE " + Emit(Value(*expr.args[1], scope), Kind::Text);
+      if (expr.args.size() > 2) sql += " ESCAPE " + Emit(Value(*expr.args[2], scope), Kind::Text);
+      return sql + ")";
     }
-    case ExprOp::Equal:
-    case ExprOp::NotEqual:
-    case ExprOp::Less:
-    case ExprOp::LessEqual:
-    case ExprOp::Greater:
-    case ExprOp::GreaterEqual:
-      return Compare(expr, scope, out);
+    case ExprOp::Exists:
+      if (subquery_) return "EXISTS (" + subquery_(*expr.subquery, scope) + ")";
+      Fail(Ora(900, "EXISTS is not supported here"));
+      return "";
+    case ExprOp::Compare: {
+      const bool ordered = expr.text != "=" && expr.text != "<>";
+      const std::vector<std::string> operands = Operands(expr, scope, ordered);
+      return "(" + operands[0] + " " + expr.text + " " + operands[1] + ")";
+    }
     default:
-      return Ora(920);
+      Fail(Ora(920));
+      return "";
   }
 }
 
-Status ExpressionCompiler::Junction(const Expr& expr, const Scope& scope, std::string* out) {
-  std::vector<std::string> parts(expr.args.size());
-  for (std::size_t i = 0; i < parts.size(); ++i) {
-    if (Status status = Condition(*expr.args[i], scope, &parts[i]); !status.ok()) return status;
-  }
-  *out = JoinBalanced(parts, 0, parts.size(), expr.op == ExprOp::And ? " AND " : " OR ");
-  return {};
+std::string ExpressionCompiler::Junction(const Expr& expr, const Scope& scope) {
+  std::vector<std::string> parts;
+  for (const ExprPtr& arg : expr.args) parts.push_back(Condition(*arg, scope));
+  return JoinBalanced(parts, 0, parts.size(), expr.op == ExprOp::And ? " AND " : " OR ");
 }
 
-Status ExpressionCompiler::Values(const Expr& expr, const Scope& scope, std::vector<Compiled>* out,
-                                  Kind* common) {
-  *common = Kind::Null;
+std::vector<std::string> ExpressionCompiler::Operands(const Expr& expr, const Scope& scope,
+                                                      bool ordered) {
+  std::vector<Compiled> values;
+  Kind kind = Kind::Null;
   for (const ExprPtr& arg : expr.args) {
-    Compiled& value = out->emplace_back();
-    if (Status status = Value(*arg, scope, &value); !status.ok()) return status;
-    if (!Comparable(out->front().kind, value.kind)) {
-      return Ora(932, "expected " + std::string(KindName(out->front().kind)) + " got " +
-                          std::string(KindName(value.kind)));
-    }
-    *common = CommonKind(*common, value.kind);
+    values.push_back(Value(*arg, scope));
+    kind = CommonKind(kind, values.back().kind);
+    if (Comparable(values[0].kind, values.back().kind)) continue;
+    Fail(Ora(932, "expected " + std::string(KindName(values[0].kind)) + " got " +
+                      std::string(KindName(values.back().kind))));
   }
-  return {};
-}
-
-Status ExpressionCompiler::Compare(const Expr& expr, const Scope& scope, std::string* out) {
-  std::vector<Compiled> values;
-  Kind kind = Kind::Null;
-  if (Status status = Values(expr, scope, &values, &kind); !status.ok()) return status;
-  const bool equality = expr.op == ExprOp::Equal || expr.op == ExprOp::NotEqual;
-  const std::string left = Emit(values[0], kind);
-  const std::string right = Emit(values[1], kind);
-  *out = "(" + (equality ? Operand(left, kind) : Ordered(left, kind));
-  *out += Symbol(expr.op);
-  *out += (equality ? Operand(right, kind) : Ordered(right, kind)) + ")";
-  return {};
-}
-
-Status ExpressionCompiler::In(const Expr& expr, const Scope& scope, std::string* out) {
-  std::vector<Compiled> values;
-  Kind kind = Kind::Null;
-  if (Status status = Values(expr, scope, &values, &kind); !status.ok()) return status;
-  *out = "(" + Operand(Emit(values[0], kind), kind) + " IN (";
-  for (std::size_t i = 1; i < values.size(); ++i) {
-    if (i > 1) *out += ',';
-    *out += Operand(Emit(values[i], kind), kind);
+  std::vector<std::string> operands;
+  for (const Compiled& value : values) {
+    std::string sql = Emit(value, kind);
+    if (kind == Kind::Number && ordered) sql = InNumberOrder(sql);
+    // Time zones compare as instants.
+    if (kind == Kind::TimestampTz) sql = "substr(" + sql + ",1,29)";
+    operands.push_back(std::move(sql));
   }
-  *out += "))";
-  return {};
-}
-
-Status ExpressionCompiler::Between(const Expr& expr, const Scope& scope, std::string* out) {
-  std::vector<Compiled> values;
-  Kind kind = Kind::Null;
-  if (Status status = Values(expr, scope, &values, &kind); !status.ok()) return status;
-  *out = "(" + Ordered(Emit(values[0], kind), kind) + " BETWEEN ";
-  *out += Ordered(Emit(values[1], kind), kind) + " AND ";
-  *out += Ordered(Emit(values[2], kind), kind) + ")";
-  return {};
-}
-
-Status ExpressionCompiler::Like(const Expr& expr, const Scope& scope, std::string* out) {
-  *out = "qm_like(";
-  for (std::size_t i = 0; i < expr.args.size(); ++i) {
-    Compiled value;
-    if (Status status = Value(*expr.args[i], scope, &value); !status.ok()) return status;
-    if (i > 0) *out += ',';
-    *out += Emit(value, Kind::Text);
-  }
-  *out += ')';
-  return {};
+  return operands;
 }
 
 }  // namespace quillmere::sandbox

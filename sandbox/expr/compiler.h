@@ -1,31 +1,37 @@
-// Turns expressions into SQLite's SQL. Everything that depends on no row becomes a parameter that
-// is evaluated at each execution, so a compiled text serves all statements of its shape.
+// Turns expressions into SQLite's SQL. Literals become parameters in the kind they are compared or
+// stored as, so that statements which differ in nothing else have the same text. Used on one
+// thread, for one statement.
 #pragma once
 
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "sandbox/expr/constant.h"
+#include "sandbox/expr/functions.h"
+#include "sandbox/sql/ast.h"
+#include "sandbox/store/dictionary_views.h"
+#include "sandbox/store/table.h"
 
 namespace quillmere::sandbox {
 
-// Bound, in order, to ?1, ?2, ... of the compiled text.
-struct Parameter {
-  const Expr* expr = nullptr;  // lives in the statement that was compiled
-  Kind kind = Kind::Text;
-};
-
-struct ScopeColumn {
-  std::string name;
-  Kind kind = Kind::Text;
+// A value on its way into SQL: Emit turns it into the text of the kind that is wanted.
+struct Compiled {
   std::string sql;
+  Kind kind = Kind::Null;
+  bool literal = false;  // sql is the literal's text, not bound yet
+  bool large = false;    // a LOB or LONG column
 };
 
+// A table or view that a query reads from.
 struct ScopeSource {
   std::string alias;
-  std::vector<ScopeColumn> columns;
-  std::string rowid_sql;  // empty: no row addresses
+  std::string prefix;  // of its columns in SQL: "s1."
+  TablePtr table;      // this or the view
+  const DictionaryView* view = nullptr;
+
+  std::size_t size() const { return table ? table->columns.size() : view->columns.size(); }
+  std::string Name(std::size_t column) const;
+  Compiled Column(std::size_t column) const;
 };
 
 // The names a query can see; `outer` is the query around a subquery.
@@ -34,40 +40,43 @@ struct Scope {
   const Scope* outer = nullptr;
 };
 
-struct Compiled {
-  std::string sql;
-  Kind kind = Kind::Null;
-  const Expr* constant = nullptr;  // set: sql is empty until Emit binds it
-};
-
+// Keeps its first error, and gives something useless from then on.
 class ExpressionCompiler {
  public:
-  // Compiles the inside of EXISTS in the scope given; set by whoever knows the tables.
-  using SubqueryCompiler = std::function<Status(const Select&, const Scope&, std::string*)>;
+  // Compiles the inside of EXISTS; set by whoever knows the tables.
+  using SubqueryCompiler = std::function<std::string(const Select&, const Scope& outer)>;
 
-  explicit ExpressionCompiler(std::vector<Parameter>* parameters) : parameters_(*parameters) {}
+  explicit ExpressionCompiler(const EvalContext* context) : context_(*context) {}
 
   void SetSubqueryCompiler(SubqueryCompiler compiler) { subquery_ = std::move(compiler); }
 
-  Status Value(const Expr& expr, const Scope& scope, Compiled* out);
-  Status Condition(const Expr& expr, const Scope& scope, std::string* out);
-  // The text of a value converted to a kind.
-  std::string Emit(const Compiled& value, Kind kind);
+  Compiled Value(const Expr& expr, const Scope& scope);
+  std::string Condition(const Expr& expr, const Scope& scope);
+  // The text of a value converted to a kind; Kind::Null leaves it as it is.
+  std::string Emit(const Compiled& value, Kind kind = Kind::Null);
+
+  const Status& status() const { return status_; }
+  void Fail(const Status& status);
+  // What is to be bound to ?1, ?2, ... of the texts so far.
+  const std::vector<std::string>& parameters() const { return parameters_; }
+  // What has been met since they were last set to false.
+  bool met_column = false;
+  bool met_aggregate = false;
 
  private:
-  Status Column(const Expr& expr, const Scope& scope, Compiled* out);
-  Status Rowid(const Expr& expr, const Scope& scope, Compiled* out);
-  Status Call(const Expr& expr, const Scope& scope, Compiled* out);
-  Status Aggregate(const Expr& expr, const Scope& scope, Compiled* out);
-  Status Compare(const Expr& expr, const Scope& scope, std::string* out);
-  Status In(const Expr& expr, const Scope& scope, std::string* out);
-  Status Between(const Expr& expr, const Scope& scope, std::string* out);
-  Status Like(const Expr& expr, const Scope& scope, std::string* out);
-  Status Junction(const Expr& expr, const Scope& scope, std::string* out);
-  Status Values(const Expr& expr, const Scope& scope, std::vector<Compiled>* out, Kind* common);
+  Compiled Column(const Expr& expr, const Scope& scope);
+  Compiled Rowid(const Expr& expr, const Scope& scope);
+  Compiled Call(const Expr& expr, const Scope& scope);
+  Compiled Concatenation(const Expr& expr, const Scope& scope);
+  Compiled Aggregate(const Expr& expr, const Scope& scope);
+  std::string Junction(const Expr& expr, const Scope& scope);
+  // The operands in the kind that they are compared in.
+  std::vector<std::string> Operands(const Expr& expr, const Scope& scope, bool ordered);
 
-  std::vector<Parameter>& parameters_;
+  const EvalContext& context_;
   SubqueryCompiler subquery_;
+  std::vector<std::string> parameters_;
+  Status status_;
 };
 
 }  // namespace quillmere::sandbox

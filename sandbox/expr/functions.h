@@ -1,7 +1,8 @@
-// The scalar functions and arithmetic of SQL, written once: constants are evaluated through this
-// table, and the same entries are registered with SQLite for expressions on columns.
+// The scalar functions and arithmetic of SQL. Each is registered with SQLite, which calls it; the
+// table is made once and only read afterwards, on any thread.
 #pragma once
 
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -12,24 +13,17 @@ namespace quillmere::sandbox {
 struct Function {
   std::string_view name;  // as SQL spells it; operators as their symbol
   std::size_t min_args;
-  std::size_t max_args;
-  std::vector<Kind> args;  // what each argument is converted to; the last one repeats
+  std::vector<Kind> args;  // what each argument is converted to, as many as there may be
   Kind result;
-  bool strict;  // NULL in, NULL out
-  Status (*call)(const std::vector<Datum>& args, const EvalContext& context, Datum* out);
+  // Called with canonical texts of those kinds, none of them NULL: a NULL argument makes the result
+  // NULL, and so does an empty text that is no large object. After a failure `out` means nothing.
+  Status (*call)(const std::vector<std::string>& args, const EvalContext& context,
+                 std::string* out);
 };
 
-const std::vector<Function>& Functions();
+std::span<const Function> Functions();
 
-// The entry for these arguments: ORA-00904 for an unknown name, 00909 for a wrong number.
+// The entry that fits best: ORA-00904 for an unknown name, 00909 for a wrong number of arguments.
 Status FindFunction(std::string_view name, const std::vector<Kind>& args, const Function** out);
-
-inline Kind ArgumentKind(const Function& function, std::size_t index) {
-  return index < function.args.size() ? function.args[index] : function.args.back();
-}
-
-// Calls with arguments already converted; an empty text comes back as NULL.
-Status CallFunction(const Function& function, const std::vector<Datum>& args,
-                    const EvalContext& context, Datum* out);
 
 }  // namespace quillmere::sandbox

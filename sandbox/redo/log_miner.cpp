@@ -1,5 +1,8 @@
 #include "sandbox/redo/log_miner.h"
 
+#include "sandbox/redo/redo_text.h"
+#include "sandbox/store/sqlite_functions.h"
+
 namespace quillmere::sandbox {
 
 Status LogMiner::AddFile(const std::string& file, bool fresh) {
@@ -25,29 +28,96 @@ Status LogMiner::End() {
   return {};
 }
 
-Status LogMiner::FindShape(SqliteStatement* lookup, std::int64_t id,
-                           std::shared_ptr<const RedoShape>* out) {
-  constexpr std::size_t kMost = 20000;
-  if (const auto found = shapes_.find(id); found != shapes_.end()) {
-    *out = found->second;
+namespace {
+
+// The arguments that are a record.
+enum Argument { kScn, kOperation, kRow, kData, kShape, kTable, kOwner, kName, kColumns, kCount };
+
+std::string TextOf(sqlite3_value* value) {
+  return SqliteArgument(value, Kind::Text).text;
+}
+
+// Writes records; the latest one is kept, for it is asked for piece by piece.
+class RecordWriter {
+ public:
+  explicit RecordWriter(const EvalContext* context) : context_(*context) {}
+
+  Status Take(sqlite3_value** record) {
+    const std::int64_t scn = sqlite3_value_int64(record[kScn]);
+    if (scn == scn_) return {};
+    scn_ = 0;
+    if (Status status = TakeShape(record); !status.ok()) return status;
+    RedoRecord decoded;
+    const auto operation = static_cast<RedoOperation>(sqlite3_value_int64(record[kOperation]));
+    if (!DecodeRecord(operation, TextOf(record[kData]), &decoded)) {
+      return {1578, "redo record " + std::to_string(scn) + " is damaged"};
+    }
+    std::vector<RedoStatement> statements;
+    const std::int64_t row = sqlite3_value_int64(record[kRow]);
+    Status status = WriteRedo(shape_, decoded, row, context_, &statements);
+    if (!status.ok()) return status;
+    list_.clear();
+    pieces_.clear();
+    for (const RedoStatement& statement : statements) {
+      const std::string code = std::to_string(static_cast<int>(statement.operation));
+      for (std::string& piece : SplitRedo(statement.text)) {
+        list_ += (list_.empty() ? "[-" : ",-") + code;
+        pieces_.push_back(std::move(piece));
+      }
+      list_.erase(list_.rfind('-'), 1);  // nothing follows the last piece
+    }
+    list_ += ']';
+    scn_ = scn;
     return {};
   }
-  lookup->Reset();
-  lookup->BindInt(1, id);
-  bool row = false;
-  if (Status status = lookup->Step(&row); !status.ok()) return status;
-  auto shape = std::make_shared<RedoShape>();
-  if (!row || !DecodeShapeColumns(lookup->Text(3), &shape->columns)) {
-    return {1578, "the redo refers to a table form that is not there"};
+
+  const std::string& list() const { return list_; }
+  const std::string& piece(std::size_t number) const { return pieces_.at(number); }
+
+ private:
+  Status TakeShape(sqlite3_value** record) {
+    const std::int64_t id = sqlite3_value_int64(record[kShape]);
+    if (id == shape_id_) return {};
+    shape_id_ = id;
+    shape_.table_id = sqlite3_value_int64(record[kTable]);
+    shape_.owner = TextOf(record[kOwner]);
+    shape_.name = TextOf(record[kName]);
+    if (DecodeShapeColumns(TextOf(record[kColumns]), &shape_.columns)) return {};
+    return {1578, "the redo refers to a table form that is damaged"};
   }
-  shape->table_id = lookup->Int(0);
-  shape->owner = lookup->Text(1);
-  shape->name = lookup->Text(2);
-  lookup->Reset();
-  if (shapes_.size() >= kMost) shapes_.clear();
-  shapes_.emplace(id, shape);
-  *out = shape;
-  return {};
+
+  const EvalContext& context_;
+  std::int64_t scn_ = 0;
+  std::int64_t shape_id_ = 0;
+  RedoShape shape_;
+  std::string list_;
+  std::vector<std::string> pieces_;
+};
+
+void CallPieces(sqlite3_context* call, int count, sqlite3_value** values) {
+  SqliteGuarded(call, [&] {
+    auto* writer = static_cast<RecordWriter*>(sqlite3_user_data(call));
+    const Status status = writer->Take(values);
+    std::string text;
+    if (status.ok() && count == kCount) text = writer->list();
+    if (status.ok() && count > kCount) {
+      text = writer->piece(static_cast<std::size_t>(sqlite3_value_int64(values[kCount])));
+    }
+    SqliteResult(call, status, Datum::Of(Kind::Text, std::move(text)));
+  });
+}
+
+}  // namespace
+
+Status RegisterRedoFunctions(SqliteConnection* connection, const EvalContext* context) {
+  auto* writer = new RecordWriter(context);
+  const auto forget = [](void* data) { delete static_cast<RecordWriter*>(data); };
+  sqlite3* db = connection->handle();
+  int failed = sqlite3_create_function_v2(db, "qm_pieces", kCount, SQLITE_UTF8, writer, CallPieces,
+                                          nullptr, nullptr, forget);
+  failed |= sqlite3_create_function_v2(db, "qm_piece", kCount + 1, SQLITE_UTF8, writer, CallPieces,
+                                       nullptr, nullptr, nullptr);
+  return failed == SQLITE_OK ? Status() : SqliteError(db);
 }
 
 }  // namespace quillmere::sandbox

@@ -1,108 +1,95 @@
 #include "sandbox/session/ddl.h"
-#include "sandbox/store/run_sql.h"
 
 namespace quillmere::sandbox {
 
-Status DdlExecutor::IndexNameIsFree(const std::string& owner, const std::string& name) {
-  std::optional<std::int64_t> found;
-  Status status =
-      QueryInt(writer_, &found, "SELECT 1 FROM qm_index WHERE owner = ? AND name = ?", owner, name);
-  return status.ok() && found ? Ora(955) : status;
+void DdlExecutor::CheckIndexName(const std::string& owner, const std::string& name) {
+  if (sql_.Int("SELECT 1 FROM qm_index WHERE owner = ? AND name = ?", owner, name)) {
+    sql_.Fail(Ora(955));
+  }
 }
 
 // Whether an index on exactly these columns is there.
-Status DdlExecutor::FindIndexOn(const Table& table, const std::vector<std::size_t>& columns,
-                                bool* found) {
-  std::string wanted;
-  for (const std::size_t column : columns) wanted += std::to_string(table.columns[column].id) + ",";
-  std::vector<std::int64_t> indexes;
-  Status status =
-      QueryInts(writer_, &indexes, "SELECT id FROM qm_index WHERE table_id = ?", table.id);
-  *found = false;
-  for (const std::int64_t index : indexes) {
-    if (!status.ok()) return status;
-    std::vector<std::int64_t> ids;
-    status = QueryInts(writer_, &ids,
-                       "SELECT column_id FROM qm_index_column WHERE index_id = ? ORDER BY position",
-                       index);
-    std::string has;
-    for (const std::int64_t id : ids) has += std::to_string(id) + ",";
-    *found = *found || has == wanted;
+bool DdlExecutor::HasIndexOn(const Table& table, const std::vector<std::size_t>& columns) {
+  std::vector<std::int64_t> wanted;
+  for (const std::size_t column : columns) wanted.push_back(table.columns[column].id);
+  for (const std::int64_t index :
+       sql_.Ints("SELECT id FROM qm_index WHERE table_id = ?", table.id)) {
+    if (sql_.Ints("SELECT column_id FROM qm_index_column WHERE index_id = ? ORDER BY position",
+                  index) == wanted) {
+      return true;
+    }
   }
-  return status;
+  return false;
 }
 
-Status DdlExecutor::Create(const CreateIndex& create) {
-  std::string owner;
-  if (Status status = TargetOwner(create.index, "CREATE ANY INDEX", &owner); !status.ok()) {
-    return status;
+void DdlExecutor::MakeIndex(const std::string& name, const Table& table,
+                            const std::vector<std::size_t>& columns, IndexKind kind,
+                            const Status& duplicates) {
+  std::string plain;
+  std::string filled;
+  std::string where;
+  bool nullable = false;
+  for (const std::size_t index : columns) {
+    const std::string column = table.columns[index].SqlName();
+    plain += (plain.empty() ? "" : ",") + column;
+    filled += (filled.empty() ? "ifnull(" : ",ifnull(") + column + ",x'')";
+    where += (where.empty() ? " WHERE " : " OR ") + column + " IS NOT NULL";
+    nullable = nullable || table.columns[index].nullable;
   }
-  TablePtr table;
-  Status status = FindTable(create.table, "INDEX", &table);
-  if (status.ok()) status = IndexNameIsFree(owner, create.index.name);
-  std::vector<std::size_t> columns;
-  if (status.ok()) status = FindColumns(*table, create.columns, &columns);
-  if (!status.ok()) return status;
-  std::string sql_columns;
+  const std::string on = name + " ON " + table.SqlName() + "(";
+  std::string sql = "CREATE UNIQUE INDEX " + on + plain + ")";
+  if (kind == IndexKind::Plain) sql = "CREATE INDEX " + on + plain + ")";
+  if (kind == IndexKind::Unique && nullable && columns.size() > 1) {
+    // For SQLite a key with a NULL in it equals no other; for Oracle only one of nothing but NULLs.
+    // Rows are found by a second index, which knows the columns as they are.
+    sql =
+        "CREATE UNIQUE INDEX " + on + filled + ")" + where + "; CREATE INDEX n" + on + plain + ")";
+  }
+  const Status status = sql_.ok() ? writer_->Exec(sql) : Status();
+  const bool twice = status.message().find("UNIQUE constraint failed") != std::string::npos;
+  sql_.Fail(twice ? duplicates : status);
+}
+
+void DdlExecutor::RemoveIndex(const std::string& name) {
+  sql_.Exec("DROP INDEX IF EXISTS " + name + "; DROP INDEX IF EXISTS n" + name);
+}
+
+void DdlExecutor::Create(const CreateIndex& create) {
+  const std::string owner = TargetOwner(create.index, "CREATE ANY INDEX");
+  const TablePtr table = FindTable(create.table, "INDEX");
+  if (!table) return;
+  CheckIndexName(owner, create.index.name);
+  const std::vector<std::size_t> columns = Columns(*table, create.columns);
   for (const std::size_t column : columns) {
-    if (table->columns[column].type.IsLarge()) return Ora(2327);
-    sql_columns += (sql_columns.empty() ? "" : ", ") + table->columns[column].SqlName();
+    if (table->columns[column].type.IsLarge()) sql_.Fail(Ora(2327));
   }
-  bool exists = false;
-  if (status = FindIndexOn(*table, columns, &exists); !status.ok()) return status;
-  if (exists) return Ora(1408);
-  status =
-      RunSql(writer_, "INSERT INTO qm_index(owner, name, table_id, is_unique) VALUES(?, ?, ?, ?)",
-             owner, create.index.name, table->id, create.unique ? 1 : 0);
-  if (!status.ok()) return status;
-  const std::int64_t id = writer_->LastRowId();
-  status = SaveColumns("qm_index_column", id, *table, columns);
-  bool duplicates = false;
-  if (status.ok() && create.unique) status = CheckPartialDuplicates(*table, columns, &duplicates);
-  if (status.ok() && !duplicates) {
-    status =
-        writer_->Exec(std::string("CREATE ") + (create.unique ? "UNIQUE " : "") + "INDEX i" +
-                      std::to_string(id) + " ON " + table->SqlName() + "(" + sql_columns + ")");
-    duplicates = status.message().find("UNIQUE constraint failed") != std::string::npos;
-  }
-  Changed();
-  return duplicates ? Ora(1452) : status;
+  if (HasIndexOn(*table, columns)) sql_.Fail(Ora(1408));
+  sql_.Run("INSERT INTO qm_index(owner, name, table_id, is_unique) VALUES(?, ?, ?, ?)", owner,
+           create.index.name, table->id, create.unique ? 1 : 0);
+  const std::int64_t id = sql_.LastRowId();
+  SaveColumns("qm_index_column", id, *table, columns);
+  MakeIndex("i" + std::to_string(id), *table, columns,
+            create.unique ? IndexKind::Unique : IndexKind::Plain, Ora(1452));
 }
 
-Status DdlExecutor::Alter(const AlterIndex& alter) {
-  const std::string owner = alter.index.owner.empty() ? context_.user : alter.index.owner;
-  if (!may_(owner, "", "ALTER ANY INDEX")) return Ora(1418);
-  std::optional<std::int64_t> id;
-  Status status = QueryInt(writer_, &id, "SELECT id FROM qm_index WHERE owner = ? AND name = ?",
-                           owner, alter.index.name);
-  if (!status.ok()) return status;
-  if (!id) return Ora(1418);
-  if (alter.new_name.empty()) return {};
-  if (status = IndexNameIsFree(owner, alter.new_name); !status.ok()) return status;
-  Changed();
-  return RunSql(writer_, "UPDATE qm_index SET name = ? WHERE id = ?", alter.new_name, *id);
-}
-
-Status DdlExecutor::DropIndex(const ObjectName& name) {
-  const std::string owner = name.owner.empty() ? context_.user : name.owner;
-  if (!may_(owner, "", "DROP ANY INDEX")) return Ora(1418);
-  SqliteStatement* row = nullptr;
-  Status status = PrepareSql(
-      writer_, "SELECT id, constraint_id IS NOT NULL FROM qm_index WHERE owner = ? AND name = ?",
-      &row, owner, name.name);
-  bool found = false;
-  if (status.ok()) status = row->Step(&found);
-  if (!status.ok()) return status;
-  if (!found) return Ora(1418);
-  const std::int64_t id = row->Int(0);
-  const bool enforces = row->Int(1) != 0;
-  row->Reset();
-  if (enforces) return Ora(2429);
-  status = RunSql(writer_, "DELETE FROM qm_index_column WHERE index_id = ?", id);
-  if (status.ok()) status = RunSql(writer_, "DELETE FROM qm_index WHERE id = ?", id);
-  if (status.ok()) status = writer_->Exec("DROP INDEX i" + std::to_string(id));
-  Changed();
-  return status;
+void DdlExecutor::ChangeIndex(const ObjectChange& change) {
+  const bool drop = change.kind == ObjectChange::Kind::DropIndex;
+  const std::string owner = OwnerOf(change.object);
+  const auto id =
+      sql_.Int("SELECT id FROM qm_index WHERE owner = ? AND name = ?", owner, change.object.name);
+  if (!id || !may_(owner, "", drop ? "DROP ANY INDEX" : "ALTER ANY INDEX")) {
+    return sql_.Fail(Ora(1418));
+  }
+  if (!drop) {
+    CheckIndexName(owner, change.name);
+    return sql_.Run("UPDATE qm_index SET name = ? WHERE id = ?", change.name, *id);
+  }
+  if (sql_.Int("SELECT 1 FROM qm_index WHERE id = ? AND constraint_id IS NOT NULL", *id)) {
+    return sql_.Fail(Ora(2429));
+  }
+  sql_.Run("DELETE FROM qm_index_column WHERE index_id = ?", *id);
+  sql_.Run("DELETE FROM qm_index WHERE id = ?", *id);
+  RemoveIndex("i" + std::to_string(*id));
 }
 
 }  // namespace quillmere::sandbox

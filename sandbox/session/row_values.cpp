@@ -7,53 +7,33 @@ namespace quillmere::sandbox {
 
 namespace {
 
-Status TooLong(const Table& table, const Column& column, std::size_t actual, int maximum) {
+Status CheckLength(const Table& table, const Column& column, std::size_t size, int most) {
+  if (size <= static_cast<std::size_t>(most)) return {};
   return {12899, "value too large for column " + QuotedColumn(table, column) + " (actual: " +
-                     std::to_string(actual) + ", maximum: " + std::to_string(maximum) + ")"};
+                     std::to_string(size) + ", maximum: " + std::to_string(most) + ")"};
 }
 
-Status FitText(const Table& table, const Column& column, const Datum& value, RowValue* out) {
-  if (value.text.empty()) return {};
+Status FitNumber(const Column& column, std::string* text) {
   const ColumnType& type = column.type;
-  std::string text = value.text;
-  if (type.char_length > 0) {
-    const std::size_t size = type.in_characters ? CountCharacters(text) : text.size();
-    const auto most = static_cast<std::size_t>(type.char_length);
-    if (size > most) return TooLong(table, column, size, type.char_length);
-    if (type.IsFixedChar()) text.append(most - size, ' ');
-  }
-  *out = std::move(text);
-  return {};
-}
-
-Status FitNumber(const Column& column, const Datum& value, RowValue* out) {
-  const auto number = Decimal::Parse(value.text);
+  const auto number = Decimal::Parse(*text);
   if (!number) return Ora(1722);
-  const ColumnType& type = column.type;
-  if (type.code == TypeCode::Float || !type.scale) {
-    *out = number->Text();
-    return {};
-  }
+  if (type.code == TypeCode::Float || !type.scale) return {};
   const Decimal rounded = number->Rounded(*type.scale);
-  if (rounded.DigitsAtScale(*type.scale) > type.precision.value_or(38)) {
-    return {1438, "value larger than specified precision allowed for this column: \"" +
-                      column.name + "\""};
-  }
-  *out = rounded.Text();
-  return {};
+  *text = rounded.Text();
+  if (rounded.DigitsAtScale(*type.scale) <= type.precision.value_or(38)) return {};
+  return {1438,
+          "value larger than specified precision allowed for this column: \"" + column.name + "\""};
 }
 
-Status FitTimestamp(const Column& column, const Datum& value, RowValue* out) {
+Status FitTimestamp(const Column& column, std::string* text) {
   DateTime time;
-  if (!DateTime::FromCanonical(value.text, &time)) return Ora(1866);
+  if (!DateTime::FromCanonical(*text, &time)) return Ora(1866);
   int unit = 1;
   for (int digits = column.type.scale.value_or(9); digits < 9; ++digits) unit *= 10;
-  time.nanosecond = (time.nanosecond + unit / 2) / unit * unit;
-  if (time.nanosecond >= 1000000000) {
-    time.nanosecond -= 1000000000;
-    time = time.PlusSeconds(1);
-  }
-  *out = value.kind == Kind::TimestampTz ? time.TimestampTzText() : time.TimestampText();
+  const int rounded = (time.nanosecond + unit / 2) / unit * unit;
+  if (rounded >= 1000000000) time = time.PlusSeconds(1);
+  time.nanosecond = rounded % 1000000000;
+  *text = time.Canonical(column.type.kind());
   return {};
 }
 
@@ -64,30 +44,36 @@ std::string QuotedColumn(const Table& table, const Column& column) {
 }
 
 Status FitValue(const Table& table, const Column& column, const Datum& value, RowValue* out) {
+  const ColumnType& type = column.type;
+  const Kind kind = type.kind();
+  const bool may_be_empty = kind == Kind::Lob || type.code == TypeCode::Blob;
   out->reset();
-  if (value.null) return {};
-  switch (column.type.kind()) {
-    case Kind::Text:
-      return FitText(table, column, value, out);
-    case Kind::Number:
-      return FitNumber(column, value, out);
-    case Kind::Timestamp:
-    case Kind::TimestampTz:
-      return FitTimestamp(column, value, out);
-    case Kind::Raw:
-      if (column.type.code == TypeCode::Raw) {
-        if (value.text.empty()) return {};
-        const std::size_t size = value.text.size() / 2;
-        if (size > static_cast<std::size_t>(column.type.data_length)) {
-          return TooLong(table, column, size, column.type.data_length);
-        }
-      }
-      break;
-    default:
-      break;
+  if (value.null || (value.text.empty() && !may_be_empty)) return {};
+  std::string text = value.text;
+  Status status;
+  if (kind == Kind::Number) {
+    status = FitNumber(column, &text);
+  } else if (kind == Kind::Timestamp || kind == Kind::TimestampTz) {
+    status = FitTimestamp(column, &text);
+  } else if (type.code == TypeCode::Raw) {
+    status = CheckLength(table, column, text.size() / 2, type.data_length);
+  } else if (type.char_length > 0) {
+    const std::size_t size = type.in_characters ? CountCharacters(text) : text.size();
+    status = CheckLength(table, column, size, type.char_length);
+    const auto most = static_cast<std::size_t>(type.char_length);
+    if (status.ok() && type.IsFixedChar()) text.append(most - size, ' ');
   }
-  *out = value.text;
-  return {};
+  if (status.ok()) *out = std::move(text);
+  return status;
+}
+
+RowValues ValuesOf(const SqliteStatement& row, std::size_t first, std::size_t count) {
+  RowValues values(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    const int column = static_cast<int>(first + i);
+    if (!row.IsNull(column)) values[i] = std::string(row.Text(column));
+  }
+  return values;
 }
 
 }  // namespace quillmere::sandbox

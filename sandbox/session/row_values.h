@@ -1,13 +1,18 @@
-// Values on their way into a column: fitted to its datatype, or refused as Oracle refuses them.
+// Values on their way into a column and out of it. Plain functions, for any thread.
 #pragma once
 
 #include "sandbox/redo/redo_record.h"
+#include "sandbox/store/sqlite.h"
 #include "sandbox/store/table.h"
 
 namespace quillmere::sandbox {
 
-// `value` is of the column's kind already. ORA-12899, 01438 and the like.
+// Fits a value, which is of the column's kind already, to the column's datatype, or refuses it as
+// Oracle does: ORA-12899, 01438 and the like, and `out` is then NULL.
 Status FitValue(const Table& table, const Column& column, const Datum& value, RowValue* out);
+
+// Columns of a row that a query stands on.
+RowValues ValuesOf(const SqliteStatement& row, std::size_t first, std::size_t count);
 
 // "OWNER"."TABLE"."COLUMN"
 std::string QuotedColumn(const Table& table, const Column& column);

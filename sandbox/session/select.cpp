@@ -3,202 +3,137 @@
 #include <algorithm>
 
 #include "sandbox/store/sqlite_functions.h"
-#include "sandbox/values/text.h"
 
 namespace quillmere::sandbox {
 
 namespace {
 
-bool HasAggregate(const Expr& expr) {
-  if (expr.op == ExprOp::CountStar) return true;
-  if (expr.op == ExprOp::Call && !IsConstant(expr)) {
-    for (const std::string_view name : {"COUNT", "MAX", "MIN", "SUM"}) {
-      if (expr.name == name) return true;
-    }
-  }
-  return std::any_of(expr.args.begin(), expr.args.end(),
-                     [](const ExprPtr& arg) { return HasAggregate(*arg); });
-}
-
-void ReplaceAll(std::string* text, std::string_view from, std::string_view to) {
-  for (std::size_t at = text->find(from); at != std::string::npos;
-       at = text->find(from, at + to.size())) {
-    text->replace(at, from.size(), to);
-  }
-}
-
-}  // namespace
-
 class SelectCompiler {
  public:
   SelectCompiler(const SelectEnvironment& environment, SelectPlan* plan)
-      : environment_(environment), plan_(*plan), expressions_(&plan->parameters_) {
-    expressions_.SetSubqueryCompiler(
-        [this](const Select& select, const Scope& outer, std::string* sql) {
-          return Compile(select, &outer, sql, nullptr);
-        });
+      : environment_(environment), plan_(*plan), expressions_(environment.context) {
+    expressions_.SetSubqueryCompiler([this](const Select& select, const Scope& outer) {
+      std::vector<SelectColumn> ignored;
+      return Compile(select, &outer, &ignored);
+    });
   }
 
-  Status Compile(const Select& select, const Scope* outer, std::string* sql,
-                 std::vector<SelectColumn>* columns) {
-    Scope scope;
-    scope.outer = outer;
-    std::string from;
-    for (const SelectSource& source : select.from) {
-      if (Status status = AddSource(source, &scope, &from); !status.ok()) return status;
-    }
-    std::string list;
-    std::vector<SelectColumn> found;
-    if (Status status = Items(select, scope, &list, &found); !status.ok()) return status;
-    *sql = std::string("SELECT ") + (select.distinct ? "DISTINCT " : "") + list + " FROM " + from;
-    if (select.where) {
-      if (HasAggregateAnywhere(*select.where)) return Ora(934);
-      std::string condition;
-      Status status = expressions_.Condition(*select.where, scope, &condition);
-      if (!status.ok()) return status;
-      *sql += " WHERE " + condition;
-    }
-    if (Status status = GroupBy(select, scope, sql); !status.ok()) return status;
-    if (Status status = OrderBy(select, scope, found, sql); !status.ok()) return status;
-    if (columns != nullptr) *columns = std::move(found);
-    return {};
+  Status Run(const Select& select) {
+    plan_.sql = Compile(select, nullptr, &plan_.columns);
+    plan_.parameters = expressions_.parameters();
+    return expressions_.status();
   }
 
  private:
-  static bool HasAggregateAnywhere(const Expr& expr) { return HasAggregate(expr); }
+  std::string Compile(const Select& select, const Scope* outer,
+                      std::vector<SelectColumn>* columns) {
+    Scope scope{{}, outer};
+    std::string from;
+    for (const SelectSource& source : select.from) {
+      from += (from.empty() ? " FROM " : ", ") + Source(source, &scope);
+    }
+    std::string sql = select.distinct ? "SELECT DISTINCT " : "SELECT ";
+    sql += Items(select, scope, columns) + from;
+    if (select.where) {
+      expressions_.met_aggregate = false;
+      sql += " WHERE " + expressions_.Condition(*select.where, scope);
+      if (expressions_.met_aggregate) expressions_.Fail(Ora(934));
+    }
+    std::string group;
+    for (const ExprPtr& expr : select.group_by) {
+      group += (group.empty() ? " GROUP BY " : ", ");
+      group += expressions_.Emit(expressions_.Value(*expr, scope));
+    }
+    std::string order;
+    for (const OrderItem& item : select.order_by) {
+      order += (order.empty() ? " ORDER BY " : ", ") + Order(item, select, scope, *columns);
+    }
+    return sql + group + order;
+  }
 
-  Status AddSource(const SelectSource& source, Scope* scope, std::string* from) {
+  std::string Source(const SelectSource& source, Scope* scope) {
     const std::string sql_alias = "s" + std::to_string(next_source_++);
     ScopeSource& added = scope->sources.emplace_back();
     added.alias = source.alias.empty() ? source.object.name : source.alias;
-    if (!from->empty()) *from += ", ";
+    added.prefix = sql_alias + ".";
+    const Status status = environment_.find_table(source.object, &added.table);
+    if (status.ok()) return added.table->SqlName() + " AS " + sql_alias;
     const bool may_be_view = source.object.owner.empty() || source.object.owner == "SYS";
-    TablePtr table;
-    const Status status = environment_.find_table(source.object, &table);
-    if (status.ok()) {
-      added.rowid_sql = "qm_rowid(" + std::to_string(table->id) + "," + sql_alias + ".rid)";
-      for (const Column& column : table->columns) {
-        added.columns.push_back(
-            {column.name, column.type.kind(), sql_alias + "." + column.SqlName()});
-        large_.push_back(column.type.IsLarge() ? sql_alias + "." + column.SqlName() : "");
+    added.table = nullptr;
+    added.view = may_be_view ? FindDictionaryView(source.object.name) : nullptr;
+    if (added.view == nullptr) {
+      scope->sources.pop_back();
+      expressions_.Fail(status);
+      return "";
+    }
+    expressions_.Fail(environment_.check_view(*added.view));
+    plan_.reads_redo = plan_.reads_redo || added.view->name == "V$LOGMNR_CONTENTS";
+    std::string sql = added.view->sql;
+    for (const auto& [name, value] : environment_.placeholders) {
+      for (std::size_t at = sql.find(name); at != std::string::npos;
+           at = sql.find(name, at + value.size())) {
+        sql.replace(at, name.size(), value);
       }
-      *from += table->SqlName() + " AS " + sql_alias;
-      return {};
     }
-    const DictionaryView* view = may_be_view ? FindDictionaryView(source.object.name) : nullptr;
-    if (view == nullptr) return status;
-    if (Status allowed = environment_.check_view(*view); !allowed.ok()) return allowed;
-    if (view->name == "V$LOGMNR_CONTENTS") plan_.reads_redo_ = true;
-    std::string sql(view->sql);
-    ReplaceAll(&sql, ":log", QuoteLiteral(environment_.log_file));
-    ReplaceAll(&sql, ":user", QuoteLiteral(environment_.user));
-    for (const ViewColumn& column : view->columns) {
-      added.columns.push_back({std::string(column.name), column.kind,
-                               sql_alias + ".\"" + std::string(column.name) + "\""});
-    }
-    *from += "(" + sql + ") AS " + sql_alias;
-    return {};
+    return "(" + sql + ") AS " + sql_alias;
   }
 
-  Status Items(const Select& select, const Scope& scope, std::string* list,
-               std::vector<SelectColumn>* columns) {
-    bool aggregates = false;
+  std::string Items(const Select& select, const Scope& scope, std::vector<SelectColumn>* columns) {
+    std::string list;
     bool rows = false;
+    bool aggregates = false;
+    const auto append = [&](const std::string& name, const Compiled& value) {
+      list += (list.empty() ? "" : ", ") + expressions_.Emit(value);
+      columns->push_back({name, value.kind, value.large});
+    };
     for (const SelectItem& item : select.items) {
       if (!item.expr) {
         rows = true;
-        if (Status status = AllColumns(item, scope, list, columns); !status.ok()) return status;
+        bool any = false;
+        for (const ScopeSource& source : scope.sources) {
+          if (!item.qualifier.empty() && item.qualifier != source.alias) continue;
+          any = true;
+          for (std::size_t i = 0; i < source.size(); ++i) append(source.Name(i), source.Column(i));
+        }
+        if (!any) expressions_.Fail({904, "\"" + item.qualifier + "\": invalid identifier"});
         continue;
       }
-      Compiled value;
-      if (Status status = expressions_.Value(*item.expr, scope, &value); !status.ok()) {
-        return status;
-      }
-      const bool aggregate = HasAggregate(*item.expr);
-      aggregates = aggregates || aggregate;
-      rows = rows || (!aggregate && value.constant == nullptr);
-      const std::string sql = expressions_.Emit(value, value.kind);
-      const std::string name = !item.alias.empty() ? item.alias : item.expr->name;
-      Append(sql, {name, value.kind, IsLarge(sql)}, list, columns);
+      expressions_.met_column = expressions_.met_aggregate = false;
+      const Compiled value = expressions_.Value(*item.expr, scope);
+      rows = rows || expressions_.met_column;
+      aggregates = aggregates || expressions_.met_aggregate;
+      const bool named = item.alias.empty() && item.expr->op != ExprOp::Literal;
+      append(named ? item.expr->text : item.alias, value);
     }
-    if (aggregates && rows && select.group_by.empty()) return Ora(937);
-    return {};
-  }
-
-  Status AllColumns(const SelectItem& item, const Scope& scope, std::string* list,
-                    std::vector<SelectColumn>* columns) {
-    bool any = false;
-    for (const ScopeSource& source : scope.sources) {
-      if (!item.qualifier.empty() && item.qualifier != source.alias) continue;
-      any = true;
-      for (const ScopeColumn& column : source.columns) {
-        Append(column.sql, {column.name, column.kind, IsLarge(column.sql)}, list, columns);
-      }
-    }
-    return any ? Status() : Status(904, "\"" + item.qualifier + "\": invalid identifier");
-  }
-
-  static void Append(const std::string& sql, SelectColumn column, std::string* list,
-                     std::vector<SelectColumn>* columns) {
-    if (!list->empty()) *list += ", ";
-    *list += sql;
-    columns->push_back(std::move(column));
-  }
-
-  bool IsLarge(const std::string& sql) const {
-    return std::find(large_.begin(), large_.end(), sql) != large_.end();
-  }
-
-  Status GroupBy(const Select& select, const Scope& scope, std::string* sql) {
-    for (std::size_t i = 0; i < select.group_by.size(); ++i) {
-      Compiled value;
-      if (Status status = expressions_.Value(*select.group_by[i], scope, &value); !status.ok()) {
-        return status;
-      }
-      *sql += (i == 0 ? " GROUP BY " : ", ") + expressions_.Emit(value, value.kind);
-    }
-    return {};
+    if (aggregates && rows && select.group_by.empty()) expressions_.Fail(Ora(937));
+    return list;
   }
 
   // NULL sorts above everything, as Oracle has it.
-  Status OrderBy(const Select& select, const Scope& scope, const std::vector<SelectColumn>& columns,
-                 std::string* sql) {
-    for (std::size_t i = 0; i < select.order_by.size(); ++i) {
-      const OrderItem& item = select.order_by[i];
-      Kind kind = Kind::Text;
-      std::string term;
-      if (!item.expr) {
-        if (item.position > static_cast<int>(columns.size())) {
-          return {1785, "ORDER BY item must be the number of a SELECT-list expression"};
-        }
-        plan_.reusable_ = false;
-        term = std::to_string(item.position);
-        kind = columns[static_cast<std::size_t>(item.position) - 1].kind;
-      } else if (const int position = AliasPosition(select, *item.expr); position > 0) {
-        term = std::to_string(position);
-        kind = columns[static_cast<std::size_t>(position) - 1].kind;
-      } else {
-        Compiled value;
-        if (Status status = expressions_.Value(*item.expr, scope, &value); !status.ok()) {
-          return status;
-        }
-        kind = value.kind;
-        term = expressions_.Emit(value, value.kind);
-      }
-      if (kind == Kind::Number) term += " COLLATE " + std::string(kNumberOrder);
-      term += item.descending ? " DESC NULLS FIRST" : " ASC NULLS LAST";
-      *sql += (i == 0 ? " ORDER BY " : ", ") + term;
+  std::string Order(const OrderItem& item, const Select& select, const Scope& scope,
+                    const std::vector<SelectColumn>& columns) {
+    const int position = item.expr ? AliasPosition(select, *item.expr) : item.position;
+    Kind kind = Kind::Null;
+    std::string term = std::to_string(position);
+    if (position > static_cast<int>(columns.size())) {
+      expressions_.Fail(Ora(1785));
+    } else if (position > 0) {
+      kind = columns[static_cast<std::size_t>(position) - 1].kind;
+    } else {
+      const Compiled value = expressions_.Value(*item.expr, scope);
+      kind = value.kind;
+      term = expressions_.Emit(value);
     }
-    return {};
+    if (kind == Kind::Number) term += " COLLATE " + std::string(kNumberOrder);
+    return term + (item.descending ? " DESC NULLS FIRST" : " ASC NULLS LAST");
   }
 
+  // The item that an order by its alias means; 0 when there is none.
   static int AliasPosition(const Select& select, const Expr& expr) {
     if (expr.op != ExprOp::Column || !expr.qualifier.empty()) return 0;
-    for (const SelectItem& item : select.items) {
-      if (!item.expr) return 0;  // "*" moves the positions
-    }
     for (std::size_t i = 0; i < select.items.size(); ++i) {
-      if (select.items[i].alias == expr.name) return static_cast<int>(i) + 1;
+      if (!select.items[i].expr) return 0;  // "*" moves the positions
+      if (select.items[i].alias == expr.text) return static_cast<int>(i) + 1;
     }
     return 0;
   }
@@ -206,39 +141,27 @@ class SelectCompiler {
   const SelectEnvironment& environment_;
   SelectPlan& plan_;
   ExpressionCompiler expressions_;
-  std::vector<std::string> large_;
   int next_source_ = 1;
 };
 
-Status SelectPlan::Make(std::unique_ptr<Statement> statement, const SelectEnvironment& environment,
-                        std::unique_ptr<SelectPlan>* out) {
-  auto plan = std::make_unique<SelectPlan>();
-  plan->statement_ = std::move(statement);
-  SelectCompiler compiler(environment, plan.get());
-  Status status =
-      compiler.Compile(std::get<Select>(*plan->statement_), nullptr, &plan->sql_, &plan->columns_);
-  if (status.ok()) *out = std::move(plan);
-  return status;
+}  // namespace
+
+Status CompileSelect(const Select& select, const SelectEnvironment& environment, SelectPlan* out) {
+  return SelectCompiler(environment, out).Run(select);
 }
 
 Status Cursor::Read(DisplayRow* row, bool* found) {
   if (Status status = statement_->Step(found); !status.ok() || !*found) return status;
   row->resize(columns_.size());
-  for (std::size_t i = 0; i < columns_.size(); ++i) {
+  Status status;
+  for (std::size_t i = 0; i < columns_.size() && status.ok(); ++i) {
     const int column = static_cast<int>(i);
     (*row)[i].reset();
     if (statement_->IsNull(column)) continue;
-    std::string text(statement_->Text(column));
-    if (columns_[i].kind == Kind::Date || columns_[i].kind == Kind::Timestamp ||
-        columns_[i].kind == Kind::TimestampTz) {
-      std::string shown;
-      const Datum value = Datum::Of(columns_[i].kind, std::move(text));
-      if (Status status = DisplayText(value, context_, &shown); !status.ok()) return status;
-      text = std::move(shown);
-    }
-    (*row)[i] = std::move(text);
+    const Datum value = Datum::Of(columns_[i].kind, std::string(statement_->Text(column)));
+    status = DisplayText(value, context_, &(*row)[i].emplace());
   }
-  return {};
+  return status;
 }
 
 Status Cursor::Next(DisplayRow* row, bool* found) {

@@ -1,5 +1,4 @@
-// SELECT: planned once per shape, opened as a cursor for each execution. Used under the session's
-// lock.
+// SELECT: compiled, then opened as a cursor. Used by the thread that holds the session.
 #pragma once
 
 #include <functional>
@@ -8,7 +7,6 @@
 #include <vector>
 
 #include "sandbox/expr/compiler.h"
-#include "sandbox/session/dictionary_views.h"
 #include "sandbox/store/sqlite.h"
 #include "sandbox/store/table.h"
 
@@ -22,40 +20,32 @@ struct SelectColumn {
 
 // What a query may see; given by the session.
 struct SelectEnvironment {
+  // ORA-00942 for what the user must not see, too.
   std::function<Status(const ObjectName&, TablePtr*)> find_table;
   std::function<Status(const DictionaryView&)> check_view;
-  std::string log_file;
-  std::string user;
+  // What stands in views for the session: ":user" and the like, each with its SQL.
+  std::vector<std::pair<std::string, std::string>> placeholders;
+  const EvalContext* context = nullptr;
 };
 
-class SelectPlan {
- public:
-  static Status Make(std::unique_ptr<Statement> statement, const SelectEnvironment& environment,
-                     std::unique_ptr<SelectPlan>* out);
-
-  const std::vector<SelectColumn>& columns() const { return columns_; }
-  const std::string& sql() const { return sql_; }
-  const std::vector<Parameter>& parameters() const { return parameters_; }
-  bool reads_redo() const { return reads_redo_; }
-  // Whether another statement of the same shape means the same.
-  bool reusable() const { return reusable_; }
-
- private:
-  friend class SelectCompiler;
-
-  std::unique_ptr<Statement> statement_;
-  std::vector<SelectColumn> columns_;
-  std::string sql_;
-  std::vector<Parameter> parameters_;
-  bool reads_redo_ = false;
-  bool reusable_ = true;
+// A query in SQLite's SQL.
+struct SelectPlan {
+  std::string sql;
+  std::vector<std::string> parameters;  // to be bound to ?1, ?2, ...
+  std::vector<SelectColumn> columns;
+  bool reads_redo = false;
 };
+
+// After a failure `out` means nothing.
+Status CompileSelect(const Select& select, const SelectEnvironment& environment, SelectPlan* out);
 
 using DisplayRow = std::vector<std::optional<std::string>>;
 
-// An open query. Rows come as texts in the session's formats.
+// An open query. Rows come as texts in the session's formats. Shared by the client's statement and
+// the session, which closes it at its end.
 class Cursor {
  public:
+  // `context` is the session's. With a connection of its own the statement is on that one.
   Cursor(std::vector<SelectColumn> columns, std::unique_ptr<SqliteStatement> statement,
          const EvalContext* context, std::unique_ptr<SqliteConnection> connection)
       : columns_(std::move(columns)),
@@ -64,7 +54,7 @@ class Cursor {
         context_(*context) {}
 
   const std::vector<SelectColumn>& columns() const { return columns_; }
-  // `found` false: no more rows.
+  // `found` false: no more rows. After a failure there are no more either.
   Status Next(DisplayRow* row, bool* found);
   // Takes the rest of the rows into memory and lets go of the database.
   Status Detach();

@@ -1,15 +1,14 @@
 // A logged-on session of a database: runs statements, owns the one transaction. Calls must not
-// overlap; the OCI layer locks. Destroying a session rolls back what is not committed.
+// overlap; the OCI layer locks. Destroying a session rolls back what is not committed and closes
+// its cursors.
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "sandbox/redo/log_miner.h"
-#include "sandbox/session/dml.h"
 #include "sandbox/session/link.h"
 #include "sandbox/session/select.h"
 #include "sandbox/store/catalog.h"
@@ -25,7 +24,7 @@ struct LogOn {
 };
 
 struct StatementResult {
-  std::shared_ptr<Cursor> cursor;  // of a query; must not outlive the session's next end
+  std::shared_ptr<Cursor> cursor;  // of a query
   std::int64_t rows = 0;           // changed
 };
 
@@ -38,7 +37,9 @@ class Session {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
+  // A statement that fails leaves the transaction as it was; DDL commits first, also when it fails.
   Status Execute(const std::string& sql, StatementResult* result);
+  // After a failure the transaction is rolled back.
   Status Commit();
   void Rollback();
   bool InTransaction() const { return transaction_ && transaction_->active(); }
@@ -51,31 +52,25 @@ class Session {
   Status OpenConnection(std::unique_ptr<SqliteConnection>* out);
   Status Authenticate(const LogOn& log_on);
   Status LoadPrivileges(SqliteConnection* connection);
-  Status Writer();
+  Status OpenWriter();
 
   // Statements
-  Status ExecuteSelect(const std::string& sql, StatementResult* result);
-  Status ExecuteDml(const std::string& sql, StatementResult* result);
-  Status MakePlan(std::unique_ptr<Statement> statement, std::unique_ptr<DmlPlan>* out);
-  Status RunDml(const DmlPlan& plan, StatementResult* result);
-  Status ExecuteOther(const std::string& sql, StatementResult* result);
+  Status ExecuteSelect(const Select& select, StatementResult* result);
+  Status ExecuteDml(const Statement& statement, const ObjectName& target, const char* privilege,
+                    StatementResult* result);
   Status ExecuteDdl(const Statement& statement);
   Status ExecuteProcedure(const ProcedureCall& call);
-  Status Control(const TransactionControl& control);
-  Status AlterFormats(const AlterSession& alter);
+  Status ExecuteControl(const TransactionControl& control);
   Status BeginChange();
   Status CheckVersion(SqliteConnection* connection);
-  void ClearPlans();
   Status OpenCursor(const SelectPlan& plan, SqliteConnection* connection, StatementResult* result);
   static void DetachCursors(std::vector<std::weak_ptr<Cursor>>* cursors);
 
   // Names and rights
-  SqliteConnection* ReadConnection();
   Status FindTable(SqliteConnection* connection, ObjectName name, TablePtr* out);
   bool HasPrivilege(const std::string& privilege) const;
   bool MayChange(const std::string& owner, const std::string& object,
                  const std::string& privilege) const;
-  bool SeesDictionary() const;
   Status CheckView(const DictionaryView& view) const;
 
   struct Grant {
@@ -91,15 +86,13 @@ class Session {
   std::unique_ptr<SqliteConnection> writer_;
   std::unique_ptr<Transaction> transaction_;
   Catalog catalog_;
-  std::int64_t version_ = -1;
-  std::vector<Token> tokens_;
-  std::unordered_map<std::string, std::unique_ptr<DmlPlan>> dml_plans_;
-  std::unordered_map<std::string, std::unique_ptr<SelectPlan>> select_plans_;
+  std::int64_t version_ = -1;  // of the dictionary that catalog and grants are of
+  std::vector<Grant> grants_;
+  bool sysdba_ = false;
+  // Open ones, by the connection that they are on.
   std::vector<std::weak_ptr<Cursor>> cursors_;
   std::vector<std::weak_ptr<Cursor>> writer_cursors_;
   std::vector<std::weak_ptr<Cursor>> redo_cursors_;
-  std::vector<Grant> grants_;
-  bool sysdba_ = false;
 };
 
 }  // namespace quillmere::sandbox

@@ -4,7 +4,7 @@
 
 #include "sandbox/session/session.h"
 #include "sandbox/store/password_hash.h"
-#include "sandbox/store/run_sql.h"
+#include "sandbox/store/sql_runner.h"
 #include "sandbox/store/sqlite_functions.h"
 #include "sandbox/values/text.h"
 
@@ -23,7 +23,7 @@ const char* Durability() {
 }  // namespace
 
 Session::Session(std::shared_ptr<Link> link)
-    : link_(std::move(link)), miner_(link_->path().file.string(), &context_) {
+    : link_(std::move(link)), miner_(link_->path().file.string()) {
   context_.nls = Nls::FromEnvironment();
   context_.now = DateTime::Now();
 }
@@ -49,7 +49,7 @@ Status Session::Open(std::shared_ptr<Link> link, const LogOn& log_on,
 
 Status Session::OpenConnection(std::unique_ptr<SqliteConnection>* out) {
   std::unique_ptr<SqliteConnection> connection;
-  Status status = OpenDatabase(link_->path(), SqliteConnection::Mode::ReadWrite, &connection);
+  Status status = OpenDatabase(link_->path(), &connection);
   if (status.ok()) status = RegisterFunctions(connection.get(), &context_);
   if (status.ok()) status = connection->Exec(Durability());
   if (status.ok()) *out = std::move(connection);
@@ -60,17 +60,15 @@ Status Session::Authenticate(const LogOn& log_on) {
   context_.user = Upper(log_on.user);
   sysdba_ = log_on.sysdba;
   if (log_on.trusted) return {};
-  SqliteStatement* row = nullptr;
-  Status status =
-      PrepareSql(reader_.get(), "SELECT password FROM qm_user WHERE name = ?", &row, context_.user);
-  bool found = false;
-  if (status.ok()) status = row->Step(&found);
-  if (!status.ok()) return status;
-  const std::string hash = found ? std::string(row->Text(0)) : std::string();
-  row->Reset();
+  std::string hash;
+  SqlRunner sql(reader_.get());
+  sql.Each(
+      "SELECT password FROM qm_user WHERE name = ?",
+      [&hash](const SqliteStatement& row) { hash = row.Text(0); }, context_.user);
+  if (!sql.ok()) return sql.status();
   if (!PasswordMatches(log_on.password, hash)) return Ora(1017);
   if (!sysdba_) return context_.user == "SYS" ? Ora(28009) : Status();
-  if (status = LoadPrivileges(reader_.get()); !status.ok()) return status;
+  if (Status status = LoadPrivileges(reader_.get()); !status.ok()) return status;
   const bool granted = std::any_of(grants_.begin(), grants_.end(), [](const Grant& grant) {
     return grant.privilege == "SYSDBA" && grant.object.empty();
   });
@@ -81,20 +79,19 @@ Status Session::Authenticate(const LogOn& log_on) {
 
 Status Session::LoadPrivileges(SqliteConnection* connection) {
   grants_.clear();
-  SqliteStatement* rows = nullptr;
-  Status status = PrepareSql(
-      connection, "SELECT privilege, owner, object FROM qm_grant WHERE grantee IN (?, 'PUBLIC')",
-      &rows, context_.user);
-  bool row = false;
-  while (status.ok() && (status = rows->Step(&row)).ok() && row) {
-    grants_.push_back(
-        {std::string(rows->Text(0)), std::string(rows->Text(1)), std::string(rows->Text(2))});
-  }
-  return status;
+  SqlRunner sql(connection);
+  sql.Each(
+      "SELECT privilege, owner, object FROM qm_grant WHERE grantee IN (?, 'PUBLIC')",
+      [this](const SqliteStatement& row) {
+        grants_.push_back(
+            {std::string(row.Text(0)), std::string(row.Text(1)), std::string(row.Text(2))});
+      },
+      context_.user);
+  return sql.status();
 }
 
 // The connection that writes is opened by the first change: most sessions only read.
-Status Session::Writer() {
+Status Session::OpenWriter() {
   if (writer_) return {};
   std::unique_ptr<SqliteConnection> connection;
   if (Status status = OpenConnection(&connection); !status.ok()) return status;
@@ -139,24 +136,13 @@ bool Session::MayChange(const std::string& owner, const std::string& object,
   });
 }
 
-bool Session::SeesDictionary() const {
-  return HasPrivilege("SELECT ANY DICTIONARY") || HasPrivilege("SELECT_CATALOG_ROLE");
-}
-
 Status Session::CheckView(const DictionaryView& view) const {
-  if (view.name == "V$LOGMNR_CONTENTS" && !miner_.started() &&
-      HasPrivilege("SELECT ANY DICTIONARY")) {
-    return Ora(1306);
-  }
-  switch (view.access) {
-    case ViewAccess::Everybody:
-      return {};
-    case ViewAccess::SysdbaOnly:
-      return sysdba_ ? Status() : Ora(942);
-    case ViewAccess::Dictionary:
-      return SeesDictionary() ? Status() : Ora(942);
-  }
-  return Ora(942);
+  const bool dictionary =
+      HasPrivilege("SELECT ANY DICTIONARY") || HasPrivilege("SELECT_CATALOG_ROLE");
+  const bool hidden = (view.access == ViewAccess::SysdbaOnly && !sysdba_) ||
+                      (view.access == ViewAccess::Dictionary && !dictionary);
+  if (hidden) return Ora(942);
+  return view.name == "V$LOGMNR_CONTENTS" && !miner_.started() ? Ora(1306) : Status();
 }
 
 Status Session::FindTable(SqliteConnection* connection, ObjectName name, TablePtr* out) {

@@ -1,5 +1,4 @@
-// What the parser makes of a statement. Literals are kept as indexes into the token list, so that
-// one tree serves every statement of the same shape. Plain values.
+// What the parser makes of a statement. Plain values; a statement owns all that hangs on it.
 #pragma once
 
 #include <cstdint>
@@ -18,6 +17,7 @@ struct ObjectName {
   std::string name;
 };
 
+// Compare and Call have their operator or function in Expr::text: "<=", "||", "TO_DATE".
 enum class ExprOp {
   Literal,
   Null,
@@ -25,18 +25,7 @@ enum class ExprOp {
   Rowid,
   CountStar,
   Call,
-  Negate,
-  Add,
-  Subtract,
-  Multiply,
-  Divide,
-  Concat,
-  Equal,
-  NotEqual,
-  Less,
-  LessEqual,
-  Greater,
-  GreaterEqual,
+  Compare,
   And,
   Or,
   Not,
@@ -49,10 +38,9 @@ enum class ExprOp {
 
 struct Expr {
   ExprOp op = ExprOp::Null;
-  std::size_t token = 0;   // of Literal
-  bool is_number = false;  // of Literal
+  std::string text;        // a literal's value; the name of Column and Call
   std::string qualifier;   // of Column and Rowid: table or alias, may be empty
-  std::string name;        // of Column and Call
+  bool is_number = false;  // of Literal
   std::vector<std::unique_ptr<Expr>> args;
   int depth = 1;                     // of the tree below, itself included
   std::shared_ptr<Select> subquery;  // of Exists
@@ -85,17 +73,21 @@ struct Select {
   std::vector<OrderItem> order_by;
 };
 
+struct Assignment {
+  std::string column;
+  ExprPtr value;  // none: DEFAULT
+};
+
 struct Insert {
   ObjectName table;
   std::vector<std::string> columns;  // empty: all
-  std::vector<ExprPtr> values;       // no expression: DEFAULT
+  std::vector<ExprPtr> values;       // none: DEFAULT
 };
 
 struct Update {
   ObjectName table;
   std::string alias;
-  std::vector<std::string> columns;
-  std::vector<ExprPtr> values;  // no expression: DEFAULT
+  std::vector<Assignment> set;
   ExprPtr where;
 };
 
@@ -113,16 +105,15 @@ struct TypeName {
   bool in_characters = false;   // VARCHAR2(10 CHAR)
 };
 
-enum class ConstraintKind { PrimaryKey, Unique, ForeignKey, NotNull };
+enum class ConstraintKind { PrimaryKey, Unique, ForeignKey };
 
 struct ConstraintDef {
   ConstraintKind kind = ConstraintKind::PrimaryKey;
   std::string name;  // empty: the server makes one
   std::vector<std::string> columns;
   ObjectName referenced;
-  std::vector<std::string> referenced_columns;
+  std::vector<std::string> referenced_columns;  // empty: its primary key
   std::string delete_rule = "NO ACTION";
-  bool disabled = false;
 };
 
 struct ColumnDef {
@@ -131,10 +122,11 @@ struct ColumnDef {
   bool not_null = false;
   ExprPtr default_value;
   std::string default_text;
-  std::vector<ConstraintDef> constraints;
 };
 
-struct CreateTable {
+// CREATE TABLE, and what ALTER TABLE adds. Constraints of columns stand among the others.
+struct TableDefinition {
+  bool create = true;
   ObjectName table;
   std::vector<ColumnDef> columns;
   std::vector<ConstraintDef> constraints;
@@ -148,41 +140,28 @@ struct CreateIndex {
   bool unique = false;
 };
 
-struct AlterTable {
-  enum class Action { AddConstraint, AddColumns, DropConstraint, DropPrimaryKey, Rename };
-  Action action = Action::Rename;
-  ObjectName table;
-  ConstraintDef constraint;
-  std::vector<ColumnDef> columns;
-  std::string name;  // constraint dropped, or the new name
-  bool cascade = false;
-};
-
-struct AlterIndex {
-  ObjectName index;
-  std::string new_name;  // empty: rebuild, which changes nothing here
-};
-
-struct DropObject {
-  enum class Kind { Table, Index, User };
-  Kind kind = Kind::Table;
+// The statements that name one object and little else.
+struct ObjectChange {
+  enum class Kind {
+    DropTable,
+    DropIndex,
+    DropUser,
+    DropConstraint,
+    RenameTable,
+    RenameIndex,
+    Truncate,
+    Analyze
+  };
+  Kind kind = Kind::DropTable;
   ObjectName object;
+  std::string name;  // the new name, or the constraint
   bool cascade = false;
-};
-
-struct TruncateTable {
-  ObjectName table;
-};
-
-struct AnalyzeTable {
-  ObjectName table;
-  bool remove = false;
 };
 
 struct UserStatement {
   bool create = true;
   std::string name;
-  std::optional<std::string> password;
+  std::string password;
 };
 
 struct GrantStatement {
@@ -198,14 +177,9 @@ struct TransactionControl {
   std::string savepoint;
 };
 
-struct AlterSession {
-  std::string parameter;
-  std::string value;
-};
-
 struct ProcedureArgument {
   std::string name;
-  ExprPtr value;
+  std::string value;                   // of a literal
   std::vector<std::string> constants;  // of a sum of package constants
 };
 
@@ -214,8 +188,8 @@ struct ProcedureCall {
   std::vector<ProcedureArgument> arguments;
 };
 
-using Statement = std::variant<Select, Insert, Update, Delete, CreateTable, CreateIndex, AlterTable,
-                               AlterIndex, DropObject, TruncateTable, AnalyzeTable, UserStatement,
-                               GrantStatement, TransactionControl, AlterSession, ProcedureCall>;
+using Statement =
+    std::variant<Select, Insert, Update, Delete, TableDefinition, CreateIndex, ObjectChange,
+                 UserStatement, GrantStatement, TransactionControl, ProcedureCall>;
 
 }  // namespace quillmere::sandbox

@@ -2,221 +2,241 @@
 
 namespace quillmere::sandbox {
 
-Status StatementParser::ParseCreate(Statement* out) {
-  if (reader_.TakeWord("TABLE")) return ParseCreateTable(out);
-  if (reader_.IsWord("GLOBAL") && reader_.AheadIsWord("TEMPORARY")) {
-    return Ora(900, "temporary tables are not supported by this database");
-  }
-  if (reader_.TakeWord("USER")) return ParseUser(true, out);
-  if (reader_.TakeWord("INDEX")) return ParseCreateIndex(false, out);
-  if (reader_.TakeWord("UNIQUE")) {
-    if (Status status = reader_.NeedWord("INDEX", 901); !status.ok()) return status;
-    return ParseCreateIndex(true, out);
-  }
-  return NotUnderstood();
+namespace {
+
+using Change = ObjectChange::Kind;
+
+Status NoChecks() {
+  return Ora(900, "CHECK constraints are not supported by this database");
 }
 
-Status StatementParser::ParseCreateIndex(bool unique, Statement* out) {
+std::string WithoutEndBlanks(std::string_view text) {
+  return std::string(text.substr(0, text.find_last_not_of(" \t\r\n") + 1));
+}
+
+}  // namespace
+
+void Parser::ParseCreate(Statement* out) {
+  if (Take("TABLE")) return ParseCreateTable(&out->emplace<TableDefinition>());
+  if (Take("USER")) return ParseUser(true, &out->emplace<UserStatement>());
+  const bool unique = Take("UNIQUE");
+  if (!unique && !Is("INDEX")) return NotUnderstood();
+  Need("INDEX");
   CreateIndex& index = out->emplace<CreateIndex>();
   index.unique = unique;
-  if (Status status = reader_.ReadObjectName(&index.index, 953); !status.ok()) return status;
-  if (Status status = reader_.NeedWord("ON", 969); !status.ok()) return status;
-  if (Status status = reader_.ReadObjectName(&index.table, 903); !status.ok()) return status;
-  if (Status status = reader_.NeedSymbol("(", 906); !status.ok()) return status;
+  index.index = Object(953);
+  Need("ON", 969);
+  index.table = Object(903);
+  index.columns = Names();
+  std::string ignored;
+  ParseTablespace(&ignored);
+}
+
+void Parser::ParseTablespace(std::string* out) {
+  if (Take("TABLESPACE")) *out = Name(2216);
+}
+
+void Parser::ParseCreateTable(TableDefinition* out) {
+  out->table = Object(903);
+  if (Is("AS")) Fail(Ora(900, "CREATE TABLE ... AS SELECT: list the columns"));
+  Need("(");
   do {
-    std::string column;
-    if (Status status = reader_.ReadName(&column, 936); !status.ok()) return status;
-    if (reader_.IsSymbol("(")) return Ora(900, "function-based indexes are not supported here");
-    index.columns.push_back(std::move(column));
-    if (!reader_.TakeWord("ASC") && reader_.IsWord("DESC")) {
-      return Ora(900, "descending indexes are not supported here");
+    ParseTableElement(out);
+  } while (Take(","));
+  Need(")");
+  ParseTablespace(&out->tablespace);
+  if (!AtEnd()) Fail(Ora(922));
+}
+
+void Parser::ParseTableElement(TableDefinition* out) {
+  const bool key = (Is("PRIMARY") || Is("FOREIGN")) && NextIs("KEY");
+  const bool constraint = Is("CONSTRAINT") || key || ((Is("UNIQUE") || Is("CHECK")) && NextIs("("));
+  if (!constraint) return ParseColumn(out);
+  ConstraintDef& def = out->constraints.emplace_back();
+  if (Take("CONSTRAINT")) def.name = Name(2250);
+  if (Is("CHECK")) Fail(NoChecks());
+  if (!TakeKey(&def)) {
+    Need("FOREIGN", 904);
+    Need("KEY");
+    def.kind = ConstraintKind::ForeignKey;
+  }
+  def.columns = Names();
+  if (def.kind == ConstraintKind::ForeignKey) ParseReferences(&def);
+}
+
+bool Parser::TakeKey(ConstraintDef* out) {
+  if (Take("UNIQUE")) {
+    out->kind = ConstraintKind::Unique;
+    return true;
+  }
+  if (!Take("PRIMARY")) return false;
+  Need("KEY");
+  return true;
+}
+
+void Parser::ParseReferences(ConstraintDef* out) {
+  out->kind = ConstraintKind::ForeignKey;
+  Need("REFERENCES");
+  out->referenced = Object(903);
+  if (Is("(")) out->referenced_columns = Names();
+  if (!Take("ON")) return;
+  Need("DELETE");
+  out->delete_rule = "CASCADE";
+  if (Take("CASCADE")) return;
+  out->delete_rule = "SET NULL";
+  Need("SET");
+  Need("NULL");
+}
+
+void Parser::ParseColumn(TableDefinition* out) {
+  ColumnDef& column = out->columns.emplace_back();
+  column.name = Name(904);
+  column.type = Type();
+  for (;;) {
+    ConstraintDef def;
+    def.columns = {column.name};
+    const bool named = Take("CONSTRAINT");
+    if (named) def.name = Name(2250);
+    if (Take("DEFAULT")) {
+      const std::size_t begin = Current().begin;
+      column.default_value = Value();
+      column.default_text = WithoutEndBlanks(sql_.substr(begin, Current().begin - begin));
+    } else if (Take("NOT")) {
+      Need("NULL", 908);
+      column.not_null = true;
+    } else if (Is("REFERENCES")) {
+      ParseReferences(&def);
+      out->constraints.push_back(std::move(def));
+    } else if (TakeKey(&def)) {
+      out->constraints.push_back(std::move(def));
+    } else if (!Take("NULL")) {
+      if (Is("CHECK")) Fail(NoChecks());
+      if (named) Fail(Ora(905));
+      return;
     }
-  } while (reader_.TakeSymbol(","));
-  if (Status status = reader_.NeedSymbol(")", 907); !status.ok()) return status;
-  if (reader_.TakeWord("TABLESPACE")) {
-    std::string tablespace;
-    return reader_.ReadName(&tablespace, 2216);
   }
-  return {};
 }
 
-Status StatementParser::ParseAlter(Statement* out) {
-  if (reader_.TakeWord("TABLE")) return ParseAlterTable(out);
-  if (reader_.TakeWord("INDEX")) return ParseAlterIndex(out);
-  if (reader_.TakeWord("USER")) return ParseUser(false, out);
-  if (reader_.TakeWord("SESSION")) return ParseAlterSession(out);
-  return NotUnderstood();
+TypeName Parser::Type() {
+  TypeName type;
+  if (Current().kind != TokenKind::Word) Fail(Ora(902));
+  type.name = Current().text;
+  Advance();
+  if (type.name == "LONG" && Take("RAW")) type.name = "LONG RAW";
+  if (Take("(")) {
+    type.star_precision = Take("*");
+    if (!type.star_precision) type.first = Integer(910);
+    type.in_characters = Take("CHAR");
+    if (!type.in_characters) Take("BYTE");
+    if (Take(",")) type.second = Integer(1728);
+    Need(")");
+  }
+  if (type.name == "TIMESTAMP" && Take("WITH")) {
+    type.name += Take("LOCAL") ? " WITH LOCAL TIME ZONE" : " WITH TIME ZONE";
+    Need("TIME");
+    Need("ZONE");
+  }
+  return type;
 }
 
-Status StatementParser::ParseAlterTable(Statement* out) {
-  AlterTable& alter = out->emplace<AlterTable>();
-  if (Status status = reader_.ReadObjectName(&alter.table, 903); !status.ok()) return status;
-  if (reader_.TakeWord("ADD")) return ParseAlterTableAdd(&alter);
-  if (reader_.TakeWord("DROP")) return ParseAlterTableDrop(&alter);
-  if (reader_.TakeWord("RENAME")) {
-    alter.action = AlterTable::Action::Rename;
-    if (reader_.IsWord("COLUMN") || reader_.IsWord("CONSTRAINT")) return NotUnderstood();
-    if (Status status = reader_.NeedWord("TO", 14155); !status.ok()) return status;
-    return reader_.ReadName(&alter.name, 903);
-  }
-  return NotUnderstood();
-}
-
-Status StatementParser::ParseAlterTableAdd(AlterTable* out) {
-  if (StartsTableConstraint()) {
-    out->action = AlterTable::Action::AddConstraint;
-    return ParseTableConstraint(&out->constraint);
-  }
-  out->action = AlterTable::Action::AddColumns;
-  if (reader_.IsWord("SUPPLEMENTAL")) return SkipRest();
-  if (!reader_.TakeSymbol("(")) return ParseColumn(&out->columns.emplace_back());
-  if (StartsTableConstraint()) {
-    out->action = AlterTable::Action::AddConstraint;
-    if (Status status = ParseTableConstraint(&out->constraint); !status.ok()) return status;
-    return reader_.NeedSymbol(")", 907);
-  }
-  do {
-    if (Status status = ParseColumn(&out->columns.emplace_back()); !status.ok()) return status;
-  } while (reader_.TakeSymbol(","));
-  return reader_.NeedSymbol(")", 907);
-}
-
-Status StatementParser::ParseAlterTableDrop(AlterTable* out) {
-  if (reader_.TakeWord("CONSTRAINT")) {
-    out->action = AlterTable::Action::DropConstraint;
-    if (Status status = reader_.ReadName(&out->name, 2250); !status.ok()) return status;
-  } else if (reader_.TakeWord("PRIMARY")) {
-    out->action = AlterTable::Action::DropPrimaryKey;
-    if (Status status = reader_.NeedWord("KEY"); !status.ok()) return status;
-  } else {
-    return NotUnderstood();
-  }
-  out->cascade = reader_.TakeWord("CASCADE");
-  return {};
-}
-
-Status StatementParser::ParseAlterIndex(Statement* out) {
-  AlterIndex& alter = out->emplace<AlterIndex>();
-  if (Status status = reader_.ReadObjectName(&alter.index, 953); !status.ok()) return status;
-  if (reader_.TakeWord("REBUILD")) return {};
-  if (!reader_.TakeWord("RENAME")) return NotUnderstood();
-  if (Status status = reader_.NeedWord("TO", 14155); !status.ok()) return status;
-  return reader_.ReadName(&alter.new_name, 953);
-}
-
-Status StatementParser::ParseAlterSession(Statement* out) {
-  AlterSession& alter = out->emplace<AlterSession>();
-  if (Status status = reader_.NeedWord("SET", 922); !status.ok()) return status;
-  if (Status status = reader_.ReadName(&alter.parameter, 2248); !status.ok()) return status;
-  if (Status status = reader_.NeedSymbol("=", 927); !status.ok()) return status;
-  if (reader_.Current().kind == TokenKind::End) return Ora(922);
-  alter.value = reader_.Current().text;
-  reader_.Advance();
-  return {};
-}
-
-Status StatementParser::ParseDrop(Statement* out) {
-  DropObject& drop = out->emplace<DropObject>();
-  if (reader_.TakeWord("TABLE")) {
-    drop.kind = DropObject::Kind::Table;
-    if (Status status = reader_.ReadObjectName(&drop.object, 903); !status.ok()) return status;
-    if (reader_.TakeWord("CASCADE")) {
-      drop.cascade = true;
-      if (Status status = reader_.NeedWord("CONSTRAINTS"); !status.ok()) return status;
-    }
-    reader_.TakeWord("PURGE");
-    return {};
-  }
-  if (reader_.TakeWord("INDEX")) {
-    drop.kind = DropObject::Kind::Index;
-    return reader_.ReadObjectName(&drop.object, 953);
-  }
-  if (reader_.TakeWord("USER")) {
-    drop.kind = DropObject::Kind::User;
-    if (Status status = reader_.ReadName(&drop.object.name, 987); !status.ok()) return status;
-    drop.cascade = reader_.TakeWord("CASCADE");
-    return {};
-  }
-  return NotUnderstood();
-}
-
-Status StatementParser::ParseUser(bool create, Statement* out) {
-  UserStatement& user = out->emplace<UserStatement>();
-  user.create = create;
-  if (Status status = reader_.ReadName(&user.name, 987); !status.ok()) return status;
-  if (reader_.TakeWord("IDENTIFIED")) {
-    if (Status status = reader_.NeedWord("BY", 988); !status.ok()) return status;
-    const Token& token = reader_.Current();
-    if (token.kind == TokenKind::Word || token.kind == TokenKind::Number) {
-      // An unquoted password keeps the case it is written in.
-      user.password = std::string(sql_.substr(token.begin, token.end - token.begin));
-    } else if (token.kind == TokenKind::QuotedName) {
-      user.password = token.text;
+void Parser::ParseAlter(Statement* out) {
+  if (Take("USER")) return ParseUser(false, &out->emplace<UserStatement>());
+  const bool table = Take("TABLE");
+  if (!table && !Take("INDEX")) return NotUnderstood();
+  ObjectChange change;
+  change.object = Object(table ? 903 : 953);
+  if (Take("RENAME")) {
+    Need("TO", 14155);
+    change.kind = table ? Change::RenameTable : Change::RenameIndex;
+    change.name = Name(table ? 903 : 953);
+  } else if (table && Take("ADD")) {
+    TableDefinition& added = out->emplace<TableDefinition>();
+    added.create = false;
+    added.table = std::move(change.object);
+    if (!Take("(")) return ParseTableElement(&added);
+    do {
+      ParseTableElement(&added);
+    } while (Take(","));
+    return Need(")");
+  } else if (table && Take("DROP")) {
+    change.kind = Change::DropConstraint;
+    if (Take("CONSTRAINT")) {
+      change.name = Name(2250);
     } else {
-      return Ora(988);
+      Need("PRIMARY");
+      Need("KEY");
     }
-    reader_.Advance();
-  } else if (create) {
-    return Ora(988, "CREATE USER needs IDENTIFIED BY");
+    change.cascade = Take("CASCADE");
+  } else {
+    NotUnderstood();
   }
-  return SkipRest();
+  *out = std::move(change);
 }
 
-// Storage clauses of users and supplemental logging: accepted, nothing here depends on them.
-Status StatementParser::SkipRest() {
-  while (!reader_.AtEnd()) {
-    if (reader_.IsSymbol(";")) return Ora(911, ";");
-    if (reader_.Current().kind == TokenKind::String) return Ora(922);
-    reader_.Advance();
+void Parser::ParseDrop(ObjectChange* out) {
+  const bool drop = Take("DROP");
+  const bool analyze = !drop && Take("ANALYZE");
+  if (!drop && !analyze) Advance();
+  out->kind = analyze ? Change::Analyze : drop ? Change::DropTable : Change::Truncate;
+  if (drop && Take("INDEX")) {
+    out->kind = Change::DropIndex;
+    out->object = Object(953);
+  } else if (drop && Take("USER")) {
+    out->kind = Change::DropUser;
+    out->object.name = Name(987);
+    out->cascade = Take("CASCADE");
+  } else if (Take("TABLE")) {
+    out->object = Object(903);
+    out->cascade = drop && Take("CASCADE");
+    if (out->cascade) Need("CONSTRAINTS");
+    if (analyze) Need("COMPUTE");
+    if (analyze) Need("STATISTICS");
+  } else {
+    NotUnderstood();
   }
-  return {};
 }
 
-Status StatementParser::ParseGrant(bool revoke, Statement* out) {
-  GrantStatement& grant = out->emplace<GrantStatement>();
-  grant.revoke = revoke;
-  std::string privilege;
-  while (!reader_.AtEnd() && !reader_.IsWord("ON") && !reader_.IsWord("TO") &&
-         !(revoke && reader_.IsWord("FROM"))) {
-    if (reader_.TakeSymbol(",")) {
-      if (privilege.empty()) return Ora(990);
-      grant.privileges.push_back(std::exchange(privilege, {}));
-      continue;
-    }
-    if (reader_.Current().kind != TokenKind::Word) return Ora(990);
-    if (!privilege.empty()) privilege += ' ';
-    privilege += reader_.Current().text;
-    reader_.Advance();
+void Parser::ParseUser(bool create, UserStatement* out) {
+  out->create = create;
+  out->name = Name(987);
+  Need("IDENTIFIED", 988);
+  Need("BY", 988);
+  const Token& password = Current();
+  // An unquoted password keeps the case it is written in.
+  const bool quoted = password.kind == TokenKind::QuotedName;
+  if (!quoted && password.kind != TokenKind::Word && password.kind != TokenKind::Number) {
+    Fail(Ora(988));
   }
-  if (privilege.empty()) return Ora(990);
-  grant.privileges.push_back(std::move(privilege));
-  if (reader_.TakeWord("ON")) {
-    grant.object.emplace();
-    if (Status status = reader_.ReadObjectName(&*grant.object, 903); !status.ok()) return status;
+  out->password =
+      quoted ? password.text : sql_.substr(password.begin, password.end - password.begin);
+  Advance();
+  // Nothing here depends on where a user's tables are kept.
+  while (Is("DEFAULT") || Is("TEMPORARY") || Is("QUOTA")) {
+    const bool quota = Take("QUOTA");
+    if (!quota) Advance();
+    if (quota) Need("UNLIMITED");
+    Need(quota ? "ON" : "TABLESPACE");
+    Name(2216);
   }
-  if (Status status = reader_.NeedWord(revoke ? "FROM" : "TO"); !status.ok()) return status;
+  if (!AtEnd()) Fail(Ora(922));
+}
+
+void Parser::ParseGrant(bool revoke, GrantStatement* out) {
+  Advance();
+  out->revoke = revoke;
   do {
-    std::string& grantee = grant.grantees.emplace_back();
-    if (reader_.TakeWord("PUBLIC")) {
-      grantee = "PUBLIC";
-    } else if (Status status = reader_.ReadName(&grantee, 987); !status.ok()) {
-      return status;
+    std::string& privilege = out->privileges.emplace_back();
+    while (Current().kind == TokenKind::Word && !Is("ON") && !Is("TO") && !Is("FROM")) {
+      privilege += (privilege.empty() ? "" : " ") + Current().text;
+      Advance();
     }
-  } while (reader_.TakeSymbol(","));
-  if (reader_.TakeWord("WITH")) return SkipRest();
-  return {};
-}
-
-Status StatementParser::ParseAnalyze(Statement* out) {
-  AnalyzeTable& analyze = out->emplace<AnalyzeTable>();
-  if (Status status = reader_.NeedWord("TABLE"); !status.ok()) return status;
-  if (Status status = reader_.ReadObjectName(&analyze.table, 903); !status.ok()) return status;
-  if (reader_.TakeWord("DELETE")) {
-    analyze.remove = true;
-  } else if (!reader_.TakeWord("COMPUTE") && !reader_.TakeWord("ESTIMATE")) {
-    return Ora(905);
-  }
-  return reader_.NeedWord("STATISTICS");
+    if (privilege.empty()) Fail(Ora(990));
+  } while (Take(","));
+  if (Take("ON")) out->object = Object(903);
+  Need(revoke ? "FROM" : "TO");
+  do {
+    out->grantees.push_back(Take("PUBLIC") ? "PUBLIC" : Name(987));
+  } while (Take(","));
 }
 
 }  // namespace quillmere::sandbox

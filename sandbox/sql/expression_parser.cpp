@@ -1,6 +1,6 @@
-#include "sandbox/sql/expression_parser.h"
-
 #include <algorithm>
+
+#include "sandbox/sql/statement_parser.h"
 
 namespace quillmere::sandbox {
 
@@ -10,325 +10,272 @@ namespace {
 constexpr int kMaxDepth = 200;
 constexpr std::size_t kMaxInList = 1000;
 
-void AddArgument(Expr* expr, ExprPtr argument) {
+Status TooDeep() {
+  return Ora(900, "expression nests too deeply");
+}
+
+ExprPtr Literal(const Token& token) {
+  auto literal = std::make_unique<Expr>();
+  literal->op = ExprOp::Literal;
+  literal->text = token.text;
+  literal->is_number = token.kind == TokenKind::Number;
+  return literal;
+}
+
+}  // namespace
+
+void Parser::AddArgument(Expr* expr, ExprPtr argument) {
   expr->depth = std::max(expr->depth, argument->depth + 1);
+  if (expr->depth > kMaxDepth) Fail(TooDeep());
   expr->args.push_back(std::move(argument));
 }
 
-ExprPtr Make(ExprOp op, ExprPtr first = nullptr, ExprPtr second = nullptr) {
+ExprPtr Parser::Make(ExprOp op, std::string_view text, ExprPtr first, ExprPtr second) {
   auto expr = std::make_unique<Expr>();
   expr->op = op;
+  expr->text = text;
   if (first) AddArgument(expr.get(), std::move(first));
   if (second) AddArgument(expr.get(), std::move(second));
   return expr;
 }
 
-Status CheckDepth(const Expr& expr) {
-  return expr.depth > kMaxDepth ? Ora(900, "expression nests too deeply") : Status();
+// What stands between parentheses, one level deeper.
+ExprPtr Parser::Nested(ExprPtr (Parser::*inside)()) {
+  Need("(");
+  if (++depth_ > kMaxDepth) Fail(TooDeep());
+  ExprPtr expr = (this->*inside)();
+  --depth_;
+  Need(")");
+  return expr;
 }
 
-// Gives a level of nesting back when its function returns.
-class Level {
- public:
-  explicit Level(int& depth) : depth_(depth) {}
-  ~Level() { --depth_; }
-  Level(const Level&) = delete;
-  Level& operator=(const Level&) = delete;
-
- private:
-  int& depth_;
-};
-
-}  // namespace
-
-Status ExpressionParser::Enter() {
-  return ++depth_ > kMaxDepth ? Ora(900, "expression nests too deeply") : Status();
+// Chains of OR, AND and || become one node each, however long they are.
+ExprPtr Parser::Condition() {
+  ExprPtr first = Conjunction();
+  if (!Is("OR")) return first;
+  ExprPtr any = Make(ExprOp::Or, "", std::move(first));
+  while (Take("OR")) AddArgument(any.get(), Conjunction());
+  return any;
 }
 
-Status ExpressionParser::ParseCondition(ExprPtr* out) {
-  const Level level(depth_);
-  if (Status status = Enter(); !status.ok()) return status;
-  if (Status status = ParseAnd(out); !status.ok()) return status;
-  if (!reader_.IsWord("OR")) return {};
-  ExprPtr any = Make(ExprOp::Or, std::move(*out));
-  while (reader_.TakeWord("OR")) {
-    ExprPtr next;
-    if (Status status = ParseAnd(&next); !status.ok()) return status;
-    AddArgument(any.get(), std::move(next));
-  }
-  *out = std::move(any);
-  return {};
+ExprPtr Parser::Conjunction() {
+  ExprPtr first = Negation();
+  if (!Is("AND")) return first;
+  ExprPtr all = Make(ExprOp::And, "", std::move(first));
+  while (Take("AND")) AddArgument(all.get(), Negation());
+  return all;
 }
 
-Status ExpressionParser::ParseAnd(ExprPtr* out) {
-  if (Status status = ParseNot(out); !status.ok()) return status;
-  if (!reader_.IsWord("AND")) return {};
-  ExprPtr all = Make(ExprOp::And, std::move(*out));
-  while (reader_.TakeWord("AND")) {
-    ExprPtr next;
-    if (Status status = ParseNot(&next); !status.ok()) return status;
-    AddArgument(all.get(), std::move(next));
-  }
-  *out = std::move(all);
-  return {};
-}
-
-Status ExpressionParser::ParseNot(ExprPtr* out) {
+ExprPtr Parser::Negation() {
   bool negate = false;
-  while (reader_.TakeWord("NOT")) negate = !negate;
-  if (Status status = ParsePredicate(out); !status.ok()) return status;
-  if (negate) *out = Make(ExprOp::Not, std::move(*out));
-  return {};
+  while (Take("NOT")) negate = !negate;
+  ExprPtr inner = Is("EXISTS") ? Exists() : Predicate();
+  return negate ? Make(ExprOp::Not, "", std::move(inner)) : std::move(inner);
 }
 
-// Whether "(" opens a condition and not a value: found by looking for what only conditions hold.
-bool ExpressionParser::ParenthesisHoldsCondition() const {
-  int open = 0;
-  for (std::size_t i = 0;; ++i) {
-    const Token& token = reader_.Ahead(i);
-    if (token.kind == TokenKind::End) return false;
-    if (token.kind == TokenKind::Symbol) {
-      if (token.text == "(") ++open;
-      if (token.text == ")" && --open == 0) return false;
-      if (token.text == "=" || token.text == "<" || token.text == ">" || token.text == "<>" ||
-          token.text == "!=" || token.text == "^=" || token.text == "<=" || token.text == ">=") {
-        return true;
-      }
-    } else if (token.kind == TokenKind::Word &&
-               (token.text == "IN" || token.text == "IS" || token.text == "LIKE" ||
-                token.text == "BETWEEN" || token.text == "EXISTS" || token.text == "NOT")) {
-      return true;
-    }
+ExprPtr Parser::Predicate() {
+  ExprPtr left = Value();
+  for (const std::string_view symbol : {"=", "<>", "!=", "^=", "<", "<=", ">", ">="}) {
+    if (!Take(symbol)) continue;
+    const bool unequal = symbol == "!=" || symbol == "^=";
+    return Make(ExprOp::Compare, unequal ? "<>" : symbol, std::move(left), Value());
   }
+  if (Take("IS")) {
+    const bool negate = Take("NOT");
+    Need("NULL", 908);
+    ExprPtr is_null = Make(ExprOp::IsNull, "", std::move(left));
+    return negate ? Make(ExprOp::Not, "", std::move(is_null)) : std::move(is_null);
+  }
+  if (!Is("NOT") && !Is("IN") && !Is("BETWEEN") && !Is("LIKE")) return left;
+  const bool negate = Take("NOT");
+  ExprPtr predicate = PredicateOf(std::move(left));
+  return negate ? Make(ExprOp::Not, "", std::move(predicate)) : std::move(predicate);
 }
 
-Status ExpressionParser::ParsePredicate(ExprPtr* out) {
-  if (reader_.IsWord("EXISTS")) return ParseExists(out);
-  if (reader_.IsSymbol("(") && ParenthesisHoldsCondition()) {
-    reader_.Advance();
-    if (Status status = ParseCondition(out); !status.ok()) return status;
-    return reader_.NeedSymbol(")", 907);
-  }
-  ExprPtr left;
-  if (Status status = ParseValue(&left); !status.ok()) return status;
-  return ParsePredicateTail(std::move(left), out);
-}
-
-Status ExpressionParser::ParsePredicateTail(ExprPtr left, ExprPtr* out) {
-  struct Comparison {
-    std::string_view symbol;
-    ExprOp op;
-  };
-  static constexpr Comparison kComparisons[] = {
-      {"=", ExprOp::Equal},     {"<>", ExprOp::NotEqual},    {"!=", ExprOp::NotEqual},
-      {"^=", ExprOp::NotEqual}, {"<", ExprOp::Less},         {"<=", ExprOp::LessEqual},
-      {">", ExprOp::Greater},   {">=", ExprOp::GreaterEqual}};
-  for (const Comparison& comparison : kComparisons) {
-    if (!reader_.TakeSymbol(comparison.symbol)) continue;
-    ExprPtr right;
-    if (Status status = ParseValue(&right); !status.ok()) return status;
-    *out = Make(comparison.op, std::move(left), std::move(right));
-    return {};
-  }
-  if (reader_.TakeWord("IS")) {
-    const bool negate = reader_.TakeWord("NOT");
-    if (Status status = reader_.NeedWord("NULL", 908); !status.ok()) return status;
-    *out = Make(ExprOp::IsNull, std::move(left));
-    if (negate) *out = Make(ExprOp::Not, std::move(*out));
-    return {};
-  }
-  const bool negate = reader_.TakeWord("NOT");
-  if (reader_.TakeWord("IN")) {
-    if (Status status = ParseIn(std::move(left), out); !status.ok()) return status;
-  } else if (reader_.TakeWord("BETWEEN")) {
-    ExprPtr low;
-    ExprPtr high;
-    if (Status status = ParseValue(&low); !status.ok()) return status;
-    if (Status status = reader_.NeedWord("AND"); !status.ok()) return status;
-    if (Status status = ParseValue(&high); !status.ok()) return status;
-    *out = Make(ExprOp::Between, std::move(left), std::move(low));
-    AddArgument(out->get(), std::move(high));
-  } else if (reader_.TakeWord("LIKE")) {
-    ExprPtr pattern;
-    if (Status status = ParseValue(&pattern); !status.ok()) return status;
-    *out = Make(ExprOp::Like, std::move(left), std::move(pattern));
-    if (reader_.TakeWord("ESCAPE")) {
-      ExprPtr escape;
-      if (Status status = ParseValue(&escape); !status.ok()) return status;
-      AddArgument(out->get(), std::move(escape));
-    }
+ExprPtr Parser::PredicateOf(ExprPtr left) {
+  ExprPtr predicate;
+  if (Take("BETWEEN")) {
+    predicate = Make(ExprOp::Between, "", std::move(left), Value());
+    Need("AND");
+    AddArgument(predicate.get(), Value());
+  } else if (Take("LIKE")) {
+    predicate = Make(ExprOp::Like, "", std::move(left), Value());
+    if (Take("ESCAPE")) AddArgument(predicate.get(), Value());
   } else {
-    return Ora(920);
-  }
-  if (negate) *out = Make(ExprOp::Not, std::move(*out));
-  return {};
-}
-
-Status ExpressionParser::ParseIn(ExprPtr left, ExprPtr* out) {
-  if (Status status = reader_.NeedSymbol("(", 906); !status.ok()) return status;
-  *out = Make(ExprOp::In, std::move(left));
-  do {
-    ExprPtr value;
-    if (Status status = ParseValue(&value); !status.ok()) return status;
-    AddArgument(out->get(), std::move(value));
-    if ((*out)->args.size() > kMaxInList + 1) {
-      return {1795, "maximum number of expressions in a list is 1000"};
+    Need("IN", 920);
+    Need("(");
+    predicate = Make(ExprOp::In, "", std::move(left));
+    do {
+      AddArgument(predicate.get(), Value());
+    } while (Take(","));
+    Need(")");
+    if (predicate->args.size() > kMaxInList + 1) {
+      Fail({1795, "maximum number of expressions in a list is 1000"});
     }
-  } while (reader_.TakeSymbol(","));
-  return reader_.NeedSymbol(")", 907);
-}
-
-Status ExpressionParser::ParseExists(ExprPtr* out) {
-  const Level level(depth_);
-  if (Status status = Enter(); !status.ok()) return status;
-  reader_.Advance();
-  if (Status status = reader_.NeedSymbol("(", 906); !status.ok()) return status;
-  if (Status status = reader_.NeedWord("SELECT", 936); !status.ok()) return status;
-  *out = Make(ExprOp::Exists);
-  (*out)->subquery = std::make_shared<Select>();
-  if (Status status = ParseSelect((*out)->subquery.get()); !status.ok()) return status;
-  return reader_.NeedSymbol(")", 907);
-}
-
-Status ExpressionParser::ParseValue(ExprPtr* out) {
-  const Level level(depth_);
-  if (Status status = Enter(); !status.ok()) return status;
-  if (Status status = ParseTerm(out); !status.ok()) return status;
-  for (;;) {
-    ExprOp op = ExprOp::Add;
-    if (reader_.IsSymbol("-")) {
-      op = ExprOp::Subtract;
-    } else if (reader_.IsSymbol("||")) {
-      op = ExprOp::Concat;
-    } else if (!reader_.IsSymbol("+")) {
-      return {};
-    }
-    reader_.Advance();
-    ExprPtr right;
-    if (Status status = ParseTerm(&right); !status.ok()) return status;
-    // Long texts come as thousands of pieces joined by ||: one node takes them all.
-    if (op == ExprOp::Concat && (*out)->op == ExprOp::Concat) {
-      AddArgument(out->get(), std::move(right));
-      continue;
-    }
-    *out = Make(op, std::move(*out), std::move(right));
-    if (Status status = CheckDepth(**out); !status.ok()) return status;
   }
+  return predicate;
 }
 
-Status ExpressionParser::ParseTerm(ExprPtr* out) {
-  if (Status status = ParseFactor(out); !status.ok()) return status;
-  while (reader_.IsSymbol("*") || reader_.IsSymbol("/")) {
-    const ExprOp op = reader_.IsSymbol("*") ? ExprOp::Multiply : ExprOp::Divide;
-    reader_.Advance();
-    ExprPtr right;
-    if (Status status = ParseFactor(&right); !status.ok()) return status;
-    *out = Make(op, std::move(*out), std::move(right));
-    if (Status status = CheckDepth(**out); !status.ok()) return status;
+ExprPtr Parser::Exists() {
+  Advance();
+  ExprPtr exists = Make(ExprOp::Exists);
+  Need("(");
+  Need("SELECT", 936);
+  if (++depth_ > kMaxDepth) Fail(TooDeep());
+  exists->subquery = std::make_shared<Select>(Query());
+  --depth_;
+  Need(")");
+  return exists;
+}
+
+ExprPtr Parser::Value() {
+  ExprPtr left = Term();
+  while (Is("+") || Is("-") || Is("||")) {
+    const std::string& op = Current().text;
+    Advance();
+    ExprPtr right = Term();
+    if (op == "||" && left->op == ExprOp::Call && left->text == op) {
+      AddArgument(left.get(), std::move(right));
+    } else {
+      left = Make(ExprOp::Call, op, std::move(left), std::move(right));
+    }
   }
-  return {};
+  return left;
 }
 
-Status ExpressionParser::ParseFactor(ExprPtr* out) {
+ExprPtr Parser::Term() {
+  ExprPtr left = Factor();
+  while (Is("*") || Is("/")) {
+    const std::string& op = Current().text;
+    Advance();
+    left = Make(ExprOp::Call, op, std::move(left), Factor());
+  }
+  return left;
+}
+
+ExprPtr Parser::Factor() {
   bool negate = false;
-  while (reader_.IsSymbol("-") || reader_.IsSymbol("+")) {
-    if (reader_.IsSymbol("-")) negate = !negate;
-    reader_.Advance();
+  for (; Is("-") || Is("+"); Advance()) negate = negate != Is("-");
+  ExprPtr operand = Primary();
+  if (!negate) return operand;
+  if (operand->is_number) {
+    operand->text = operand->text[0] == '-' ? operand->text.substr(1) : "-" + operand->text;
+    return operand;
   }
-  if (Status status = ParsePrimary(out); !status.ok()) return status;
-  if (negate) *out = Make(ExprOp::Negate, std::move(*out));
-  return {};
+  ExprPtr zero = Make(ExprOp::Literal, "0");
+  zero->is_number = true;
+  return Make(ExprOp::Call, "-", std::move(zero), std::move(operand));
 }
 
-Status ExpressionParser::ParsePrimary(ExprPtr* out) {
-  const Token& token = reader_.Current();
+ExprPtr Parser::Primary() {
+  const Token& token = Current();
+  if (Is("(")) return Nested(&Parser::Condition);
+  if (Take("NULL")) return Make(ExprOp::Null);
   if (token.kind == TokenKind::String || token.kind == TokenKind::Number) {
-    *out = Make(ExprOp::Literal);
-    (*out)->token = reader_.Index();
-    (*out)->is_number = token.kind == TokenKind::Number;
-    reader_.Advance();
-    return {};
+    Advance();
+    return Literal(token);
   }
-  if (reader_.TakeSymbol("(")) {
-    if (Status status = ParseValue(out); !status.ok()) return status;
-    return reader_.NeedSymbol(")", 907);
+  if ((Is("DATE") || Is("TIMESTAMP")) && Ahead().kind == TokenKind::String) {
+    const bool date = Take("DATE");
+    if (!date) Advance();
+    Token mask{TokenKind::String, date ? "YYYY-MM-DD" : "YYYY-MM-DD HH24:MI:SSXFF", 0, 0};
+    ExprPtr text = Literal(Current());
+    Advance();
+    return Make(ExprOp::Call, date ? "TO_DATE" : "TO_TIMESTAMP", std::move(text), Literal(mask));
   }
-  if (reader_.TakeWord("NULL")) {
-    *out = Make(ExprOp::Null);
-    return {};
-  }
-  if (reader_.IsWord("DATE") && reader_.Ahead().kind == TokenKind::String) {
-    return ParseTypedLiteral("DATE_LITERAL", out);
-  }
-  if (reader_.IsWord("TIMESTAMP") && reader_.Ahead().kind == TokenKind::String) {
-    return ParseTypedLiteral("TIMESTAMP_LITERAL", out);
-  }
-  if (token.kind == TokenKind::Word || token.kind == TokenKind::QuotedName) {
-    return ParseNameOrCall(out);
-  }
-  return Ora(936);
+  return NameOrCall();
 }
 
-Status ExpressionParser::ParseTypedLiteral(std::string_view function, ExprPtr* out) {
-  reader_.Advance();
-  *out = Make(ExprOp::Call);
-  (*out)->name = function;
-  ExprPtr text = Make(ExprOp::Literal);
-  text->token = reader_.Index();
-  AddArgument(out->get(), std::move(text));
-  reader_.Advance();
-  return {};
-}
-
-Status ExpressionParser::ParseNameOrCall(ExprPtr* out) {
-  const bool plain = reader_.Current().kind == TokenKind::Word;
-  if (plain &&
-      (reader_.IsWord("SYSDATE") || reader_.IsWord("SYSTIMESTAMP") || reader_.IsWord("USER"))) {
-    *out = Make(ExprOp::Call);
-    (*out)->name = reader_.Current().text;
-    reader_.Advance();
-    return {};
+ExprPtr Parser::NameOrCall() {
+  for (const std::string_view name : {"SYSDATE", "SYSTIMESTAMP", "USER"}) {
+    if (Take(name)) return Make(ExprOp::Call, name);
   }
-  if (plain && reader_.TakeWord("ROWID")) {
-    *out = Make(ExprOp::Rowid);
-    return {};
-  }
-  std::vector<std::string> parts(1);
-  if (Status status = reader_.ReadName(&parts[0], 936); !status.ok()) return status;
-  while (reader_.TakeSymbol(".")) {
-    if (reader_.TakeWord("ROWID")) {
-      *out = Make(ExprOp::Rowid);
-      (*out)->qualifier = parts.back();
-      return {};
+  if (Take("ROWID")) return Make(ExprOp::Rowid);
+  ExprPtr expr = Make(ExprOp::Column, Name(936));
+  if (Is("(")) return Arguments(std::move(expr));
+  for (int parts = 1; Take("."); ++parts) {
+    expr->qualifier = std::move(expr->text);
+    if (Take("ROWID")) {
+      expr->op = ExprOp::Rowid;
+      return expr;
     }
-    if (parts.size() == 3) return Ora(1747);
-    if (Status status = reader_.ReadName(&parts.emplace_back(), 1747); !status.ok()) return status;
+    expr->text = Name(1747);
+    if (parts == 3) Fail(Ora(1747));
   }
-  if (reader_.IsSymbol("(") && parts.size() == 1) {
-    *out = Make(ExprOp::Call);
-    (*out)->name = parts[0];
-    return ParseCallArguments(out->get());
-  }
-  *out = Make(ExprOp::Column);
-  (*out)->name = parts.back();
-  if (parts.size() > 1) (*out)->qualifier = parts[parts.size() - 2];
-  return {};
+  return expr;
 }
 
-Status ExpressionParser::ParseCallArguments(Expr* call) {
-  reader_.Advance();
-  if (reader_.TakeSymbol(")")) return {};
-  if (call->name == "COUNT" && reader_.IsSymbol("*")) {
-    reader_.Advance();
+ExprPtr Parser::Arguments(ExprPtr call) {
+  Advance();
+  call->op = ExprOp::Call;
+  if (Take(")")) return call;
+  if (call->text == "COUNT" && Take("*")) {
     call->op = ExprOp::CountStar;
-    return reader_.NeedSymbol(")", 907);
+  } else {
+    if (++depth_ > kMaxDepth) Fail(TooDeep());
+    do {
+      AddArgument(call.get(), Value());
+    } while (Take(","));
+    --depth_;
   }
+  Need(")");
+  return call;
+}
+
+// The word SELECT has been read.
+Select Parser::Query() {
+  Select select;
+  select.distinct = Take("DISTINCT");
   do {
-    ExprPtr argument;
-    if (Status status = ParseValue(&argument); !status.ok()) return status;
-    AddArgument(call, std::move(argument));
-  } while (reader_.TakeSymbol(","));
-  return reader_.NeedSymbol(")", 907);
+    select.items.push_back(QueryItem());
+  } while (Take(","));
+  Need("FROM", 923);
+  do {
+    SelectSource& source = select.from.emplace_back();
+    source.object = Object(903);
+    if (IsName()) source.alias = Name(933);
+  } while (Take(","));
+  select.where = Where();
+  if (Take("GROUP")) {
+    Need("BY", 924);
+    do {
+      select.group_by.push_back(Value());
+    } while (Take(","));
+  }
+  if (Take("ORDER")) {
+    Need("BY", 924);
+    do {
+      select.order_by.push_back(QueryOrder());
+    } while (Take(","));
+  }
+  return select;
+}
+
+SelectItem Parser::QueryItem() {
+  SelectItem item;
+  if (Take("*")) return item;
+  if (IsName() && NextIs(".") && Matches(Ahead(2), "*")) {
+    item.qualifier = Name(936);
+    Advance();
+    Advance();
+    return item;
+  }
+  item.expr = Value();
+  if (Take("AS") || IsName()) item.alias = Name(923);
+  return item;
+}
+
+OrderItem Parser::QueryOrder() {
+  OrderItem item;
+  if (Current().kind == TokenKind::Number) {
+    item.position = Integer(1785);
+    if (item.position < 1) Fail(Ora(1785));
+  } else {
+    item.expr = Value();
+  }
+  item.descending = Take("DESC");
+  if (!item.descending) Take("ASC");
+  return item;
 }
 
 }  // namespace quillmere::sandbox

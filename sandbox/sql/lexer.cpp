@@ -1,6 +1,9 @@
 #include "sandbox/sql/lexer.h"
 
+#include <algorithm>
 #include <cctype>
+
+#include "sandbox/values/text.h"
 
 namespace quillmere::sandbox {
 
@@ -8,18 +11,16 @@ namespace {
 
 constexpr std::size_t kMaxNameBytes = 30;
 
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
 bool IsNameStart(char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  return std::isalpha(byte) || byte >= 0x80;
+  return std::isalpha(static_cast<unsigned char>(c)) || static_cast<unsigned char>(c) >= 0x80;
 }
 
 bool IsNamePart(char c) {
-  return IsNameStart(c) || std::isdigit(static_cast<unsigned char>(c)) || c == '_' || c == '$' ||
-         c == '#';
-}
-
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
+  return IsNameStart(c) || IsDigit(c) || c == '_' || c == '$' || c == '#';
 }
 
 class Lexer {
@@ -30,11 +31,11 @@ class Lexer {
     out_.clear();
     for (;;) {
       SkipBlanksAndComments();
+      begin_ = at_;
       if (at_ >= sql_.size()) break;
       if (Status status = ReadToken(); !status.ok()) return status;
     }
-    Push(TokenKind::End, sql_.size(), "");
-    return {};
+    return Push(TokenKind::End, "");
   }
 
  private:
@@ -42,8 +43,15 @@ class Lexer {
     return at_ + ahead < sql_.size() ? sql_[at_ + ahead] : '\0';
   }
 
-  void Push(TokenKind kind, std::size_t begin, std::string text) {
-    out_.push_back(Token{kind, std::move(text), begin, at_});
+  Status Push(TokenKind kind, std::string text) {
+    out_.push_back(Token{kind, std::move(text), begin_, at_});
+    return {};
+  }
+
+  // To behind the next `mark`, or to the end.
+  void SkipPast(std::string_view mark, std::size_t from) {
+    const std::size_t found = sql_.find(mark, from);
+    at_ = found == std::string_view::npos ? sql_.size() : found + mark.size();
   }
 
   void SkipBlanksAndComments() {
@@ -51,11 +59,9 @@ class Lexer {
       if (std::isspace(static_cast<unsigned char>(sql_[at_]))) {
         ++at_;
       } else if (Peek() == '-' && Peek(1) == '-') {
-        const std::size_t line_end = sql_.find('\n', at_);
-        at_ = line_end == std::string_view::npos ? sql_.size() : line_end + 1;
+        SkipPast("\n", at_);
       } else if (Peek() == '/' && Peek(1) == '*') {
-        const std::size_t end = sql_.find("*/", at_ + 2);
-        at_ = end == std::string_view::npos ? sql_.size() : end + 2;
+        SkipPast("*/", at_ + 2);
       } else {
         return;
       }
@@ -64,129 +70,84 @@ class Lexer {
 
   Status ReadToken() {
     const char c = Peek();
-    if (c == '\'') return ReadString(at_);
-    if ((c == 'n' || c == 'N') && Peek(1) == '\'') {
-      ++at_;
-      return ReadString(at_ - 1);
-    }
+    if ((c == 'n' || c == 'N') && Peek(1) == '\'') ++at_;
+    if (Peek() == '\'') return ReadString();
     if (c == '"') return ReadQuotedName();
     if (IsNameStart(c)) return ReadWord();
     if (IsDigit(c) || (c == '.' && IsDigit(Peek(1)))) return ReadNumber();
     return ReadSymbol();
   }
 
-  Status ReadString(std::size_t begin) {
+  Status ReadString() {
     std::string text;
-    std::size_t from = ++at_;
-    for (;;) {
+    for (std::size_t from = ++at_;; from = at_) {
       const std::size_t quote = sql_.find('\'', from);
       if (quote == std::string_view::npos) return Ora(1756);
-      text.append(sql_, at_, quote - at_);
-      if (quote + 1 < sql_.size() && sql_[quote + 1] == '\'') {
-        text += '\'';
-        at_ = from = quote + 2;
-        continue;
-      }
+      text.append(sql_, from, quote - from);
       at_ = quote + 1;
-      Push(TokenKind::String, begin, std::move(text));
-      return {};
+      if (Peek() != '\'') return Push(TokenKind::String, std::move(text));
+      text += '\'';
+      ++at_;
     }
+  }
+
+  Status PushName(TokenKind kind, std::string text) {
+    if (text.empty()) return Ora(1741);
+    if (text.size() > kMaxNameBytes) return Ora(972, Shortened(text, 60));
+    return Push(kind, std::move(text));
   }
 
   Status ReadQuotedName() {
-    const std::size_t begin = at_;
     const std::size_t quote = sql_.find('"', at_ + 1);
     if (quote == std::string_view::npos) return Ora(1740);
-    std::string text(sql_.substr(begin + 1, quote - begin - 1));
     at_ = quote + 1;
-    if (text.empty()) return Ora(1741);
-    if (text.size() > kMaxNameBytes) return Ora(972, Shortened(text, 60));
-    Push(TokenKind::QuotedName, begin, std::move(text));
-    return {};
+    return PushName(TokenKind::QuotedName,
+                    std::string(sql_.substr(begin_ + 1, quote - begin_ - 1)));
   }
 
   Status ReadWord() {
-    const std::size_t begin = at_;
-    while (at_ < sql_.size() && IsNamePart(sql_[at_])) ++at_;
-    std::string text(sql_.substr(begin, at_ - begin));
-    for (char& c : text) {
-      if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    }
-    if (text.size() > kMaxNameBytes) return Ora(972, Shortened(text, 60));
-    Push(TokenKind::Word, begin, std::move(text));
-    return {};
+    while (IsNamePart(Peek())) ++at_;
+    return PushName(TokenKind::Word, Upper(sql_.substr(begin_, at_ - begin_)));
+  }
+
+  void SkipDigits() {
+    while (IsDigit(Peek())) ++at_;
   }
 
   Status ReadNumber() {
-    const std::size_t begin = at_;
-    while (IsDigit(Peek())) ++at_;
-    if (Peek() == '.' && Peek(1) != '.') {
-      ++at_;
-      while (IsDigit(Peek())) ++at_;
+    SkipDigits();
+    if (Peek() == '.') ++at_;
+    SkipDigits();
+    const std::size_t sign = Peek(1) == '+' || Peek(1) == '-' ? 2 : 1;
+    if ((Peek() == 'e' || Peek() == 'E') && IsDigit(Peek(sign))) {
+      at_ += sign;
+      SkipDigits();
     }
-    if (Peek() == 'e' || Peek() == 'E') {
-      const std::size_t sign = Peek(1) == '+' || Peek(1) == '-' ? 2 : 1;
-      if (IsDigit(Peek(sign))) {
-        at_ += sign;
-        while (IsDigit(Peek())) ++at_;
-      }
-    }
-    Push(TokenKind::Number, begin, std::string(sql_.substr(begin, at_ - begin)));
-    return {};
+    return Push(TokenKind::Number, std::string(sql_.substr(begin_, at_ - begin_)));
   }
 
   Status ReadSymbol() {
-    static constexpr std::string_view kTwo[] = {"<>", "!=", "^=", "<=", ">=", "||", "=>", ":="};
-    static constexpr std::string_view kOne = "()+-*/=<>,.;:@%&";
-    const std::size_t begin = at_;
-    for (const std::string_view two : kTwo) {
-      if (sql_.substr(at_, 2) == two) {
-        at_ += 2;
-        Push(TokenKind::Symbol, begin, std::string(two));
-        return {};
-      }
-    }
-    if (kOne.find(Peek()) == std::string_view::npos) {
+    static constexpr std::string_view kTwo[] = {"<>", "!=", "^=", "<=", ">=", "||", "=>"};
+    static constexpr std::string_view kOne = "()+-*/=<>,.;";
+    const bool two =
+        std::find(std::begin(kTwo), std::end(kTwo), sql_.substr(at_, 2)) != std::end(kTwo);
+    if (!two && kOne.find(Peek()) == std::string_view::npos) {
       return Ora(911, Shortened(sql_.substr(at_), 40));
     }
-    ++at_;
-    Push(TokenKind::Symbol, begin, std::string(sql_.substr(begin, 1)));
-    return {};
+    at_ += two ? 2 : 1;
+    return Push(TokenKind::Symbol, std::string(sql_.substr(begin_, at_ - begin_)));
   }
 
   std::string_view sql_;
   std::vector<Token>& out_;
   std::size_t at_ = 0;
+  std::size_t begin_ = 0;  // of the token being read
 };
 
 }  // namespace
 
 Status Tokenise(std::string_view sql, std::vector<Token>* out) {
   return Lexer(sql, out).Run();
-}
-
-std::string ShapeOf(const std::vector<Token>& tokens) {
-  std::string shape;
-  for (const Token& token : tokens) {
-    switch (token.kind) {
-      case TokenKind::String:
-        shape += "?s";
-        break;
-      case TokenKind::Number:
-        shape += "?n";
-        break;
-      case TokenKind::QuotedName:
-        shape += '"';
-        shape += token.text;
-        shape += '"';
-        break;
-      default:
-        shape += token.text;
-        break;
-    }
-    shape += ' ';
-  }
-  return shape;
 }
 
 }  // namespace quillmere::sandbox

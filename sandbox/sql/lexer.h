@@ -21,11 +21,7 @@ struct Token {
 };
 
 // The tokens with an End token behind them. ORA-00911, 01756, 01740, 01741 or 00972 where the
-// text is none of SQL.
+// text is none of SQL; `out` then holds what came before.
 Status Tokenise(std::string_view sql, std::vector<Token>* out);
-
-// A text that two statements share when they differ in nothing but their literals: what a plan
-// can be kept under.
-std::string ShapeOf(const std::vector<Token>& tokens);
 
 }  // namespace quillmere::sandbox

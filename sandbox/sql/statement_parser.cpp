@@ -4,177 +4,136 @@
 
 namespace quillmere::sandbox {
 
-Status ParseStatement(std::string_view sql, const std::vector<Token>& tokens, Statement* out) {
-  return StatementParser(sql, tokens).Parse(out);
+Status ParseStatement(std::string_view sql, Statement* out) {
+  std::vector<Token> tokens;
+  if (Status status = Tokenise(sql, &tokens); !status.ok()) return status;
+  Parser parser(sql, tokens);
+  parser.Parse(out);
+  return parser.status();
 }
 
-Status ParseExpression(const std::vector<Token>& tokens, ExprPtr* out) {
-  TokenReader reader(tokens);
-  if (Status status = ExpressionParser(reader).ParseValue(out); !status.ok()) return status;
-  return reader.AtEnd() ? Status() : Ora(907);
+Status ParseExpression(std::string_view text, ExprPtr* out) {
+  std::vector<Token> tokens;
+  if (Status status = Tokenise(text, &tokens); !status.ok()) return status;
+  Parser parser(text, tokens);
+  *out = parser.Value();
+  return !parser.status().ok() || parser.AtEnd() ? parser.status() : Ora(907);
 }
 
-Status StatementParser::NotUnderstood() const {
-  return Ora(900, Shortened(sql_));
-}
-
-Status StatementParser::Parse(Statement* out) {
-  if (reader_.AtEnd()) return Ora(900, "the statement is empty");
-  Status status;
-  if (reader_.TakeWord("SELECT")) {
-    status = expressions_.ParseSelect(&out->emplace<Select>());
-  } else if (reader_.TakeWord("INSERT")) {
-    status = ParseInsert(out);
-  } else if (reader_.TakeWord("UPDATE")) {
-    status = ParseUpdate(out);
-  } else if (reader_.TakeWord("DELETE")) {
-    status = ParseDelete(out);
-  } else if (reader_.TakeWord("CREATE")) {
-    status = ParseCreate(out);
-  } else if (reader_.TakeWord("ALTER")) {
-    status = ParseAlter(out);
-  } else if (reader_.TakeWord("DROP")) {
-    status = ParseDrop(out);
-  } else if (reader_.TakeWord("TRUNCATE")) {
-    status = reader_.NeedWord("TABLE", 3290);
-    if (status.ok()) status = reader_.ReadObjectName(&out->emplace<TruncateTable>().table, 903);
-    if (status.ok() && (reader_.TakeWord("REUSE") || reader_.TakeWord("DROP"))) {
-      status = reader_.NeedWord("STORAGE");
-    }
-  } else if (reader_.TakeWord("ANALYZE")) {
-    status = ParseAnalyze(out);
-  } else if (reader_.TakeWord("GRANT")) {
-    status = ParseGrant(false, out);
-  } else if (reader_.TakeWord("REVOKE")) {
-    status = ParseGrant(true, out);
-  } else if (reader_.IsWord("BEGIN")) {
-    status = ParseBlock(out);
-  } else if (reader_.IsWord("COMMIT") || reader_.IsWord("ROLLBACK") ||
-             reader_.IsWord("SAVEPOINT")) {
-    status = ParseControl(out);
+void Parser::Parse(Statement* out) {
+  if (Take("SELECT")) {
+    *out = Query();
+  } else if (Take("INSERT")) {
+    ParseInsert(&out->emplace<Insert>());
+  } else if (Take("UPDATE")) {
+    ParseUpdate(&out->emplace<Update>());
+  } else if (Take("DELETE")) {
+    ParseDelete(&out->emplace<Delete>());
+  } else if (Take("CREATE")) {
+    ParseCreate(out);
+  } else if (Take("ALTER")) {
+    ParseAlter(out);
+  } else if (Is("DROP") || Is("TRUNCATE") || Is("ANALYZE")) {
+    ParseDrop(&out->emplace<ObjectChange>());
+  } else if (Is("GRANT") || Is("REVOKE")) {
+    ParseGrant(Is("REVOKE"), &out->emplace<GrantStatement>());
+  } else if (Take("BEGIN")) {
+    ParseBlock(&out->emplace<ProcedureCall>());
+  } else if (Is("COMMIT") || Is("ROLLBACK") || Is("SAVEPOINT")) {
+    ParseControl(&out->emplace<TransactionControl>());
   } else {
-    return NotUnderstood();
+    NotUnderstood();
   }
-  if (!status.ok()) return status;
-  if (reader_.AtEnd()) return {};
-  return reader_.IsSymbol(";") ? Ora(911, ";") : Ora(933);
+  if (!AtEnd()) Fail(Is(";") ? Ora(911, ";") : Ora(933));
 }
 
-Status StatementParser::ParseInsert(Statement* out) {
-  Insert& insert = out->emplace<Insert>();
-  if (Status status = reader_.NeedWord("INTO", 925); !status.ok()) return status;
-  if (Status status = reader_.ReadObjectName(&insert.table, 903); !status.ok()) return status;
-  if (reader_.IsSymbol("(")) {
-    if (Status status = reader_.ReadNameList(&insert.columns); !status.ok()) return status;
-  }
-  if (reader_.IsWord("SELECT")) return Ora(900, "INSERT ... SELECT: use INSERT ... VALUES");
-  if (Status status = reader_.NeedWord("VALUES", 926); !status.ok()) return status;
-  if (Status status = reader_.NeedSymbol("(", 906); !status.ok()) return status;
+ExprPtr Parser::ValueOrDefault() {
+  return Take("DEFAULT") ? nullptr : Value();
+}
+
+ExprPtr Parser::Where() {
+  return Take("WHERE") ? Condition() : nullptr;
+}
+
+void Parser::ParseInsert(Insert* out) {
+  Need("INTO", 925);
+  out->table = Object(903);
+  if (Is("(")) out->columns = Names();
+  if (Is("SELECT")) Fail(Ora(900, "INSERT ... SELECT: use INSERT ... VALUES"));
+  Need("VALUES", 926);
+  Need("(");
   do {
-    ExprPtr value;
-    if (!reader_.TakeWord("DEFAULT")) {
-      if (Status status = expressions_.ParseValue(&value); !status.ok()) return status;
-    }
-    insert.values.push_back(std::move(value));
-  } while (reader_.TakeSymbol(","));
-  return reader_.NeedSymbol(")", reader_.AtEnd() ? 907 : 917);
+    out->values.push_back(ValueOrDefault());
+  } while (Take(","));
+  Need(")", AtEnd() ? 907 : 917);
 }
 
-Status StatementParser::ParseWhere(ExprPtr* out) {
-  return reader_.TakeWord("WHERE") ? expressions_.ParseCondition(out) : Status();
-}
-
-Status StatementParser::ParseUpdate(Statement* out) {
-  Update& update = out->emplace<Update>();
-  if (Status status = reader_.ReadObjectName(&update.table, 903); !status.ok()) return status;
-  if (!reader_.IsWord("SET")) {
-    if (Status status = reader_.ReadName(&update.alias, 971); !status.ok()) return status;
-  }
-  if (Status status = reader_.NeedWord("SET", 971); !status.ok()) return status;
+void Parser::ParseUpdate(Update* out) {
+  out->table = Object(903);
+  if (!Is("SET")) out->alias = Name(971);
+  Need("SET", 971);
   do {
-    std::string column;
-    if (Status status = reader_.ReadName(&column, 1747); !status.ok()) return status;
-    if (reader_.TakeSymbol(".")) {
-      if (Status status = reader_.ReadName(&column, 1747); !status.ok()) return status;
-    }
-    if (Status status = reader_.NeedSymbol("=", 927); !status.ok()) return status;
-    ExprPtr value;
-    if (!reader_.TakeWord("DEFAULT")) {
-      if (Status status = expressions_.ParseValue(&value); !status.ok()) return status;
-    }
-    update.columns.push_back(std::move(column));
-    update.values.push_back(std::move(value));
-  } while (reader_.TakeSymbol(","));
-  return ParseWhere(&update.where);
+    Assignment& assignment = out->set.emplace_back();
+    assignment.column = Object(1747).name;
+    Need("=");
+    assignment.value = ValueOrDefault();
+  } while (Take(","));
+  out->where = Where();
 }
 
-Status StatementParser::ParseDelete(Statement* out) {
-  Delete& erase = out->emplace<Delete>();
-  reader_.TakeWord("FROM");
-  if (Status status = reader_.ReadObjectName(&erase.table, 903); !status.ok()) return status;
-  const bool has_alias = reader_.Current().kind == TokenKind::QuotedName ||
-                         (reader_.Current().kind == TokenKind::Word && !reader_.IsWord("WHERE"));
-  if (has_alias) {
-    if (Status status = reader_.ReadName(&erase.alias, 933); !status.ok()) return status;
-  }
-  return ParseWhere(&erase.where);
+void Parser::ParseDelete(Delete* out) {
+  Take("FROM");
+  out->table = Object(903);
+  if (IsName()) out->alias = Name(933);
+  out->where = Where();
 }
 
-Status StatementParser::ParseControl(Statement* out) {
-  TransactionControl& control = out->emplace<TransactionControl>();
-  if (reader_.TakeWord("COMMIT")) {
-    control.kind = TransactionControl::Kind::Commit;
-    reader_.TakeWord("WORK");
-    return {};
+void Parser::ParseControl(TransactionControl* out) {
+  using Kind = TransactionControl::Kind;
+  if (Take("COMMIT")) {
+    Take("WORK");
+    return;
   }
-  if (reader_.TakeWord("SAVEPOINT")) {
-    control.kind = TransactionControl::Kind::Savepoint;
-    return reader_.ReadName(&control.savepoint, 931);
+  out->kind = Is("SAVEPOINT") ? Kind::Savepoint : Kind::Rollback;
+  Advance();
+  if (out->kind == Kind::Rollback) {
+    Take("WORK");
+    if (!Take("TO")) return;
+    Take("SAVEPOINT");
+    out->kind = Kind::RollbackTo;
   }
-  reader_.Advance();
-  control.kind = TransactionControl::Kind::Rollback;
-  reader_.TakeWord("WORK");
-  if (!reader_.TakeWord("TO")) return {};
-  reader_.TakeWord("SAVEPOINT");
-  control.kind = TransactionControl::Kind::RollbackTo;
-  return reader_.ReadName(&control.savepoint, 931);
+  out->savepoint = Name(931);
 }
 
 // begin [owner.]package.procedure[(name=>value, ...)]; end;
-Status StatementParser::ParseBlock(Statement* out) {
-  const Status failure = {
-      6550,
-      "line 1, column 7:\nPLS-00103: not a call that this database knows: " + Shortened(sql_)};
-  ProcedureCall& call = out->emplace<ProcedureCall>();
-  reader_.Advance();
-  std::vector<std::string> parts;
-  do {
-    if (!reader_.ReadName(&parts.emplace_back(), 6550).ok()) return failure;
-  } while (reader_.TakeSymbol("."));
-  if (parts.size() == 3 && parts[0] == "SYS") parts.erase(parts.begin());
-  if (parts.size() != 2) return failure;
-  call.name = parts[0] + "." + parts[1];
-  if (reader_.TakeSymbol("(") && !reader_.TakeSymbol(")")) {
+void Parser::ParseBlock(ProcedureCall* out) {
+  constexpr int kFailed = 6550;
+  out->name = Name(kFailed);
+  while (Take(".")) out->name += "." + Name(kFailed);
+  if (out->name.starts_with("SYS.")) out->name.erase(0, 4);
+  if (Take("(") && !Take(")")) {
     do {
-      if (!ParseArgument(&call.arguments.emplace_back()).ok()) return failure;
-    } while (reader_.TakeSymbol(","));
-    if (!reader_.TakeSymbol(")")) return failure;
+      ParseArgument(&out->arguments.emplace_back());
+    } while (Take(","));
+    Need(")", kFailed);
   }
-  const bool ended = reader_.TakeSymbol(";") && reader_.TakeWord("END") && reader_.TakeSymbol(";");
-  return ended && reader_.AtEnd() ? Status() : failure;
+  for (const std::string_view word : {";", "END", ";"}) Need(word, kFailed);
 }
 
 // name => value, where value is a literal, a number or a sum of package constants.
-Status StatementParser::ParseArgument(ProcedureArgument* out) {
-  if (Status status = reader_.ReadName(&out->name, 6550); !status.ok()) return status;
-  if (Status status = reader_.NeedSymbol("=>", 6550); !status.ok()) return status;
-  if (reader_.Current().kind != TokenKind::Word) return expressions_.ParseValue(&out->value);
+void Parser::ParseArgument(ProcedureArgument* out) {
+  constexpr int kFailed = 6550;
+  out->name = Name(kFailed);
+  Need("=>", kFailed);
+  if (Current().kind == TokenKind::String || Current().kind == TokenKind::Number) {
+    out->value = Current().text;
+    Advance();
+    return;
+  }
   do {
-    ObjectName constant;
-    if (Status status = reader_.ReadObjectName(&constant, 6550); !status.ok()) return status;
+    const ObjectName constant = Object(kFailed);
     out->constants.push_back(constant.owner + "." + constant.name);
-  } while (reader_.TakeSymbol("+"));
-  return {};
+  } while (Take("+"));
 }
 
 }  // namespace quillmere::sandbox

@@ -1,62 +1,69 @@
-// The statement part of the grammar. Private to sql/.
+// The grammar, by recursive descent. No function says whether it failed: the reader keeps the first
+// error, and whoever began looks at status() at the end. Private to sql/.
 #pragma once
 
-#include "sandbox/sql/expression_parser.h"
+#include "sandbox/sql/token_reader.h"
 
 namespace quillmere::sandbox {
 
-class StatementParser {
+class Parser : public TokenReader {
  public:
-  StatementParser(std::string_view sql, const std::vector<Token>& tokens)
-      : sql_(sql), reader_(tokens), expressions_(reader_) {}
+  // Both must outlive the parser.
+  Parser(std::string_view sql, const std::vector<Token>& tokens) : TokenReader(tokens), sql_(sql) {}
 
-  Status Parse(Statement* out);
+  void Parse(Statement* out);
+  // A value: literals, columns, functions, + - * / ||, or what stands in parentheses. Never null.
+  ExprPtr Value();
 
  private:
-  // DML and control (statement_parser.cpp)
-  Status ParseInsert(Statement* out);
-  Status ParseValueList(std::vector<ExprPtr>* out);
-  Status ParseUpdate(Statement* out);
-  Status ParseDelete(Statement* out);
-  Status ParseWhere(ExprPtr* out);
-  Status ParseControl(Statement* out);
-  Status ParseBlock(Statement* out);
-  Status ParseArgument(ProcedureArgument* out);
-  Status NotUnderstood() const;
+  // Expressions and queries (expression_parser.cpp). Whether a condition stands where one is wanted
+  // is judged when the statement is compiled.
+  ExprPtr Condition();
+  ExprPtr Conjunction();
+  ExprPtr Negation();
+  ExprPtr Predicate();
+  ExprPtr PredicateOf(ExprPtr left);
+  ExprPtr Term();
+  ExprPtr Factor();
+  ExprPtr Primary();
+  ExprPtr NameOrCall();
+  ExprPtr Arguments(ExprPtr call);
+  ExprPtr Nested(ExprPtr (Parser::*inside)());
+  ExprPtr Make(ExprOp op, std::string_view text = {}, ExprPtr first = nullptr,
+               ExprPtr second = nullptr);
+  void AddArgument(Expr* expr, ExprPtr argument);
+  ExprPtr Exists();
+  Select Query();
+  SelectItem QueryItem();
+  OrderItem QueryOrder();
 
-  // Tables and indexes (table_parser.cpp)
-  Status ParseCreateTable(Statement* out);
-  Status ParseTableElement(CreateTable* table);
-  Status ParseColumn(ColumnDef* out);
-  Status ParseColumnOptions(ColumnDef* column);
-  Status ParseType(TypeName* out);
-  Status ParseTypeSize(TypeName* type);
-  Status ParseTimestampTail(TypeName* type);
-  Status ParseInlineConstraint(std::string name, ColumnDef* column, bool* found);
-  Status ParseTableConstraint(ConstraintDef* out);
-  Status ParseReferences(ConstraintDef* out);
-  Status ParseConstraintState(ConstraintDef* out);
-  Status ParseTableOptions(CreateTable* out);
-  bool StartsTableConstraint() const;
+  // DML, control and procedures (statement_parser.cpp)
+  void ParseInsert(Insert* out);
+  void ParseUpdate(Update* out);
+  void ParseDelete(Delete* out);
+  ExprPtr ValueOrDefault();
+  ExprPtr Where();
+  void ParseControl(TransactionControl* out);
+  void ParseBlock(ProcedureCall* out);
+  void ParseArgument(ProcedureArgument* out);
+  void NotUnderstood() { Fail(Ora(900, Shortened(sql_))); }
 
-  // The rest of DDL (ddl_parser.cpp)
-  Status ParseCreate(Statement* out);
-  Status ParseCreateIndex(bool unique, Statement* out);
-  Status ParseAlter(Statement* out);
-  Status ParseAlterTable(Statement* out);
-  Status ParseAlterTableAdd(AlterTable* out);
-  Status ParseAlterTableDrop(AlterTable* out);
-  Status ParseAlterIndex(Statement* out);
-  Status ParseAlterSession(Statement* out);
-  Status ParseDrop(Statement* out);
-  Status ParseUser(bool create, Statement* out);
-  Status ParseGrant(bool revoke, Statement* out);
-  Status ParseAnalyze(Statement* out);
-  Status SkipRest();
+  // Tables, indexes, users and grants (ddl_parser.cpp)
+  void ParseCreate(Statement* out);
+  void ParseAlter(Statement* out);
+  void ParseDrop(ObjectChange* out);
+  void ParseCreateTable(TableDefinition* out);
+  void ParseTableElement(TableDefinition* out);
+  void ParseColumn(TableDefinition* out);
+  bool TakeKey(ConstraintDef* out);  // PRIMARY KEY or UNIQUE
+  void ParseReferences(ConstraintDef* out);
+  TypeName Type();
+  void ParseTablespace(std::string* out);
+  void ParseUser(bool create, UserStatement* out);
+  void ParseGrant(bool revoke, GrantStatement* out);
 
   std::string_view sql_;
-  TokenReader reader_;
-  ExpressionParser expressions_;
+  int depth_ = 0;
 };
 
 }  // namespace quillmere::sandbox

@@ -5,6 +5,8 @@
 
 namespace quillmere::sandbox {
 
+namespace {
+
 bool IsReservedWord(std::string_view word) {
   static constexpr std::string_view kReserved[] = {
       "ACCESS",    "ADD",      "ALL",        "ALTER",      "AND",      "ANY",        "AS",
@@ -26,44 +28,78 @@ bool IsReservedWord(std::string_view word) {
   return std::binary_search(std::begin(kReserved), std::end(kReserved), word);
 }
 
-Status TokenReader::ReadName(std::string* out, int error) {
-  const Token& token = Current();
-  const bool is_name = token.kind == TokenKind::QuotedName ||
-                       (token.kind == TokenKind::Word && !IsReservedWord(token.text));
-  if (!is_name) return Ora(error);
-  *out = token.text;
+}  // namespace
+
+bool TokenReader::Matches(const Token& token, std::string_view text) {
+  return (token.kind == TokenKind::Word || token.kind == TokenKind::Symbol) && token.text == text;
+}
+
+void TokenReader::Fail(const Status& status) {
+  if (!status_.ok()) return;
+  status_ = status;
+  at_ = tokens_.size() - 1;
+}
+
+const Token& TokenReader::Ahead(std::size_t count) const {
+  return tokens_[std::min(at_ + count, tokens_.size() - 1)];
+}
+
+void TokenReader::Advance() {
+  if (at_ + 1 < tokens_.size()) ++at_;
+}
+
+bool TokenReader::Take(std::string_view text) {
+  if (!Is(text)) return false;
   Advance();
-  return {};
+  return true;
 }
 
-Status TokenReader::ReadObjectName(ObjectName* out, int error) {
-  if (Status status = ReadName(&out->name, error); !status.ok()) return status;
-  out->owner.clear();
-  if (!TakeSymbol(".")) return {};
-  out->owner = std::move(out->name);
-  return ReadName(&out->name, error);
+void TokenReader::Need(std::string_view text, int error) {
+  if (Take(text)) return;
+  const int usual = text == "(" ? 906 : text == ")" ? 907 : text == "=" ? 927 : 905;
+  Fail(Ora(error == 0 ? usual : error));
 }
 
-Status TokenReader::ReadNameList(std::vector<std::string>* out) {
-  if (Status status = NeedSymbol("(", 906); !status.ok()) return status;
+bool TokenReader::IsName() const {
+  const Token& token = Current();
+  return token.kind == TokenKind::QuotedName ||
+         (token.kind == TokenKind::Word && !IsReservedWord(token.text));
+}
+
+std::string TokenReader::Name(int error) {
+  if (!IsName()) Fail(Ora(error));
+  std::string name = Current().text;
+  Advance();
+  return name;
+}
+
+ObjectName TokenReader::Object(int error) {
+  ObjectName object{"", Name(error)};
+  if (!Take(".")) return object;
+  return {std::move(object.name), Name(error)};
+}
+
+std::vector<std::string> TokenReader::Names() {
+  std::vector<std::string> names;
+  Need("(");
   do {
-    std::string name;
-    if (Status status = ReadName(&name, 904); !status.ok()) return status;
-    out->push_back(std::move(name));
-  } while (TakeSymbol(","));
-  return NeedSymbol(")", 907);
+    names.push_back(Name(904));
+  } while (Take(","));
+  Need(")");
+  return names;
 }
 
-Status TokenReader::ReadInteger(int* out, int error) {
-  const bool negative = TakeSymbol("-");
-  const Token& token = Current();
-  if (token.kind != TokenKind::Number) return Ora(error);
-  const char* end = token.text.data() + token.text.size();
-  const auto [stop, failure] = std::from_chars(token.text.data(), end, *out);
-  if (failure != std::errc() || stop != end) return Ora(error);
-  if (negative) *out = -*out;
+int TokenReader::Integer(int error) {
+  const bool negative = Take("-");
+  const std::string& text = Current().text;
+  int value = 0;
+  const char* end = text.data() + text.size();
+  const auto [stop, failure] = std::from_chars(text.data(), end, value);
+  if (Current().kind != TokenKind::Number || failure != std::errc() || stop != end) {
+    Fail(Ora(error));
+  }
   Advance();
-  return {};
+  return negative ? -value : value;
 }
 
 }  // namespace quillmere::sandbox

@@ -1,4 +1,6 @@
-// A position in a token list, with the questions a recursive parser asks. Private to sql/.
+// A position in a token list that keeps its first error. From then on the list seems to be at its
+// end: a parser goes on asking without harm, finds nothing, and looks at the outcome once. Private
+// to sql/.
 #pragma once
 
 #include <string_view>
@@ -12,61 +14,38 @@ namespace quillmere::sandbox {
 
 class TokenReader {
  public:
+  // `tokens` must outlive the reader and end with an End token.
   explicit TokenReader(const std::vector<Token>& tokens) : tokens_(tokens) {}
 
+  const Status& status() const { return status_; }
+  // Keeps the error unless there is one already.
+  void Fail(const Status& status);
+
   const Token& Current() const { return tokens_[at_]; }
-  const Token& Ahead(std::size_t count = 1) const {
-    return tokens_[at_ + count < tokens_.size() ? at_ + count : tokens_.size() - 1];
-  }
-  std::size_t Index() const { return at_; }
-  void Advance() {
-    if (at_ + 1 < tokens_.size()) ++at_;
-  }
+  const Token& Ahead(std::size_t count = 1) const;
   bool AtEnd() const { return Current().kind == TokenKind::End; }
+  void Advance();
 
-  bool IsWord(std::string_view word) const {
-    return Current().kind == TokenKind::Word && Current().text == word;
-  }
-  bool IsSymbol(std::string_view symbol) const {
-    return Current().kind == TokenKind::Symbol && Current().text == symbol;
-  }
-  bool AheadIsWord(std::string_view word) const {
-    return Ahead().kind == TokenKind::Word && Ahead().text == word;
-  }
-  bool AheadIsSymbol(std::string_view symbol) const {
-    return Ahead().kind == TokenKind::Symbol && Ahead().text == symbol;
-  }
-  bool TakeWord(std::string_view word) {
-    if (!IsWord(word)) return false;
-    Advance();
-    return true;
-  }
-  bool TakeSymbol(std::string_view symbol) {
-    if (!IsSymbol(symbol)) return false;
-    Advance();
-    return true;
-  }
-  Status NeedWord(std::string_view word, int error = 905) {
-    return TakeWord(word) ? Status() : Ora(error);
-  }
-  Status NeedSymbol(std::string_view symbol, int error) {
-    return TakeSymbol(symbol) ? Status() : Ora(error);
-  }
+  // Keywords and symbols alike.
+  bool Is(std::string_view text) const { return Matches(Current(), text); }
+  bool NextIs(std::string_view text) const { return Matches(Ahead(), text); }
+  bool Take(std::string_view text);
+  // Fails with `error`, or with the usual one for a text that is missing, when it is not there.
+  void Need(std::string_view text, int error = 0);
 
-  // A name that is no reserved word; `error` when there is none.
-  Status ReadName(std::string* out, int error);
-  // [owner.]name
-  Status ReadObjectName(ObjectName* out, int error);
-  // (name, name, ...)
-  Status ReadNameList(std::vector<std::string>* out);
-  // A whole number, with an optional sign.
-  Status ReadInteger(int* out, int error);
+  // A name that is no reserved word. Failed, these give something empty.
+  bool IsName() const;
+  std::string Name(int error);
+  ObjectName Object(int error);      // [owner.]name
+  std::vector<std::string> Names();  // (name, name, ...)
+  int Integer(int error);            // with an optional sign
+
+  static bool Matches(const Token& token, std::string_view text);
 
  private:
   const std::vector<Token>& tokens_;
   std::size_t at_ = 0;
+  Status status_;
 };
-
-bool IsReservedWord(std::string_view word);
 
 }  // namespace quillmere::sandbox

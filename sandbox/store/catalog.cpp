@@ -1,5 +1,7 @@
 #include "sandbox/store/catalog.h"
 
+#include "sandbox/store/sql_runner.h"
+
 namespace quillmere::sandbox {
 
 namespace {
@@ -9,37 +11,33 @@ std::optional<int> OptionalInt(const SqliteStatement& row, int column) {
   return static_cast<int>(row.Int(column));
 }
 
-Status LoadColumns(SqliteConnection* connection, Table* table) {
-  SqliteStatement* rows = nullptr;
-  Status status = connection->Cached(
+void LoadColumns(SqlRunner* sql, Table* table) {
+  sql->Each(
       "SELECT id, name, type_code, data_type, data_length, data_precision, data_scale, char_length,"
-      " char_used = 'C', nullable, default_text FROM qm_column WHERE table_id = ? ORDER BY "
-      "position",
-      &rows);
-  if (!status.ok()) return status;
-  rows->BindInt(1, table->id);
-  bool row = false;
-  while ((status = rows->Step(&row)).ok() && row) {
-    Column& column = table->columns.emplace_back();
-    column.id = rows->Int(0);
-    column.name = rows->Text(1);
-    column.type.code = static_cast<TypeCode>(rows->Int(2));
-    column.type.name = rows->Text(3);
-    column.type.data_length = static_cast<int>(rows->Int(4));
-    column.type.precision = OptionalInt(*rows, 5);
-    column.type.scale = OptionalInt(*rows, 6);
-    column.type.char_length = static_cast<int>(rows->Int(7));
-    column.type.in_characters = rows->Int(8) != 0;
-    column.nullable = rows->Int(9) != 0;
-    column.default_text = rows->Text(10);
-  }
-  return status;
+      " char_used = 'C', nullable, default_text FROM qm_column WHERE table_id = ?"
+      " ORDER BY position",
+      [table](const SqliteStatement& row) {
+        Column& column = table->columns.emplace_back();
+        column.id = row.Int(0);
+        column.name = row.Text(1);
+        column.type.code = static_cast<TypeCode>(row.Int(2));
+        column.type.name = row.Text(3);
+        column.type.data_length = static_cast<int>(row.Int(4));
+        column.type.precision = OptionalInt(row, 5);
+        column.type.scale = OptionalInt(row, 6);
+        column.type.char_length = static_cast<int>(row.Int(7));
+        column.type.in_characters = row.Int(8) != 0;
+        column.nullable = row.Int(9) != 0;
+        column.default_text = row.Text(10);
+        table->by_name.emplace(column.name, table->columns.size() - 1);
+      },
+      table->id);
 }
 
 // Keys that constraints make, then unique indexes made by hand.
-Status LoadKeys(SqliteConnection* connection, Table* table) {
-  SqliteStatement* rows = nullptr;
-  Status status = connection->Cached(
+void LoadKeys(SqlRunner* sql, Table* table) {
+  std::int64_t current = 0;
+  sql->Each(
       "SELECT c.id, c.owner, c.name, c.type = 'P', k.column_id, k.position FROM qm_constraint c"
       " JOIN qm_constraint_column k ON k.constraint_id = c.id"
       " WHERE c.table_id = ?1 AND c.type IN ('P', 'U')"
@@ -47,75 +45,60 @@ Status LoadKeys(SqliteConnection* connection, Table* table) {
       " JOIN qm_index_column k ON k.index_id = i.id"
       " WHERE i.table_id = ?1 AND i.is_unique AND i.constraint_id IS NULL"
       " ORDER BY 1, 6",
-      &rows);
-  if (!status.ok()) return status;
-  rows->BindInt(1, table->id);
-  bool row = false;
-  std::int64_t current = 0;
-  while ((status = rows->Step(&row)).ok() && row) {
-    if (rows->Int(0) != current) {
-      current = rows->Int(0);
-      UniqueKey& key = table->keys.emplace_back();
-      key.constraint_id = current > 0 ? current : 0;
-      key.owner = rows->Text(1);
-      key.name = rows->Text(2);
-      key.primary = rows->Int(3) != 0;
-    }
-    const int position = table->FindColumnId(rows->Int(4));
-    if (position >= 0) table->keys.back().columns.push_back(static_cast<std::size_t>(position));
-  }
-  return status;
+      [table, &current](const SqliteStatement& row) {
+        if (row.Int(0) != current) {
+          current = row.Int(0);
+          UniqueKey& key = table->keys.emplace_back();
+          key.constraint_id = current > 0 ? current : 0;
+          key.owner = row.Text(1);
+          key.name = row.Text(2);
+          key.sql_index =
+              current > 0 ? "k" + std::to_string(current) : "i" + std::to_string(-current);
+          key.primary = row.Int(3) != 0;
+        }
+        const auto column = static_cast<std::size_t>(table->FindColumnId(row.Int(4)));
+        if (row.Int(3) != 0) table->columns.at(column).nullable = false;
+        table->keys.back().columns.push_back(column);
+      },
+      table->id);
 }
 
-Status LoadForeignKeys(SqliteConnection* connection, const std::string& condition,
-                       std::int64_t table_id, std::vector<ForeignKey>* out) {
-  SqliteStatement* rows = nullptr;
-  Status status = connection->Cached(
-      "SELECT c.id, c.owner, c.name, c.delete_rule, c.table_id, r.table_id, k.column_id, "
-      "q.column_id"
-      " FROM qm_constraint c JOIN qm_constraint r ON r.id = c.ref_id"
+void LoadForeignKeys(SqlRunner* sql, const std::string& side, std::int64_t table_id,
+                     std::vector<ForeignKey>* out) {
+  sql->Each(
+      "SELECT c.id, c.owner, c.name, c.delete_rule, c.table_id, r.table_id, k.column_id,"
+      " q.column_id FROM qm_constraint c JOIN qm_constraint r ON r.id = c.ref_id"
       " JOIN qm_constraint_column k ON k.constraint_id = c.id"
       " JOIN qm_constraint_column q ON q.constraint_id = r.id AND q.position = k.position"
       " WHERE " +
-          condition + " = ? AND c.type = 'R' ORDER BY c.id, k.position",
-      &rows);
-  if (!status.ok()) return status;
-  rows->BindInt(1, table_id);
-  bool row = false;
-  while ((status = rows->Step(&row)).ok() && row) {
-    if (out->empty() || out->back().constraint_id != rows->Int(0)) {
-      ForeignKey& key = out->emplace_back();
-      key.constraint_id = rows->Int(0);
-      key.owner = rows->Text(1);
-      key.name = rows->Text(2);
-      key.delete_rule = rows->Text(3);
-      key.child_table = rows->Int(4);
-      key.parent_table = rows->Int(5);
-    }
-    out->back().child_columns.push_back(rows->Int(6));
-    out->back().parent_columns.push_back(rows->Int(7));
-  }
-  return status;
-}
-
-Status LoadTable(SqliteConnection* connection, Table* table) {
-  Status status = LoadColumns(connection, table);
-  if (status.ok()) status = LoadKeys(connection, table);
-  if (const UniqueKey* key = table->PrimaryKey()) {
-    for (const std::size_t column : key->columns) table->columns[column].nullable = false;
-  }
-  if (status.ok()) status = LoadForeignKeys(connection, "c.table_id", table->id, &table->parents);
-  if (status.ok()) status = LoadForeignKeys(connection, "r.table_id", table->id, &table->children);
-  return status;
+          side + ".table_id = ? AND c.type = 'R' ORDER BY c.id, k.position",
+      [out](const SqliteStatement& row) {
+        if (out->empty() || out->back().constraint_id != row.Int(0)) {
+          ForeignKey& key = out->emplace_back();
+          key.constraint_id = row.Int(0);
+          key.owner = row.Text(1);
+          key.name = row.Text(2);
+          key.delete_rule = row.Text(3);
+          key.child_table = row.Int(4);
+          key.parent_table = row.Int(5);
+        }
+        out->back().child_columns.push_back(row.Int(6));
+        out->back().parent_columns.push_back(row.Int(7));
+      },
+      table_id);
 }
 
 }  // namespace
 
-int Table::FindColumn(std::string_view column) const {
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    if (columns[i].name == column) return static_cast<int>(i);
-  }
-  return -1;
+std::string Table::SqlColumns() const {
+  std::string sql;
+  for (const Column& column : columns) sql += (sql.empty() ? "" : ",") + column.SqlName();
+  return sql;
+}
+
+int Table::FindColumn(const std::string& column) const {
+  const auto found = by_name.find(column);
+  return found == by_name.end() ? -1 : static_cast<int>(found->second);
 }
 
 int Table::FindColumnId(std::int64_t column_id) const {
@@ -144,19 +127,12 @@ Status Catalog::FindTable(SqliteConnection* connection, const std::string& owner
     *out = found->second;
     return {};
   }
-  SqliteStatement* row = nullptr;
-  Status status = connection->Cached("SELECT id FROM qm_table WHERE owner = ? AND name = ?", &row);
-  if (!status.ok()) return status;
-  row->BindText(1, owner);
-  row->BindText(2, name);
-  bool found = false;
-  if (status = row->Step(&found); !status.ok()) return status;
-  if (!found) return Ora(942);
-  const std::int64_t id = row->Int(0);
-  row->Reset();
-  if (status = FindTableById(connection, id, out); !status.ok()) return status;
-  by_name_.emplace(key, *out);
-  return {};
+  SqlRunner sql(connection);
+  const auto id = sql.Int("SELECT id FROM qm_table WHERE owner = ? AND name = ?", owner, name);
+  if (!id) return sql.ok() ? Ora(942) : sql.status();
+  Status status = FindTableById(connection, *id, out);
+  if (status.ok()) by_name_.emplace(key, *out);
+  return status;
 }
 
 Status Catalog::FindTableById(SqliteConnection* connection, std::int64_t id, TablePtr* out) {
@@ -166,20 +142,23 @@ Status Catalog::FindTableById(SqliteConnection* connection, std::int64_t id, Tab
     return {};
   }
   if (by_id_.size() >= kMost) Clear();
-  SqliteStatement* row = nullptr;
-  Status status = connection->Cached("SELECT owner, name, shape FROM qm_table WHERE id = ?", &row);
-  if (!status.ok()) return status;
-  row->BindInt(1, id);
-  bool found = false;
-  if (status = row->Step(&found); !status.ok()) return status;
-  if (!found) return Ora(942);
   auto table = std::make_shared<Table>();
-  table->id = id;
-  table->owner = row->Text(0);
-  table->name = row->Text(1);
-  table->shape = row->Int(2);
-  row->Reset();
-  if (status = LoadTable(connection, table.get()); !status.ok()) return status;
+  SqlRunner sql(connection);
+  sql.Each(
+      "SELECT id, owner, name, shape FROM qm_table WHERE id = ?",
+      [&table](const SqliteStatement& row) {
+        table->id = row.Int(0);
+        table->owner = row.Text(1);
+        table->name = row.Text(2);
+        table->shape = row.Int(3);
+      },
+      id);
+  LoadColumns(&sql, table.get());
+  LoadKeys(&sql, table.get());
+  LoadForeignKeys(&sql, "c", id, &table->parents);
+  LoadForeignKeys(&sql, "r", id, &table->children);
+  if (!sql.ok()) return sql.status();
+  if (table->id != id) return Ora(942);
   *out = table;
   by_id_.emplace(id, *out);
   return {};

@@ -90,8 +90,7 @@ Status CreateDatabase(const DatabasePath& path, const std::string& password) {
   std::string reason;
   if (!MakePrivateFile(path.file, &reason)) return {1119, reason};
   std::unique_ptr<SqliteConnection> connection;
-  Status status =
-      SqliteConnection::Open(path.file.string(), SqliteConnection::Mode::ReadWrite, &connection);
+  Status status = SqliteConnection::Open(path.file.string(), &connection);
   if (status.ok()) status = FillDatabase(connection.get(), password);
   if (status.ok()) return {};
   connection.reset();
@@ -101,12 +100,11 @@ Status CreateDatabase(const DatabasePath& path, const std::string& password) {
   return status;
 }
 
-Status OpenDatabase(const DatabasePath& path, SqliteConnection::Mode mode,
-                    std::unique_ptr<SqliteConnection>* out) {
+Status OpenDatabase(const DatabasePath& path, std::unique_ptr<SqliteConnection>* out) {
   std::error_code error;
   if (!std::filesystem::exists(path.file, error)) return Ora(12154);
   std::unique_ptr<SqliteConnection> connection;
-  Status status = SqliteConnection::Open(path.file.string(), mode, &connection);
+  Status status = SqliteConnection::Open(path.file.string(), &connection);
   if (!status.ok()) return status;
   sqlite3_busy_timeout(connection->handle(), 5000);
   std::unique_ptr<SqliteStatement> format;

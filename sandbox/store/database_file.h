@@ -23,7 +23,6 @@ bool FindDatabasePath(const std::filesystem::path& directory, const std::string&
 Status CreateDatabase(const DatabasePath& path, const std::string& password);
 
 // ORA-12154 when there is no such file.
-Status OpenDatabase(const DatabasePath& path, SqliteConnection::Mode mode,
-                    std::unique_ptr<SqliteConnection>* out);
+Status OpenDatabase(const DatabasePath& path, std::unique_ptr<SqliteConnection>* out);
 
 }  // namespace quillmere::sandbox

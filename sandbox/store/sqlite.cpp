@@ -28,6 +28,7 @@ Status SqliteError(sqlite3* db) {
     return Ora(900, "expression nests too deeply");
   }
   if (message.find("misuse of aggregate") != std::string::npos) return Ora(934);
+  if (message.starts_with("ESCAPE expression")) return Ora(1425);
   switch (code & 0xFF) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
@@ -91,14 +92,11 @@ std::string_view SqliteStatement::Text(int column) const {
   return bytes == nullptr ? std::string_view() : std::string_view(bytes, size);
 }
 
-Status SqliteConnection::Open(const std::string& path, Mode mode,
-                              std::unique_ptr<SqliteConnection>* out) {
+Status SqliteConnection::Open(const std::string& path, std::unique_ptr<SqliteConnection>* out) {
   sqlite3* db = nullptr;
-  int flags = SQLITE_OPEN_READWRITE;
-  if (mode == Mode::Create) flags |= SQLITE_OPEN_CREATE;
-  if (mode == Mode::ReadOnly) flags = SQLITE_OPEN_READONLY;
   // A connection is used by one thread at a time: its session's lock sees to that.
-  const int result = sqlite3_open_v2(path.c_str(), &db, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+  constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX;
+  const int result = sqlite3_open_v2(path.c_str(), &db, kFlags, nullptr);
   std::unique_ptr<SqliteConnection> connection(new SqliteConnection(db));
   if (result != SQLITE_OK) return SqliteError(db);
   sqlite3_extended_result_codes(db, 1);

@@ -46,9 +46,8 @@ class SqliteStatement {
 
 class SqliteConnection {
  public:
-  enum class Mode { ReadWrite, Create, ReadOnly };
-
-  static Status Open(const std::string& path, Mode mode, std::unique_ptr<SqliteConnection>* out);
+  // Opens a file that is there.
+  static Status Open(const std::string& path, std::unique_ptr<SqliteConnection>* out);
   ~SqliteConnection();
   SqliteConnection(const SqliteConnection&) = delete;
   SqliteConnection& operator=(const SqliteConnection&) = delete;
@@ -60,12 +59,13 @@ class SqliteConnection {
   Status Cached(const std::string& sql, SqliteStatement** out);
   void ForgetCached() { cached_.clear(); }
 
-  // Called while another writer holds the file, with the milliseconds waited so far; false gives
-  // up. It sleeps by itself.
+  // Called while another writer holds the file, on the thread that waits for it; false gives up. It
+  // sleeps by itself.
   void SetBusyHandler(std::function<bool()> handler);
 
   bool InTransaction() const { return sqlite3_get_autocommit(db_) == 0; }
   std::int64_t LastRowId() const { return sqlite3_last_insert_rowid(db_); }
+  // Rows changed by the latest statement.
   std::int64_t Changes() const { return sqlite3_changes64(db_); }
   sqlite3* handle() { return db_; }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "sandbox/store/column_type.h"
@@ -26,6 +27,7 @@ struct UniqueKey {
   std::int64_t constraint_id = 0;  // 0: a unique index without constraint
   std::string owner;
   std::string name;
+  std::string sql_index;  // what SQLite calls the index that enforces it
   bool primary = false;
   std::vector<std::size_t> columns;  // positions in Table::columns
 };
@@ -47,13 +49,16 @@ struct Table {
   std::string name;
   std::int64_t shape = 0;  // its form in the redo
   std::vector<Column> columns;
+  std::unordered_map<std::string, std::size_t> by_name;  // positions in columns
   std::vector<UniqueKey> keys;
   std::vector<ForeignKey> parents;   // keys of this table that reference others
   std::vector<ForeignKey> children;  // keys of any table that reference this one
 
   std::string SqlName() const { return "t" + std::to_string(id); }
+  // "c7,c8"
+  std::string SqlColumns() const;
   // -1 when there is none.
-  int FindColumn(std::string_view column) const;
+  int FindColumn(const std::string& column) const;
   int FindColumnId(std::int64_t column_id) const;
   const UniqueKey* PrimaryKey() const;
 };

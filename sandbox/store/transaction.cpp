@@ -2,62 +2,56 @@
 
 #include <algorithm>
 
+#include "sandbox/store/sql_runner.h"
+
 namespace quillmere::sandbox {
 
-Status Transaction::Run(const char* sql) {
-  SqliteStatement* statement = nullptr;
-  if (Status status = writer_->Cached(sql, &statement); !status.ok()) return status;
-  return statement->Run();
+namespace {
+
+// A transaction that begins below it has SCNs enough.
+constexpr std::int64_t kMaxScn = 1LL << 62;
+
+}  // namespace
+
+Status Transaction::Run(const std::string& sql) {
+  SqlRunner runner(writer_);
+  runner.Run(sql);
+  return runner.status();
 }
 
 Status Transaction::Begin() {
   if (active_) return {};
-  if (Status status = Run("BEGIN IMMEDIATE"); !status.ok()) return status;
+  SqlRunner sql(writer_);
+  sql.Run("BEGIN IMMEDIATE");
+  if (!sql.ok()) return sql.status();
   active_ = true;
   changed_ = false;
-  SqliteStatement* meta = nullptr;
-  Status status = writer_->Cached("SELECT scn, dict_version FROM qm_meta WHERE id = 1", &meta);
-  bool row = false;
-  if (status.ok()) status = meta->Step(&row);
-  if (status.ok() && !row) status = {1578, "the database file has lost its head record"};
-  if (!status.ok()) {
-    Rollback();
-    return status;
-  }
-  scn_ = meta->Int(0);
-  dictionary_version_ = meta->Int(1);
-  meta->Reset();
-  return {};
+  const auto scn = sql.Int("SELECT scn FROM qm_meta WHERE id = 1");
+  const auto version = sql.Int("SELECT dict_version FROM qm_meta WHERE id = 1");
+  if (!scn || !version) sql.Fail({1578, "the database file has lost its head record"});
+  scn_ = scn.value_or(0);
+  dictionary_version_ = version.value_or(0);
+  if (scn_ < 0 || scn_ >= kMaxScn) sql.Fail(Ora(19706));
+  if (!sql.ok()) Rollback();
+  return sql.status();
 }
 
 Status Transaction::Commit() {
-  if (!active_) {
-    savepoints_.clear();
-    return {};
+  Status status;
+  if (active_ && changed_) {
+    status = guard_([this] {
+      SqlRunner sql(writer_);
+      sql.Run("UPDATE qm_meta SET scn = ? WHERE id = 1", scn_ + 1);
+      sql.Run("COMMIT");
+      return sql.status();
+    });
   }
-  if (!changed_) {
-    Rollback();
-    return {};
-  }
-  const Status status = guard_([this]() -> Status {
-    SqliteStatement* update = nullptr;
-    Status done = writer_->Cached("UPDATE qm_meta SET scn = ? WHERE id = 1", &update);
-    if (!done.ok()) return done;
-    update->BindInt(1, scn_ + 1);
-    if (done = update->Run(); !done.ok()) return done;
-    return Run("COMMIT");
-  });
-  if (!status.ok()) {
-    Rollback();
-    return status;
-  }
-  active_ = false;
-  changed_ = false;
-  savepoints_.clear();
-  return {};
+  // What is left open is a failure, or had nothing to commit.
+  Rollback();
+  return status;
 }
 
-void Transaction::Rollback() {
+void Transaction::End() {
   // SQLite may have rolled back by itself, after a full disk for instance.
   if (writer_->InTransaction() && !Run("ROLLBACK").ok()) {
     writer_->ForgetCached();
@@ -65,34 +59,24 @@ void Transaction::Rollback() {
   }
   active_ = false;
   changed_ = false;
+}
+
+void Transaction::Rollback() {
+  End();
   savepoints_.clear();
 }
 
 Status Transaction::BumpDictionary() {
   changed_ = true;
-  ++dictionary_version_;
-  SqliteStatement* update = nullptr;
-  Status status = writer_->Cached("UPDATE qm_meta SET dict_version = ? WHERE id = 1", &update);
-  if (!status.ok()) return status;
-  update->BindInt(1, dictionary_version_);
-  return update->Run();
-}
-
-Status Transaction::MarkStatement() {
-  return Run("SAVEPOINT qm_statement");
-}
-
-Status Transaction::KeepStatement() {
-  return Run("RELEASE qm_statement");
+  SqlRunner sql(writer_);
+  sql.Run("UPDATE qm_meta SET dict_version = ? WHERE id = 1", ++dictionary_version_);
+  return sql.status();
 }
 
 void Transaction::UndoStatement() {
-  if (!writer_->InTransaction()) {
-    // The failure was so grave that SQLite took the whole transaction back.
-    Rollback();
-    return;
-  }
-  if (!Run("ROLLBACK TO qm_statement").ok() || !Run("RELEASE qm_statement").ok()) Rollback();
+  const bool undone =
+      writer_->InTransaction() && Run("ROLLBACK TO qm_statement").ok() && KeepStatement().ok();
+  if (!undone) Rollback();
 }
 
 Status Transaction::SetSavepoint(const std::string& name) {
@@ -100,7 +84,7 @@ Status Transaction::SetSavepoint(const std::string& name) {
   Savepoint point{name, 0};
   if (active_) {
     point.number = next_savepoint_++;
-    Status status = writer_->Exec("SAVEPOINT qm_user" + std::to_string(point.number));
+    Status status = Run("SAVEPOINT qm_user" + std::to_string(point.number));
     if (!status.ok()) return status;
   }
   savepoints_.push_back(point);
@@ -111,14 +95,10 @@ Status Transaction::RollbackTo(const std::string& name) {
   const auto found = std::find_if(savepoints_.begin(), savepoints_.end(),
                                   [&name](const Savepoint& point) { return point.name == name; });
   if (found == savepoints_.end()) return Ora(1086, name);
-  if (found->number != 0) {
-    Status status = writer_->Exec("ROLLBACK TO qm_user" + std::to_string(found->number));
-    savepoints_.erase(found + 1, savepoints_.end());
-    return status;
-  }
-  std::vector<Savepoint> kept(savepoints_.begin(), found + 1);
-  Rollback();
-  savepoints_ = std::move(kept);
+  const int number = found->number;
+  savepoints_.erase(found + 1, savepoints_.end());
+  if (number != 0) return Run("ROLLBACK TO qm_user" + std::to_string(number));
+  End();
   return {};
 }
 

@@ -23,8 +23,10 @@ class Transaction {
   bool changed() const { return changed_; }
   std::int64_t dictionary_version() const { return dictionary_version_; }
 
-  // Waits for another writer to end; ORA-00054 when that takes too long.
+  // Waits for another writer to end; ORA-00054 when that takes too long, ORA-19706 when the SCNs
+  // are used up. Failed, there is no transaction.
   Status Begin();
+  // Failed, the transaction has been rolled back.
   Status Commit();
   void Rollback();
 
@@ -35,19 +37,25 @@ class Transaction {
   }
   // After the transaction's only statement was undone: nothing is left to commit.
   void ForgetChanges() { changed_ = false; }
+  // Ends a transaction that changed nothing, and its lock; savepoints set before it stay.
+  void LetGo() {
+    if (active_ && !changed_) End();
+  }
   // Says that the dictionary changed with this transaction.
   Status BumpDictionary();
 
-  // Statement-level atomicity: Mark before, then Keep or Undo.
-  Status MarkStatement();
-  Status KeepStatement();
+  // Statement-level atomicity: Mark before, then Keep or Undo, which always succeeds: where SQLite
+  // has taken the whole transaction back, that is rolled back here too.
+  Status MarkStatement() { return Run("SAVEPOINT qm_statement"); }
+  Status KeepStatement() { return Run("RELEASE qm_statement"); }
   void UndoStatement();
 
   Status SetSavepoint(const std::string& name);
   Status RollbackTo(const std::string& name);
 
  private:
-  Status Run(const char* sql);
+  Status Run(const std::string& sql);
+  void End();
 
   struct Savepoint {
     std::string name;

@@ -1,11 +1,10 @@
 #include "sandbox/tool/compare.h"
 
-#include <optional>
+#include <cstdlib>
 #include <ostream>
 #include <vector>
 
-#include "sandbox/store/catalog.h"
-#include "sandbox/store/run_sql.h"
+#include "sandbox/store/sql_runner.h"
 #include "sandbox/store/sqlite_functions.h"
 #include "sandbox/values/text.h"
 
@@ -16,128 +15,38 @@ namespace {
 constexpr std::size_t kMostShown = 50;  // lines about rows, all tables together
 constexpr std::size_t kMostShownPerTable = 10;
 
-// One side of the comparison, held in one read transaction: what is compared is one moment.
-class Side {
- public:
-  Status Open(const DatabasePath& path) {
-    Status status = OpenDatabase(path, SqliteConnection::Mode::ReadWrite, &connection_);
-    if (status.ok()) status = RegisterFunctions(connection_.get(), &context_);
-    return status.ok() ? connection_->Exec("BEGIN") : status;
-  }
-
-  Status TableNames(const std::string& owner, std::set<std::string>* out) {
-    SqliteStatement* rows = nullptr;
-    Status status = PrepareSql(connection_.get(),
-                               "SELECT owner || '.' || name FROM qm_table"
-                               " WHERE owner NOT IN ('SYS', 'SYSTEM') AND (?1 = '' OR owner = ?1)",
-                               &rows, owner);
-    bool row = false;
-    while (status.ok() && (status = rows->Step(&row)).ok() && row) {
-      out->emplace(rows->Text(0));
-    }
-    return status;
-  }
-
-  Status FindTable(const std::string& full_name, TablePtr* out) {
-    const std::size_t dot = full_name.find('.');
-    return catalog_.FindTable(connection_.get(), full_name.substr(0, dot),
-                              full_name.substr(dot + 1), out);
-  }
-
-  Status Rows(const Table& table, std::unique_ptr<SqliteStatement>* out) {
-    std::string columns;
-    std::string order;
-    for (std::size_t i = 0; i < table.columns.size(); ++i) {
-      columns += (i == 0 ? "" : ", ") + table.columns[i].SqlName();
-      order += (i == 0 ? "" : ", ") + table.columns[i].SqlName() + " COLLATE BINARY";
-    }
-    return connection_->Prepare(
-        "SELECT " + columns + " FROM " + table.SqlName() + " ORDER BY " + order, out);
-  }
-
- private:
-  EvalContext context_;
-  std::unique_ptr<SqliteConnection> connection_;
-  Catalog catalog_;
+// A table on one side.
+struct Side {
+  std::string sql_name;            // "other.t5"
+  std::string columns;             // "c7,c8"
+  std::string definition;          // "ID NUMBER(10,0) NOT NULL, ..."
+  std::vector<std::string> names;  // of its columns
 };
 
-// The rows of a table in order, one at a time.
-class RowStream {
- public:
-  Status Open(Side* side, const Table& table) {
-    width_ = table.columns.size();
-    Status status = side->Rows(table, &statement_);
-    return status.ok() ? Advance() : status;
-  }
-
-  Status Advance() {
-    if (Status status = statement_->Step(&valid_); !status.ok() || !valid_) return status;
-    row_.resize(width_);
-    for (std::size_t i = 0; i < width_; ++i) {
-      const int column = static_cast<int>(i);
-      row_[i].reset();
-      if (!statement_->IsNull(column)) row_[i] = std::string(statement_->Text(column));
-    }
-    return {};
-  }
-
-  bool valid() const { return valid_; }
-  const std::vector<std::optional<std::string>>& row() const { return row_; }
-
- private:
-  std::unique_ptr<SqliteStatement> statement_;
-  std::size_t width_ = 0;
-  std::vector<std::optional<std::string>> row_;
-  bool valid_ = false;
-};
-
-std::string Shown(const Table& table, const std::vector<std::optional<std::string>>& row) {
-  std::string text;
-  for (std::size_t i = 0; i < row.size(); ++i) {
-    text += (i == 0 ? "" : ", ") + table.columns[i].name + "=";
-    text += row[i] ? QuoteLiteral(Shortened(*row[i], 60)) : "NULL";
-  }
-  return Shortened(text, 400);
-}
-
-std::string ColumnList(const Table& table) {
-  std::string text;
-  for (const Column& column : table.columns) {
-    text += (text.empty() ? "" : ", ") + column.name + " " + column.type.name;
-    if (column.type.char_length > 0) text += "(" + std::to_string(column.type.char_length) + ")";
-    if (column.type.code == TypeCode::Number && column.type.scale) {
-      text += "(" + (column.type.precision ? std::to_string(*column.type.precision) : "*") + "," +
-              std::to_string(*column.type.scale) + ")";
-    }
-    if (!column.nullable) text += " NOT NULL";
-  }
-  return text;
-}
-
+// Both databases on one connection, "main" and "other", in one read transaction: what is compared
+// is one moment.
 class Comparison {
  public:
-  Comparison(const CompareOptions& options, std::ostream& out) : options_(options), out_(out) {}
+  Comparison(const CompareOptions& options, std::ostream& out, SqliteConnection* connection)
+      : options_(options), out_(out), sql_(connection) {}
 
-  Status Run(const DatabasePath& first, const DatabasePath& second) {
-    Status status = first_.Open(first);
-    if (status.ok()) status = second_.Open(second);
-    std::set<std::string> first_names;
-    std::set<std::string> second_names;
-    if (status.ok()) status = first_.TableNames(options_.owner, &first_names);
-    if (status.ok()) status = second_.TableNames("", &second_names);
-    if (!status.ok()) return status;
+  Status Run(const std::string& other_file) {
+    sql_.Run("ATTACH ? AS other", other_file);
+    sql_.Run("BEGIN");
+    const std::set<std::string> first_names = TableNames("main", options_.owner);
+    const std::set<std::string> second_names = TableNames("other", "");
     std::set<std::string> expected;
     for (const std::string& name : first_names) {
       const auto mapping = options_.mapped.find(name);
       const std::string other = mapping == options_.mapped.end() ? name : mapping->second;
       expected.insert(other);
       if (options_.excluded.contains(name)) continue;
-      if (!second_names.contains(other)) {
+      if (second_names.contains(other)) {
+        CompareTable(name, other);
+      } else {
         Say("table " + name + " is only in the first database" +
             (other == name ? "" : " (there is no " + other + " in the second)"));
-        continue;
       }
-      if (status = CompareTable(name, other); !status.ok()) return status;
     }
     for (const std::string& name : second_names) {
       const bool asked = options_.owner.empty() || name.starts_with(options_.owner + ".");
@@ -146,59 +55,97 @@ class Comparison {
       }
     }
     if (shown_rows_ > kMostShown) out_ << "... and more\n";
-    return {};
+    return sql_.status();
   }
 
   std::size_t differences() const { return differences_; }
 
  private:
+  std::set<std::string> TableNames(const std::string& database, const std::string& owner) {
+    std::set<std::string> names;
+    sql_.Each(
+        "SELECT owner || '.' || name FROM " + database +
+            ".qm_table WHERE owner NOT IN ('SYS', 'SYSTEM') AND (?1 = '' OR owner = ?1)",
+        [&names](const SqliteStatement& row) { names.emplace(row.Text(0)); }, owner);
+    return names;
+  }
+
+  Side Look(const std::string& database, const std::string& name) {
+    Side side;
+    const std::string in = database + ".";
+    sql_.Each(
+        "SELECT t.id, c.id, c.name, c.name || ' ' || c.data_type ||"
+        " iif(c.char_length > 0, '(' || c.char_length || ')', '') ||"
+        " iif(c.data_type = 'NUMBER' AND c.data_scale IS NOT NULL,"
+        " '(' || ifnull(c.data_precision, '*') || ',' || c.data_scale || ')', '') ||"
+        " iif(c.nullable AND NOT EXISTS (SELECT 1 FROM " +
+            in + "qm_constraint_column p JOIN " + in +
+            "qm_constraint k ON k.id = p.constraint_id AND k.type = 'P'"
+            " WHERE p.column_id = c.id), '', ' NOT NULL') FROM " +
+            in + "qm_column c JOIN " + in +
+            "qm_table t ON t.id = c.table_id WHERE t.owner || '.' || t.name = ? ORDER BY "
+            "c.position",
+        [&side, &in](const SqliteStatement& row) {
+          const char* comma = side.names.empty() ? "" : ", ";
+          side.sql_name = in + "t" + std::to_string(row.Int(0));
+          side.columns += comma + ("c" + std::to_string(row.Int(1)));
+          side.names.emplace_back(row.Text(2));
+          side.definition.append(comma).append(row.Text(3));
+        },
+        name);
+    return side;
+  }
+
   void Say(const std::string& line) {
     ++differences_;
     out_ << line << '\n';
   }
 
-  void SayRow(const std::string& name, char sign, const Table& table,
-              const std::vector<std::optional<std::string>>& row, std::size_t in_table) {
-    ++differences_;
-    if (in_table > kMostShownPerTable || ++shown_rows_ > kMostShown) return;
-    out_ << sign << ' ' << name << ": " << Shown(table, row) << '\n';
+  // Rows count one for the first side and minus one for the second: what does not add up to nothing
+  // is on one side only.
+  void CompareTable(const std::string& name, const std::string& other) {
+    const Side a = Look("main", name);
+    const Side b = Look("other", other);
+    if (a.definition != b.definition) {
+      return Say("table " + name + " has other columns: " + a.definition + " | " + b.definition);
+    }
+    std::string all;
+    for (std::size_t i = 0; i < a.names.size(); ++i) {
+      all += (i == 0 ? "" : ",") + std::to_string(i + 3);
+    }
+    std::size_t only_a = 0;
+    std::size_t only_b = 0;
+    sql_.Each("SELECT sum(side), * FROM (SELECT 1 AS side, " + a.columns + " FROM " + a.sql_name +
+                  " UNION ALL SELECT -1, " + b.columns + " FROM " + b.sql_name + ") GROUP BY " +
+                  all + " HAVING sum(side) <> 0 ORDER BY " + all,
+              [&](const SqliteStatement& row) {
+                const std::int64_t count = row.Int(0);
+                (count > 0 ? only_a : only_b) += static_cast<std::size_t>(std::abs(count));
+                SayRow(count, name, a, row, only_a + only_b);
+              });
+    if (only_a + only_b == 0) return;
+    out_ << "table " << name << ": " << only_a << " rows only in the first database, " << only_b
+         << " only in the second\n";
   }
 
-  Status CompareTable(const std::string& name, const std::string& other) {
-    TablePtr a;
-    TablePtr b;
-    Status status = first_.FindTable(name, &a);
-    if (status.ok()) status = second_.FindTable(other, &b);
-    if (!status.ok()) return status;
-    if (ColumnList(*a) != ColumnList(*b)) {
-      Say("table " + name + " has other columns: " + ColumnList(*a) + " | " + ColumnList(*b));
-      return {};
+  void SayRow(std::int64_t count, const std::string& name, const Side& side,
+              const SqliteStatement& row, std::size_t in_table) {
+    differences_ += static_cast<std::size_t>(std::abs(count));
+    if (in_table > kMostShownPerTable || ++shown_rows_ > kMostShown) return;
+    std::string text;
+    for (std::size_t i = 0; i < side.names.size(); ++i) {
+      const int column = static_cast<int>(i) + 2;
+      text += (i == 0 ? "" : ", ") + side.names[i] + "=";
+      text += row.IsNull(column) ? "NULL" : QuoteLiteral(Shortened(row.Text(column), 60));
     }
-    RowStream left;
-    RowStream right;
-    status = left.Open(&first_, *a);
-    if (status.ok()) status = right.Open(&second_, *b);
-    std::size_t only_left = 0;
-    std::size_t only_right = 0;
-    while (status.ok() && (left.valid() || right.valid())) {
-      const bool take_left = left.valid() && (!right.valid() || left.row() < right.row());
-      const bool take_right = right.valid() && (!left.valid() || right.row() < left.row());
-      if (take_left) SayRow(name, '-', *a, left.row(), ++only_left);
-      if (take_right) SayRow(name, '+', *b, right.row(), ++only_right);
-      if (!take_right) status = left.Advance();
-      if (status.ok() && !take_left) status = right.Advance();
-    }
-    if (only_left + only_right > 0) {
-      out_ << "table " << name << ": " << only_left << " rows only in the first database, "
-           << only_right << " only in the second\n";
-    }
-    return status;
+    out_ << (count > 0 ? "- " : "+ ") << name << ": " << Shortened(text, 400);
+    if (std::abs(count) > 1) out_ << " (" << std::abs(count) << " times)";
+    out_ << '\n';
   }
 
   const CompareOptions& options_;
   std::ostream& out_;
-  Side first_;
-  Side second_;
+  SqlRunner sql_;
   std::size_t differences_ = 0;
   std::size_t shown_rows_ = 0;
 };
@@ -208,8 +155,14 @@ class Comparison {
 Status CompareDatabases(const DatabasePath& first, const DatabasePath& second,
                         const CompareOptions& options, std::ostream& out,
                         std::size_t* differences) {
-  Comparison comparison(options, out);
-  Status status = comparison.Run(first, second);
+  const EvalContext context;
+  std::unique_ptr<SqliteConnection> connection;
+  Status status = OpenDatabase(second, &connection);  // is it one at all?
+  if (status.ok()) status = OpenDatabase(first, &connection);
+  if (status.ok()) status = RegisterFunctions(connection.get(), &context);
+  if (!status.ok()) return status;
+  Comparison comparison(options, out, connection.get());
+  status = comparison.Run(second.file.string());
   *differences = comparison.differences();
   return status;
 }

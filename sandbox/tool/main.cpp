@@ -7,7 +7,7 @@
 
 #include "foundation/version.h"
 #include "sandbox/store/cut_flag.h"
-#include "sandbox/store/run_sql.h"
+#include "sandbox/store/sql_runner.h"
 #include "sandbox/tool/compare.h"
 #include "sandbox/tool/script.h"
 #include "sandbox/values/text.h"
@@ -131,14 +131,12 @@ int Cut(const Arguments& arguments) {
 int Scn(const Arguments& arguments) {
   DatabasePath path;
   std::unique_ptr<SqliteConnection> connection;
-  std::optional<std::int64_t> scn;
-  Status status = Find(arguments, arguments.name, &path)
-                      ? OpenDatabase(path, SqliteConnection::Mode::ReadWrite, &connection)
-                      : Ora(12154);
-  if (status.ok()) {
-    status = QueryInt(connection.get(), &scn, "SELECT scn FROM qm_meta WHERE id = 1");
-  }
-  if (!status.ok() || !scn) return Fail(status.Text());
+  Status status =
+      Find(arguments, arguments.name, &path) ? OpenDatabase(path, &connection) : Ora(12154);
+  if (!status.ok()) return Fail(status.Text());
+  SqlRunner sql(connection.get());
+  const auto scn = sql.Int("SELECT scn FROM qm_meta WHERE id = 1");
+  if (!scn) return Fail(sql.status().Text());
   std::cout << *scn << '\n';
   return kDone;
 }

@@ -1,241 +1,237 @@
+// The format masks of TO_DATE and TO_CHAR: one table of elements, read and written by it.
 #include <array>
 #include <cctype>
+#include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <vector>
 
-#include "sandbox/values/date_mask.h"
 #include "sandbox/values/datetime.h"
+#include "sandbox/values/text.h"
 
 namespace quillmere::sandbox {
 
 namespace {
 
-constexpr std::array<std::string_view, 12> kMonths = {
-    "JANUARY", "FEBRUARY", "MARCH",     "APRIL",   "MAY",      "JUNE",
-    "JULY",    "AUGUST",   "SEPTEMBER", "OCTOBER", "NOVEMBER", "DECEMBER"};
-constexpr std::array<std::string_view, 7> kDays = {"SUNDAY",   "MONDAY", "TUESDAY", "WEDNESDAY",
-                                                   "THURSDAY", "FRIDAY", "SATURDAY"};
+enum class Item {
+  Number,
+  Year2,      // in this century
+  NearYear2,  // in the century that makes it near
+  MonthName,
+  Hour12,
+  Meridian,
+  Fraction,
+  Radix,
+  ZoneHour,
+  ZoneMinute,
+  Zone
+};
 
-int DaysInMonth(int year, int month) {
-  constexpr std::array<int, 12> kLengths = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-  return month == 2 && leap ? 29 : kLengths[static_cast<std::size_t>(month - 1)];
-}
+struct Element {
+  std::string_view spelling;
+  Item item;
+  // Of a number: where it is kept, how many digits, what it may be and the error for all else.
+  int DateTime::*field = nullptr;
+  int digits = 2;
+  int low = 0;
+  int high = 59;
+  int error = 1821;
+};
 
-// A name in the case of its mask element: MON, Mon, mon.
-std::string InCaseOf(std::string_view name, std::string_view spelling) {
-  std::string text(name);
-  const auto is_lower = [](char c) { return c >= 'a' && c <= 'z'; };
-  if (!is_lower(spelling[0]) && (spelling.size() < 2 || !is_lower(spelling[1]))) return text;
-  for (std::size_t i = is_lower(spelling[0]) ? 0 : 1; i < text.size(); ++i) {
-    text[i] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[i])));
+constexpr Element kElements[] = {
+    {"YYYY", Item::Number, &DateTime::year, 4, 1, 9999, 1841},
+    {"RRRR", Item::Number, &DateTime::year, 4, 1, 9999, 1841},
+    {"YY", Item::Year2},
+    {"RR", Item::NearYear2},
+    {"MM", Item::Number, &DateTime::month, 2, 1, 12, 1843},
+    {"MON", Item::MonthName},
+    {"DD", Item::Number, &DateTime::day, 2, 1, 31, 1847},
+    {"HH24", Item::Number, &DateTime::hour, 2, 0, 23, 1850},
+    {"HH12", Item::Hour12},
+    {"HH", Item::Hour12},
+    {"MI", Item::Number, &DateTime::minute, 2, 0, 59, 1851},
+    {"SS", Item::Number, &DateTime::second, 2, 0, 59, 1852},
+    {"FF", Item::Fraction},
+    {"AM", Item::Meridian},
+    {"PM", Item::Meridian},
+    {"TZH", Item::ZoneHour},
+    {"TZM", Item::ZoneMinute},
+    {"TZR", Item::Zone},
+    {"X", Item::Radix},
+};
+
+constexpr std::array<std::string_view, 12> kMonths = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN",
+                                                      "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
+
+// A mask taken apart.
+struct Part {
+  const Element* element = nullptr;  // none: a literal
+  std::string_view literal;
+  int digits = 0;  // of a fraction; 0: as many as there are
+};
+
+Status SplitMask(std::string_view mask, std::vector<Part>* out) {
+  while (!mask.empty()) {
+    Part& part = out->emplace_back();
+    std::size_t size = 1;
+    if (mask[0] == '"') {
+      const std::size_t end = mask.find('"', 1);
+      if (end == std::string_view::npos) return Ora(1821);
+      part.literal = mask.substr(1, end - 1);
+      size = end + 1;
+    } else if (!std::isalnum(static_cast<unsigned char>(mask[0]))) {
+      part.literal = mask.substr(0, 1);
+    } else {
+      for (const Element& element : kElements) {
+        if (part.element != nullptr) break;
+        if (Upper(mask.substr(0, element.spelling.size())) == element.spelling) {
+          part.element = &element;
+        }
+      }
+      if (part.element == nullptr) return Ora(1821);
+      size = part.element->spelling.size();
+      if (part.element->item == Item::Fraction && mask.size() > size && mask[size] >= '1' &&
+          mask[size] <= '9') {
+        part.digits = mask[size++] - '0';
+      }
+    }
+    mask.remove_prefix(size);
   }
-  return text;
+  return {};
 }
 
-std::string Padded(int value, int width, bool fill) {
+std::string Padded(int value, int width) {
   std::array<char, 16> buffer{};
-  std::snprintf(buffer.data(), buffer.size(), "%0*d", fill ? width : 1, value);
+  std::snprintf(buffer.data(), buffer.size(), "%0*d", width, value);
   return buffer.data();
 }
 
-std::string NamePadded(std::string_view name, std::string_view spelling, std::size_t width,
-                       bool fill) {
-  std::string text = InCaseOf(name, spelling);
-  if (fill && text.size() < width) text.append(width - text.size(), ' ');
-  return text;
-}
-
-std::string FractionText(int nanosecond, int digits) {
-  const std::string all = Padded(nanosecond, 9, true);
-  // A plain FF never drops what is there.
-  if (digits == 0) digits = nanosecond % 1000 == 0 ? 6 : 9;
-  return all.substr(0, static_cast<std::size_t>(digits));
-}
-
-std::string FormatElement(const DateTime& value, const MaskElement& element, bool fill) {
-  const int zone = value.offset_minutes < 0 ? -value.offset_minutes : value.offset_minutes;
-  const std::string sign = value.offset_minutes < 0 ? "-" : "+";
-  const auto weekday = static_cast<std::size_t>(((value.DaysSinceEpoch() + 4) % 7 + 7) % 7);
-  const auto month = kMonths[static_cast<std::size_t>(value.month - 1)];
-  switch (element.item) {
-    case MaskItem::Year4:
-    case MaskItem::RoundYear4:
-      return Padded(value.year, 4, fill);
-    case MaskItem::Year3:
-      return Padded(value.year % 1000, 3, fill);
-    case MaskItem::Year2:
-    case MaskItem::RoundYear2:
-      return Padded(value.year % 100, 2, fill);
-    case MaskItem::Year1:
-      return Padded(value.year % 10, 1, fill);
-    case MaskItem::Month:
-      return Padded(value.month, 2, fill);
-    case MaskItem::MonthShort:
-      return InCaseOf(month.substr(0, 3), element.spelling);
-    case MaskItem::MonthLong:
-      return NamePadded(month, element.spelling, 9, fill);
-    case MaskItem::Day:
-      return Padded(value.day, 2, fill);
-    case MaskItem::DayOfYear: {
-      DateTime first = value;
-      first.month = 1;
-      first.day = 1;
-      return Padded(static_cast<int>(value.DaysSinceEpoch() - first.DaysSinceEpoch()) + 1, 3, fill);
+std::string Format(const DateTime& value, const Part& part) {
+  if (part.element == nullptr) return std::string(part.literal);
+  const int zone = std::abs(value.offset_minutes);
+  const std::string zone_hour = (value.offset_minutes < 0 ? "-" : "+") + Padded(zone / 60, 2);
+  switch (part.element->item) {
+    case Item::Number:
+      return Padded(value.*part.element->field, part.element->digits);
+    case Item::Year2:
+    case Item::NearYear2:
+      return Padded(value.year % 100, 2);
+    case Item::MonthName:
+      return std::string(kMonths[static_cast<std::size_t>(value.month - 1)]);
+    case Item::Hour12:
+      return Padded(value.hour % 12 == 0 ? 12 : value.hour % 12, 2);
+    case Item::Meridian:
+      return value.hour < 12 ? "AM" : "PM";
+    case Item::Fraction: {
+      // A plain FF never drops what is there.
+      const int usual = value.nanosecond % 1000 == 0 ? 6 : 9;
+      const int digits = part.digits == 0 ? usual : part.digits;
+      return Padded(value.nanosecond, 9).substr(0, static_cast<std::size_t>(digits));
     }
-    case MaskItem::DayShort:
-      return InCaseOf(kDays[weekday].substr(0, 3), element.spelling);
-    case MaskItem::DayLong:
-      return NamePadded(kDays[weekday], element.spelling, 9, fill);
-    case MaskItem::DayOfWeek:
-      return Padded(static_cast<int>(weekday) + 1, 1, fill);
-    case MaskItem::Hour24:
-      return Padded(value.hour, 2, fill);
-    case MaskItem::Hour12:
-      return Padded(value.hour % 12 == 0 ? 12 : value.hour % 12, 2, fill);
-    case MaskItem::Minute:
-      return Padded(value.minute, 2, fill);
-    case MaskItem::Second:
-      return Padded(value.second, 2, fill);
-    case MaskItem::SecondOfDay:
-      return Padded(value.hour * 3600 + value.minute * 60 + value.second, 5, fill);
-    case MaskItem::Fraction:
-      return FractionText(value.nanosecond, element.digits);
-    case MaskItem::Radix:
+    case Item::Radix:
       return ".";
-    case MaskItem::Meridian: {
-      const bool dotted = element.spelling.size() > 2;
-      if (value.hour < 12) return InCaseOf(dotted ? "A.M." : "AM", element.spelling);
-      return InCaseOf(dotted ? "P.M." : "PM", element.spelling);
-    }
-    case MaskItem::ZoneHour:
-      return sign + Padded(zone / 60, 2, true);
-    case MaskItem::ZoneMinute:
-      return Padded(zone % 60, 2, true);
-    case MaskItem::ZoneName:
-      return sign + Padded(zone / 60, 2, true) + ":" + Padded(zone % 60, 2, true);
-    case MaskItem::FillMode:
-    case MaskItem::Exact:
-      return "";
-    case MaskItem::Literal:
-      return element.literal;
+    case Item::ZoneHour:
+      return zone_hour;
+    case Item::ZoneMinute:
+      return Padded(zone % 60, 2);
+    case Item::Zone:
+      return zone_hour + ":" + Padded(zone % 60, 2);
   }
   return "";
 }
 
-// Reads one text by one mask, element by element.
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// Reads one text by one mask, part by part.
 class Reader {
  public:
-  explicit Reader(std::string_view text) : text_(text) {}
+  explicit Reader(std::string_view text) : text_(text), now_(DateTime::Now()) {}
 
-  Status Read(const std::vector<MaskElement>& mask, DateTime* out) {
-    const DateTime now = DateTime::Now();
-    value_.year = now.year;
-    value_.month = now.month;
+  Status Read(const std::vector<Part>& mask, DateTime* out) {
+    value_.year = now_.year;
+    value_.month = now_.month;
     SkipBlanks();
-    for (const MaskElement& element : mask) {
-      if (Status status = ReadElement(element, now.year); !status.ok()) return status;
+    for (const Part& part : mask) {
+      // The time of day may be left out at the end of the text: it is midnight then.
+      if (AtEnd() && (part.element == nullptr || IsTimeOfDay(*part.element))) continue;
+      Status status = part.element == nullptr ? ReadLiteral(part.literal) : ReadElement(part);
+      if (!status.ok()) return status;
     }
     SkipBlanks();
-    if (at_ < text_.size()) return Ora(1830);
-    return Finish(out);
-  }
-
- private:
-  // The time of day may be left out at the end of the text: it is midnight then.
-  static bool IsTimeOfDay(MaskItem item) {
-    return item == MaskItem::Hour24 || item == MaskItem::Hour12 || item == MaskItem::Minute ||
-           item == MaskItem::Second || item == MaskItem::Fraction || item == MaskItem::Meridian ||
-           item == MaskItem::ZoneHour || item == MaskItem::ZoneMinute || item == MaskItem::ZoneName;
-  }
-
-  Status ReadElement(const MaskElement& element, int this_year) {
-    if (at_ >= text_.size() && IsTimeOfDay(element.item)) return {};
-    switch (element.item) {
-      case MaskItem::FillMode:
-      case MaskItem::Exact:
-        return {};
-      case MaskItem::Literal:
-        return ReadLiteral(element.literal);
-      case MaskItem::Radix:
-        if (at_ < text_.size() && text_[at_] == '.') ++at_;
-        return {};
-      case MaskItem::Year4:
-      case MaskItem::RoundYear4:
-        return ReadInt(4, 1, 9999, 1841, &value_.year);
-      case MaskItem::Year3:
-        return ReadYear(3, 1000, this_year, false);
-      case MaskItem::Year2:
-        return ReadYear(2, 100, this_year, false);
-      case MaskItem::RoundYear2:
-        return ReadYear(2, 100, this_year, true);
-      case MaskItem::Year1:
-        return ReadYear(1, 10, this_year, false);
-      case MaskItem::Month:
-        return ReadInt(2, 1, 12, 1843, &value_.month);
-      case MaskItem::MonthShort:
-        return ReadMonthName(3);
-      case MaskItem::MonthLong:
-        return ReadMonthName(0);
-      case MaskItem::Day:
-        return ReadInt(2, 1, 31, 1847, &value_.day);
-      case MaskItem::DayShort:
-        return SkipWord(3);
-      case MaskItem::DayLong:
-        return SkipWord(9);
-      case MaskItem::Hour24:
-        return ReadInt(2, 0, 23, 1850, &value_.hour);
-      case MaskItem::Hour12:
-        return ReadInt(2, 1, 12, 1849, &hour12_);
-      case MaskItem::Minute:
-        return ReadInt(2, 0, 59, 1851, &value_.minute);
-      case MaskItem::Second:
-        return ReadInt(2, 0, 59, 1852, &value_.second);
-      case MaskItem::Fraction:
-        return ReadFraction(element.digits == 0 ? 9 : element.digits);
-      case MaskItem::Meridian:
-        return ReadMeridian();
-      case MaskItem::ZoneHour:
-        return ReadZoneHour();
-      case MaskItem::ZoneMinute:
-        return ReadInt(2, 0, 59, 1875, &zone_minute_);
-      case MaskItem::ZoneName:
-        return ReadZoneName();
-      case MaskItem::DayOfYear:
-      case MaskItem::DayOfWeek:
-      case MaskItem::SecondOfDay:
-        return Ora(1821);
-    }
-    return Ora(1821);
-  }
-
-  Status Finish(DateTime* out) {
+    if (!AtEnd()) return Ora(1830);
     if (hour12_ >= 0) value_.hour = hour12_ % 12 + (afternoon_ ? 12 : 0);
-    if (value_.day > DaysInMonth(value_.year, value_.month)) return Ora(1839);
     value_.offset_minutes = zone_sign_ * (zone_hour_ * 60 + zone_minute_);
+    const std::chrono::year_month_day date{std::chrono::year(value_.year),
+                                           std::chrono::month(static_cast<unsigned>(value_.month)),
+                                           std::chrono::day(static_cast<unsigned>(value_.day))};
+    if (!date.ok()) return Ora(1839);
     *out = value_;
     return {};
   }
 
+ private:
+  static bool IsTimeOfDay(const Element& element) {
+    return element.item >= Item::Hour12 || element.field == &DateTime::hour ||
+           element.field == &DateTime::minute || element.field == &DateTime::second;
+  }
+
+  Status ReadElement(const Part& part) {
+    switch (part.element->item) {
+      case Item::Number:
+        return ReadInt(*part.element, &(value_.*part.element->field));
+      case Item::Year2:
+      case Item::NearYear2:
+        return ReadYear(part.element->item == Item::NearYear2);
+      case Item::MonthName:
+        return ReadMonth();
+      case Item::Hour12:
+        return ReadInt(2, 1, 12, 1849, &hour12_);
+      case Item::Meridian:
+        afternoon_ = Take("PM");
+        return afternoon_ || Take("AM") ? Status() : Ora(1855);
+      case Item::Fraction:
+        return ReadFraction(part.digits == 0 ? 9 : part.digits);
+      case Item::Radix:
+        Take(".");
+        return {};
+      case Item::ZoneHour:
+        return ReadZoneHour();
+      case Item::ZoneMinute:
+        return ReadInt(2, 0, 59, 1875, &zone_minute_);
+      case Item::Zone: {
+        SkipBlanks();
+        if (Take("UTC")) return {};
+        Status status = ReadZoneHour();
+        return status.ok() && Take(":") ? ReadInt(2, 0, 59, 1875, &zone_minute_) : status;
+      }
+    }
+    return Ora(1821);
+  }
+
+  bool AtEnd() const { return at_ >= text_.size(); }
+
   void SkipBlanks() {
-    while (at_ < text_.size() && text_[at_] == ' ') ++at_;
+    while (!AtEnd() && text_[at_] == ' ') ++at_;
+  }
+
+  bool Take(std::string_view word) {
+    if (Upper(text_.substr(at_, word.size())) != word) return false;
+    at_ += word.size();
+    return true;
   }
 
   // Punctuation of the mask stands for any punctuation in the text, as Oracle has it, and may
   // be left out altogether when a digit follows.
   Status ReadLiteral(std::string_view literal) {
     for (const char c : literal) {
-      if (std::isalnum(static_cast<unsigned char>(c))) {
-        if (at_ >= text_.size()) return Ora(1840);
-        if (text_[at_] != c) return Ora(1861);
-        ++at_;
-        continue;
-      }
-      if (at_ >= text_.size()) return {};  // an element that is missed says so itself
+      if (AtEnd()) return Ora(1840);
       const auto byte = static_cast<unsigned char>(text_[at_]);
       if (c == ' ') {
         SkipBlanks();
-      } else if (std::ispunct(byte) || byte == ' ') {
+      } else if (std::isalnum(static_cast<unsigned char>(c)) ? text_[at_] == c
+                                                             : std::ispunct(byte) || byte == ' ') {
         ++at_;
       } else if (!std::isdigit(byte)) {
         return Ora(1861);
@@ -244,120 +240,70 @@ class Reader {
     return {};
   }
 
-  Status ReadInt(int digits, int low, int high, int range_error, int* out) {
-    if (at_ >= text_.size()) return Ora(1840);
+  Status ReadInt(int digits, int low, int high, int error, int* out) {
+    if (AtEnd()) return Ora(1840);
     int value = 0;
     int count = 0;
-    while (count < digits && at_ < text_.size() && text_[at_] >= '0' && text_[at_] <= '9') {
-      value = value * 10 + (text_[at_] - '0');
-      ++at_;
-      ++count;
+    for (; count < digits && !AtEnd() && IsDigit(text_[at_]); ++count) {
+      value = value * 10 + (text_[at_++] - '0');
     }
     if (count == 0) return Ora(1858);
-    if (value < low || value > high) return Ora(range_error);
+    if (value < low || value > high) return Ora(error);
     *out = value;
     return {};
   }
 
-  Status ReadYear(int digits, int span, int this_year, bool nearest) {
-    int value = 0;
+  Status ReadInt(const Element& element, int* out) {
+    return ReadInt(element.digits, element.low, element.high, element.error, out);
+  }
+
+  Status ReadYear(bool near) {
     const std::size_t start = at_;
-    // A year given in full is taken as it is.
+    int value = 0;
     if (Status status = ReadInt(4, 0, 9999, 1841, &value); !status.ok()) return status;
-    if (static_cast<int>(at_ - start) > digits) {
-      if (value == 0) return Ora(1841);
-      value_.year = value;
-      return {};
-    }
-    int century = this_year / span * span;
-    if (nearest) {
-      const int now = this_year % span;
-      if (value < 50 && now >= 50) century += span;
-      if (value >= 50 && now < 50) century -= span;
-    }
-    value_.year = century + value;
+    value_.year = value;
+    // A year given in full is taken as it is.
+    if (at_ - start > 2) return value == 0 ? Ora(1841) : Status();
+    value_.year += now_.year / 100 * 100;
+    const bool late = now_.year % 100 >= 50;
+    if (near && late != (value >= 50)) value_.year += late ? 100 : -100;
     return {};
   }
 
-  Status ReadMonthName(std::size_t length) {
+  Status ReadMonth() {
     for (std::size_t i = 0; i < kMonths.size(); ++i) {
-      const std::string_view full = kMonths[i];
-      if (MatchesWord(full) || MatchesWord(full.substr(0, length == 0 ? full.size() : length))) {
-        value_.month = static_cast<int>(i) + 1;
-        if (length == 0) SkipBlanks();
-        return {};
-      }
+      if (!Take(kMonths[i])) continue;
+      value_.month = static_cast<int>(i) + 1;
+      return {};
     }
-    return at_ >= text_.size() ? Ora(1840) : Ora(1843);
-  }
-
-  bool MatchesWord(std::string_view word) {
-    if (text_.size() - at_ < word.size()) return false;
-    for (std::size_t i = 0; i < word.size(); ++i) {
-      if (std::toupper(static_cast<unsigned char>(text_[at_ + i])) != word[i]) return false;
-    }
-    at_ += word.size();
-    return true;
-  }
-
-  Status SkipWord(std::size_t most) {
-    std::size_t count = 0;
-    while (count < most && at_ < text_.size() &&
-           std::isalpha(static_cast<unsigned char>(text_[at_]))) {
-      ++at_;
-      ++count;
-    }
-    SkipBlanks();
-    return count == 0 ? Ora(1846, "not a valid day of the week") : Status();
+    return AtEnd() ? Ora(1840) : Ora(1843);
   }
 
   Status ReadFraction(int digits) {
-    int count = 0;
     int value = 0;
-    while (at_ < text_.size() && text_[at_] >= '0' && text_[at_] <= '9') {
+    int count = 0;
+    for (; !AtEnd() && IsDigit(text_[at_]); ++count) {
       if (count >= digits) return Ora(1830);
-      value = value * 10 + (text_[at_] - '0');
-      ++at_;
-      ++count;
+      value = value * 10 + (text_[at_++] - '0');
     }
     for (; count < 9; ++count) value *= 10;
     value_.nanosecond = value;
     return {};
   }
 
-  Status ReadMeridian() {
-    if (MatchesWord("AM") || MatchesWord("A.M.")) {
-      afternoon_ = false;
-    } else if (MatchesWord("PM") || MatchesWord("P.M.")) {
-      afternoon_ = true;
-    } else {
-      return Ora(1855);
-    }
-    return {};
-  }
-
   Status ReadZoneHour() {
     SkipBlanks();
-    if (at_ < text_.size() && (text_[at_] == '+' || text_[at_] == '-')) {
-      zone_sign_ = text_[at_] == '-' ? -1 : 1;
-      ++at_;
+    if (Take("-")) {
+      zone_sign_ = -1;
+    } else {
+      Take("+");
     }
     return ReadInt(2, 0, 15, 1874, &zone_hour_);
   }
 
-  Status ReadZoneName() {
-    SkipBlanks();
-    if (MatchesWord("UTC") || MatchesWord("GMT") || MatchesWord("Z")) return {};
-    if (Status status = ReadZoneHour(); !status.ok()) return status;
-    if (at_ < text_.size() && text_[at_] == ':') {
-      ++at_;
-      return ReadInt(2, 0, 59, 1875, &zone_minute_);
-    }
-    return {};
-  }
-
   std::string_view text_;
   std::size_t at_ = 0;
+  DateTime now_;
   DateTime value_;
   int hour12_ = -1;
   bool afternoon_ = false;
@@ -369,21 +315,19 @@ class Reader {
 }  // namespace
 
 Status ParseDateTime(std::string_view text, std::string_view mask, DateTime* out) {
-  std::vector<MaskElement> elements;
-  if (Status status = ParseMask(mask, &elements); !status.ok()) return status;
-  return Reader(text).Read(elements, out);
+  std::vector<Part> parts;
+  Status status = SplitMask(mask, &parts);
+  return status.ok() ? Reader(text).Read(parts, out) : status;
 }
 
 Status FormatDateTime(const DateTime& value, std::string_view mask, std::string* out) {
-  std::vector<MaskElement> elements;
-  if (Status status = ParseMask(mask, &elements); !status.ok()) return status;
+  std::vector<Part> parts;
+  Status status = SplitMask(mask, &parts);
   out->clear();
-  bool fill = true;
-  for (const MaskElement& element : elements) {
-    if (element.item == MaskItem::FillMode) fill = !fill;
-    *out += FormatElement(value, element, fill);
+  for (const Part& part : parts) {
+    if (status.ok()) *out += Format(value, part);
   }
-  return {};
+  return status;
 }
 
 }  // namespace quillmere::sandbox

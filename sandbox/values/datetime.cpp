@@ -1,6 +1,7 @@
 #include "sandbox/values/datetime.h"
 
 #include <array>
+#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -11,13 +12,9 @@ namespace {
 
 bool ReadNumber(std::string_view text, std::size_t at, std::size_t count, int* out) {
   if (at + count > text.size()) return false;
-  int value = 0;
-  for (std::size_t i = at; i < at + count; ++i) {
-    if (text[i] < '0' || text[i] > '9') return false;
-    value = value * 10 + (text[i] - '0');
-  }
-  *out = value;
-  return true;
+  const char* end = text.data() + at + count;
+  const auto [stop, error] = std::from_chars(text.data() + at, end, *out);
+  return error == std::errc() && stop == end;
 }
 
 void TakeEnvironment(const char* name, std::string* value) {
@@ -35,41 +32,41 @@ Nls Nls::FromEnvironment() {
   return nls;
 }
 
-long long DateTime::DaysSinceEpoch() const {
+const std::string& Nls::Mask(Kind kind) const {
+  if (kind == Kind::Date) return date_format;
+  return kind == Kind::Timestamp ? timestamp_format : timestamp_tz_format;
+}
+
+long long DateTime::SecondsSinceEpoch() const {
   const std::chrono::year_month_day date{std::chrono::year(year),
                                          std::chrono::month(static_cast<unsigned>(month)),
                                          std::chrono::day(static_cast<unsigned>(day))};
-  return std::chrono::sys_days(date).time_since_epoch().count();
+  const long long days = std::chrono::sys_days(date).time_since_epoch().count();
+  return days * 86400 + hour * 3600 + minute * 60 + second;
 }
 
 DateTime DateTime::PlusSeconds(long long seconds) const {
-  long long total = DaysSinceEpoch() * 86400 + hour * 3600 + minute * 60 + second + seconds;
-  long long days = total / 86400;
-  long long rest = total % 86400;
-  if (rest < 0) {
-    rest += 86400;
-    --days;
-  }
-  const std::chrono::year_month_day date{std::chrono::sys_days(std::chrono::days(days))};
-  DateTime moved = *this;
-  moved.year = static_cast<int>(date.year());
-  moved.month = static_cast<int>(static_cast<unsigned>(date.month()));
-  moved.day = static_cast<int>(static_cast<unsigned>(date.day()));
-  moved.hour = static_cast<int>(rest / 3600);
-  moved.minute = static_cast<int>(rest / 60 % 60);
-  moved.second = static_cast<int>(rest % 60);
-  return moved;
+  const std::chrono::sys_seconds moved{std::chrono::seconds(SecondsSinceEpoch() + seconds)};
+  const auto midnight = std::chrono::floor<std::chrono::days>(moved);
+  const std::chrono::year_month_day date{midnight};
+  const std::chrono::hh_mm_ss time{moved - midnight};
+  DateTime result = *this;
+  result.year = static_cast<int>(date.year());
+  result.month = static_cast<int>(static_cast<unsigned>(date.month()));
+  result.day = static_cast<int>(static_cast<unsigned>(date.day()));
+  result.hour = static_cast<int>(time.hours().count());
+  result.minute = static_cast<int>(time.minutes().count());
+  result.second = static_cast<int>(time.seconds().count());
+  return result;
 }
 
 DateTime DateTime::Now() {
   const auto since = std::chrono::system_clock::now().time_since_epoch();
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(since);
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(since);
   DateTime epoch;
   epoch.year = 1970;
-  DateTime now = epoch.PlusSeconds(seconds.count());
-  now.nanosecond = static_cast<int>(
-      std::chrono::duration_cast<std::chrono::nanoseconds>(since - seconds).count());
-  return now;
+  epoch.nanosecond = static_cast<int>(std::chrono::nanoseconds(since - seconds).count());
+  return epoch.PlusSeconds(seconds.count());
 }
 
 bool DateTime::FromCanonical(std::string_view text, DateTime* out) {
@@ -91,25 +88,15 @@ bool DateTime::FromCanonical(std::string_view text, DateTime* out) {
   return true;
 }
 
-std::string DateTime::DateText() const {
-  std::array<char, 64> buffer{};
-  std::snprintf(buffer.data(), buffer.size(), "%04d-%02d-%02d %02d:%02d:%02d", year, month, day,
-                hour, minute, second);
-  return buffer.data();
-}
-
-std::string DateTime::TimestampText() const {
-  std::array<char, 16> buffer{};
-  std::snprintf(buffer.data(), buffer.size(), ".%09d", nanosecond);
-  return DateText() + buffer.data();
-}
-
-std::string DateTime::TimestampTzText() const {
-  const int minutes = offset_minutes < 0 ? -offset_minutes : offset_minutes;
-  std::array<char, 40> zone{};
-  std::snprintf(zone.data(), zone.size(), " %c%02d:%02d", offset_minutes < 0 ? '-' : '+',
-                minutes / 60, minutes % 60);
-  return PlusSeconds(-60LL * offset_minutes).TimestampText() + zone.data();
+std::string DateTime::Canonical(Kind kind) const {
+  const bool zoned = kind == Kind::TimestampTz;
+  const DateTime at = zoned ? PlusSeconds(-60LL * offset_minutes) : *this;
+  const int zone = std::abs(offset_minutes);
+  std::array<char, 128> text{};
+  std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d.%09d %c%02d:%02d", at.year,
+                at.month, at.day, at.hour, at.minute, at.second, at.nanosecond,
+                offset_minutes < 0 ? '-' : '+', zone / 60, zone % 60);
+  return {text.data(), zoned ? 36U : kind == Kind::Timestamp ? 29U : 19U};
 }
 
 }  // namespace quillmere::sandbox

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "sandbox/base/status.h"
+#include "sandbox/values/kind.h"
 
 namespace quillmere::sandbox {
 
@@ -20,6 +21,7 @@ struct Nls {
 
   // Defaults replaced by NLS_DATE_FORMAT, NLS_TIMESTAMP_FORMAT and NLS_TIMESTAMP_TZ_FORMAT.
   static Nls FromEnvironment();
+  const std::string& Mask(Kind kind) const;
 };
 
 struct DateTime {
@@ -34,19 +36,17 @@ struct DateTime {
 
   // The wall clock of now, in UTC.
   static DateTime Now();
-  // Reads any of the canonical texts; false when it is none.
+  // Reads any of the canonical texts; false, and `out` untouched, when it is none.
   static bool FromCanonical(std::string_view text, DateTime* out);
-  std::string DateText() const;
-  std::string TimestampText() const;
-  std::string TimestampTzText() const;
-  // The same instant moved by whole seconds.
+  std::string Canonical(Kind kind) const;
+  // The same instant moved by whole seconds; the year may leave 1 to 9999.
   DateTime PlusSeconds(long long seconds) const;
-  long long DaysSinceEpoch() const;
+  long long SecondsSinceEpoch() const;
 };
 
-// Text to date by a mask; ORA-018xx as Oracle gives them.
+// Text to date by a mask; ORA-018xx as Oracle gives them, and `out` untouched.
 Status ParseDateTime(std::string_view text, std::string_view mask, DateTime* out);
-// Date to text by a mask.
+// Date to text by a mask; ORA-01821 for an element it does not know.
 Status FormatDateTime(const DateTime& value, std::string_view mask, std::string* out);
 
 }  // namespace quillmere::sandbox

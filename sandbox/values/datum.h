@@ -8,10 +8,6 @@
 
 namespace quillmere::sandbox {
 
-// Lob is character data that may be empty without being NULL; binary large objects are Raw.
-enum class Kind { Null, Text, Number, Date, Timestamp, TimestampTz, Raw, Lob };
-inline constexpr int kKindCount = 8;
-
 struct Datum {
   Kind kind = Kind::Null;
   bool null = true;
@@ -21,7 +17,8 @@ struct Datum {
   static Datum NullOf(Kind kind) { return Datum{kind, true, {}}; }
 };
 
-// What the evaluation of expressions depends on besides their operands; one per session.
+// What the evaluation of expressions depends on besides their operands. One per session, which
+// changes it between statements only; whoever is given it must not outlive the session.
 struct EvalContext {
   Nls nls;
   DateTime now;  // fixed at the beginning of each statement
@@ -29,13 +26,13 @@ struct EvalContext {
 };
 
 // Implicit conversion as the server does it. ORA-00932 when there is none, ORA-01722 and the like
-// when the text is not of that kind.
+// when the text is not of that kind; `out` is then untouched.
 Status Convert(const Datum& value, Kind target, const EvalContext& context, Datum* out);
 
 // How a client reads a value that it fetches as text.
 Status DisplayText(const Datum& value, const EvalContext& context, std::string* out);
 
+// For messages: "TIMESTAMP".
 std::string_view KindName(Kind kind);
-bool IsHexText(std::string_view text);
 
 }  // namespace quillmere::sandbox

@@ -3,6 +3,8 @@
 // equal numbers have equal texts. Plain values, usable on any thread.
 #pragma once
 
+#include <gmpxx.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -22,32 +24,33 @@ class Decimal {
   static std::optional<Decimal> Parse(std::string_view text);
 
   std::string Text() const;
-  bool IsZero() const { return digits_.empty(); }
-  bool IsNegative() const { return negative_; }
+  bool IsZero() const { return sgn(digits_) == 0; }
+  bool IsNegative() const { return sgn(digits_) < 0; }
   // The value when it is a whole number that fits.
   std::optional<std::int64_t> ToInt64() const;
-  // Significant digits that stand before the point once rounded to `scale` places.
+  // Digits that stand before the point of the value times 10^scale.
   int DigitsAtScale(int scale) const;
 
   Decimal Negated() const;
   Decimal Rounded(int scale) const;
   Decimal Truncated(int scale) const;
 
-  // Arithmetic; ORA-01426 on overflow, ORA-01476 on division by zero.
+  // Arithmetic; ORA-01426 on overflow, ORA-01476 on division by zero. `out` may be an operand, and
+  // is untouched on failure.
   static Status Add(const Decimal& a, const Decimal& b, Decimal* out);
-  static Status Subtract(const Decimal& a, const Decimal& b, Decimal* out);
   static Status Multiply(const Decimal& a, const Decimal& b, Decimal* out);
   static Status Divide(const Decimal& a, const Decimal& b, Decimal* out);
 
  private:
-  static Status FromScaled(std::string digits, bool negative, int point, Decimal* out);
-  void Normalise();
-  void KeepDigits(int count, bool round);
+  Decimal(mpz_class digits, int exponent) : digits_(std::move(digits)), exponent_(exponent) {}
+  std::string Magnitude() const { return mpz_class(abs(digits_)).get_str(); }
+  void DropDigits(int count, bool round);
+  bool FitRange();
+  static Status Fit(Decimal value, Decimal* out);
 
-  // 0.DIGITS x 10^point_, without leading or trailing zeros; no digits for zero.
-  bool negative_ = false;
-  std::string digits_;
-  int point_ = 0;
+  // digits_ x 10^exponent_; the last digit is no zero, and zero has the exponent 0.
+  mpz_class digits_;
+  int exponent_ = 0;
 };
 
 // Order of two canonical texts by value: negative, zero or positive like memcmp.

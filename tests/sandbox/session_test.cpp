@@ -1,5 +1,6 @@
 // Handles, fetching, cut connections, the tool, and texts that are no SQL.
 #include <atomic>
+#include <ctime>
 #include <random>
 #include <thread>
 
@@ -175,6 +176,22 @@ TEST_F(SessionTest, ErrorsOfStatementsAndCalls) {
   EXPECT_EQ(OCIErrorGet(stranger.error, 1, nullptr, nullptr, text, 8, kHtypeError), kSuccess);
   EXPECT_STREQ(reinterpret_cast<char*>(text), "ORA-010");
   EXPECT_EQ(OCIErrorGet(stranger.error, 2, nullptr, nullptr, text, 8, kHtypeError), kNoData);
+}
+
+// Processor time, so that a busy machine does not matter: four times the chain, about four times
+// the time, and not sixteen.
+TEST_F(SessionTest, LongChainsTakeTimeByTheirLength) {
+  const auto time_of = [this](const std::string& chain, int length) {
+    std::string sql = "select count(*) from dual where dummy = 'X'";
+    for (int i = 0; i < length; ++i) sql += chain + std::to_string(i) + "'";
+    const std::clock_t begin = std::clock();
+    EXPECT_EQ(client_.Value(sql), "1");
+    return static_cast<double>(std::clock() - begin);
+  };
+  for (const char* chain : {" or dummy = 'q", " and dummy <> 'q"}) {
+    const double quarter = time_of(chain, 4000);
+    EXPECT_LT(time_of(chain, 16000), 10 * quarter + CLOCKS_PER_SEC / 10.0) << chain;
+  }
 }
 
 TEST_F(SessionTest, ACutTakesBackWhatIsOpenAndNothingCommitsAfterIt) {

@@ -110,6 +110,9 @@ TEST_F(TransactionTest, SavepointsTakeBackTheirPart) {
       "");
   EXPECT_EQ(Count(&client_), "1");
   EXPECT_EQ(client_.Execute("rollback to empty"), "");
+  EXPECT_EQ(client_.Execute("delete from app.t"), "") << "changes nothing, and takes nothing back";
+  EXPECT_EQ(client_.Execute("insert into app.t values (3, 'c')"), "");
+  EXPECT_EQ(client_.Execute("rollback to empty"), "");
   EXPECT_EQ(Count(&client_), "0");
   EXPECT_EQ(client_.Execute("rollback to one").substr(0, 9), "ORA-01086");
 }

@@ -1,0 +1,122 @@
+#include "sandbox/store/dictionary_views.h"
+
+namespace quillmere::sandbox {
+
+namespace {
+
+// A view as it is written here: its columns by name and expression, each ended by a semicolon, and
+// what they are taken from. "n:" before a name makes it a number, "d:" a date.
+struct Definition {
+  std::string_view name;
+  ViewAccess access;
+  std::string_view columns;
+  std::string_view from;
+};
+
+constexpr std::string_view kTables =
+    "OWNER t.owner; TABLE_NAME t.name; TABLESPACE_NAME t.tablespace; n:NUM_ROWS t.num_rows;"
+    "STATUS 'VALID';";
+
+// The plus signs keep SQLite from walking through all indexes of an owner: the table's name, which
+// is always asked for, leads there faster. A constraint's owner is that of its table.
+constexpr Definition kDefinitions[] = {
+    {"DUAL", ViewAccess::Everybody, "DUMMY 'X';", "(SELECT 1)"},
+    {"V$VERSION", ViewAccess::Dictionary, "BANNER 'Quillmere Sandbox Database Release 1.0';",
+     "(SELECT 1)"},
+    {"DBA_USERS", ViewAccess::Dictionary,
+     "USERNAME name; n:USER_ID id; ACCOUNT_STATUS 'OPEN'; d:CREATED created;", "qm_user"},
+    {"ALL_USERS", ViewAccess::Everybody, "USERNAME name; n:USER_ID id; d:CREATED created;",
+     "qm_user"},
+    {"DBA_ALL_TABLES", ViewAccess::Dictionary, kTables, "qm_table t"},
+    {"DBA_TABLES", ViewAccess::Dictionary, kTables, "qm_table t"},
+    {"USER_TABLES", ViewAccess::Everybody, kTables.substr(kTables.find(';') + 1),
+     "qm_table t WHERE t.owner = :user"},
+    {"DBA_TAB_COLUMNS", ViewAccess::Dictionary,
+     "OWNER t.owner; TABLE_NAME t.name; COLUMN_NAME c.name; DATA_TYPE c.data_type;"
+     "n:DATA_LENGTH c.data_length; n:DATA_PRECISION c.data_precision; n:DATA_SCALE c.data_scale;"
+     "NULLABLE CASE WHEN c.nullable AND NOT EXISTS (SELECT 1 FROM qm_constraint_column p"
+     " JOIN qm_constraint k ON k.id = p.constraint_id AND k.type = 'P' WHERE p.column_id = c.id)"
+     " THEN 'Y' ELSE 'N' END;"
+     "n:COLUMN_ID c.position; DATA_DEFAULT c.default_text; n:CHAR_LENGTH c.char_length;"
+     "CHAR_USED c.char_used;",
+     "qm_column c JOIN qm_table t ON t.id = c.table_id"},
+    {"DBA_CONSTRAINTS", ViewAccess::Dictionary,
+     "OWNER t.owner; CONSTRAINT_NAME c.name; CONSTRAINT_TYPE c.type; TABLE_NAME t.name;"
+     "R_OWNER r.owner; R_CONSTRAINT_NAME r.name; DELETE_RULE c.delete_rule; STATUS 'ENABLED';",
+     "qm_constraint c JOIN qm_table t ON t.id = c.table_id"
+     " LEFT JOIN qm_constraint r ON r.id = c.ref_id"},
+    {"DBA_CONS_COLUMNS", ViewAccess::Dictionary,
+     "OWNER c.owner; CONSTRAINT_NAME c.name; TABLE_NAME t.name; COLUMN_NAME k.name;"
+     "n:POSITION p.position;",
+     "qm_constraint c JOIN qm_constraint_column p ON p.constraint_id = c.id"
+     " JOIN qm_column k ON k.id = p.column_id JOIN qm_table t ON t.id = c.table_id"},
+    {"DBA_INDEXES", ViewAccess::Dictionary,
+     "OWNER +i.owner; INDEX_NAME i.name; INDEX_TYPE 'NORMAL'; TABLE_OWNER t.owner;"
+     "TABLE_NAME t.name; UNIQUENESS CASE WHEN i.is_unique THEN 'UNIQUE' ELSE 'NONUNIQUE' END;"
+     "STATUS 'VALID'; TABLESPACE_NAME t.tablespace;",
+     "qm_index i JOIN qm_table t ON t.id = i.table_id"},
+    {"DBA_IND_COLUMNS", ViewAccess::Dictionary,
+     "INDEX_OWNER +i.owner; INDEX_NAME i.name; TABLE_OWNER t.owner; TABLE_NAME t.name;"
+     "COLUMN_NAME k.name; n:COLUMN_POSITION p.position;",
+     "qm_index i JOIN qm_index_column p ON p.index_id = i.id"
+     " JOIN qm_column k ON k.id = p.column_id JOIN qm_table t ON t.id = i.table_id"},
+    {"V$LOGFILE", ViewAccess::Dictionary, "n:GROUP# 1; STATUS NULL; TYPE 'ONLINE'; MEMBER :log;",
+     "(SELECT 1)"},
+    {"V$DATABASE", ViewAccess::Dictionary, "d:CREATED created; n:CURRENT_SCN scn;", "qm_meta"},
+    {"X$KTUXE", ViewAccess::SysdbaOnly, "n:KTUXESCNW scn >> 32; n:KTUXESCNB scn & 4294967295;",
+     "qm_meta"},
+    {"V$LOGMNR_CONTENTS", ViewAccess::Dictionary,
+     "n:SCN r.scn; SQL_REDO qm_piece(:record, p.key);"
+     "OPERATION CASE abs(p.value) WHEN 1 THEN 'INSERT' WHEN 2 THEN 'DELETE' ELSE 'UPDATE' END;"
+     "n:OPERATION_CODE abs(p.value); SEG_OWNER s.owner; SEG_NAME s.name; TABLE_NAME s.name;"
+     "ROW_ID qm_rowid(s.table_id, r.row); n:CSF p.value < 0;",
+     "qm_redo r CROSS JOIN qm_shape s ON s.id = r.shape CROSS JOIN json_each(qm_pieces(:record)) p"
+     " WHERE r.scn BETWEEN :start AND :end"},
+};
+
+DictionaryView Make(const Definition& definition) {
+  DictionaryView view{definition.name, definition.access, {}, "SELECT "};
+  std::string_view rest = definition.columns;
+  for (std::size_t end = rest.find(';'); end != std::string_view::npos; end = rest.find(';')) {
+    std::string_view column = rest.substr(0, end);
+    rest.remove_prefix(end + 1);
+    column.remove_prefix(column.find_first_not_of(' '));
+    ViewColumn& added = view.columns.emplace_back();
+    if (column.substr(1, 1) == ":") {
+      added.kind = column[0] == 'n' ? Kind::Number : Kind::Date;
+      column.remove_prefix(2);
+    }
+    const std::size_t name_end = column.find(' ');
+    added.name = column.substr(0, name_end);
+    const std::string value(column.substr(name_end + 1));
+    if (view.columns.size() > 1) view.sql += ", ";
+    view.sql += added.kind == Kind::Number ? "CAST(" + value + " AS TEXT)" : value;
+    view.sql += " AS \"" + added.name + "\"";
+  }
+  view.sql.append(" FROM ").append(definition.from);
+  return view;
+}
+
+}  // namespace
+
+int DictionaryView::FindColumn(std::string_view column) const {
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (columns[i].name == column) return static_cast<int>(i);
+  }
+  return -1;
+}
+
+const DictionaryView* FindDictionaryView(std::string_view name) {
+  // Never destroyed: threads of the client may still call while the process ends.
+  static const auto* views = [] {
+    auto* made = new std::vector<DictionaryView>;
+    for (const Definition& definition : kDefinitions) made->push_back(Make(definition));
+    return made;
+  }();
+  for (const DictionaryView& view : *views) {
+    if (view.name == name) return &view;
+  }
+  return nullptr;
+}
+
+}  // namespace quillmere::sandbox
