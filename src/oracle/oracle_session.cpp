@@ -15,14 +15,9 @@ Handle* NotAllocated() {
   return reinterpret_cast<Handle*>(static_cast<std::intptr_t>(-2));
 }
 
-// OCI takes its input texts through pointers to non-const; it does not write to them. An empty text
-// is a pointer to an empty text, never null.
-void* InputText(std::string_view text) {
-  return const_cast<char*>(text.empty() ? "" : text.data());
-}
-
+// An empty text is a pointer to an empty text, never null.
 const OraText* InputBytes(std::string_view text) {
-  return static_cast<const OraText*>(InputText(text));
+  return reinterpret_cast<const OraText*>(text.empty() ? "" : text.data());
 }
 
 template <typename Handle>
@@ -139,8 +134,9 @@ bool OracleSession::SetHandleAttribute(ub4 attribute, void* handle, std::string_
 
 // User name and password fail under the same label.
 bool OracleSession::SetLoginText(ub4 attribute, std::string_view text) {
-  const sword status = Api().AttrSet(session_, kHtypeSession, InputText(text),
-                                     static_cast<ub4>(text.size()), attribute, error_);
+  std::string input(text);  // OCI takes it through a pointer to non-const, and copies it
+  const sword status = Api().AttrSet(session_, kHtypeSession, input.data(),
+                                     static_cast<ub4>(input.size()), attribute, error_);
   if (Succeeded(status)) return true;
   SetError("OCIAttrSet(USERNAME) : ", ErrorSource::Error, status);
   return false;
