@@ -19,14 +19,15 @@
 namespace quillmere {
 namespace {
 
-enum Option { kDropTarget, kPromptBeforeDrop, kIncludePrimaryKey, kIncludeIndex };
-
-constexpr const char* kOptionCaptions[] = {"Drop Target", "Prompt Before Drop",
-                                           "Include Primary Key", "Include Index"};
-
-bool IsForTables(int option) {
-  return option == kIncludePrimaryKey || option == kIncludeIndex;
-}
+// In the order shown.
+constexpr struct {
+  const char* caption;
+  bool MigrateChoices::*choice;
+  bool for_tables;  // only for them
+} kOptions[] = {{"Drop Target", &MigrateChoices::drop_target, false},
+                {"Prompt Before Drop", &MigrateChoices::prompt_before_drop, false},
+                {"Include Primary Key", &MigrateChoices::include_primary_key, true},
+                {"Include Index", &MigrateChoices::include_index, true}};
 
 QComboBox* MakeTargets(const DataSourceRegistry& registry, QWidget* parent) {
   auto* targets = new QComboBox(parent);
@@ -122,10 +123,10 @@ QWidget* TMigrateForm::MakeDatabases() {
 QWidget* TMigrateForm::MakeOptions() {
   options_ = new QStandardItemModel(this);
   options_->setHorizontalHeaderLabels({QStringLiteral("Control Parameter")});
-  for (int option = kDropTarget; option <= kIncludeIndex; ++option) {
-    auto* item = new QStandardItem(QLatin1String(kOptionCaptions[option]));
+  for (const auto& option : kOptions) {
+    auto* item = new QStandardItem(QLatin1String(option.caption));
     item->setCheckable(true);
-    item->setEnabled(Selection().kind == ObjectKind::Table || !IsForTables(option));
+    item->setEnabled(Selection().kind == ObjectKind::Table || !option.for_tables);
     options_->appendRow(item);
   }
   connect(options_, &QStandardItemModel::itemChanged, this, [this] { ShowAdvice(); });
@@ -140,12 +141,13 @@ std::optional<std::size_t> TMigrateForm::Target() const {
   return static_cast<std::size_t>(target_->currentData().toULongLong());
 }
 
-bool TMigrateForm::IsChecked(int option) const {
-  return options_->item(option)->checkState() == Qt::Checked;
-}
-
-MigrateOptions TMigrateForm::Options() const {
-  return {IsChecked(kDropTarget), IsChecked(kIncludePrimaryKey), IsChecked(kIncludeIndex)};
+MigrateChoices TMigrateForm::Choices() const {
+  MigrateChoices choices;
+  int row = 0;
+  for (const auto& option : kOptions) {
+    choices.*option.choice = options_->item(row++)->checkState() == Qt::Checked;
+  }
+  return choices;
 }
 
 void TMigrateForm::ShowAdvice() {
@@ -155,9 +157,8 @@ void TMigrateForm::ShowAdvice() {
   plan.source = Source().name;
   const std::optional<std::size_t> target = Target();
   if (target) plan.target = Context().workspace.Registry().At(*target).name;
-  plan.options = Options();
-  plan.prompt_before_drop = IsChecked(kPromptBeforeDrop);
-  SetAdvice(MigrateAdvice(plan), target && plan.options.drop_target);
+  plan.choices = Choices();
+  SetAdvice(MigrateAdvice(plan), target && plan.choices.drop_target);
 }
 
 void TMigrateForm::SubmitBtnClick() {
@@ -169,7 +170,7 @@ void TMigrateForm::SubmitBtnClick() {
   Workspace& workspace = Context().workspace;
   const std::string busy = WhyTargetBusy(workspace, *target_index);
   if (!busy.empty() && !Confirm(this, busy + ". Migrate to it all the same?")) return;
-  const MigrateTarget target{*target_index, Options(), !busy.empty()};
+  const MigrateTarget target{*target_index, Choices(), !busy.empty()};
   Run(QStringLiteral("Migrate"), [&](SchemaListener& listener) {
     return MigrateObjects(workspace, Selection(), target, listener);
   });

@@ -23,8 +23,7 @@ class TMigrateForm : public SchemaDialog {
   QTreeView* MakeList(const char* name, const QString& accessible_name);
 
   std::optional<std::size_t> Target() const;  // the registry's index
-  bool IsChecked(int option) const;
-  MigrateOptions Options() const;
+  MigrateChoices Choices() const;
   void ShowAdvice();
   void SubmitBtnClick();
 

@@ -4,94 +4,73 @@
 #include "ui/toolkit/text.h"
 
 namespace quillmere {
+namespace {
+
+QVariant StateTip(const SourceEntry& row, int role) {
+  return role == Qt::ToolTipRole ? ToQt(ConnectionText(row.state)) : QVariant();
+}
+
+QVariant NameExtra(const SourceEntry& row, int role) {
+  if (role != Qt::DecorationRole) return StateTip(row, role);
+  return Icon(row.state == ConnectionState::Connected ? "connected" : "disconnected");
+}
+
+QVariant TypeExtra(const MetaType& row, int role) {
+  return role == Qt::DecorationRole ? QVariant(Icon(row.icon)) : QVariant();
+}
+
+QVariant IconFor(int role, const char* icon) {
+  return role == Qt::DecorationRole ? QVariant(Icon(icon)) : QVariant();
+}
+
+QVariant KeyExtra(const KeyRecord&, int role) {
+  return IconFor(role, "key");
+}
+
+QVariant IndexExtra(const IndexRecord&, int role) {
+  return IconFor(role, "index");
+}
+
+QVariant TableExtra(const TableRecord&, int role) {
+  return IconFor(role, "table");
+}
+
+}  // namespace
 
 DataSourceList::DataSourceList()
-    : RowModel({{QStringLiteral("Data Source"), 130},
-                {QStringLiteral("Version"), 100},
-                {QStringLiteral("UserName"), 90},
-                {QStringLiteral("Mode"), 80}}),
-      connected_(Icon("connected")),
-      disconnected_(Icon("disconnected")) {}
+    : RowList({Text<&SourceEntry::name>("Data Source", 130, NameExtra),
+               Text<&SourceEntry::version>("Version", 100, StateTip),
+               Text<&SourceEntry::user_id>("UserName", 90, StateTip),
+               Text<&SourceEntry::mode>("Mode", 80, StateTip)}) {}
 
-void DataSourceList::Show(const DataSourceRegistry& registry) {
-  ReplaceRows(false, [&] {
-    rows_.clear();
-    for (std::size_t slot = 0; slot < registry.Count(); ++slot) {
-      const DataSource& source = registry.At(slot);
-      if (source.state == ConnectionState::Empty) continue;
-      rows_.push_back({source.name, source.version, source.user_id, source.mode, source.state});
-    }
-  });
-}
-
-std::string_view DataSourceList::CellText(std::size_t row, int column) const {
-  const Row& cells = rows_[row];
-  const std::string* const texts[] = {&cells.name, &cells.version, &cells.user_id, &cells.mode};
-  return *texts[column];
-}
-
-QVariant DataSourceList::CellExtra(std::size_t row, int column, int role) const {
-  const ConnectionState state = rows_[row].state;
-  if (role == Qt::ToolTipRole) return ToQt(ConnectionText(state));
-  if (role != Qt::DecorationRole || column != 0) return {};
-  return state == ConnectionState::Connected ? connected_ : disconnected_;
-}
-
-MetaTypeList::MetaTypeList()
-    : RowModel({{QStringLiteral("Meta Types"), 210}}),
-      icons_{Icon("key"), Icon("index"), Icon("table")} {
+MetaTypeList::MetaTypeList() : RowList({Text<&MetaType::caption>("Meta Types", 210, TypeExtra)}) {
   sort(-1, Qt::AscendingOrder);  // as in the tree, until a click on the head
-  ReplaceRows(false, [] {});
-}
-
-std::string_view MetaTypeList::CellText(std::size_t row, int) const {
-  static constexpr std::string_view kCaptions[] = {"PRIMARY KEY", "INDEX", "TABLE"};
-  return kCaptions[row];
-}
-
-QVariant MetaTypeList::CellExtra(std::size_t row, int, int role) const {
-  return role == Qt::DecorationRole ? QVariant(icons_[row]) : QVariant();
-}
-
-ObjectList::ObjectList(std::vector<Column> columns, const char* icon)
-    : RowModel(std::move(columns)), icon_(Icon(icon)) {}
-
-QVariant ObjectList::CellExtra(std::size_t, int column, int role) const {
-  return role == Qt::DecorationRole && column == 0 ? QVariant(icon_) : QVariant();
+  Take({{NodeKind::PrimaryKey, "PRIMARY KEY", "key"},
+        {NodeKind::Index, "INDEX", "index"},
+        {NodeKind::Table, "TABLE", "table"}},
+       false);
 }
 
 KeyList::KeyList()
-    : RecordList({{QStringLiteral("Key Name"), 210},
-                  {QStringLiteral("Table Owner"), 110},
-                  {QStringLiteral("Table Name"), 110},
-                  {QStringLiteral("Status"), 90}},
-                 "key", &DataSource::primary_keys,
-                 {&KeyRecord::key_name, &KeyRecord::table_owner, &KeyRecord::table_name,
-                  &KeyRecord::status}) {}
+    : RecordList(&DataSource::primary_keys, {Text<&KeyRecord::key_name>("Key Name", 210, KeyExtra),
+                                             Text<&KeyRecord::table_owner>("Table Owner", 110),
+                                             Text<&KeyRecord::table_name>("Table Name", 110),
+                                             Text<&KeyRecord::status>("Status", 90)}) {}
 
 IndexList::IndexList()
-    : RecordList({{QStringLiteral("Index Name"), 210},
-                  {QStringLiteral("Index Type"), 80},
-                  {QStringLiteral("Index Owner"), 110},
-                  {QStringLiteral("Table Owner"), 110},
-                  {QStringLiteral("Table Name"), 110},
-                  {QStringLiteral("Status"), 90}},
-                 "index", &DataSource::indexes,
-                 {&IndexRecord::index_name, &IndexRecord::type, &IndexRecord::index_owner,
-                  &IndexRecord::table_owner, &IndexRecord::table_name, &IndexRecord::status}) {}
+    : RecordList(&DataSource::indexes,
+                 {Text<&IndexRecord::index_name>("Index Name", 210, IndexExtra),
+                  Text<&IndexRecord::type>("Index Type", 80),
+                  Text<&IndexRecord::index_owner>("Index Owner", 110),
+                  Text<&IndexRecord::table_owner>("Table Owner", 110),
+                  Text<&IndexRecord::table_name>("Table Name", 110),
+                  Text<&IndexRecord::status>("Status", 90)}) {}
 
 TableList::TableList()
-    : RecordList({{QStringLiteral("Table Name"), 210},
-                  {QStringLiteral("Table Owner"), 80},
-                  {QStringLiteral("Table Space"), 110},
-                  {QStringLiteral("Rows"), 80, RowModel::Kind::Number},
-                  {QStringLiteral("Type"), 80}},
-                 "table", &DataSource::tables,
-                 {&TableRecord::table_name, &TableRecord::table_owner, &TableRecord::tablespace,
-                  nullptr, &TableRecord::type}) {}
-
-std::int64_t TableList::CellNumber(std::size_t row, int) const {
-  return RecordAt(row).rows;
-}
+    : RecordList(&DataSource::tables,
+                 {Text<&TableRecord::table_name>("Table Name", 210, TableExtra),
+                  Text<&TableRecord::table_owner>("Table Owner", 80),
+                  Text<&TableRecord::tablespace>("Table Space", 110),
+                  Number<&TableRecord::rows>("Rows", 80), Text<&TableRecord::type>("Type", 80)}) {}
 
 }  // namespace quillmere

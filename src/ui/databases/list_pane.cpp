@@ -30,8 +30,8 @@ void ListPane::Show(const DatabaseNode& node) {
   if (!same) frame_.Filter().clear();
   const int scrolled = frame_.List().verticalScrollBar()->value();
   RowModel& model = Fill();
-  const bool objects = Objects() != nullptr;
-  frame_.List().ShowRows(model, LayoutName(node.kind), objects);
+  const bool several = Objects(node.kind) != nullptr;
+  frame_.List().ShowRows(model, LayoutName(node.kind), several);
   frame_.Filter().SetModel(&model);
   Empty(model);
   if (same) frame_.List().verticalScrollBar()->setValue(scrolled);
@@ -57,20 +57,14 @@ RowModel& ListPane::Fill() {
 
 // Long lists that are not shown need no memory.
 void ListPane::Empty(const RowModel& but) {
-  for (NodeKind kind : kMetaTypes) {
-    ObjectList* objects = Objects(kind);
+  for (const auto& [kind, objects] : objects_) {
     if (objects != &but && objects->SourceRowCount() > 0) objects->Show(nullptr);
   }
 }
 
-ObjectList* ListPane::Objects(NodeKind kind) {
-  if (kind == NodeKind::PrimaryKey) return &keys_;
-  if (kind == NodeKind::Index) return &indexes_;
-  return kind == NodeKind::Table ? &tables_ : nullptr;
-}
-
-const ObjectList* ListPane::Objects() const {
-  return const_cast<ListPane*>(this)->Objects(node_.kind);
+ObjectList* ListPane::Objects(NodeKind kind) const {
+  const auto found = objects_.find(kind);
+  return found == objects_.end() ? nullptr : found->second;
 }
 
 const DataSource* ListPane::Source() const {
@@ -99,14 +93,14 @@ bool ListPane::HasSelection() const {
 
 std::vector<SchemaItem> ListPane::SelectedItems() const {
   std::vector<SchemaItem> items;
-  const ObjectList* objects = Objects();
+  const ObjectList* objects = Objects(node_.kind);
   if (objects == nullptr) return items;
   for (std::size_t row : frame_.List().SelectedRows()) items.push_back(objects->ItemAt(row));
   return items;
 }
 
 void ListPane::Select(const std::vector<SchemaItem>& items) {
-  const ObjectList* objects = Objects();
+  const ObjectList* objects = Objects(node_.kind);
   if (objects == nullptr || items.empty()) return;
   std::set<std::tuple<std::string, std::string, std::string>> wanted;
   for (const SchemaItem& item : items) wanted.emplace(item.owner, item.table, item.name);
@@ -135,10 +129,10 @@ void ListPane::Select(const std::vector<SchemaItem>& items) {
 DatabaseNode ListPane::NodeBehind(const QModelIndex& row) const {
   if (!row.isValid()) return {};
   if (row.model() == &sources_) {
-    return {NodeKind::DataSource, sources_.NameAt(sources_.SourceRow(row))};
+    return {NodeKind::DataSource, sources_.RowAt(sources_.SourceRow(row)).name};
   }
   if (row.model() == &meta_types_) {
-    return {meta_types_.KindAt(meta_types_.SourceRow(row)), node_.source};
+    return {meta_types_.RowAt(meta_types_.SourceRow(row)).kind, node_.source};
   }
   return {};
 }

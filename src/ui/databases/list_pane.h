@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QObject>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -35,8 +36,7 @@ class ListPane : public QObject {
  private:
   RowModel& Fill();
   void Empty(const RowModel& but);
-  ObjectList* Objects(NodeKind kind);
-  const ObjectList* Objects() const;
+  ObjectList* Objects(NodeKind kind) const;  // null for a node whose list has other rows
   const DataSource* Source() const;
   void ShowCounts();
 
@@ -47,6 +47,8 @@ class ListPane : public QObject {
   KeyList keys_;
   IndexList indexes_;
   TableList tables_;
+  const std::map<NodeKind, ObjectList*> objects_{
+      {NodeKind::PrimaryKey, &keys_}, {NodeKind::Index, &indexes_}, {NodeKind::Table, &tables_}};
   DatabaseNode node_;
 };
 

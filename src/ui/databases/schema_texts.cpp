@@ -37,7 +37,7 @@ QString WithParts(const MigrateOptions& options) {
 }
 
 QString WhatIsThereAlready(const MigratePlan& plan) {
-  if (!plan.options.drop_target) {
+  if (!plan.choices.drop_target) {
     return QStringLiteral(
         " What is there already under the same name is left as it is and "
         "reported as failed.");
@@ -54,13 +54,13 @@ QString WhatIsThereAlready(const MigratePlan& plan) {
 
 QString OptionsWithoutEffect(const MigratePlan& plan) {
   QString text;
-  if (plan.kind == ObjectKind::Table && plan.options.include_index &&
-      !plan.options.include_primary_key) {
+  if (plan.kind == ObjectKind::Table && plan.choices.include_index &&
+      !plan.choices.include_primary_key) {
     text += QStringLiteral(
         " Indexes travel only together with primary keys: check \"Include "
         "Primary Key\", too.");
   }
-  if (plan.prompt_before_drop) {
+  if (plan.choices.prompt_before_drop) {
     text += QStringLiteral(
         " \"Prompt Before Drop\" changes nothing: no question is asked before "
         "a drop.");
@@ -133,7 +133,7 @@ QString MigrateAdvice(const MigratePlan& plan) {
   }
   QString text = objects + QStringLiteral(" will be created on ") + OneLine(plan.target);
   if (plan.kind == ObjectKind::Table) {
-    text += WithParts(plan.options) +
+    text += WithParts(plan.choices) +
             QStringLiteral(". No rows are copied. The owners must be there already.");
   } else {
     text += QStringLiteral(". The tables must be there already.");

@@ -20,13 +20,17 @@ std::string ItemText(ObjectKind kind, const SchemaItem& item);
 QString DropAdvice(ObjectKind kind, std::size_t count, std::string_view source, bool cascade);
 QString RenameAdvice(ObjectKind kind, const SchemaItem& item, std::string_view source);
 
+// What can be ticked.
+struct MigrateChoices : MigrateOptions {
+  bool prompt_before_drop = false;  // without effect
+};
+
 struct MigratePlan {
   ObjectKind kind = ObjectKind::Table;
   std::size_t count = 0;
   std::string_view source;
   std::string_view target;  // empty: none is chosen yet
-  MigrateOptions options;
-  bool prompt_before_drop = false;
+  MigrateChoices choices;
 };
 
 QString MigrateAdvice(const MigratePlan& plan);

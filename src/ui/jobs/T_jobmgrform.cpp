@@ -74,8 +74,7 @@ TJobMgrForm::TJobMgrForm(UiContext& context, QWidget* parent, std::chrono::milli
   column->addWidget(bottom);
 
   frame_.Tree().setModel(&tree_);
-  frame_.List().setItemDelegateForColumn(JobRows::HasDone,
-                                         new BatchDelegate(JobRows::kBatchRole, this));
+  frame_.List().setItemDelegate(new BatchDelegate(JobRows::kBatchRole, this));
   MakeMenus();
   ConnectActions();
   refresh_timer_.setObjectName(QStringLiteral("TimerRefresh"));
@@ -159,7 +158,7 @@ void TJobMgrForm::showEvent(QShowEvent* event) {
 }
 
 JobNodeRef TJobMgrForm::Current() const {
-  return tree_.NodeOf(const_cast<ExplorerFrame&>(frame_).Tree().currentIndex());
+  return tree_.NodeOf(frame_.Tree().currentIndex());
 }
 
 JobState TJobMgrForm::StateOf(const JobNodeRef& node) const {

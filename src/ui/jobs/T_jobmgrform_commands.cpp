@@ -95,8 +95,8 @@ void TJobMgrForm::RequestSelected(JobRequest request) {
 bool TJobMgrForm::ChooseSelected(const TableRows& rows, TableChoice& choice) {
   std::vector<std::string_view> owners;
   for (const std::size_t row : frame_.List().SelectedRows()) {
-    owners.push_back(rows.At(row).owner);
-    choice.tables.emplace_back(rows.At(row).name);
+    owners.push_back(rows.RowAt(row).owner);
+    choice.tables.emplace_back(rows.RowAt(row).name);
   }
   const std::string why = WhyNoFilter(owners);
   if (!why.empty()) {

@@ -11,14 +11,13 @@
 namespace quillmere {
 namespace {
 
-std::vector<RowModel::Column> JobColumns() {
-  using Kind = RowModel::Kind;
-  return {{QStringLiteral("JOB ID"), 120, Kind::Text},
-          {QStringLiteral("Status"), 120, Kind::Text},
-          {QStringLiteral("Total Done"), 90, Kind::Number},
-          {QStringLiteral("Need To Do"), 90, Kind::Number},
-          {QStringLiteral("Has Done"), 90, Kind::Number},
-          {QStringLiteral("Blocked"), 80, Kind::Number}};
+QVariant NameExtra(const JobRow& row, int role) {
+  if (role == Qt::DecorationRole) return Icon("job");
+  return role == Qt::ToolTipRole ? OneLine(row.name) : QVariant();
+}
+
+std::string_view StateText(const JobRow& row) {
+  return StateName(row.state);
 }
 
 QVariant StateColor(JobState state) {
@@ -34,15 +33,24 @@ QVariant StateColor(JobState state) {
   }
 }
 
-}  // namespace
+QVariant StateExtra(const JobRow& row, int role) {
+  if (role == Qt::DecorationRole) return JobStateIcon(row.state);
+  return role == Qt::ForegroundRole ? StateColor(row.state) : QVariant();
+}
 
-JobRows::JobRows(QObject* parent) : RowModel(JobColumns(), parent) {}
+QVariant BatchExtra(const JobRow& row, int role) {
+  if (role != JobRows::kBatchRole || row.remaining == 0) return {};
+  return static_cast<int>(row.done * 1000 / (row.done + row.remaining));
+}
 
-void JobRows::Append(std::vector<Row>& rows, const JobList& jobs, std::size_t index) {
-  Row row;
+void Append(std::vector<JobRow>& rows, const JobList& jobs, std::size_t index) {
+  JobRow row;
+  JobList::Progress batch;
   row.job = index;
-  row.state = jobs.State(index, &row.batch);
+  row.state = jobs.State(index, &batch);
   if (row.state == JobState::Empty) return;
+  row.remaining = batch.batch_remaining;
+  row.done = batch.batch_applied;
   const SyncJob& job = jobs.At(index);
   row.applied = job.applied_count;
   row.blocked = job.blocked_count;
@@ -53,8 +61,19 @@ void JobRows::Append(std::vector<Row>& rows, const JobList& jobs, std::size_t in
   rows.push_back(std::move(row));
 }
 
+}  // namespace
+
+JobRows::JobRows(QObject* parent)
+    : RowList(
+          {Text<&JobRow::name>("JOB ID", 120, NameExtra),
+           Text<StateText>("Status", 120, StateExtra), Number<&JobRow::applied>("Total Done", 90),
+           Number<&JobRow::remaining>("Need To Do", 90),
+           Number<&JobRow::done>("Has Done", 90, BatchExtra),
+           Number<&JobRow::blocked>("Blocked", 80)},
+          parent) {}
+
 void JobRows::Fill(const JobList& jobs, std::size_t only) {
-  std::vector<Row> fresh;
+  std::vector<JobRow> fresh;
   if (only == JobList::kNotFound) {
     const std::size_t count = jobs.Count();
     fresh.reserve(count);
@@ -62,43 +81,10 @@ void JobRows::Fill(const JobList& jobs, std::size_t only) {
   } else {
     Append(fresh, jobs, only);
   }
-  const bool same =
-      std::equal(fresh.begin(), fresh.end(), rows_.begin(), rows_.end(),
-                 [](const Row& a, const Row& b) { return a.job == b.job && a.name == b.name; });
-  ReplaceRows(same, [&] { rows_ = std::move(fresh); });
-}
-
-std::string_view JobRows::CellText(std::size_t row, int column) const {
-  return column == Name ? std::string_view(rows_[row].name) : StateName(rows_[row].state);
-}
-
-std::int64_t JobRows::CellNumber(std::size_t row, int column) const {
-  switch (column) {
-    case TotalDone:
-      return rows_[row].applied;
-    case NeedToDo:
-      return rows_[row].batch.batch_remaining;
-    case HasDone:
-      return rows_[row].batch.batch_applied;
-    default:
-      return rows_[row].blocked;
-  }
-}
-
-QVariant JobRows::BatchDone(const Row& row) const {
-  if (row.batch.batch_remaining == 0) return {};
-  const std::uint64_t done = row.batch.batch_applied;
-  return static_cast<int>(done * 1000 / (done + row.batch.batch_remaining));
-}
-
-QVariant JobRows::CellExtra(std::size_t row, int column, int role) const {
-  const JobState state = rows_[row].state;
-  if (role == Qt::DecorationRole && column == Name) return Icon("job");
-  if (role == Qt::DecorationRole && column == Status) return JobStateIcon(state);
-  if (role == Qt::ForegroundRole && column == Status) return StateColor(state);
-  if (role == Qt::ToolTipRole && column == Name) return OneLine(rows_[row].name);
-  if (role == kBatchRole && column == HasDone) return BatchDone(rows_[row]);
-  return {};
+  const bool same = std::equal(
+      fresh.begin(), fresh.end(), Rows().begin(), Rows().end(),
+      [](const JobRow& a, const JobRow& b) { return a.job == b.job && a.name == b.name; });
+  Take(std::move(fresh), same);
 }
 
 }  // namespace quillmere

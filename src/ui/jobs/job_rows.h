@@ -4,21 +4,24 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "jobs/job_list.h"
-#include "ui/toolkit/row_model.h"
+#include "ui/toolkit/row_list.h"
 
 namespace quillmere {
 
+struct JobRow {
+  std::size_t job = 0;
+  std::string name;
+  JobState state = JobState::Empty;
+  std::int64_t applied = 0, remaining = 0, done = 0, blocked = 0;  // done: of the latest batch
+};
+
 // Shows a copy as of the last Fill.
-class JobRows final : public RowModel {
-  Q_OBJECT
-
+class JobRows final : public RowList<JobRow> {
  public:
-  enum Column { Name, Status, TotalDone, NeedToDo, HasDone, Blocked };
-
-  // How much of its batch a job has applied, in thousandths; invalid when it has no batch in work.
+  // How much of its batch a job has applied, in thousandths; invalid when it has no batch in work,
+  // and in the columns that are not about it.
   static constexpr int kBatchRole = Qt::UserRole + 1;
 
   explicit JobRows(QObject* parent = nullptr);
@@ -26,27 +29,7 @@ class JobRows final : public RowModel {
   // All jobs, or the one given.
   void Fill(const JobList& jobs, std::size_t only = JobList::kNotFound);
 
-  std::size_t JobOf(std::size_t source_row) const { return rows_[source_row].job; }
-
- protected:
-  std::size_t SourceRows() const override { return rows_.size(); }
-  std::string_view CellText(std::size_t row, int column) const override;
-  std::int64_t CellNumber(std::size_t row, int column) const override;
-  QVariant CellExtra(std::size_t row, int column, int role) const override;
-
- private:
-  struct Row {
-    std::size_t job = 0;
-    std::string name;
-    JobState state = JobState::Empty;
-    std::int64_t applied = 0, blocked = 0;
-    JobList::Progress batch;
-  };
-
-  static void Append(std::vector<Row>& rows, const JobList& jobs, std::size_t index);
-  QVariant BatchDone(const Row& row) const;
-
-  std::vector<Row> rows_;
+  std::size_t JobOf(std::size_t source_row) const { return RowAt(source_row).job; }
 };
 
 }  // namespace quillmere

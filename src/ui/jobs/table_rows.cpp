@@ -10,33 +10,28 @@
 namespace quillmere {
 namespace {
 
-using Kind = RowModel::Kind;
-
-std::vector<RowModel::Column> IncludedColumns() {
-  return {{QStringLiteral("Table Name"), 180, Kind::Text},
-          {QStringLiteral("Source Owner"), 60, Kind::Text},
-          {QStringLiteral("Remote Owner"), 60, Kind::Text},
-          {QStringLiteral("Begin Rows"), 60, Kind::Number},
-          {QStringLiteral("Current Rows"), 60, Kind::Number},
-          {QStringLiteral("Total Synced "), 60, Kind::Number}};
+QVariant NameExtra(const TableRow& row, int role, const char* icon) {
+  if (role == Qt::DecorationRole) return Icon(icon);
+  return role == Qt::ToolTipRole ? OneLine(row.name) : QVariant();
 }
 
-std::vector<RowModel::Column> ExcludedColumns() {
-  return {{QStringLiteral("Table Name"), 210, Kind::Text},
-          {QStringLiteral("Source Owner"), 80, Kind::Text},
-          {QStringLiteral("Rows"), 80, Kind::Number},
-          {QStringLiteral("Total Blocked "), 80, Kind::Number}};
+QVariant IncludedExtra(const TableRow& row, int role) {
+  return NameExtra(row, role, "table-included");
+}
+
+QVariant ExcludedExtra(const TableRow& row, int role) {
+  return NameExtra(row, role, "table-excluded");
 }
 
 // Copies tables one after another; few owners stand behind many tables.
 class Copier {
  public:
-  Copier(ByteArena& texts, std::vector<TableRows::Row>& rows) : texts_(texts), rows_(rows) {}
+  Copier(ByteArena& texts, std::vector<TableRow>& rows) : texts_(texts), rows_(rows) {}
 
   void BeginOwner(std::string_view owner) { owner_ = texts_.Copy(owner); }
 
   void Add(const JobTable& table) {
-    TableRows::Row row;
+    TableRow row;
     row.name = texts_.Copy(table.name);
     row.owner = owner_;
     row.desowner = RemoteOwner(table.desowner);
@@ -55,12 +50,12 @@ class Copier {
   }
 
   ByteArena& texts_;
-  std::vector<TableRows::Row>& rows_;
+  std::vector<TableRow>& rows_;
   std::string_view owner_, remote_owner_;
 };
 
-std::vector<TableRows::Row> Copy(const SyncJob& job, bool included, ByteArena& texts) {
-  std::vector<TableRows::Row> rows;
+std::vector<TableRow> Copy(const SyncJob& job, bool included, ByteArena& texts) {
+  std::vector<TableRow> rows;
   Copier copier(texts, rows);
   const std::lock_guard lock(job.config_mutex);
   for (const auto& [owner, schema] : job.schemas) {
@@ -72,64 +67,37 @@ std::vector<TableRows::Row> Copy(const SyncJob& job, bool included, ByteArena& t
   return rows;
 }
 
-bool SameTable(const TableRows::Row& a, const TableRows::Row& b) {
+bool SameTable(const TableRow& a, const TableRow& b) {
   return a.name == b.name && a.owner == b.owner;
 }
 
 }  // namespace
 
-TableRows::TableRows(std::vector<Column> columns, bool included, QObject* parent)
-    : RowModel(std::move(columns), parent), included_(included) {}
+TableRows::TableRows(std::vector<ListColumn> columns, bool included, QObject* parent)
+    : RowList(std::move(columns), parent), included_(included) {}
 
 void TableRows::Fill(const SyncJob& job) {
   ByteArena texts;
-  std::vector<Row> rows = Copy(job, included_, texts);
+  std::vector<TableRow> rows = Copy(job, included_, texts);
   const bool same =
-      job_ == &job && std::equal(rows.begin(), rows.end(), rows_.begin(), rows_.end(), SameTable);
-  ReplaceRows(same, [&] {
-    job_ = &job;
-    rows_ = std::move(rows);
-    texts_ = std::move(texts);
-  });
+      job_ == &job && std::equal(rows.begin(), rows.end(), Rows().begin(), Rows().end(), SameTable);
+  job_ = &job;
+  Take(std::move(rows), same, [&] { texts_ = std::move(texts); });
 }
 
-void TableRows::Clear() {
-  ReplaceRows(false, [&] {
-    job_ = nullptr;
-    rows_ = {};
-    texts_ = {};
-  });
-}
+IncludedTables::IncludedTables(QObject* parent)
+    : TableRows({Text<&TableRow::name>("Table Name", 180, IncludedExtra),
+                 Text<&TableRow::owner>("Source Owner", 60),
+                 Text<&TableRow::desowner>("Remote Owner", 60),
+                 Number<&TableRow::beginrows>("Begin Rows", 60),
+                 Number<&TableRow::rows>("Current Rows", 60),
+                 Number<&TableRow::totalsynced>("Total Synced ", 60)},
+                true, parent) {}
 
-QVariant TableRows::CellExtra(std::size_t row, int column, int role) const {
-  if (column != 0) return {};
-  if (role == Qt::DecorationRole) return Icon(included_ ? "table-included" : "table-excluded");
-  if (role == Qt::ToolTipRole) return OneLine(rows_[row].name);
-  return {};
-}
-
-IncludedTables::IncludedTables(QObject* parent) : TableRows(IncludedColumns(), true, parent) {}
-
-std::string_view IncludedTables::CellText(std::size_t row, int column) const {
-  const Row& table = At(row);
-  if (column == 0) return table.name;
-  return column == 1 ? table.owner : table.desowner;
-}
-
-std::int64_t IncludedTables::CellNumber(std::size_t row, int column) const {
-  const Row& table = At(row);
-  if (column == 3) return table.beginrows;
-  return column == 4 ? table.rows : table.totalsynced;
-}
-
-ExcludedTables::ExcludedTables(QObject* parent) : TableRows(ExcludedColumns(), false, parent) {}
-
-std::string_view ExcludedTables::CellText(std::size_t row, int column) const {
-  return column == 0 ? At(row).name : At(row).owner;
-}
-
-std::int64_t ExcludedTables::CellNumber(std::size_t row, int column) const {
-  return column == 2 ? At(row).rows : At(row).blocked;
-}
+ExcludedTables::ExcludedTables(QObject* parent)
+    : TableRows({Text<&TableRow::name>("Table Name", 210, ExcludedExtra),
+                 Text<&TableRow::owner>("Source Owner", 80), Number<&TableRow::rows>("Rows", 80),
+                 Number<&TableRow::blocked>("Total Blocked ", 80)},
+                false, parent) {}
 
 }  // namespace quillmere

@@ -27,7 +27,7 @@ class ExplorerFrame : public QWidget {
   ~ExplorerFrame() override;
 
   QToolBar& Tools() { return *tools_; }
-  QTreeView& Tree() { return *tree_; }  // right presses do nothing at all in it
+  QTreeView& Tree() const { return *tree_; }  // right presses do nothing at all in it
   QWidget& Head() { return *head_; }
   QToolButton& HeadMenuButton() { return *menu_button_; }
   RowTable& List() { return *list_; }

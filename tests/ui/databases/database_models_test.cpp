@@ -144,7 +144,7 @@ TEST_F(DatabaseModels, ListsShowTheRecordsUnderTheirColumns) {
   EXPECT_EQ(types.index(0, 0).data().toString(), "PRIMARY KEY");
   EXPECT_EQ(types.index(1, 0).data().toString(), "INDEX");
   EXPECT_EQ(types.index(2, 0).data().toString(), "TABLE");
-  EXPECT_EQ(types.KindAt(types.SourceRow(2)), NodeKind::Table);
+  EXPECT_EQ(types.RowAt(types.SourceRow(2)).kind, NodeKind::Table);
 }
 
 TEST_F(DatabaseModels, AListDoesNotReachIntoTheRegistry) {

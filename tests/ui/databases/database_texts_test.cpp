@@ -130,8 +130,7 @@ TEST(DatabaseTexts, AMigrationSaysWhatItsOptionsDo) {
     plan.count = 2;
     plan.source = "HQ";
     plan.target = row.target;
-    plan.options = row.options;
-    plan.prompt_before_drop = row.prompt;
+    plan.choices = {row.options, row.prompt};
     EXPECT_THAT(ToBytes(MigrateAdvice(plan)), row.text) << row.what;
   }
 }

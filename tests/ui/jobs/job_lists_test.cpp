@@ -61,8 +61,8 @@ TEST_F(Jobs, AreListedWithStateAndCounters) {
   rows.Fill(jobs);
   EXPECT_THAT(Cells(rows, 0), ElementsAre("crm", "Stopped", "0", "0", "0", "0"));
   EXPECT_THAT(Cells(rows, 1), ElementsAre("shop", "Started", "5000", "100", "300", "7"));
-  EXPECT_EQ(rows.index(1, JobRows::HasDone).data(JobRows::kBatchRole).toInt(), 750);
-  EXPECT_FALSE(rows.index(0, JobRows::HasDone).data(JobRows::kBatchRole).isValid());
+  EXPECT_EQ(rows.index(1, 4).data(JobRows::kBatchRole).toInt(), 750);
+  EXPECT_FALSE(rows.index(0, 4).data(JobRows::kBatchRole).isValid());
   rows.Fill(jobs, crm);
   ASSERT_EQ(rows.rowCount(), 1);
   EXPECT_EQ(rows.JobOf(rows.SourceRow(0)), crm);
@@ -118,7 +118,7 @@ TEST_F(Jobs, TableListOutlivesTheTables) {
   rows.Fill(jobs.At(job));
   jobs.At(job).schemas.clear();
   EXPECT_EQ(rows.index(0, 0).data().toString().toStdString(), name);
-  EXPECT_EQ(rows.At(0).owner, "SHOP");
+  EXPECT_EQ(rows.RowAt(0).owner, "SHOP");
   rows.Fill(jobs.At(job));
   EXPECT_EQ(rows.rowCount(), 0);
 }
