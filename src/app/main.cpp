@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <string>
 
 #include "app/end_signals.h"
@@ -11,6 +12,7 @@
 #include "ui/toolkit/icons.h"
 #include "ui/toolkit/notice.h"
 #include "workspace/program_folder.h"
+#include "workspace/working_folder.h"
 
 namespace quillmere {
 namespace {
@@ -50,10 +52,11 @@ int Run(int argc, char** argv) {
                "quillmere");
   app.set_version_flag("--version", std::string("quillmere ") + ProgramVersion());
   Workspace::Options options;
-  std::string folder = ".";
-  app.add_option("--workdir", folder,
-                 "working folder, made when missing (default: the current one)")
-      ->type_name("DIR");
+  std::string folder;
+  CLI::Option* named = app.add_option("--workdir", folder,
+                                      "working folder, made when missing (default: the current one "
+                                      "when it is one, else a folder of the user's data)")
+                           ->type_name("DIR");
   app.add_option("--client", options.client, "client library: oracle, sandbox or a path")
       ->type_name("CLIENT");
   app.add_flag("--debug", options.debug, "more messages; what is mined and executed goes to a log");
@@ -62,7 +65,11 @@ int Run(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : kWrongUsage;
   }
-  options.folder = folder;
+  const WorkingFolder chosen = ChooseWorkingFolder(
+      named->count() > 0 ? std::optional<std::filesystem::path>(folder) : std::nullopt, ".",
+      UserDataFolder());
+  options.folder = chosen.folder;
+  options.folder_origin = chosen.why;
   options.create_folder = true;
   options.program_folder = ProgramFolder();
   return RunWindow(options, argc, argv);

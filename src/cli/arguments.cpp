@@ -148,6 +148,7 @@ void AddRunCommand(CLI::App& app, Parsed& parsed) {
   run.add_option("--continue", arguments.go_on, "continue a paused job")
       ->type_name("NAME")
       ->allow_extra_args(false);
+  run.add_flag("--continue-all", arguments.go_on_all, "continue all paused jobs, for a service");
   run.add_option("--for", arguments.seconds, "end after so many seconds")
       ->check(CLI::Range(0.0, kLongestRun));
   run.add_option("--sweep-ms", arguments.sweep_ms, "milliseconds between two sweeps")

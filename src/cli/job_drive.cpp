@@ -53,12 +53,14 @@ int JobDrive::Run() {
   bool none_runs = false;
   {
     HWorkThread worker(runner, workspace_.Jobs(), options_.sweep_pause);
+    service_.Ready();
     while (!ShallEnd() && !none_runs) {
       PrintMessages(kTurn);
       DoPeriodicWork();
       none_runs = !AnyJobRuns();
     }
     ending_ = true;
+    service_.Ending();
     worker.Terminate();
     while (!worker.WaitFor(milliseconds(0))) PrintMessages(kEndTurn);
   }
@@ -121,6 +123,7 @@ void JobDrive::PrintProgress(Time now) {
 
 void JobDrive::DoPeriodicWork() {
   const Time now = steady_clock::now();
+  service_.Alive(now);
   if (options_.progress && now >= next_progress_) {
     PrintProgress(now);
     next_progress_ += kProgressPause;

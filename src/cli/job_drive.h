@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "cli/message_queue.h"
+#include "cli/service_notice.h"
 #include "cli/terminal.h"
 #include "engine/work_thread.h"
 #include "workspace/workspace.h"
@@ -42,6 +43,7 @@ class JobDrive {
   Workspace& workspace_;
   const Options options_;
   EndRequest end_request_;
+  ServiceNotice service_;
   MessageQueue queue_{kMostWaiting};
   EngineContext engine_;
   Time begin_;

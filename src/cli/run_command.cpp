@@ -28,6 +28,22 @@ bool FindAll(const Workspace& workspace, const std::vector<std::string>& names, 
   return true;
 }
 
+// For a service: jobs that were interrupted come back paused, and go on; a stopped one was stopped
+// by somebody. One that can not go on does not hold the others. False: none goes on.
+bool ContinueAll(const Workspace& workspace, EngineContext& engine) {
+  bool some = false;
+  for (std::size_t index = 0; index < workspace.Jobs().Count(); ++index) {
+    if (workspace.Jobs().State(index) != JobState::Paused) continue;
+    std::string reason;
+    if (RequestRun(engine, index, reason)) {
+      some = true;
+    } else {
+      Fail("Job " + workspace.Jobs().At(index).name + ": " + reason);
+    }
+  }
+  return some;
+}
+
 }  // namespace
 
 int Run(const CommandLine& line, const RunArguments& arguments) {
@@ -38,7 +54,9 @@ int Run(const CommandLine& line, const RunArguments& arguments) {
       !FindAll(*workspace, arguments.go_on, JobState::Paused, jobs)) {
     return kFailed;
   }
-  if (jobs.empty()) return Print("No job runs: name jobs with --start or --continue\n");
+  if (jobs.empty() && !arguments.go_on_all) {
+    return Print("No job runs: name jobs with --start or --continue\n");
+  }
   JobDrive::Options options;
   if (arguments.seconds) {
     options.time = std::chrono::milliseconds(std::llround(*arguments.seconds * 1000));
@@ -51,6 +69,9 @@ int Run(const CommandLine& line, const RunArguments& arguments) {
     if (!RequestRun(drive.Engine(), job, reason)) {
       return Fail("Job " + workspace->Jobs().At(job).name + ": " + reason);
     }
+  }
+  if (arguments.go_on_all && !ContinueAll(*workspace, drive.Engine()) && jobs.empty()) {
+    return Fail("No job goes on; begin one with --start");
   }
   return drive.Run();
 }

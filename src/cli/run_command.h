@@ -12,6 +12,7 @@ namespace quillmere::cli {
 
 struct RunArguments {
   std::vector<std::string> start, go_on;  // names of stopped and of paused jobs
+  bool go_on_all = false;                 // all paused jobs, besides
   std::optional<double> seconds;          // until a signal when there is none
   int sweep_ms = static_cast<int>(HWorkThread::kSweepPause.count());
   bool progress = false;

@@ -34,7 +34,13 @@ std::string BindAll(void* library, OciApi& api) {
 
 std::vector<std::string> Candidates(std::string_view choice, const std::filesystem::path& folder) {
   if (choice.empty() || choice == "oracle") return OracleClientNames();
-  if (choice == "sandbox") return {(folder / SandboxLibraryName()).string()};
+  if (choice == "sandbox") {
+    // Beside the program in a build, in its private folder when installed.
+    const std::string name = SandboxLibraryName();
+    const std::filesystem::path installed =
+        (folder / QUILLMERE_PRIVATE_LIBRARIES).lexically_normal();
+    return {(folder / name).string(), (installed / name).string()};
+  }
   return {std::string(choice)};
 }
 

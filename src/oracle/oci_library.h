@@ -23,9 +23,10 @@ class OciLibrary {
   };
 
   // choice: "" or "oracle" tries the platform's usual names, "sandbox" the sandbox library in
-  // program_folder, anything else is a path. A library that cannot be loaded is no failure here:
-  // the first connect reports LoadError(). Sets the NLS defaults (nls_defaults.h) before loading,
-  // so it is to be constructed before other threads start.
+  // program_folder or in the private library folder that belongs to it, anything else is a path. A
+  // library that cannot be loaded is no failure here: the first connect reports LoadError(). Sets
+  // the NLS defaults (nls_defaults.h) before loading, so it is to be constructed before other
+  // threads start.
   OciLibrary(std::string_view choice, const std::filesystem::path& program_folder);
 
   // Uses the given table, all 13 pointers set.

@@ -60,12 +60,18 @@ std::unique_ptr<Workspace> Workspace::Open(const Options& options, std::string& 
 
 Workspace::Workspace(const Options& options, fs::path folder)
     : folder_(std::move(folder)),
+      folder_origin_(options.folder_origin),
       access_(options.access),
       clock_(options.clock != nullptr ? options.clock : &system_clock_),
       log_(folder_, *clock_, settings_,
            access_ == Access::Change ? MessageLog::Files::Write : MessageLog::Files::LeaveAlone),
       registry_(folder_, log_, settings_),
       catalogue_(folder_, jobs_, log_) {}
+
+std::string Workspace::FolderText() const {
+  const std::string path = PathText(folder_);
+  return folder_origin_.empty() ? path : path + " (" + folder_origin_ + ")";
+}
 
 void Workspace::OpenClient(const Options& options) {
   if (options.oci != nullptr) {

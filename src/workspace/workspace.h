@@ -27,6 +27,7 @@ class Workspace {
 
   struct Options {
     std::filesystem::path folder = ".";
+    std::string folder_origin;  // why it is this one, for the operator; empty: nothing to be said
     Access access = Access::Change;
     bool create_folder = false;            // a missing folder is made; otherwise it is refused
     std::string client;                    // as OciLibrary's choice; empty: what the settings say
@@ -44,6 +45,7 @@ class Workspace {
   Workspace& operator=(const Workspace&) = delete;
 
   const std::filesystem::path& Folder() const { return folder_; }  // absolute
+  std::string FolderText() const;                                  // with why it is this one
   Settings& ProgramSettings() { return settings_; }
   const Clock& TimeSource() const { return *clock_; }
   MessageLog& Log() { return log_; }
@@ -82,6 +84,7 @@ class Workspace {
 
   FolderLock lock_;  // let go of last
   const std::filesystem::path folder_;
+  const std::string folder_origin_;
   const Access access_;
   SystemClock system_clock_;
   const Clock* const clock_;

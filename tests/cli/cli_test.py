@@ -7,6 +7,7 @@ import json
 import os
 import pathlib
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
@@ -391,6 +392,29 @@ class Replication(Site):
                 self.assertNotIn("ERROR", run.text())
                 self.assert_same()
         self.assertEqual(self.jobs()["J"]["total_done"], 800)
+
+    def test_a_service_tells_its_manager_and_continues_what_is_paused(self):
+        ldd = subprocess.run(["ldd", self.command()[0]], stdout=subprocess.PIPE, check=False).stdout
+        if b"libsystemd" not in ldd:
+            self.skipTest("built without libsystemd")
+        self.cli("run", "--continue-all", status=1, text="No job goes on; begin one with --start")
+        run = Running(self, "--start", "J")
+        run.wait_for("Nothing synchronized")
+        run.end()
+        with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as manager:
+            manager.bind(str(self.path / "notify"))
+            manager.settimeout(LIMIT)
+            run = Running(self, "--continue-all", NOTIFY_SOCKET=str(self.path / "notify"),
+                          WATCHDOG_USEC="200000")
+            told = [manager.recv(100) for _ in range(4)]
+            self.assertEqual(told, [b"READY=1"] + 3 * [b"WATCHDOG=1"])
+            self.fill(1, 5)
+            self.wait_for_job(lambda job: job["total_done"] == 4, "work")
+            asked = time.monotonic()
+            self.assertEqual(run.end(), 0)
+            self.assertLess(time.monotonic() - asked, 10)
+            while told[-1] != b"STOPPING=1":
+                told.append(manager.recv(100))
 
     def test_a_reader_who_has_gone_or_sleeps_does_not_hold_the_jobs(self):
         def start(**streams):

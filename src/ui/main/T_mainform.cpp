@@ -40,8 +40,8 @@ TMainForm::TMainForm(UiContext& context, std::chrono::milliseconds sweep_pause)
   setObjectName(QStringLiteral("MainForm"));
   setWindowTitle(QStringLiteral("Quillmere"));
   setWindowIcon(Icon("app"));
-  auto* banner = new Banner(
-      QStringLiteral("Working folder ") + ToQt(PathText(context.workspace.Folder())), this);
+  auto* banner =
+      new Banner(QStringLiteral("Working folder ") + ToQt(context.workspace.FolderText()), this);
   splitter_ = new QSplitter(Qt::Vertical, this);
   splitter_->setObjectName(QStringLiteral("SplitMain"));
   splitter_->addWidget(MakePages(sweep_pause));

@@ -61,7 +61,7 @@ AboutFacts FactsOf(Workspace& workspace) {
   const OciLibrary& client = workspace.Oci();
   return {{"Version", ProgramVersion()},
           {"Oracle client", client.Loaded() ? client.Path() : client.LoadError()},
-          {"Working folder", PathText(workspace.Folder())},
+          {"Working folder", workspace.FolderText()},
           {"Qt", qVersion()}};
 }
 
