@@ -95,6 +95,8 @@ def main():
             if re.match(r"[a-z]+:", target):
                 faults.append(f"{file.name}: {target}: the manual stands alone, without links elsewhere")
                 continue
+            if target == "search-index.js":
+                continue  # written when the manual is put together
             path, _, anchor = target.partition("#")
             linked = (file.parent / path).resolve() if path else file.resolve()
             if not linked.is_file():
@@ -105,6 +107,15 @@ def main():
     for file, text in wanted(folder):
         if text not in known:
             faults.append(f"the manual does not explain the message of {file.relative_to(folder)}: {text}")
+    stored = re.findall(r'\.Add(?:Child|Number)\("(\w+)"',
+                        (folder / "src/foundation/settings.cpp").read_text().partition('"settings")')[2])
+    described = (folder / "HTML/settings.html").read_text()
+    faults += [f"settings.html: the setting {name} is missing" for name in stored
+               if f"<code>{name}</code>" not in described]
+    navigation = {re.sub(' aria-current="page"', "", re.search(r"<nav>.*?</nav>", file.read_text(), re.S).group())
+                  for file in pages}
+    if len(navigation) != 1 or any(f'"{file.name}"' not in min(navigation) for file in pages):
+        faults.append("the pages differ in their navigation, or it lacks one of them")
     shown = {target for page in pages.values() for target in page.targets}
     for picture in sorted((folder / "HTML/images").glob("*")):
         if f"images/{picture.name}" not in shown:
