@@ -53,9 +53,9 @@ class Catalogue {
   ScratchFolder folder_;
   SystemClock clock_;
   Settings settings_;
-  MessageLog log_{folder_.Path(), clock_, settings_};
+  MessageLog log_{folder_.Files(), folder_.Path(), clock_, settings_};
   JobList jobs_;
-  JobCatalogue catalogue_{folder_.Path(), jobs_, log_};
+  JobCatalogue catalogue_{folder_.Files(), folder_.Path(), jobs_, log_};
 };
 
 constexpr std::size_t kStatements = 200'000;

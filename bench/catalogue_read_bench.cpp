@@ -261,7 +261,7 @@ class CatalogueReading {
   ScratchFolder folder_;
   SystemClock clock_;
   Settings settings_;
-  MessageLog log_{folder_.Path(), clock_, settings_};
+  MessageLog log_{folder_.Files(), folder_.Path(), clock_, settings_};
   OciLibrary library_{kApi};
   OracleSession session_{library_};
   SchemaOperations operations_{library_, log_, settings_};

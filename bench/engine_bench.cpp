@@ -78,13 +78,13 @@ class Engine {
   ScratchFolder folder_;
   SystemClock clock_;
   Settings settings_;
-  MessageLog log_{folder_.Path(), clock_, settings_};
+  MessageLog log_{folder_.Files(), folder_.Path(), clock_, settings_};
   JobList jobs_;
-  JobCatalogue catalogue_{folder_.Path(), jobs_, log_};
+  JobCatalogue catalogue_{folder_.Files(), folder_.Path(), jobs_, log_};
   OciLibrary library_;
   Silence listener_;
-  EngineContext context_{folder_.Path(), jobs_,  catalogue_, library_,
-                         log_,           clock_, settings_,  listener_};
+  EngineContext context_{folder_.Files(), folder_.Path(), jobs_,    catalogue_, library_, log_,
+                         clock_,          settings_,      listener_};
   JobRunner runner_{context_};
 };
 

@@ -55,8 +55,8 @@ class RegistryFiles {
   ScratchFolder folder_;
   SystemClock clock_;
   Settings settings_;
-  MessageLog log_{folder_.Path(), clock_, settings_};
-  DataSourceRegistry registry_{folder_.Path(), log_, settings_};
+  MessageLog log_{folder_.Files(), folder_.Path(), clock_, settings_};
+  DataSourceRegistry registry_{folder_.Files(), folder_.Path(), log_, settings_};
 };
 
 class PugixmlRegistry {

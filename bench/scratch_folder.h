@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <string>
 
+#include "foundation/system_files.h"
+
 namespace quillmere::bench {
 
 class ScratchFolder {
@@ -23,9 +25,11 @@ class ScratchFolder {
   ScratchFolder& operator=(const ScratchFolder&) = delete;
 
   const std::filesystem::path& Path() const { return path_; }
+  FileSystem& Files() const { return files_; }
 
  private:
   std::filesystem::path path_;
+  mutable SystemFiles files_;
 };
 
 }  // namespace quillmere::bench

@@ -63,9 +63,9 @@ class CatalogueFile {
   ScratchFolder folder_;
   SystemClock clock_;
   Settings settings_;
-  MessageLog log_{folder_.Path(), clock_, settings_};
+  MessageLog log_{folder_.Files(), folder_.Path(), clock_, settings_};
   JobList jobs_;
-  JobCatalogue catalogue_{folder_.Path(), jobs_, log_};
+  JobCatalogue catalogue_{folder_.Files(), folder_.Path(), jobs_, log_};
 };
 
 struct StringWriter final : pugi::xml_writer {
@@ -95,7 +95,8 @@ class PugixmlFile {
     writer.text.reserve(8 << 20);
     document.save(writer, "   ", pugi::format_indent | pugi::format_no_declaration);
     std::string error;
-    if (!ReplaceFile(file, writer.text, FileAccess::Everyone, error)) std::abort();
+    SystemFiles files;
+    if (!ReplaceFile(files, file, writer.text, FileAccess::Everyone, error)) std::abort();
   }
 
   void Load() {
@@ -145,7 +146,7 @@ class PugixmlFile {
 void ParseText(benchmark::State& state) {
   const CatalogueFile file;
   XmlDocument document;
-  if (!document.Load(file.File())) std::abort();
+  if (!document.Load(file.Files(), file.File())) std::abort();
   const std::string text = document.Text();
   for (auto _ : state) {
     if (!document.Parse(text)) std::abort();
@@ -157,7 +158,7 @@ BENCHMARK(ParseText)->Unit(benchmark::kMillisecond);
 void WriteText(benchmark::State& state) {
   const CatalogueFile file;
   XmlDocument document;
-  if (!document.Load(file.File())) std::abort();
+  if (!document.Load(file.Files(), file.File())) std::abort();
   std::size_t bytes = 0;
   for (auto _ : state) bytes += document.Text().size();
   state.SetBytesProcessed(static_cast<std::int64_t>(bytes));
@@ -173,7 +174,7 @@ void AddXmlBenches(RatioTable& table) {
     if (!document.load_file(theirs->File().c_str())) std::abort();
   };
   const auto load = [ours](XmlDocument& document) {
-    if (!document.Load(ours->File())) std::abort();
+    if (!document.Load(ours->Files(), ours->File())) std::abort();
   };
   table.Add({"xml load, 20000 tables / pugixml", 0,
              [=] {
@@ -193,7 +194,7 @@ void AddXmlBenches(RatioTable& table) {
              [=] {
                XmlDocument document;
                load(document);
-               if (!document.Save(ours->File())) std::abort();
+               if (!document.Save(ours->Files(), ours->File())) std::abort();
              }});
   table.Add({"job file load, 20000 tables / pugixml", 1.0, [theirs] { theirs->Load(); },
              [ours] { ours->Load(); }});

@@ -23,7 +23,8 @@ constexpr int kWrongUsage = 2;
 // In the look that the program has in that folder.
 int Refuse(const std::filesystem::path& folder, const std::string& reason) {
   WindowMemory memory(folder);
-  Appearance look(memory);
+  SystemFiles files;
+  Appearance look(files, memory);
   std::string problem;
   look.Restore(problem);
   ShowFailure(nullptr, reason);

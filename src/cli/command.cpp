@@ -1,7 +1,5 @@
 #include "cli/command.h"
 
-#include <system_error>
-
 #include "foundation/text.h"
 #include "workspace/program_folder.h"
 
@@ -23,9 +21,8 @@ Workspace::Options OptionsOf(const CommandLine& line) {
 
 // A folder without a registry is a new one; that is no news to whoever works from a shell.
 bool IsNews(const Workspace& workspace, const MessageLog::Entry& entry) {
-  std::error_code code;
   return !entry.text.ends_with("Can't not open database.xml") ||
-         std::filesystem::exists(workspace.Folder() / "config" / "database.xml", code);
+         IsThere(workspace.Files(), workspace.Folder() / "config" / "database.xml");
 }
 
 std::unique_ptr<Workspace> Open(const Workspace::Options& options) {

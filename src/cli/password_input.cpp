@@ -7,7 +7,11 @@ namespace quillmere::cli {
 namespace {
 
 bool ReadFromFile(const std::string& file, std::string& password, std::string& reason) {
-  if (!ReadFile(file, password, reason)) return false;
+  SystemFiles files;  // not one of the program's files: a path that the operator gives
+  if (FileStatus read = ReadFile(files, file, password); !read) {
+    reason = std::move(read.reason);
+    return false;
+  }
   if (!password.empty() && password.back() == '\n') password.pop_back();
   if (!password.empty() && password.back() == '\r') password.pop_back();
   if (password.find('\n') == std::string::npos) return true;

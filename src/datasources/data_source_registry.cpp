@@ -23,9 +23,9 @@ bool IsReserved(std::string_view name) {
 
 }  // namespace
 
-DataSourceRegistry::DataSourceRegistry(fs::path working_folder, MessageLog& log,
+DataSourceRegistry::DataSourceRegistry(FileSystem& files, fs::path working_folder, MessageLog& log,
                                        const Settings& settings)
-    : working_folder_(std::move(working_folder)), log_(log), settings_(settings) {}
+    : files_(files), working_folder_(std::move(working_folder)), log_(log), settings_(settings) {}
 
 fs::path DataSourceRegistry::ListFile() const {
   return working_folder_ / "config" / "database.xml";
@@ -93,7 +93,7 @@ std::size_t DataSourceRegistry::Add(DataSource source) {
 bool DataSourceRegistry::Remove(std::size_t index, std::string& error) {
   if (sources_[index].state == ConnectionState::Empty) return true;
   const fs::path file = SourceFile(sources_[index].name);
-  if (!RemoveEveryTrace(file, error)) return false;
+  if (!RemoveEveryTrace(files_, file, error)) return false;
   unreadable_.Forget(file);
   sources_[index] = {};
   return true;
@@ -101,7 +101,7 @@ bool DataSourceRegistry::Remove(std::size_t index, std::string& error) {
 
 bool DataSourceRegistry::Save(std::string& error) {
   error.clear();
-  if (!MakeFolders(ListFile().parent_path(), error)) return false;
+  if (!MakeFolders(files_, ListFile().parent_path(), error)) return false;
   std::string reason;
   if (!SaveList(reason)) KeepFirst(error, reason);
   for (DataSource& source : sources_) {
@@ -122,8 +122,8 @@ bool DataSourceRegistry::SaveList(std::string& error) {
   }
   // What could not be read today may be repaired tomorrow.
   for (const std::string& name : left_out_) append(name);
-  return unreadable_.Keep(ListFile(), error) &&
-         ReplaceTextFile(ListFile(), document.Text(), FileAccess::Everyone, error);
+  return unreadable_.Keep(files_, ListFile(), error) &&
+         ReplaceTextFile(files_, ListFile(), document.Text(), FileAccess::Everyone, error);
 }
 
 bool DataSourceRegistry::SaveSource(DataSource& source, std::string& error) {
@@ -140,8 +140,8 @@ bool DataSourceRegistry::SaveSource(DataSource& source, std::string& error) {
     error = "Can not create " + PathText(file) + ": it would be too large";
     return false;
   }
-  if (!unreadable_.Keep(file, error) ||
-      !ReplaceTextFile(file, text, FileAccess::OwnerOnly, error)) {
+  if (!unreadable_.Keep(files_, file, error) ||
+      !ReplaceTextFile(files_, file, text, FileAccess::OwnerOnly, error)) {
     return false;
   }
   source.needsave = false;
@@ -153,10 +153,9 @@ void DataSourceRegistry::Load() {
   left_out_.clear();
   unreadable_.Clear();
   XmlDocument document;
-  bool missing = false;
-  if (!document.Load(ListFile(), &missing)) {
+  if (const FileStatus loaded = document.Load(files_, ListFile()); !loaded) {
     log_.Add("Can't not open database.xml", true);
-    if (!missing) unreadable_.Add(ListFile());
+    if (!loaded.Missing()) unreadable_.Add(ListFile());
     return;
   }
   std::vector<const XmlNode*> nodes;
@@ -175,10 +174,10 @@ void DataSourceRegistry::LoadSource(std::string_view name) {
   XmlDocument document;
   DataSource source;
   source.name = name;
-  bool missing = false;
-  if (!document.Load(file, &missing) || !ReadDataSource(document.Root(), source)) {
+  const FileStatus loaded = document.Load(files_, file);
+  if (!loaded || !ReadDataSource(document.Root(), source)) {
     LeaveOut(name, "open" + PathText(file) + " failed");
-    if (!missing) unreadable_.Add(file);
+    if (!loaded.Missing()) unreadable_.Add(file);
     return;
   }
   sources_.push_back(std::move(source));

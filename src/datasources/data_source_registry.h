@@ -55,7 +55,8 @@ class DataSourceRegistry {
  public:
   static constexpr std::size_t kMostDataSources = 20;
 
-  DataSourceRegistry(std::filesystem::path working_folder, MessageLog& log,
+  // All but the folder's path must outlive the registry.
+  DataSourceRegistry(FileSystem& files, std::filesystem::path working_folder, MessageLog& log,
                      const Settings& settings);
 
   std::size_t Count() const { return sources_.size(); }  // slots, empty ones included
@@ -94,6 +95,7 @@ class DataSourceRegistry {
   bool SaveList(std::string& error);
   bool SaveSource(DataSource& source, std::string& error);
 
+  FileSystem& files_;
   const std::filesystem::path working_folder_;
   MessageLog& log_;
   const Settings& settings_;

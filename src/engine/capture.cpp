@@ -1,7 +1,6 @@
 #include "engine/capture.h"
 
 #include <algorithm>
-#include <fstream>
 #include <limits>
 
 #include "engine/redo_assembler.h"
@@ -100,8 +99,12 @@ class BatchSink final : public RedoSink, private RedoAssembler::Taker {
 
 // sqlerror.log holds the latest mining error only.
 void WriteSqlErrorFile(const EngineContext& context, std::string_view text) {
-  std::ofstream file(context.working_folder / "sqlerror.log", std::ios::binary | std::ios::trunc);
-  file << FormatTimeStamp(context.clock.Now()) << ' ' << text << '\n';
+  const std::string line = FormatTimeStamp(context.clock.Now()) + " " + std::string(text) + "\n";
+  std::string error;
+  if (!ReplaceFile(context.files, context.working_folder / "sqlerror.log", line,
+                   FileAccess::Everyone, error)) {
+    context.log.WriteGeneral(error);
+  }
 }
 
 bool Fail(EngineContext& context, std::size_t index, const std::string& text) {
@@ -155,9 +158,10 @@ bool CaptureBatch(EngineContext& context, std::size_t index) {
   }
   if (job.pending_batch.Empty()) return true;
   std::string error;
-  const auto path = RunStatePaths(context.catalogue.JobFolder(name)).batch;
   // Without its file the batch would not survive a restart: mine it again rather.
-  return WriteBatchFile(path, job.pending_batch, error) || Fail(context, index, error);
+  return WriteBatchFile(context.files, context.catalogue.FolderOf(name), job.pending_batch,
+                        error) ||
+         Fail(context, index, error);
 }
 
 }  // namespace quillmere

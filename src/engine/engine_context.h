@@ -13,6 +13,7 @@
 namespace quillmere {
 
 struct EngineContext {
+  FileSystem& files;
   std::filesystem::path working_folder;
   JobList& jobs;
   JobCatalogue& catalogue;

@@ -12,7 +12,7 @@ bool WriteRecord(EngineContext& context, std::size_t index, JobState state, std:
   const SyncJob& job = context.jobs.At(index);
   JobList::Progress progress;
   context.jobs.State(index, &progress);
-  RunRecordWriter writer(context.catalogue.JobFolder(JobView(job).name));
+  RunRecordWriter writer(context.files, context.catalogue.FolderOf(JobView(job).name));
   return writer.Write(MakeRunRecord(job, state, progress), error);
 }
 

@@ -12,7 +12,8 @@ Pass::Pass(EngineContext& context, std::size_t index, const std::atomic<bool>& e
       end_requested_(end_requested),
       job_(context.jobs.At(index)),
       view_(job_),
-      record_(context.catalogue.JobFolder(view_.name)) {}
+      folder_(context.catalogue.FolderOf(view_.name)),
+      record_(context.files, folder_) {}
 
 void Pass::Run() {
   if (context_.settings.debug) {
@@ -146,7 +147,7 @@ bool Pass::Publish() {
 bool Pass::OpenCommitPoint() {
   commit_point_ = Record();
   std::string error;
-  if (WriteCommitPoint(context_.catalogue.JobFolder(view_.name), commit_point_, error)) return true;
+  if (WriteCommitPoint(context_.files, folder_, commit_point_, error)) return true;
   // Going on without it could apply a batch twice after a crash.
   Error(error);
   return false;
@@ -156,7 +157,7 @@ bool Pass::OpenCommitPoint() {
 // the two doubles the pass. False when it is not known to have committed.
 bool Pass::CommitDestination(OracleSession& destination) {
   // Made beforehand: nothing may come between the commit and the removal, or fail there.
-  const auto path = RunStatePaths(context_.catalogue.JobFolder(view_.name)).commit_point;
+  const std::filesystem::path path = folder_.File(JobFile::CommitPoint);
   std::string error;
   if (!record_failed_ && !record_.Flush(error)) Error(error);
   if (!destination.EndSession()) {
@@ -166,8 +167,8 @@ bool Pass::CommitDestination(OracleSession& destination) {
     // A record on disk that says more than the server took must not outlive the commit point.
     if (record_failed_ || !record_.Flush(error)) return false;
   }
-  if (!RemoveForGood(path)) {
-    Error("Can not remove " + path.string() +
+  if (!RemoveForGood(context_.files, path)) {
+    Error("Can not remove " + PathText(path) +
           ". Remove it before the program is started again, or this pass is applied twice");
   }
   return destination_committed_;

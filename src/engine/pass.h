@@ -57,6 +57,7 @@ class Pass {
   const std::atomic<bool>& end_requested_;
   SyncJob& job_;
   const JobView view_;
+  const JobFolder folder_;
   RunRecordWriter record_;
   bool record_failed_ = false;         // told once a pass
   bool destination_committed_ = true;  // as far as is known

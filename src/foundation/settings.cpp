@@ -20,7 +20,8 @@ bool ReadBool(const XmlNode& node, std::string_view name) {
 
 }  // namespace
 
-bool LoadSettings(const std::filesystem::path& file, Settings& settings, std::string& error) {
+bool LoadSettings(FileSystem& files, const std::filesystem::path& file, Settings& settings,
+                  std::string& error) {
   settings.debug = false;
   settings.statement_trace = false;
   settings.registry_messages = false;
@@ -28,9 +29,8 @@ bool LoadSettings(const std::filesystem::path& file, Settings& settings, std::st
   settings.client_library.clear();
 
   XmlDocument document;
-  bool missing = false;
-  if (!document.Load(file, &missing)) {
-    if (missing) return true;
+  if (const FileStatus loaded = document.Load(files, file); !loaded) {
+    if (loaded.Missing()) return true;
     error = "Can not read the settings in " + PathText(file) + ": " + document.Message();
     return false;
   }
@@ -46,10 +46,11 @@ bool LoadSettings(const std::filesystem::path& file, Settings& settings, std::st
   return true;
 }
 
-bool SaveSettings(const std::filesystem::path& file, const Settings& settings, std::string& error) {
+bool SaveSettings(FileSystem& files, const std::filesystem::path& file, const Settings& settings,
+                  std::string& error) {
   XmlDocument document;
-  bool missing = false;
-  if (!document.Load(file, &missing) && !missing && !KeepBadFile(file, error)) return false;
+  const FileStatus old = document.Load(files, file);
+  if (!old && !old.Missing() && !KeepBadFile(files, file, error)) return false;
   document.Clear();
   XmlNode& node = document.Root().AddChild("settings");
   node.AddChild("debug", BoolText(settings.debug));
@@ -57,8 +58,8 @@ bool SaveSettings(const std::filesystem::path& file, const Settings& settings, s
   node.AddChild("registry_messages", BoolText(settings.registry_messages));
   node.AddNumber("message_limit", settings.message_limit);
   node.AddChild("client_library", settings.client_library);
-  return MakeFolders(file.parent_path(), error) &&
-         ReplaceTextFile(file, document.Text(), FileAccess::Everyone, error);
+  return MakeFolders(files, file.parent_path(), error) &&
+         ReplaceTextFile(files, file, document.Text(), FileAccess::Everyone, error);
 }
 
 }  // namespace quillmere

@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <string>
 
+#include "foundation/file_system.h"
+
 namespace quillmere {
 
 inline constexpr int kDefaultMessageLimit = 500;
@@ -20,7 +22,9 @@ struct Settings {
 
 // A missing file leaves the defaults and is success. A file that cannot be read or understood
 // leaves the defaults and fails with a reason.
-bool LoadSettings(const std::filesystem::path& file, Settings& settings, std::string& error);
-bool SaveSettings(const std::filesystem::path& file, const Settings& settings, std::string& error);
+bool LoadSettings(FileSystem& files, const std::filesystem::path& file, Settings& settings,
+                  std::string& error);
+bool SaveSettings(FileSystem& files, const std::filesystem::path& file, const Settings& settings,
+                  std::string& error);
 
 }  // namespace quillmere

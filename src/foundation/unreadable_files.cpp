@@ -10,10 +10,10 @@ void UnreadableFiles::Rename(const std::filesystem::path& from, const std::files
   std::replace(files_.begin(), files_.end(), from, to);
 }
 
-bool UnreadableFiles::Keep(const std::filesystem::path& file, std::string& error) {
+bool UnreadableFiles::Keep(FileSystem& files, const std::filesystem::path& file, std::string& error) {
   const auto found = std::find(files_.begin(), files_.end(), file);
   if (found == files_.end()) return true;
-  if (!KeepBadFile(file, error)) return false;
+  if (!KeepBadFile(files, file, error)) return false;
   files_.erase(found);
   return true;
 }

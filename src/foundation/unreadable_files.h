@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/file_system.h"
+
 namespace quillmere {
 
 // Not locked: whoever reads and saves the files sees to it that they do so one at a time.
@@ -21,7 +23,7 @@ class UnreadableFiles {
 
   // To be asked before a file is written. False: it could not be kept, must not be written, and
   // stays marked. True for a file that bears no mark.
-  bool Keep(const std::filesystem::path& file, std::string& error);
+  bool Keep(FileSystem& files, const std::filesystem::path& file, std::string& error);
 
  private:
   std::vector<std::filesystem::path> files_;

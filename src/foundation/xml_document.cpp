@@ -35,14 +35,15 @@ void XmlDocument::Clear() {
   storage_ = std::make_unique<Storage>();
 }
 
-bool XmlDocument::Load(const std::filesystem::path& path, bool* missing) {
+FileStatus XmlDocument::Load(FileSystem& files, const std::filesystem::path& path) {
   Clear();
-  std::string reason;
-  if (!ReadFile(path, storage_->text, reason, missing)) {
+  FileStatus status = ReadFile(files, path, storage_->text);
+  if (!status) {
     storage_->message = "Can not open " + PathText(path);
-    return false;
+    return status;
   }
-  return XmlReader(storage_->root, storage_->text, storage_->message).Read();
+  if (XmlReader(storage_->root, storage_->text, storage_->message).Read()) return {};
+  return {FileCode::Damaged, storage_->message};
 }
 
 bool XmlDocument::Parse(std::string_view text) {
@@ -52,11 +53,11 @@ bool XmlDocument::Parse(std::string_view text) {
   return XmlReader(storage_->root, storage_->text, storage_->message).Read();
 }
 
-bool XmlDocument::Save(const std::filesystem::path& path, FileAccess access) {
+bool XmlDocument::Save(FileSystem& files, const std::filesystem::path& path, FileAccess access) {
   XmlWriter writer;
   std::string reason;
   if (writer.Write(storage_->root, storage_->ExpectedTextSize()) &&
-      ReplaceTextFile(path, writer.Text(), access, reason)) {
+      ReplaceTextFile(files, path, writer.Text(), access, reason)) {
     return true;
   }
   storage_->message = "Can not create " + PathText(path);

@@ -83,12 +83,13 @@ class XmlDocument {
   void Clear();
 
   // Replaces the tree by the file's. On failure Message() holds the reason and the tree what was
-  // built up to the error; missing says whether there was no file at all.
-  bool Load(const std::filesystem::path& path, bool* missing = nullptr);
+  // built up to the error; a file that was read but is wrong is Damaged.
+  FileStatus Load(FileSystem& files, const std::filesystem::path& path);
   bool Parse(std::string_view text);
 
   // Replaces the file whole; on failure Message() is "Can not create " and the path.
-  bool Save(const std::filesystem::path& path, FileAccess access = FileAccess::Everyone);
+  bool Save(FileSystem& files, const std::filesystem::path& path,
+            FileAccess access = FileAccess::Everyone);
   // What Save would write; empty when that is more than kXmlTextLimit.
   std::string Text() const;
   // The same, but false when that is more than kXmlTextLimit.

@@ -1,8 +1,6 @@
 #include "jobs/job_catalogue.h"
 
 #include <algorithm>
-#include <array>
-#include <system_error>
 #include <utility>
 
 #include "foundation/text.h"
@@ -17,38 +15,14 @@ namespace {
 
 constexpr std::string_view kListFile = "jobs.xml";
 
-// What the engine keeps in a job's folder.
-constexpr std::array<std::string_view, 3> kRunFiles = {"block.dat", "commit.dat", "sqlcmds.txt"};
-
-bool RenamePath(const fs::path& from, const fs::path& to, std::string& error) {
-  std::error_code code;
-  fs::rename(from, to, code);
-  if (!code) return true;
-  error = "Can not rename " + PathText(from) + " to " + PathText(to) + ": " + code.message();
-  return false;
-}
-
-// Only asks; whoever goes on to use the path gets the reason then.
-bool IsThere(const fs::path& path) {
-  std::error_code code;
-  return fs::exists(path, code);
-}
-
 }  // namespace
 
-JobCatalogue::JobCatalogue(fs::path working_folder, JobList& jobs, MessageLog& log)
-    : working_folder_(std::move(working_folder)), jobs_(jobs), log_(log) {}
-
-fs::path JobCatalogue::JobFolder(std::string_view name) const {
-  return working_folder_ / "jobs" / name;
-}
+JobCatalogue::JobCatalogue(FileSystem& files, fs::path working_folder, JobList& jobs,
+                           MessageLog& log)
+    : files_(files), working_folder_(std::move(working_folder)), jobs_(jobs), log_(log) {}
 
 fs::path JobCatalogue::ListFile() const {
   return working_folder_ / "jobs" / kListFile;
-}
-
-fs::path JobCatalogue::OwnFilePath(std::string_view name) const {
-  return JobFolder(name) / (std::string(name) + ".xml");
 }
 
 std::string JobCatalogue::WhyNameRefused(std::string_view name, std::size_t index) const {
@@ -106,12 +80,12 @@ bool JobCatalogue::SaveList(Selection selection, std::vector<SyncJob*>& changed,
     error = "Can not create " + PathText(ListFile()) + ": the list is too large";
     return false;
   }
-  if (text == saved_list_ && IsThere(ListFile())) return true;
-  if (!MakeFolders(working_folder_ / "jobs", error)) return false;
-  if (!unreadable_.Keep(ListFile(), error)) return false;
-  if (list_has_more_ && !KeepBadCopy(ListFile(), FileAccess::Everyone, error)) return false;
+  if (text == saved_list_ && IsThere(files_, ListFile())) return true;
+  if (!MakeFolders(files_, ListFile().parent_path(), error)) return false;
+  if (!unreadable_.Keep(files_, ListFile(), error)) return false;
+  if (list_has_more_ && !KeepBadCopy(files_, ListFile(), FileAccess::Everyone, error)) return false;
   list_has_more_ = false;
-  if (!ReplaceTextFile(ListFile(), text, FileAccess::Everyone, error)) return false;
+  if (!ReplaceTextFile(files_, ListFile(), text, FileAccess::Everyone, error)) return false;
   saved_list_ = std::move(text);
   return true;
 }
@@ -127,13 +101,14 @@ bool JobCatalogue::SaveOwnFile(SyncJob& job, std::string& error) {
     name = job.name;
     WriteSchemas(writer, job.schemas);
   }
-  const fs::path file = OwnFilePath(name);
+  const JobFolder folder = FolderOf(name);
+  const fs::path file = folder.File(JobFile::Tables);
   if (!writer.Ok()) {
     error = "Can not create " + PathText(file) + ": it would be too large";
     return false;
   }
-  if (!MakeFolders(JobFolder(name), error) || !unreadable_.Keep(file, error) ||
-      !ReplaceTextFile(file, writer.Text(), FileAccess::Everyone, error)) {
+  if (!MakeFolders(files_, folder.Path(), error) || !unreadable_.Keep(files_, file, error) ||
+      !ReplaceTextFile(files_, file, writer.Text(), FileAccess::Everyone, error)) {
     return false;
   }
   job.tables_saved_revision = revision;
@@ -141,21 +116,8 @@ bool JobCatalogue::SaveOwnFile(SyncJob& job, std::string& error) {
 }
 
 bool JobCatalogue::MoveFolder(std::string_view from, std::string_view to, std::string& error) {
-  std::error_code code;
-  if (IsThere(JobFolder(to)) && !fs::equivalent(JobFolder(from), JobFolder(to), code)) {
-    error = "There is a folder " + PathText(JobFolder(to)) +
-            " already: move it away or choose another name";
-    return false;
-  }
-  if (!IsThere(JobFolder(from))) return true;
-  if (!RenamePath(JobFolder(from), JobFolder(to), error)) return false;
-  const fs::path old_file = JobFolder(to) / OwnFilePath(from).filename();
-  if (IsThere(old_file) && !RenamePath(old_file, OwnFilePath(to), error)) {
-    std::string ignored;  // the first reason is the one to tell
-    RenamePath(JobFolder(to), JobFolder(from), ignored);
-    return false;
-  }
-  unreadable_.Rename(OwnFilePath(from), OwnFilePath(to));
+  if (!FolderOf(from).MoveTo(files_, FolderOf(to), error)) return false;
+  unreadable_.Rename(FolderOf(from).File(JobFile::Tables), FolderOf(to).File(JobFile::Tables));
   return true;
 }
 
@@ -169,7 +131,7 @@ bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, std::str
   const auto set_name = [&](std::string_view name) {
     const std::lock_guard<std::mutex> lock(job.config_mutex);
     job.name = name;
-    job.error_log_path = PathText(JobFolder(name) / "error.log");
+    job.error_log_path = PathText(FolderOf(name).File(JobFile::ErrorLog));
   };
   set_name(new_name);
   std::vector<SyncJob*> changed;
@@ -185,15 +147,9 @@ bool JobCatalogue::Remove(std::size_t index, std::string& error) {
   jobs_.Remove(index);
   error.clear();
   if (name.empty()) return true;
-  std::string reason;
-  unreadable_.Forget(OwnFilePath(name));
-  if (!RemoveEveryTrace(OwnFilePath(name), reason)) KeepFirst(error, reason);
-  for (const std::string_view file : kRunFiles) {
-    if (!RemoveEveryTrace(JobFolder(name) / file, reason)) KeepFirst(error, reason);
-  }
-  std::error_code code;
-  fs::remove(JobFolder(name), code);  // stays when the operator keeps something in it
-  return error.empty();
+  const JobFolder folder = FolderOf(name);
+  unreadable_.Forget(folder.File(JobFile::Tables));
+  return folder.RemoveFiles(files_, error);
 }
 
 }  // namespace quillmere

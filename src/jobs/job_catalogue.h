@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "foundation/unreadable_files.h"
+#include "jobs/job_folder.h"
 #include "jobs/sync_job.h"
 #include "messages/message_log.h"
 
@@ -28,10 +29,12 @@ using RunStateRestorer = std::function<JobState(SyncJob& job)>;
 
 class JobCatalogue {
  public:
-  JobCatalogue(std::filesystem::path working_folder, JobList& jobs, MessageLog& log);
+  // All but the folder's path must outlive the catalogue.
+  JobCatalogue(FileSystem& files, std::filesystem::path working_folder, JobList& jobs,
+               MessageLog& log);
 
   // jobs/<name> under the working folder.
-  std::filesystem::path JobFolder(std::string_view name) const;
+  JobFolder FolderOf(std::string_view name) const { return {working_folder_, name}; }
 
   // Why the name cannot be given to the job at index (kNotFound: a new one); empty when it can.
   std::string WhyNameRefused(std::string_view name, std::size_t index) const;
@@ -59,7 +62,6 @@ class JobCatalogue {
 
  private:
   std::filesystem::path ListFile() const;
-  std::filesystem::path OwnFilePath(std::string_view name) const;
 
   void LoadJob(const XmlNode& node, const LoginLookup& logins, const RunStateRestorer& restore);
   void LoadOwnFile(SyncJob& job);
@@ -71,6 +73,7 @@ class JobCatalogue {
   bool SaveOwnFile(SyncJob& job, std::string& error);
   bool MoveFolder(std::string_view from, std::string_view to, std::string& error);
 
+  FileSystem& files_;
   const std::filesystem::path working_folder_;
   JobList& jobs_;
   MessageLog& log_;

@@ -27,15 +27,13 @@ void JobCatalogue::Load(const LoginLookup& logins, const RunStateRestorer& resto
   unreadable_.Clear();
   list_has_more_ = false;
 
-  std::string error;
-  bool missing = false;
   XmlDocument document;
-  const bool read = ReadFile(ListFile(), saved_list_, error, &missing);
-  if (missing) return;
+  const FileStatus read = ReadFile(files_, ListFile(), saved_list_);
+  if (read.Missing()) return;
   if (!read || !document.Parse(saved_list_)) {
     // The list stays empty without a message; the general log tells why to who looks for it.
     log_.WriteGeneral("Can not read " + PathText(ListFile()) + ": " +
-                      (read ? document.Message() : error));
+                      (read ? document.Message() : read.reason));
     saved_list_.clear();
     unreadable_.Add(ListFile());
     return;
@@ -65,7 +63,7 @@ void JobCatalogue::LoadJob(const XmlNode& node, const LoginLookup& logins,
     job.source = LoginOf(logins, job.src_database_name);
     job.destination = LoginOf(logins, job.des_database_name);
     job.save_mark = false;
-    job.error_log_path = PathText(JobFolder(job.name) / "error.log");
+    job.error_log_path = PathText(FolderOf(job.name).File(JobFile::ErrorLog));
   }
   LoadOwnFile(job);
   JobState state = restore ? restore(job) : JobState::Stopped;
@@ -78,17 +76,17 @@ void JobCatalogue::LoadJob(const XmlNode& node, const LoginLookup& logins,
 }
 
 void JobCatalogue::LoadOwnFile(SyncJob& job) {
-  const std::filesystem::path file = OwnFilePath(job.name);
+  const std::filesystem::path file = FolderOf(job.name).File(JobFile::Tables);
   XmlDocument document;
-  bool missing = false;
-  if (document.Load(file, &missing)) {
+  const FileStatus loaded = document.Load(files_, file);
+  if (loaded) {
     SchemaMap schemas = ReadSchemas(document.Root());
     const std::lock_guard<std::mutex> lock(job.config_mutex);
     job.table_list_fetched = !schemas.empty();
     job.schemas = std::move(schemas);
   } else {
     log_.Add("open" + PathText(file) + " failed, please refresh contents when connected.", true);
-    if (!missing) unreadable_.Add(file);
+    if (!loaded.Missing()) unreadable_.Add(file);
   }
   // Also after a failure: the file is left alone, and complained about at each start, until a
   // refresh has brought owners and tables to write over it.

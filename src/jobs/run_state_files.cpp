@@ -1,8 +1,9 @@
 #include "jobs/run_state_files.h"
 
-#include <array>
+#include <algorithm>
 #include <bit>
 #include <cstring>
+#include <utility>
 
 #include "foundation/quote_scanner.h"
 
@@ -12,7 +13,11 @@ namespace {
 static_assert(std::endian::native == std::endian::little, "the run record is little-endian");
 
 std::string CanNotCreate(const std::filesystem::path& path) {
-  return "Can not create " + path.string();
+  return "Can not create " + PathText(path);
+}
+
+std::string_view BytesOf(const RunRecord& record) {
+  return {reinterpret_cast<const char*>(&record), sizeof record};
 }
 
 JobState KnownState(std::int32_t value) {
@@ -35,39 +40,40 @@ void TakeRecord(SyncJob& job, const RunRecord& record) {
 
 // A commit point that is still there: the program ended before the destination's commit was known,
 // so the server has taken that pass back, and so does the record.
-void SettleCommitPoint(const RunStatePaths& paths, const std::filesystem::path& job_folder,
-                       RunRecord& record, std::string& problem) {
-  std::error_code ignored;
-  if (!std::filesystem::exists(paths.commit_point, ignored)) return;
+void SettleCommitPoint(FileSystem& files, const JobFolder& folder, RunRecord& record,
+                       std::string& problem) {
+  const std::filesystem::path path = folder.File(JobFile::CommitPoint);
+  if (!IsThere(files, path)) return;
   RunRecord commit_point;
   std::string error;
-  if (!ReadRunRecord(paths.commit_point, commit_point)) {
-    KeepBadFile(paths.commit_point, error);
+  if (!ReadRunRecord(files, path, commit_point)) {
+    KeepBadFile(files, path, error);
     problem =
-        paths.commit_point.string() +
+        PathText(path) +
         " is damaged and is kept with .bad added. The last pass may be applied partly: compare "
         "the tables with 'select' on both sides, or stop the job and start it anew";
     return;
   }
   record = commit_point;
-  if (!RunRecordWriter(job_folder).Write(record, error)) {
+  if (!RunRecordWriter(files, folder).Write(record, error)) {
     problem = error + ": the record of the last pass could not be taken back on disk";
     return;  // the commit point stays: the next start tries again
   }
-  if (!RemoveForGood(paths.commit_point)) {
-    problem = "Can not remove " + paths.commit_point.string() +
+  if (!RemoveForGood(files, path)) {
+    problem = "Can not remove " + PathText(path) +
               ". Remove it before the job runs, or its last pass is applied again";
   }
 }
 
-void ReadPendingBatch(SyncJob& job, const RunStatePaths& paths, JobList::Progress& progress,
-                      std::string& problem) {
-  std::string error;
-  if (!ReadBatchFile(paths.batch, job.pending_batch, error)) {
+void ReadPendingBatch(FileSystem& files, SyncJob& job, const JobFolder& folder,
+                      const JobList::Progress& progress, std::string& problem) {
+  std::string error = ReadBatchFile(files, folder, job.pending_batch).reason;
+  if (!error.empty()) {
     job.pending_batch.Clear();
   } else if (progress.batch_remaining > job.pending_batch.Size()) {
-    error = paths.batch.string() + " holds " + std::to_string(job.pending_batch.Size()) +
-            " statements, the run record counts " + std::to_string(progress.batch_remaining);
+    error = PathText(folder.File(JobFile::Batch)) + " holds " +
+            std::to_string(job.pending_batch.Size()) + " statements, the run record counts " +
+            std::to_string(progress.batch_remaining);
     job.pending_batch.Clear();
   }
   if (error.empty()) return;
@@ -95,56 +101,54 @@ RunRecord MakeRunRecord(const SyncJob& job, JobState state, JobList::Progress pr
   return record;
 }
 
-RunStatePaths::RunStatePaths(const std::filesystem::path& job_folder)
-    : record(job_folder / "block.dat"),
-      commit_point(job_folder / "commit.dat"),
-      batch(job_folder / "sqlcmds.txt") {}
+RunRecordWriter::RunRecordWriter(FileSystem& files, JobFolder folder)
+    : files_(files), folder_(std::move(folder)) {}
 
-RunRecordWriter::RunRecordWriter(const std::filesystem::path& job_folder)
-    : folder_(job_folder), path_(RunStatePaths(job_folder).record) {}
+bool RunRecordWriter::IsOpen() {
+  if (file_ != nullptr) return true;
+  std::string unused;
+  return MakeFolders(files_, folder_.Path(), unused) &&
+         files_.Open(folder_.File(JobFile::Record), OpenMode::InPlace, FileSystem::kUsualMode,
+                     file_);
+}
 
 bool RunRecordWriter::Write(const RunRecord& record, std::string& error) {
-  if (!file_.IsOpen()) {
-    std::string folder_error;
-    if (!MakeFolders(folder_, folder_error) || !file_.Open(path_)) {
-      error = CanNotCreate(path_);
-      return false;
-    }
-  }
-  if (file_.Write(&record, sizeof record)) return true;
-  file_.Close();  // the next write opens it anew
-  error = CanNotCreate(path_);
+  if (IsOpen() && file_->Write(0, BytesOf(record))) return true;
+  file_.reset();  // the next write opens it anew
+  error = CanNotCreate(folder_.File(JobFile::Record));
   return false;
 }
 
 bool RunRecordWriter::Flush(std::string& error) {
-  if (!file_.IsOpen() || file_.Flush()) return true;
-  error = CanNotCreate(path_);
+  if (file_ == nullptr || file_->Flush()) return true;
+  error = CanNotCreate(folder_.File(JobFile::Record));
   return false;
 }
 
-bool ReadRunRecord(const std::filesystem::path& path, RunRecord& record) {
+FileStatus ReadRunRecord(FileSystem& files, const std::filesystem::path& path, RunRecord& record) {
   record = RunRecord();
   std::string content;
-  std::string error;
-  if (!ReadFile(path, content, error)) return false;
+  FileStatus status = ReadFile(files, path, content);
+  if (!status) return status;
   std::memcpy(&record, content.data(), std::min(content.size(), sizeof record));
-  return content.size() >= sizeof record;
+  if (content.size() >= sizeof record) return {};
+  return {FileCode::Damaged, PathText(path) + " is damaged"};
 }
 
-bool WriteCommitPoint(const std::filesystem::path& job_folder, const RunRecord& record,
+bool WriteCommitPoint(FileSystem& files, const JobFolder& folder, const RunRecord& record,
                       std::string& error) {
-  std::array<char, sizeof record> bytes{};
-  std::memcpy(bytes.data(), &record, sizeof record);
-  const auto path = RunStatePaths(job_folder).commit_point;
-  if (MakeFolders(job_folder, error) &&
-      ReplaceFile(path, {bytes.data(), bytes.size()}, FileAccess::Everyone, error))
+  const std::filesystem::path path = folder.File(JobFile::CommitPoint);
+  if (MakeFolders(files, folder.Path(), error) &&
+      ReplaceFile(files, path, BytesOf(record), FileAccess::Everyone, error)) {
     return true;
+  }
   error = CanNotCreate(path) + " (" + error + ")";
+  // One whose folder could not be flushed would go back to a pass that was never begun.
+  static_cast<void>(RemoveForGood(files, path));
   return false;
 }
 
-bool WriteBatchFile(const std::filesystem::path& path, const PendingBatch& batch,
+bool WriteBatchFile(FileSystem& files, const JobFolder& folder, const PendingBatch& batch,
                     std::string& error) {
   constexpr std::size_t kPieceBytes = std::size_t{1} << 18;
   std::string piece;
@@ -157,16 +161,20 @@ bool WriteBatchFile(const std::filesystem::path& path, const PendingBatch& batch
     return piece;
   };
   // The statements are the operator's data: nobody else is to read them.
-  if (MakeFolders(path.parent_path(), error) &&
-      ReplaceFileFrom(path, next_piece, FileAccess::OwnerOnly, error))
+  const std::filesystem::path path = folder.File(JobFile::Batch);
+  if (MakeFolders(files, folder.Path(), error) &&
+      ReplaceFileFrom(files, path, next_piece, FileAccess::OwnerOnly, error)) {
     return true;
+  }
   error = CanNotCreate(path) + " (" + error + ")";
   return false;
 }
 
-bool ReadBatchFile(const std::filesystem::path& path, PendingBatch& batch, std::string& error) {
+FileStatus ReadBatchFile(FileSystem& files, const JobFolder& folder, PendingBatch& batch) {
+  const std::filesystem::path path = folder.File(JobFile::Batch);
   std::string content;
-  if (!ReadFile(path, content, error)) return false;
+  FileStatus status = ReadFile(files, path, content);
+  if (!status) return status;
   const std::string_view text = content;
   QuoteScanner scanner;
   std::size_t begin = 0;
@@ -175,24 +183,24 @@ bool ReadBatchFile(const std::filesystem::path& path, PendingBatch& batch, std::
     batch.Append(text.substr(begin, end - begin));
     begin = end + 1;
   }
-  if (begin == text.size()) return true;
-  error = path.string() + " ends inside a statement";
-  return false;
+  if (begin == text.size()) return {};
+  return {FileCode::Damaged, PathText(path) + " ends inside a statement"};
 }
 
-RestoredRun RestoreRunState(SyncJob& job, const std::filesystem::path& job_folder,
+RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& folder,
                             RestoreMode mode) {
   RestoredRun restored;
-  const RunStatePaths paths(job_folder);
   RunRecord record;
-  ReadRunRecord(paths.record, record);
-  if (mode == RestoreMode::Resume) SettleCommitPoint(paths, job_folder, record, restored.problem);
+  static_cast<void>(ReadRunRecord(files, folder.File(JobFile::Record), record));
+  if (mode == RestoreMode::Resume) SettleCommitPoint(files, folder, record, restored.problem);
   TakeRecord(job, record);
   restored.progress = {record.batch_applied, record.batch_remaining};
   restored.state = KnownState(record.state);
   if (mode == RestoreMode::LookOnly) return restored;
   if (restored.state == JobState::Started) restored.state = JobState::Paused;
-  if (record.batch_pending != 0) ReadPendingBatch(job, paths, restored.progress, restored.problem);
+  if (record.batch_pending != 0) {
+    ReadPendingBatch(files, job, folder, restored.progress, restored.problem);
+  }
   return restored;
 }
 

@@ -3,10 +3,11 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
 
-#include "jobs/in_place_file.h"
+#include "jobs/job_folder.h"
 #include "jobs/job_list.h"
 
 namespace quillmere {
@@ -14,43 +15,40 @@ namespace quillmere {
 // The record as the job stands.
 RunRecord MakeRunRecord(const SyncJob& job, JobState state, JobList::Progress progress);
 
-// Paths of one job's folder.
-struct RunStatePaths {
-  explicit RunStatePaths(const std::filesystem::path& job_folder);
-  std::filesystem::path record, commit_point, batch;
-};
-
-// Keeps block.dat open while a step writes it. Failure leaves the reason "Can not create <path>";
-// the next write tries again.
+// Keeps block.dat open while a step writes it, in place: there is no moment at which a crash leaves
+// it empty. Failure leaves the reason "Can not create <path>"; the next write tries again. One
+// thread at a time; files must outlive it.
 class RunRecordWriter {
  public:
-  explicit RunRecordWriter(const std::filesystem::path& job_folder);
+  RunRecordWriter(FileSystem& files, JobFolder folder);
   bool Write(const RunRecord& record, std::string& error);
   // What was written down to the disk.
   bool Flush(std::string& error);
 
  private:
-  const std::filesystem::path folder_;
-  const std::filesystem::path path_;
-  InPlaceFile file_;
+  bool IsOpen();  // or has been opened now
+
+  FileSystem& files_;
+  const JobFolder folder_;
+  std::unique_ptr<OpenFile> file_;
 };
 
-// Fills the record with the defaults, then with the file's up to 40 bytes. False when there was no
-// whole record.
-bool ReadRunRecord(const std::filesystem::path& path, RunRecord& record);
+// Fills the record with the defaults, then with the file's up to 40 bytes. Damaged: there were
+// fewer.
+FileStatus ReadRunRecord(FileSystem& files, const std::filesystem::path& path, RunRecord& record);
 
 // The commit point: the record to go back to when the destination did not commit. Down to the disk
-// before it returns.
-bool WriteCommitPoint(const std::filesystem::path& job_folder, const RunRecord& record,
+// before it returns. On failure there is none.
+bool WriteCommitPoint(FileSystem& files, const JobFolder& folder, const RunRecord& record,
                       std::string& error);
 
-// Replaces sqlcmds.txt by the batch, a statement a line.
-bool WriteBatchFile(const std::filesystem::path& path, const PendingBatch& batch,
+// Replaces sqlcmds.txt by the batch, a statement a line, readable by its owner alone.
+bool WriteBatchFile(FileSystem& files, const JobFolder& folder, const PendingBatch& batch,
                     std::string& error);
 
-// Appends the file's statements to the batch. A line feed inside a literal belongs to it. A file
-// that ends inside a statement is refused.
-bool ReadBatchFile(const std::filesystem::path& path, PendingBatch& batch, std::string& error);
+// Appends the statements of sqlcmds.txt to the batch. A line feed inside a literal belongs to it.
+// Damaged: the file ends inside a statement.
+FileStatus ReadBatchFile(FileSystem& files, const JobFolder& folder, PendingBatch& batch);
 
 enum class RestoreMode { Resume, LookOnly };
 
@@ -64,7 +62,7 @@ struct RestoredRun {
 // settles a commit point that a killed program left, and a Started job comes back Paused; LookOnly
 // changes no file, reads no batch and gives the state as recorded. A job whose batch cannot be read
 // comes back without it.
-RestoredRun RestoreRunState(SyncJob& job, const std::filesystem::path& job_folder,
+RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& folder,
                             RestoreMode mode);
 
 }  // namespace quillmere

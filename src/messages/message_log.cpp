@@ -1,7 +1,6 @@
 #include "messages/message_log.h"
 
 #include <cstdint>
-#include <system_error>
 #include <utility>
 
 #include "foundation/text.h"
@@ -12,8 +11,8 @@ namespace {
 
 constexpr std::string_view kErrorLog = "error.log";
 constexpr std::string_view kGeneralLog = "ravelkin.log";
-constexpr std::uintmax_t kErrorLogLimit = std::uintmax_t{2} << 20;
-constexpr std::uintmax_t kGeneralLogLimit = std::uintmax_t{10} << 20;
+constexpr std::uint64_t kErrorLogLimit = std::uint64_t{2} << 20;
+constexpr std::uint64_t kGeneralLogLimit = std::uint64_t{10} << 20;
 constexpr std::size_t kStampWidth = sizeof("20260131 23:59:07 ") - 1;
 
 // A message of several lines, as the server sends them, stays one entry to the eye and to a search
@@ -33,9 +32,13 @@ std::string ForErrorLog(std::string_view line) {
 
 }  // namespace
 
-MessageLog::MessageLog(std::filesystem::path folder, const Clock& clock, const Settings& settings,
-                       Files files)
-    : folder_(std::move(folder)), clock_(clock), settings_(settings), files_(files) {}
+MessageLog::MessageLog(FileSystem& file_system, std::filesystem::path folder, const Clock& clock,
+                       const Settings& settings, Files files)
+    : file_system_(file_system),
+      folder_(std::move(folder)),
+      clock_(clock),
+      settings_(settings),
+      files_(files) {}
 
 std::string MessageLog::Line(std::string_view text) const {
   std::string line = FormatTimeStamp(clock_.Now());
@@ -47,7 +50,8 @@ std::string MessageLog::Line(std::string_view text) const {
 bool MessageLog::Add(std::string_view text, bool error) {
   std::string line = Line(text);
   std::string reason;
-  if (files_ == Files::Write && !AppendTextFile(folder_ / kErrorLog, ForErrorLog(line), reason)) {
+  if (files_ == Files::Write &&
+      !AppendTextFile(file_system_, folder_ / kErrorLog, ForErrorLog(line), reason)) {
     return false;
   }
   const int limit = settings_.message_limit;
@@ -64,7 +68,7 @@ bool MessageLog::WriteGeneral(std::string_view text) {
   const std::string line = Line(text) + '\n';
   std::string reason;
   const std::lock_guard<std::mutex> lock(general_mutex_);
-  return AppendTextFile(folder_ / kGeneralLog, line, reason);
+  return AppendTextFile(file_system_, folder_ / kGeneralLog, line, reason);
 }
 
 void MessageLog::LimitFiles() {
@@ -74,14 +78,14 @@ void MessageLog::LimitFiles() {
   LimitFile(kGeneralLog, kGeneralLogLimit);
 }
 
-void MessageLog::LimitFile(std::string_view name, std::uintmax_t limit) const {
+void MessageLog::LimitFile(std::string_view name, std::uint64_t limit) const {
   const std::filesystem::path file = folder_ / name;
-  std::error_code code;
-  const std::uintmax_t size = std::filesystem::file_size(file, code);
-  if (code || size <= limit) return;
+  FileFacts facts;
+  if (!file_system_.Look(file, facts) || facts.size <= limit) return;
   // A file that can not be emptied can not be written either: the next line says so to its caller.
   std::string reason;
-  if (EmptyFile(file, reason)) AppendTextFile(file, Line("") + '\n', reason);
+  if (EmptyFile(file_system_, file, reason))
+    AppendTextFile(file_system_, file, Line("") + '\n', reason);
 }
 
 }  // namespace quillmere

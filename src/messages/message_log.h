@@ -25,9 +25,9 @@ class MessageLog {
   // LeaveAlone: messages are listed but no file is written, for a program that only looks.
   enum class Files { Write, LeaveAlone };
 
-  // clock and settings must outlive the log.
-  MessageLog(std::filesystem::path folder, const Clock& clock, const Settings& settings,
-             Files files = Files::Write);
+  // All but the folder's path must outlive the log.
+  MessageLog(FileSystem& file_system, std::filesystem::path folder, const Clock& clock,
+             const Settings& settings, Files files = Files::Write);
 
   // Appends the line to error.log (further lines of the text indented under the first, no empty
   // ones at its end) and to the list (the text as it is); a full list is cleared first but for its
@@ -51,8 +51,9 @@ class MessageLog {
 
  private:
   std::string Line(std::string_view text) const;
-  void LimitFile(std::string_view name, std::uintmax_t limit) const;
+  void LimitFile(std::string_view name, std::uint64_t limit) const;
 
+  FileSystem& file_system_;
   const std::filesystem::path folder_;
   const Clock& clock_;
   const Settings& settings_;

@@ -9,17 +9,6 @@
 namespace quillmere {
 namespace {
 
-// Files that a job of this name left behind, or that belong to one that the list has lost: they
-// would come back as the new job's. They are kept under other names.
-bool SetOldFilesAside(const std::filesystem::path& folder, const std::string& name,
-                      std::string& reason) {
-  for (const std::string& file : {std::string("block.dat"), std::string("commit.dat"),
-                                  std::string("sqlcmds.txt"), name + ".xml"}) {
-    if (!KeepBadFile(folder / file, reason)) return false;
-  }
-  return true;
-}
-
 void StoreProperties(Workspace& workspace, SyncJob& job, const JobProperties& properties) {
   const std::lock_guard lock(job.config_mutex);
   job.description = properties.description;
@@ -124,8 +113,9 @@ Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_
   const JobProperties trimmed = Trimmed(properties);
   std::string reason = WhyJobRefused(workspace, trimmed, index);
   if (!reason.empty()) return Outcome::Refused(std::move(reason));
-  const std::filesystem::path folder = workspace.Catalogue().JobFolder(trimmed.name);
-  if (!MakeFolders(folder, reason) || !SetOldFilesAside(folder, trimmed.name, reason)) {
+  FileSystem& files = workspace.Files();
+  const JobFolder folder = workspace.Catalogue().FolderOf(trimmed.name);
+  if (!MakeFolders(files, folder.Path(), reason) || !folder.SetOldFilesAside(files, reason)) {
     return Outcome::Refused(std::move(reason));
   }
   JobList& jobs = workspace.Jobs();
@@ -136,7 +126,7 @@ Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_
     const std::lock_guard lock(job.config_mutex);
     job.name = trimmed.name;
     job.database_type = "ORACLE";
-    job.error_log_path = PathText(folder / "error.log");
+    job.error_log_path = PathText(folder.File(JobFile::ErrorLog));
   }
   jobs.SetState(slot, JobState::Stopped, {});
   index = slot;

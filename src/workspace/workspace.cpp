@@ -11,23 +11,24 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool OpenFolder(const Workspace::Options& options, fs::path& folder, std::string& reason) {
+bool OpenFolder(FileSystem& files, const Workspace::Options& options, fs::path& folder,
+                std::string& reason) {
   std::error_code code;
   folder = fs::absolute(options.folder, code).lexically_normal();
-  if (fs::is_directory(folder, code)) return true;
-  if (fs::exists(folder, code)) {
+  if (IsFolder(files, folder)) return true;
+  if (IsThere(files, folder)) {
     reason = PathText(folder) + " is no folder";
     return false;
   }
-  if (options.create_folder) return MakeFolders(folder, reason);
+  if (options.create_folder) return MakeFolders(files, folder, reason);
   reason = "There is no working folder " + PathText(folder) +
            ". Name an existing one, or add a data source to make it";
   return false;
 }
 
 // Without it nobody would hear of what fails.
-bool LogCanBeWritten(const fs::path& folder, std::string& reason) {
-  if (AppendTextFile(folder / "error.log", "", reason)) return true;
+bool LogCanBeWritten(FileSystem& files, const fs::path& folder, std::string& reason) {
+  if (AppendTextFile(files, folder / "error.log", "", reason)) return true;
   reason += ". Messages would be lost: make the file writable";
   return false;
 }
@@ -39,17 +40,22 @@ bool IsSandbox(std::string_view client) {
 }  // namespace
 
 std::unique_ptr<Workspace> Workspace::Open(const Options& options, std::string& reason) {
+  SystemFiles system_files;
   fs::path folder;
-  if (!OpenFolder(options, folder, reason)) return nullptr;
+  if (!OpenFolder(options.files != nullptr ? *options.files : system_files, options, folder,
+                  reason)) {
+    return nullptr;
+  }
   std::unique_ptr<Workspace> workspace(new Workspace(options, std::move(folder)));
+  FileSystem& files = workspace->Files();
   if (options.access == Access::LookOnly) {
-    workspace->other_program_ = FolderLock::IsTaken(workspace->folder_);
-  } else if (!workspace->lock_.Take(workspace->folder_, reason) ||
-             !LogCanBeWritten(workspace->folder_, reason)) {
+    workspace->other_program_ = FolderLock::IsTaken(files, workspace->folder_);
+  } else if (!workspace->lock_.Take(files, workspace->folder_, reason) ||
+             !LogCanBeWritten(files, workspace->folder_, reason)) {
     return nullptr;
   }
   std::string error;
-  if (!LoadSettings(workspace->SettingsFile(), workspace->settings_, error)) {
+  if (!LoadSettings(files, workspace->SettingsFile(), workspace->settings_, error)) {
     workspace->log_.Add(error + ". The default settings are used", true);
   }
   if (options.debug) workspace->settings_.debug = true;
@@ -59,14 +65,15 @@ std::unique_ptr<Workspace> Workspace::Open(const Options& options, std::string& 
 }
 
 Workspace::Workspace(const Options& options, fs::path folder)
-    : folder_(std::move(folder)),
+    : files_(options.files != nullptr ? options.files : &system_files_),
+      folder_(std::move(folder)),
       folder_origin_(options.folder_origin),
       access_(options.access),
       clock_(options.clock != nullptr ? options.clock : &system_clock_),
-      log_(folder_, *clock_, settings_,
+      log_(*files_, folder_, *clock_, settings_,
            access_ == Access::Change ? MessageLog::Files::Write : MessageLog::Files::LeaveAlone),
-      registry_(folder_, log_, settings_),
-      catalogue_(folder_, jobs_, log_) {}
+      registry_(*files_, folder_, log_, settings_),
+      catalogue_(*files_, folder_, jobs_, log_) {}
 
 std::string Workspace::FolderText() const {
   const std::string path = PathText(folder_);
@@ -93,7 +100,7 @@ void Workspace::LoadAll() {
 
 JobState Workspace::RestoreJob(SyncJob& job) {
   const bool look_only = access_ == Access::LookOnly;
-  RestoredRun restored = RestoreRunState(job, catalogue_.JobFolder(job.name),
+  RestoredRun restored = RestoreRunState(*files_, job, catalogue_.FolderOf(job.name),
                                          look_only ? RestoreMode::LookOnly : RestoreMode::Resume);
   if (!restored.problem.empty()) log_.Add(restored.problem, true);
   jobs_.SetProgress(jobs_.IndexOf(job), restored.progress);
@@ -103,7 +110,7 @@ JobState Workspace::RestoreJob(SyncJob& job) {
 }
 
 EngineContext Workspace::EngineFor(RunnerListener& listener) {
-  return {folder_, jobs_, catalogue_, *oci_, log_, *clock_, settings_, listener};
+  return {*files_, folder_, jobs_, catalogue_, *oci_, log_, *clock_, settings_, listener};
 }
 
 std::optional<JobLogin> Workspace::LoginOf(std::string_view data_source) const {

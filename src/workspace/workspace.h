@@ -35,6 +35,7 @@ class Workspace {
     bool debug = false;                    // as if the setting were on
     const OciApi* oci = nullptr;           // used instead of a client library
     const Clock* clock = nullptr;          // used instead of the system's
+    FileSystem* files = nullptr;           // used instead of the system's
   };
 
   // Loads settings, data sources and jobs. What could not be read is in the log. Null and a reason
@@ -48,6 +49,7 @@ class Workspace {
   std::string FolderText() const;                                  // with why it is this one
   Settings& ProgramSettings() { return settings_; }
   const Clock& TimeSource() const { return *clock_; }
+  FileSystem& Files() const { return *files_; }
   MessageLog& Log() { return log_; }
   OciLibrary& Oci() { return *oci_; }
   DataSourceRegistry& Registry() { return registry_; }
@@ -82,7 +84,9 @@ class Workspace {
   void OpenClient(const Options& options);
   JobState RestoreJob(SyncJob& job);
 
-  FolderLock lock_;  // let go of last
+  SystemFiles system_files_;
+  FileSystem* const files_;
+  FolderLock lock_;  // let go of after all that writes
   const std::filesystem::path folder_;
   const std::string folder_origin_;
   const Access access_;

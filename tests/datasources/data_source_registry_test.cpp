@@ -9,7 +9,7 @@ namespace {
 
 // A program's registry on a working folder; a second one on the same folder is its restart.
 struct Program {
-  explicit Program(const TempFolder& folder) : path(folder.Path()) {}
+  explicit Program(const TempFolder& folder) : files(folder.Files()), path(folder.Path()) {}
 
   DataSource& Add(std::string_view name) {
     DataSource source;
@@ -36,11 +36,12 @@ struct Program {
     return all;
   }
 
+  FileSystem& files;
   std::filesystem::path path;
   HandClock clock;
   Settings settings;
-  MessageLog log{path, clock, settings};
-  DataSourceRegistry registry{path, log, settings};
+  MessageLog log{files, path, clock, settings};
+  DataSourceRegistry registry{files, path, log, settings};
   std::string error;
 };
 

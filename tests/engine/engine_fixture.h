@@ -65,7 +65,7 @@ class EngineTest : public ::testing::Test {
   }
   RunRecord Record() const {
     RunRecord record;
-    ReadRunRecord(JobFile("block.dat"), record);
+    static_cast<void>(ReadRunRecord(folder_.Files(), JobFile("block.dat"), record));
     return record;
   }
   JobList::Progress Progress() const {
@@ -110,14 +110,14 @@ class EngineTest : public ::testing::Test {
   TempFolder folder_;
   HandClock clock_;
   Settings settings_;
-  MessageLog log_{folder_.Path(), clock_, settings_};
+  MessageLog log_{folder_.Files(), folder_.Path(), clock_, settings_};
   JobList jobs_;
-  JobCatalogue catalogue_{folder_.Path(), jobs_, log_};
+  JobCatalogue catalogue_{folder_.Files(), folder_.Path(), jobs_, log_};
   ScriptedOci script_;
   OciLibrary library_{script_.Api()};
   Recorder listener_;
-  EngineContext context_{folder_.Path(), jobs_,  catalogue_, library_,
-                         log_,           clock_, settings_,  listener_};
+  EngineContext context_{folder_.Files(), folder_.Path(), jobs_,    catalogue_, library_, log_,
+                         clock_,          settings_,      listener_};
   JobRunner runner_{context_};
   std::size_t index_ = jobs_.Claim();
   SyncJob& job_ = jobs_.At(index_);

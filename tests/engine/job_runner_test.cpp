@@ -337,7 +337,8 @@ TEST_F(EngineTest, ProgramThatDiesInAPassComesBackToItsCommitPoint) {
   folder_.Write("jobs/J/commit.dat", commit_point);
   SyncJob again;
   again.name = "J";
-  const RestoredRun restored = RestoreRunState(again, folder_ / "jobs/J", RestoreMode::Resume);
+  const RestoredRun restored =
+      RestoreRunState(folder_.Files(), again, JobFolder(folder_.Path(), "J"), RestoreMode::Resume);
   EXPECT_EQ(restored.progress.batch_applied, 1U);
   EXPECT_EQ(restored.progress.batch_remaining, 2U);
   EXPECT_EQ(again.applied_count, 1);

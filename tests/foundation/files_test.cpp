@@ -27,10 +27,11 @@ TEST_F(FilesTest, ReplacesWholeAndKeepsWhoMayRead) {
   const std::string bytes("a\0b\r\nc\xFF", 8);
   folder.Write("f", "old");
   chmod((folder / "f").c_str(), 0640);
-  ASSERT_TRUE(ReplaceFile(folder / "f", bytes, FileAccess::Everyone, error)) << error;
+  ASSERT_TRUE(ReplaceFile(folder.Files(), folder / "f", bytes, FileAccess::Everyone, error))
+      << error;
   EXPECT_EQ(folder.Read("f"), bytes);
   EXPECT_EQ(ModeOf(folder / "f"), 0640u);
-  ASSERT_TRUE(ReplaceFile(folder / "f", "", FileAccess::OwnerOnly, error)) << error;
+  ASSERT_TRUE(ReplaceFile(folder.Files(), folder / "f", "", FileAccess::OwnerOnly, error)) << error;
   EXPECT_EQ(folder.Read("f"), "");
   EXPECT_EQ(ModeOf(folder / "f"), 0600u);
   EXPECT_EQ(folder.List(), Names{"f"});
@@ -45,33 +46,34 @@ TEST_F(FilesTest, AFailedReplacementLeavesTheOldFile) {
   small = {1000, old.rlim_max};
   const auto old_handler = signal(SIGXFSZ, SIG_IGN);
   setrlimit(RLIMIT_FSIZE, &small);
-  const bool replaced =
-      ReplaceFile(folder / "f", std::string(5000, 'x'), FileAccess::Everyone, error);
+  const bool replaced = ReplaceFile(folder.Files(), folder / "f", std::string(5000, 'x'),
+                                    FileAccess::Everyone, error);
   setrlimit(RLIMIT_FSIZE, &old);
   signal(SIGXFSZ, old_handler);
   EXPECT_FALSE(replaced);
   EXPECT_EQ(folder.Read("f"), "old");
   EXPECT_NE(error.find((folder / "f").string()), std::string::npos) << error;
-  EXPECT_FALSE(ReplaceFile(folder / "taken", "x", FileAccess::Everyone, error));
-  EXPECT_FALSE(ReplaceFile(folder / "no/such", "x", FileAccess::Everyone, error));
+  EXPECT_FALSE(ReplaceFile(folder.Files(), folder / "taken", "x", FileAccess::Everyone, error));
+  EXPECT_FALSE(ReplaceFile(folder.Files(), folder / "no/such", "x", FileAccess::Everyone, error));
   EXPECT_EQ(folder.List(), (Names{"f", "taken"})) << "no temporary file stays";
 }
 
 TEST_F(FilesTest, AReaderSeesTheOldOrTheNew) {
   const std::string texts[] = {std::string(100'000, 'a'), std::string(50'000, 'b')};
-  ASSERT_TRUE(ReplaceFile(folder / "f", texts[0], FileAccess::Everyone, error));
+  ASSERT_TRUE(ReplaceFile(folder.Files(), folder / "f", texts[0], FileAccess::Everyone, error));
   std::atomic<int> running{2};
   const auto write = [&](const std::string& text) {
     std::string reason;
     for (int i = 0; i < 30; ++i) {
-      EXPECT_TRUE(ReplaceFile(folder / "f", text, FileAccess::Everyone, reason)) << reason;
+      EXPECT_TRUE(ReplaceFile(folder.Files(), folder / "f", text, FileAccess::Everyone, reason))
+          << reason;
     }
     --running;
   };
   std::thread one(write, texts[0]), two(write, texts[1]);
   std::string content;
   do {
-    EXPECT_TRUE(ReadFile(folder / "f", content, error)) << error;
+    EXPECT_TRUE(ReadFile(folder.Files(), folder / "f", content));
     EXPECT_TRUE(content == texts[0] || content == texts[1]) << content.size();
   } while (running > 0);
   one.join();
@@ -81,42 +83,41 @@ TEST_F(FilesTest, AReaderSeesTheOldOrTheNew) {
 
 TEST_F(FilesTest, ReadingTellsMissingFromUnreadable) {
   std::string content = "old";
-  bool missing = false;
-  EXPECT_FALSE(ReadFile(folder / "none", content, error, &missing));
-  EXPECT_TRUE(missing && content.empty());
-  EXPECT_FALSE(ReadFile(folder.Path(), content, error, &missing));
-  EXPECT_FALSE(missing);
+  EXPECT_TRUE(ReadFile(folder.Files(), folder / "none", content).Missing());
+  EXPECT_TRUE(content.empty());
+  EXPECT_EQ(ReadFile(folder.Files(), folder.Path(), content).code, FileCode::NotAFile);
   ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
-  EXPECT_FALSE(ReadFile(folder / "pipe", content, error)) << "must not wait for a writer";
-  EXPECT_TRUE(ReadFile("/proc/self/status", content, error)) << "a file that hides its size";
+  EXPECT_EQ(ReadFile(folder.Files(), folder / "pipe", content).code, FileCode::NotAFile)
+      << "must not wait for a writer";
+  EXPECT_TRUE(ReadFile(folder.Files(), "/proc/self/status", content)) << "it hides its size";
   EXPECT_FALSE(content.empty());
 }
 
 TEST_F(FilesTest, AppendsAndEmpties) {
-  ASSERT_TRUE(AppendTextFile(folder / "log", "one\n", error));
-  ASSERT_TRUE(AppendTextFile(folder / "log", "two\n", error));
+  ASSERT_TRUE(AppendTextFile(folder.Files(), folder / "log", "one\n", error));
+  ASSERT_TRUE(AppendTextFile(folder.Files(), folder / "log", "two\n", error));
   EXPECT_EQ(folder.Read("log"), "one\ntwo\n");
-  ASSERT_TRUE(EmptyFile(folder / "log", error));
+  ASSERT_TRUE(EmptyFile(folder.Files(), folder / "log", error));
   EXPECT_EQ(folder.Read("log"), "");
-  EXPECT_FALSE(AppendTextFile("/dev/full", "x", error));
+  EXPECT_FALSE(AppendTextFile(folder.Files(), "/dev/full", "x", error));
   EXPECT_NE(error.find("/dev/full"), std::string::npos) << error;
 }
 
 TEST_F(FilesTest, KeepsWhatCouldNotBeRead) {
-  EXPECT_TRUE(KeepBadFile(folder / "f", error)) << "nothing to keep";
-  EXPECT_TRUE(KeepBadCopy(folder / "f", FileAccess::Everyone, error));
+  EXPECT_TRUE(KeepBadFile(folder.Files(), folder / "f", error)) << "nothing to keep";
+  EXPECT_TRUE(KeepBadCopy(folder.Files(), folder / "f", FileAccess::Everyone, error));
   folder.Write("f", "new");
   folder.Write("f.bad", "older");
-  ASSERT_TRUE(KeepBadCopy(folder / "f", FileAccess::OwnerOnly, error)) << error;
+  ASSERT_TRUE(KeepBadCopy(folder.Files(), folder / "f", FileAccess::OwnerOnly, error)) << error;
   EXPECT_EQ(folder.Read("f.bad") + folder.Read("f"), "newnew");
   EXPECT_EQ(ModeOf(folder / "f.bad"), 0600u);
   folder.Write("f", "newer");
-  ASSERT_TRUE(KeepBadFile(folder / "f", error)) << error;
+  ASSERT_TRUE(KeepBadFile(folder.Files(), folder / "f", error)) << error;
   EXPECT_EQ(folder.Read("f.bad"), "newer");
   EXPECT_FALSE(folder.Exists("f"));
   folder.Write("g", "x");
   folder.Write("g.bad/inside", "x");
-  EXPECT_FALSE(KeepBadFile(folder / "g", error));
+  EXPECT_FALSE(KeepBadFile(folder.Files(), folder / "g", error));
   EXPECT_TRUE(folder.Exists("g"));
 }
 
@@ -125,17 +126,17 @@ TEST_F(FilesTest, RemovesCopiesAndLeftoversToo) {
        {"a.xml", "a.xml.bad", "a.xml.tmp-1-2", "a.xml.bad.tmp-3-4", "b.xml", "aa.xml.tmp-1-2"}) {
     folder.Write(name, "secret");
   }
-  ASSERT_TRUE(RemoveEveryTrace(folder / "a.xml", error)) << error;
+  ASSERT_TRUE(RemoveEveryTrace(folder.Files(), folder / "a.xml", error)) << error;
   EXPECT_EQ(folder.List(), (Names{"aa.xml.tmp-1-2", "b.xml"}));
-  EXPECT_TRUE(RemoveEveryTrace(folder / "a.xml", error)) << "gone already";
+  EXPECT_TRUE(RemoveEveryTrace(folder.Files(), folder / "a.xml", error)) << "gone already";
 }
 
 TEST_F(FilesTest, MakesMissingFolders) {
-  EXPECT_TRUE(MakeFolders(folder / "a/b/c", error)) << error;
-  EXPECT_TRUE(MakeFolders(folder / "a/b/c", error)) << "there already";
+  EXPECT_TRUE(MakeFolders(folder.Files(), folder / "a/b/c", error)) << error;
+  EXPECT_TRUE(MakeFolders(folder.Files(), folder / "a/b/c", error)) << "there already";
   folder.Write("file", "");
-  EXPECT_FALSE(MakeFolders(folder / "file", error));
-  EXPECT_FALSE(MakeFolders(folder / "file/below", error));
+  EXPECT_FALSE(MakeFolders(folder.Files(), folder / "file", error));
+  EXPECT_FALSE(MakeFolders(folder.Files(), folder / "file/below", error));
 }
 
 }  // namespace

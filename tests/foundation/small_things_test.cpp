@@ -121,25 +121,25 @@ TEST(Settings, AreKeptAndABrokenFileIsToo) {
   std::string error;
   Settings settings, read;
   settings.debug = true;
-  EXPECT_TRUE(LoadSettings(file, settings, error)) << error;
+  EXPECT_TRUE(LoadSettings(folder.Files(), file, settings, error)) << error;
   EXPECT_FALSE(settings.debug) << "a missing file means the defaults";
   settings.statement_trace = true;
   settings.message_limit = 70;
   settings.client_library = "C:\\oracle\\oci.dll";
-  ASSERT_TRUE(SaveSettings(file, settings, error)) << error;
-  ASSERT_TRUE(LoadSettings(file, read, error)) << error;
+  ASSERT_TRUE(SaveSettings(folder.Files(), file, settings, error)) << error;
+  ASSERT_TRUE(LoadSettings(folder.Files(), file, read, error)) << error;
   EXPECT_TRUE(read.statement_trace && !read.debug && !read.registry_messages);
   EXPECT_EQ(read.message_limit, 70);
   EXPECT_EQ(read.client_library, "C:\\oracle\\oci.dll");
 
   const std::string broken = "<settings>\n<debug>true</debug>\n";
   folder.Write("config/settings.xml", broken);
-  EXPECT_FALSE(LoadSettings(file, read, error));
+  EXPECT_FALSE(LoadSettings(folder.Files(), file, read, error));
   EXPECT_NE(error.find("settings.xml: Unexpected EOF"), std::string::npos) << error;
   EXPECT_TRUE(!read.debug && read.message_limit == 500) << "the defaults";
-  ASSERT_TRUE(SaveSettings(file, settings, error)) << error;
+  ASSERT_TRUE(SaveSettings(folder.Files(), file, settings, error)) << error;
   EXPECT_EQ(folder.Read("config/settings.xml.bad"), broken);
-  EXPECT_TRUE(LoadSettings(file, read, error));
+  EXPECT_TRUE(LoadSettings(folder.Files(), file, read, error));
 }
 
 TEST(ByteArena, PiecesNeverMoveOrMeet) {

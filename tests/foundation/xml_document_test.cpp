@@ -147,18 +147,19 @@ TEST(XmlNode, ReadsNumbersAsScanfDoes) {
 TEST(XmlDocument, SavesAndLoadsFiles) {
   TempFolder folder;
   XmlDocument document;
-  bool missing = false;
-  EXPECT_FALSE(document.Load(folder / "none.xml", &missing));
-  EXPECT_TRUE(missing);
+  FileSystem& files = folder.Files();
+  EXPECT_TRUE(document.Load(files, folder / "none.xml").Missing());
   EXPECT_EQ(document.Message(), "Can not open " + (folder / "none.xml").string());
-  EXPECT_FALSE(document.Load(folder.Path(), &missing));
-  EXPECT_FALSE(missing) << "a folder in the file's place is no missing file";
+  EXPECT_EQ(document.Load(files, folder.Path()).code, FileCode::NotAFile);
+  folder.Write("bad.xml", "<a>");
+  EXPECT_EQ(document.Load(files, folder / "bad.xml").code, FileCode::Damaged);
+  document.Clear();
   document.Root().AddChild("a", "1");
-  EXPECT_FALSE(document.Save(folder / "no/such.xml"));
+  EXPECT_FALSE(document.Save(files, folder / "no/such.xml"));
   EXPECT_EQ(document.Message(), "Can not create " + (folder / "no/such.xml").string());
-  ASSERT_TRUE(document.Save(folder / "a.xml"));
-  ASSERT_TRUE(document.Load(folder / "a.xml"));
-  ASSERT_TRUE(document.Load(folder / "a.xml")) << "loading again replaces the tree";
+  ASSERT_TRUE(document.Save(files, folder / "a.xml"));
+  ASSERT_TRUE(document.Load(files, folder / "a.xml"));
+  ASSERT_TRUE(document.Load(files, folder / "a.xml")) << "loading again replaces the tree";
   EXPECT_EQ(Shape(document.Root()), "a'1'");
   EXPECT_EQ(document.Message(), "");
 }

@@ -14,7 +14,7 @@ using Files = std::vector<std::string>;
 
 // A program's jobs on a working folder; a second one on the same folder is its restart.
 struct Program {
-  explicit Program(const TempFolder& folder) : path(folder.Path()) {}
+  explicit Program(const TempFolder& folder) : files(folder.Files()), path(folder.Path()) {}
 
   SyncJob& Add(std::string_view name) {
     const std::size_t index = jobs.Claim();
@@ -50,12 +50,13 @@ struct Program {
     return all;
   }
 
+  FileSystem& files;
   std::filesystem::path path;
   HandClock clock;
   Settings settings;
-  MessageLog log{path, clock, settings};
+  MessageLog log{files, path, clock, settings};
   JobList jobs;
-  JobCatalogue catalogue{path, jobs, log};
+  JobCatalogue catalogue{files, path, jobs, log};
   JobState restored = JobState::Stopped;
   std::string error;
 };
@@ -327,10 +328,10 @@ TEST_F(JobCatalogueTest, ASaveSeesAJobBeforeOrAfterAnEdit) {
   for (int saves = 0; saves < 100; ++saves) {
     EXPECT_TRUE(program.catalogue.SaveAll(error)) << error;
     XmlDocument list, own;
-    EXPECT_TRUE(list.Load(folder / "jobs/jobs.xml")) << list.Message();
+    EXPECT_TRUE(list.Load(folder.Files(), folder / "jobs/jobs.xml")) << list.Message();
     const std::string_view text = list.Root().Child("job")->ChildValue("description");
     EXPECT_EQ(text.find_first_not_of(text.substr(0, 1)), std::string_view::npos) << text;
-    EXPECT_TRUE(own.Load(folder / "jobs/busy/busy.xml")) << own.Message();
+    EXPECT_TRUE(own.Load(folder.Files(), folder / "jobs/busy/busy.xml")) << own.Message();
     std::vector<const XmlNode*> tables;
     own.Root().Child("schema")->Children("table_list", tables);
     for (const XmlNode* table : tables) {

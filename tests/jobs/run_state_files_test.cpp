@@ -28,7 +28,7 @@ std::string Bytes(const RunRecord& record) {
 
 TEST(RunRecordFile, IsFortyBytesRewrittenInPlace) {
   const TempFolder folder;
-  RunRecordWriter writer(folder / "jobs/J");
+  RunRecordWriter writer(folder.Files(), JobFolder(folder.Path(), "J"));
   std::string error;
   ASSERT_TRUE(writer.Write(SomeRecord(), error)) << error;
   const std::string bytes = folder.Read("jobs/J/block.dat");
@@ -45,7 +45,7 @@ TEST(RunRecordFile, IsFortyBytesRewrittenInPlace) {
 TEST(RunRecordFile, FailureNamesThePathAndTheNextWriteTriesAgain) {
   const TempFolder folder;
   folder.Write("jobs/J/block.dat/in the way", "");
-  RunRecordWriter writer(folder / "jobs/J");
+  RunRecordWriter writer(folder.Files(), JobFolder(folder.Path(), "J"));
   std::string error;
   EXPECT_FALSE(writer.Write(SomeRecord(), error));
   EXPECT_EQ(error, "Can not create " + (folder / "jobs/J/block.dat").string());
@@ -56,10 +56,10 @@ TEST(RunRecordFile, FailureNamesThePathAndTheNextWriteTriesAgain) {
 TEST(RunRecordFile, WhatIsMissingKeepsItsDefaults) {
   const TempFolder folder;
   RunRecord record = SomeRecord();
-  EXPECT_FALSE(ReadRunRecord(folder / "block.dat", record));
+  EXPECT_TRUE(ReadRunRecord(folder.Files(), folder / "block.dat", record).Missing());
   EXPECT_EQ(Bytes(record), Bytes(RunRecord()));
   folder.Write("block.dat", Bytes(SomeRecord()).substr(0, 8));
-  EXPECT_FALSE(ReadRunRecord(folder / "block.dat", record));
+  EXPECT_EQ(ReadRunRecord(folder.Files(), folder / "block.dat", record).code, FileCode::Damaged);
   EXPECT_EQ(record.applied_count, 3);
   EXPECT_EQ(record.batch_remaining, 0U);
 }
@@ -76,19 +76,20 @@ TEST(BatchFile, ReadsBackByteForByte) {
   PendingBatch batch;
   for (const std::string& statement : statements) batch.Append(statement);
   std::string error;
-  ASSERT_TRUE(WriteBatchFile(folder / "sqlcmds.txt", batch, error)) << error;
+  const JobFolder job(folder.Path(), "J");
+  ASSERT_TRUE(WriteBatchFile(folder.Files(), job, batch, error)) << error;
   PendingBatch read;
-  ASSERT_TRUE(ReadBatchFile(folder / "sqlcmds.txt", read, error)) << error;
+  ASSERT_TRUE(ReadBatchFile(folder.Files(), job, read));
   ASSERT_EQ(read.Size(), statements.size());
   for (std::size_t i = 0; i < statements.size(); ++i) EXPECT_EQ(read[i], statements[i]);
 
   // Cut anywhere but at a line's end outside of a literal, the file is refused.
-  const std::string whole = folder.Read("sqlcmds.txt");
+  const std::string whole = folder.Read("jobs/J/sqlcmds.txt");
   std::size_t refused = 0;
   for (std::size_t length = 1; length < 120; ++length) {
-    folder.Write("cut.txt", whole.substr(0, length));
+    folder.Write("jobs/J/sqlcmds.txt", whole.substr(0, length));
     PendingBatch part;
-    refused += ReadBatchFile(folder / "cut.txt", part, error) ? 0 : 1;
+    refused += ReadBatchFile(folder.Files(), job, part).code == FileCode::Damaged ? 1U : 0U;
   }
   EXPECT_EQ(refused, 119U - 4U) << "four statements end within 120 bytes";
 }
@@ -97,7 +98,7 @@ class Restore : public ::testing::Test {
  protected:
   Restore() { job_.name = "J"; }
   RestoredRun Run(RestoreMode mode = RestoreMode::Resume) {
-    return RestoreRunState(job_, folder_ / "jobs/J", mode);
+    return RestoreRunState(folder_.Files(), job_, JobFolder(folder_.Path(), "J"), mode);
   }
   void WriteFiles(const RunRecord& record, const std::string& batch) {
     folder_.Write("jobs/J/block.dat", Bytes(record));

@@ -14,7 +14,7 @@ struct MessageLogTest : testing::Test {
   TempFolder folder;
   HandClock clock;
   Settings settings;
-  MessageLog log{folder.Path(), clock, settings};
+  MessageLog log{folder.Files(), folder.Path(), clock, settings};
 };
 
 TEST_F(MessageLogTest, ListsAndAppends) {

@@ -64,7 +64,7 @@ class SchemaOpsTest : public ::testing::Test {
   TempFolder folder_;
   SystemClock clock_;
   Settings settings_;
-  MessageLog log_{folder_.Path(), clock_, settings_};
+  MessageLog log_{folder_.Files(), folder_.Path(), clock_, settings_};
   SchemaOperations operations_{library_, log_, settings_};
   HeardLines heard_;
   DataSource source_;

@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/system_files.h"
+
 namespace quillmere {
 
 class TempFolder {
@@ -29,6 +31,7 @@ class TempFolder {
   TempFolder& operator=(const TempFolder&) = delete;
 
   const std::filesystem::path& Path() const { return path_; }
+  FileSystem& Files() const { return files_; }
   std::filesystem::path operator/(std::string_view name) const { return path_ / name; }
 
   // Makes the folders on the way, too.
@@ -69,6 +72,7 @@ class TempFolder {
 
  private:
   std::filesystem::path path_;
+  mutable SystemFiles files_;
 };
 
 }  // namespace quillmere

@@ -30,7 +30,7 @@ int TakePictures(const QString& folder) {
   int taken = 0;
   bool failed = false;
   WindowMemory memory(example.Opened().Folder());
-  Appearance appearance(memory);
+  Appearance appearance(example.Opened().Files(), memory);
   UiContext context{example.Opened(), memory, appearance};
   UiContext newcomer{*empty, memory, appearance};
   const auto take = [&](Appearance::Scheme scheme, const QString& suffix, auto&& scenes) {

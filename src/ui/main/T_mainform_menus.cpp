@@ -165,15 +165,17 @@ QAction* TMainForm::MakeAction(const char* name, const QString& caption, const c
 void TMainForm::SaveProgramSettings() {
   Workspace& workspace = context_.workspace;
   std::string reason;
-  if (SaveSettings(workspace.SettingsFile(), workspace.ProgramSettings(), reason)) return;
+  if (SaveSettings(workspace.Files(), workspace.SettingsFile(), workspace.ProgramSettings(),
+                   reason))
+    return;
   ShowFailure(this, reason + ". The choice holds until the program ends");
 }
 
 void TMainForm::LoadBasicSkin() {
   std::string tried;
   const std::filesystem::path file =
-      FindSharedFile(std::filesystem::path("skin") / "redfox.qss", context_.workspace.Folder(),
-                     ProgramFolder(), tried);
+      FindSharedFile(context_.workspace.Files(), std::filesystem::path("skin") / "redfox.qss",
+                     context_.workspace.Folder(), ProgramFolder(), tried);
   if (file.empty()) return ShowNotice(this, "The skin is not there. Looked for: " + tried);
   LoadSkin(file);
 }
@@ -192,8 +194,8 @@ void TMainForm::LoadSkin(const std::filesystem::path& file) {
 void TMainForm::OpenHelp() {
   std::string tried;
   const std::filesystem::path file =
-      FindSharedFile(std::filesystem::path("HTML") / "index.html", context_.workspace.Folder(),
-                     ProgramFolder(), tried);
+      FindSharedFile(context_.workspace.Files(), std::filesystem::path("HTML") / "index.html",
+                     context_.workspace.Folder(), ProgramFolder(), tried);
   if (file.empty()) return ShowNotice(this, "The manual is not there. Looked for: " + tried);
   if (QDesktopServices::openUrl(QUrl::fromLocalFile(FileText(file)))) return;
   ShowNotice(this, "The system has no program to open " + PathText(file));

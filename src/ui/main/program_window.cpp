@@ -25,7 +25,7 @@ std::unique_ptr<Splash> Shown() {
 ProgramWindow::ProgramWindow(Workspace& workspace, std::chrono::milliseconds sweep_pause)
     : workspace_(workspace),
       memory_(workspace.Folder()),
-      appearance_(memory_),
+      appearance_(workspace.Files(), memory_),
       context_{workspace, memory_, Restored(appearance_, workspace.Log())},
       splash_(Shown()),
       form_(context_, sweep_pause) {

@@ -1,12 +1,10 @@
 #include "ui/main/shared_files.h"
 
-#include <system_error>
-
 #include "foundation/files.h"
 
 namespace quillmere {
 
-std::filesystem::path FindSharedFile(const std::filesystem::path& relative,
+std::filesystem::path FindSharedFile(FileSystem& files, const std::filesystem::path& relative,
                                      const std::filesystem::path& working_folder,
                                      const std::filesystem::path& program_folder,
                                      std::string& tried) {
@@ -14,8 +12,7 @@ std::filesystem::path FindSharedFile(const std::filesystem::path& relative,
   for (const std::filesystem::path& place :
        {working_folder, program_folder, program_folder / ".." / "share" / "quillmere"}) {
     std::filesystem::path file = (place / relative).lexically_normal();
-    std::error_code code;
-    if (std::filesystem::is_regular_file(file, code)) return file;
+    if (IsFile(files, file)) return file;
     tried += (tried.empty() ? "" : ", ") + PathText(file);
   }
   return {};

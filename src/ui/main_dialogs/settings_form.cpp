@@ -201,13 +201,14 @@ void SettingsForm::OkBtnClick() {
   const SettingsValues entered = Entered();
   const bool as_stored = KindOf(before_.client_library) == ClientKind::File &&
                          entered.client_library == before_.client_library;
+  Workspace& workspace = context_.workspace;
   if (Kind() == ClientKind::File && !as_stored) {
-    const std::string refused = WhyClientFileRefused(entered.client_library);
+    const std::string refused = WhyClientFileRefused(workspace.Files(), entered.client_library);
     if (!refused.empty()) return ShowNotice(this, refused, client_path_);
   }
   std::string reason;
-  Workspace& workspace = context_.workspace;
-  if (!StoreSettings(workspace.SettingsFile(), entered, workspace.ProgramSettings(), reason)) {
+  if (!StoreSettings(workspace.Files(), workspace.SettingsFile(), entered,
+                     workspace.ProgramSettings(), reason)) {
     return ShowFailure(this, reason);
   }
   const auto scheme = static_cast<Appearance::Scheme>(scheme_->currentData().toInt());

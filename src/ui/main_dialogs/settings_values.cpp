@@ -1,5 +1,7 @@
 #include "ui/main_dialogs/settings_values.h"
 
+#include "foundation/files.h"
+
 namespace quillmere {
 namespace {
 
@@ -35,19 +37,18 @@ std::string ClientSetting(ClientKind kind, const std::string& path) {
   return path;
 }
 
-std::string WhyClientFileRefused(const std::string& path) {
+std::string WhyClientFileRefused(FileSystem& files, const std::string& path) {
   if (path.empty()) return "Choose the file of the client library";
   if (path.find_first_of("/\\") == std::string::npos) return {};
-  std::error_code error;
-  if (std::filesystem::is_regular_file(path, error)) return {};
+  if (IsFile(files, path)) return {};
   return "There is no file " + path;
 }
 
-bool StoreSettings(const std::filesystem::path& file, const SettingsValues& values,
-                   Settings& settings, std::string& reason) {
+bool StoreSettings(FileSystem& files, const std::filesystem::path& file,
+                   const SettingsValues& values, Settings& settings, std::string& reason) {
   Settings stored;
   Assign(stored, values);
-  if (!SaveSettings(file, stored, reason)) return false;
+  if (!SaveSettings(files, file, stored, reason)) return false;
   Assign(settings, values);
   return true;
 }

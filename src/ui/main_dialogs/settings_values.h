@@ -29,10 +29,10 @@ std::string ClientSetting(ClientKind kind, const std::string& path);
 
 // Why the path cannot be that of a client library; empty when it can. A bare name is left to the
 // system, which looks for it in its library folders.
-std::string WhyClientFileRefused(const std::string& path);
+std::string WhyClientFileRefused(FileSystem& files, const std::string& path);
 
 // Writes the file, then puts the values in force. False: the reason, and nothing has changed.
-bool StoreSettings(const std::filesystem::path& file, const SettingsValues& values,
-                   Settings& settings, std::string& reason);
+bool StoreSettings(FileSystem& files, const std::filesystem::path& file,
+                   const SettingsValues& values, Settings& settings, std::string& reason);
 
 }  // namespace quillmere

@@ -2,13 +2,13 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QPalette>
 #include <QStringDecoder>
 #include <QVariant>
 #include <QWidget>
 
+#include "foundation/files.h"
 #include "ui/toolkit/colours.h"
 #include "ui/toolkit/flat_style.h"
 #include "ui/toolkit/text.h"
@@ -16,7 +16,7 @@
 namespace quillmere {
 namespace {
 
-constexpr qint64 kLargestSkin = 1 << 20;
+constexpr std::uint64_t kLargestSkin = 1 << 20;
 const QString kSchemeName = QStringLiteral("look/scheme");
 const QString kSkinName = QStringLiteral("look/skin");
 
@@ -53,18 +53,23 @@ bool Understood(const QString& sheet) {
   return !sheet_was_refused;
 }
 
-bool ReadSheet(const QString& name, QString& sheet, QString& reason) {
-  QFile file(name);
-  if (!file.open(QIODevice::ReadOnly)) {
-    reason = file.errorString();
+bool ReadSheet(FileSystem& files, const std::filesystem::path& file, QString& sheet,
+               QString& reason) {
+  FileFacts facts;
+  std::string bytes;
+  FileStatus status = files.Look(file, facts);
+  const bool too_large = facts.size > kLargestSkin;
+  if (status && !too_large) status = ReadFile(files, file, bytes);
+  if (!status) {
+    reason = QString::fromStdString(status.reason);
     return false;
   }
-  if (file.size() > kLargestSkin) {
+  if (too_large) {
     reason = QStringLiteral("it is too large for a style sheet");
     return false;
   }
   QStringDecoder decoder(QStringDecoder::Utf8);
-  sheet = decoder(file.readAll());
+  sheet = decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
   if (decoder.hasError() || sheet.contains(QChar(0))) {
     reason = QStringLiteral("it is no text");
     return false;
@@ -84,8 +89,8 @@ QColor ByScheme(const char* light, const char* dark) {
 
 }  // namespace
 
-Appearance::Appearance(WindowMemory& memory)
-    : memory_(memory), system_is_dark_(AskSystemIsDark()) {}
+Appearance::Appearance(FileSystem& files, WindowMemory& memory)
+    : files_(files), memory_(memory), system_is_dark_(AskSystemIsDark()) {}
 
 void Appearance::Restore(std::string& problem) {
   problem.clear();
@@ -110,7 +115,7 @@ bool Appearance::LoadSkin(const std::filesystem::path& file, std::string& reason
   const QString name = QString::fromStdU16String(file.u16string());
   QString sheet;
   QString why;
-  if (!ReadSheet(name, sheet, why)) {
+  if (!ReadSheet(files_, file, sheet, why)) {
     reason = "The skin " + ToBytes(name) + " was not loaded: " + ToBytes(why);
     return false;
   }

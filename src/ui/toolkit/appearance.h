@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <string>
 
+#include "foundation/file_system.h"
 #include "ui/toolkit/window_memory.h"
 
 namespace quillmere {
@@ -22,8 +23,8 @@ class Appearance {
  public:
   enum class Scheme { System, Light, Dark };
 
-  // Before any window is made.
-  explicit Appearance(WindowMemory& memory);
+  // Before any window is made. Both must outlive it.
+  Appearance(FileSystem& files, WindowMemory& memory);
 
   // Applies what was chosen last time. A skin that is gone is left out and said in `problem`.
   void Restore(std::string& problem);
@@ -39,6 +40,7 @@ class Appearance {
  private:
   void Apply();
 
+  FileSystem& files_;
   WindowMemory& memory_;
   Scheme scheme_ = Scheme::System;
   bool system_is_dark_ = false;

@@ -33,8 +33,8 @@ class DatabaseModels : public testing::Test {
   TempFolder folder_;
   Settings settings_;
   SystemClock clock_;
-  MessageLog log_{folder_.Path(), clock_, settings_};
-  DataSourceRegistry registry_{folder_.Path(), log_, settings_};
+  MessageLog log_{folder_.Files(), folder_.Path(), clock_, settings_};
+  DataSourceRegistry registry_{folder_.Files(), folder_.Path(), log_, settings_};
 };
 
 // "NAME(Primary Key Index Table)" of each child of the root.

@@ -40,8 +40,8 @@ TEST(DialogAdvice, SaveSaysWhoseLogOnItChanges) {
   TempFolder folder;
   Settings settings;
   SystemClock clock;
-  MessageLog log(folder.Path(), clock, settings);
-  DataSourceRegistry registry(folder.Path(), log, settings);
+  MessageLog log(folder.Files(), folder.Path(), clock, settings);
+  DataSourceRegistry registry(folder.Files(), folder.Path(), log, settings);
   for (const char* name : {"A", "B"}) {
     DataSource source;
     source.name = name;

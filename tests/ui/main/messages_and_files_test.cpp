@@ -28,7 +28,7 @@ struct Messages : ::testing::Test {
   TempFolder folder;
   HandClock clock;
   Settings settings;
-  MessageLog log{folder.Path(), clock, settings};
+  MessageLog log{folder.Files(), folder.Path(), clock, settings};
 };
 
 TEST_F(Messages, GoAlongWithTheLog) {
@@ -81,14 +81,15 @@ TEST(SharedFiles, AreLookedForInThreePlacesInTurn) {
   const std::filesystem::path work = folder.Path() / "work";
   const std::filesystem::path bin = folder.Path() / "usr" / "bin";
   std::string tried;
-  EXPECT_TRUE(FindSharedFile("HTML/index.html", work, bin, tried).empty());
+  EXPECT_TRUE(FindSharedFile(folder.Files(), "HTML/index.html", work, bin, tried).empty());
   const std::filesystem::path places[] = {folder.Path() / "usr/share/quillmere", bin, work};
   for (const std::filesystem::path& place : places) {
     EXPECT_NE(tried.find((place / "HTML").string()), std::string::npos) << tried;
     std::filesystem::create_directories(place / "HTML");
     std::ofstream(place / "HTML" / "index.html") << "text";
     std::string ignored;
-    EXPECT_EQ(FindSharedFile("HTML/index.html", work, bin, ignored), place / "HTML/index.html");
+    EXPECT_EQ(FindSharedFile(folder.Files(), "HTML/index.html", work, bin, ignored),
+              place / "HTML/index.html");
   }
 }
 

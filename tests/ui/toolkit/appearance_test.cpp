@@ -9,6 +9,7 @@
 #include <QPixmap>
 #include <QTemporaryDir>
 
+#include "foundation/system_files.h"
 #include "ui/toolkit/icons.h"
 
 namespace quillmere {
@@ -30,7 +31,8 @@ class AppearanceTest : public testing::Test {
   QApplication application_{argc_, argv_};
   QTemporaryDir folder_;
   WindowMemory memory_{folder_.path().toStdString()};
-  Appearance appearance_{memory_};
+  SystemFiles files_;
+  Appearance appearance_{files_, memory_};
 };
 
 TEST_F(AppearanceTest, SkinsAreCheckedBeforeTheyReplaceTheLook) {
@@ -63,12 +65,12 @@ TEST_F(AppearanceTest, TheChoiceComesBackAndAMissingSkinIsSaid) {
       Skin("/* palette\n scheme: light\n window: #fff0e0\n*/\nQLabel { color: red }"), reason));
   EXPECT_EQ(Window(), QColor("#fff0e0"));
 
-  Appearance again(memory_);
+  Appearance again(files_, memory_);
   again.Restore(reason);
   EXPECT_EQ(reason, "");
   EXPECT_EQ(Window(), QColor("#fff0e0"));
   QFile::remove(folder_.filePath("skin.qss"));
-  Appearance without(memory_);
+  Appearance without(files_, memory_);
   without.Restore(reason);
   EXPECT_NE(reason.find("skin.qss"), std::string::npos) << reason;
   EXPECT_EQ(Window(), dark);

@@ -1,0 +1,78 @@
+#include "jobs/job_folder.h"
+
+#include <array>
+
+namespace quillmere {
+namespace {
+
+struct Kind {
+  JobFile file;
+  std::string_view name;  // empty: the job's, with ".xml" behind
+  bool goes_with_job;     // with its ".bad" copy and leftovers
+  bool set_aside;         // when a new job takes the folder
+};
+
+// The commit point comes first: whoever finds it believes it rather than the record.
+constexpr std::array kKinds = {
+    Kind{JobFile::CommitPoint, "commit.dat", true, true},
+    Kind{JobFile::Record, "block.dat", true, true},
+    Kind{JobFile::Batch, "sqlcmds.txt", true, true},
+    Kind{JobFile::Tables, "", true, true},
+    Kind{JobFile::ErrorLog, "error.log", false, false},
+};
+
+constexpr bool StandsWhereItsNumberSays() {
+  for (std::size_t i = 0; i < kKinds.size(); ++i) {
+    if (kKinds[i].file != static_cast<JobFile>(i)) return false;
+  }
+  return true;
+}
+static_assert(StandsWhereItsNumberSays());
+
+}  // namespace
+
+JobFolder::JobFolder(const std::filesystem::path& working_folder, std::string_view job_name)
+    : path_(working_folder / "jobs" / job_name), job_name_(job_name) {}
+
+std::filesystem::path JobFolder::File(JobFile file) const {
+  const Kind& kind = kKinds[static_cast<std::size_t>(file)];
+  return path_ / (kind.name.empty() ? job_name_ + ".xml" : std::string(kind.name));
+}
+
+bool JobFolder::SetOldFilesAside(FileSystem& files, std::string& error) const {
+  for (const Kind& kind : kKinds) {
+    if (kind.set_aside && !KeepBadFile(files, File(kind.file), error)) return false;
+  }
+  return true;
+}
+
+bool JobFolder::MoveTo(FileSystem& files, const JobFolder& to, std::string& error) const {
+  if (IsThere(files, to.path_) && !files.AreSame(path_, to.path_)) {
+    error =
+        "There is a folder " + PathText(to.path_) + " already: move it away or choose another name";
+    return false;
+  }
+  if (!IsThere(files, path_)) return true;
+  if (!RenamePath(files, path_, to.path_, error)) return false;
+  const std::filesystem::path old_file = to.path_ / File(JobFile::Tables).filename();
+  if (!IsThere(files, old_file) || RenamePath(files, old_file, to.File(JobFile::Tables), error)) {
+    return true;
+  }
+  std::string ignored;  // the first reason is the one to tell
+  RenamePath(files, to.path_, path_, ignored);
+  return false;
+}
+
+bool JobFolder::RemoveFiles(FileSystem& files, std::string& error) const {
+  error.clear();
+  std::string reason;
+  for (const Kind& kind : kKinds) {
+    if (!kind.goes_with_job || RemoveEveryTrace(files, File(kind.file), reason)) continue;
+    if (error.empty()) error = std::move(reason);
+  }
+  // Stays when the operator keeps something in it.
+  if (files.RemoveFolder(path_)) static_cast<void>(files.FlushFolder(path_.parent_path()));
+  return error.empty();
+}
+
+}  // namespace quillmere

@@ -1,0 +1,47 @@
+// The files that the program keeps in a job's folder: which there are, where they stand, and what
+// becomes of each when the job is removed, renamed, or its name taken again. A new kind of file is
+// a new row in job_folder.cpp. docs/file-formats.md has what is in them.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "foundation/files.h"
+
+namespace quillmere {
+
+enum class JobFile {
+  CommitPoint,  // commit.dat
+  Record,       // block.dat
+  Batch,        // sqlcmds.txt
+  Tables,       // named after the job
+  ErrorLog,     // error.log, the operator's
+};
+
+// Paths of one job; makes nothing by itself. Any thread.
+class JobFolder {
+ public:
+  JobFolder(const std::filesystem::path& working_folder, std::string_view job_name);
+
+  const std::filesystem::path& Path() const { return path_; }
+  std::filesystem::path File(JobFile file) const;
+
+  // Renames what a job of this name left behind, or what belongs to one that the list has lost, to
+  // names with ".bad" added: it would come back as a new job's.
+  bool SetOldFilesAside(FileSystem& files, std::string& error) const;
+
+  // Renames the folder, which may be missing, and in it the file that is named after the job. If
+  // one of them fails, or another folder stands there, everything stays.
+  bool MoveTo(FileSystem& files, const JobFolder& to, std::string& error) const;
+
+  // Removes what goes with the job, and the folder unless something else is in it. Goes on after a
+  // failure; the first reason is kept.
+  bool RemoveFiles(FileSystem& files, std::string& error) const;
+
+ private:
+  std::filesystem::path path_;
+  std::string job_name_;
+};
+
+}  // namespace quillmere
