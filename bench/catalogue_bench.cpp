@@ -18,7 +18,8 @@ class Catalogue {
   explicit Catalogue(int jobs) {
     for (int i = 0; i < jobs; ++i) {
       const std::size_t index = jobs_.Claim();
-      SyncJob& job = jobs_.At(index);
+      const MutexLock lock(jobs_.At(index).config_mutex);
+      JobConfig& job = jobs_.At(index).config;
       job.name = "job_" + std::to_string(i);
       job.database_type = "ORACLE";
       job.description = "copies the order tables of branch " + std::to_string(i);
@@ -43,9 +44,12 @@ class Catalogue {
 
   // As at the end of a batch: the counters of one job have grown.
   void SaveWithOneChange() {
-    SyncJob& job = jobs_.At(0);
-    job.schemas.begin()->second.Tables().front().totalsynced.Increment();
-    job.tables_revision.Increment();
+    {
+      SyncJob& job = jobs_.At(0);
+      const MutexLock lock(job.config_mutex);
+      job.config.schemas.begin()->second.Tables().front().totalsynced.Increment();
+      ++job.config.tables_revision;
+    }
     Save();
   }
 

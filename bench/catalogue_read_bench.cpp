@@ -238,7 +238,7 @@ class CatalogueReading {
  public:
   CatalogueReading() {
     client = &client_;
-    session_.Connect("DB", "u", "p", false);
+    session_.Connect({"DB", "u", "p", false});
   }
 
   void Read(DataSource& source) {

@@ -28,11 +28,14 @@ class Engine {
     for (std::size_t i = 0; i < jobs; ++i) {
       const std::size_t index = jobs_.Claim();
       SyncJob& job = jobs_.At(index);
-      job.name = "job_" + std::to_string(i);
-      job.sync_interval = 1'000'000;
-      JobSchema& schema = job.schemas["SALES"];
-      for (std::size_t t = 0; t < tables; ++t) {
-        schema.Append({.name = "ORDERS_" + std::to_string(t), .desowner = "BRANCH"});
+      {
+        const MutexLock lock(job.config_mutex);
+        job.config.name = "job_" + std::to_string(i);
+        job.config.sync_interval = 1'000'000;
+        JobSchema& schema = job.config.schemas["SALES"];
+        for (std::size_t t = 0; t < tables; ++t) {
+          schema.Append({.name = "ORDERS_" + std::to_string(t), .desowner = "BRANCH"});
+        }
       }
       jobs_.SetState(index, JobState::Stopped);
     }
@@ -45,28 +48,32 @@ class Engine {
   // The pass ends with a save of the counters, of as many tables as the job has; without it the
   // job's file counts as saved already.
   void Apply(const std::vector<std::string>& statements, bool save = true) {
-    SyncJob& job = Job();
-    job.tables_saved_revision = save ? 0 : job.tables_revision + 1;
-    for (const std::string& statement : statements) job.pending_batch.Append(statement);
-    job.next_due = LocalTime{};
-    jobs_.SetState(0, JobState::Started, {0, static_cast<std::uint32_t>(job.pending_batch.Size())});
-    job.applied_count = 0;
+    {
+      const MutexLock lock(Job().config_mutex);
+      JobConfig& config = Job().config;
+      config.tables_saved_revision = save ? 0 : config.tables_revision + 1;
+    }
+    JobRun& run = Job().run;
+    for (const std::string& statement : statements) run.pending_batch.Append(statement);
+    run.next_due = LocalTime{};
+    jobs_.SetState(0, JobState::Started, {0, static_cast<std::uint32_t>(run.pending_batch.Size())});
+    run.applied_count = 0;
     runner_.Step(0);
-    if (static_cast<std::size_t>(job.applied_count.Get()) != statements.size()) std::abort();
+    if (static_cast<std::size_t>(run.applied_count.Get()) != statements.size()) std::abort();
   }
 
   void Capture(std::size_t rows) {
     OracleSession session(library_);
-    if (!session.Connect("S", "u", "p", false)) std::abort();
-    Job().next_cutoff_scn = 1'000'000'000;
-    if (!GetStatements(context_, 0, session) || Job().pending_batch.Empty()) std::abort();
+    if (!session.Connect({"S", "u", "p", false})) std::abort();
+    Job().run.next_positions.cutoff_scn = 1'000'000'000;
+    if (!GetStatements(context_, 0, session) || Job().run.pending_batch.Empty()) std::abort();
     benchmark::DoNotOptimize(rows);
-    Job().pending_batch.Clear();
+    Job().run.pending_batch.Clear();
   }
 
   void StartAll() {
     for (std::size_t i = 0; i < jobs_.Count(); ++i) {
-      jobs_.At(i).next_due = AddMinutes(clock_.Now(), 10'000);
+      jobs_.At(i).run.next_due = AddMinutes(clock_.Now(), 10'000);
       jobs_.SetState(i, JobState::Started);
     }
   }

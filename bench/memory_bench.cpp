@@ -38,12 +38,14 @@ class SandboxJob {
       Run(tool + "sql " + name + " " + (folder_.Path() / "schema.sql").string());
     }
     SyncJob& job = jobs_.At(jobs_.Claim());
-    job.name = "J";
-    job.src_database_name = "S";
-    job.des_database_name = "D";
-    job.source = job.destination = {"SYS", "sandbox", true};
-    job.table_list_fetched = true;
-    job.schemas["A"].Append({.name = "T", .desowner = "A"});
+    {
+      const MutexLock lock(job.config_mutex);
+      job.config.name = "J";
+      job.config.source = {"S", "SYS", "sandbox", true};
+      job.config.destination = {"D", "SYS", "sandbox", true};
+      job.config.table_list_fetched = true;
+      job.config.schemas["A"].Append({.name = "T", .desowner = "A"});
+    }
     jobs_.SetState(0, JobState::Starting);
     runner_.Step(0);
   }
@@ -51,16 +53,16 @@ class SandboxJob {
   void Pass(int number) {
     if (number % 10 == 0) {
       OracleSession session(library_);
-      if (!session.Connect("S", "SYS", "sandbox", true) ||
+      if (!session.Connect({"S", "SYS", "sandbox", true}) ||
           !session.Execute("insert into A.T values (" + std::to_string(number) + ")")) {
         std::abort();
       }
     }
-    jobs_.At(0).next_due = LocalTime{};
+    jobs_.At(0).run.next_due = LocalTime{};
     runner_.Step(0);
   }
 
-  int Applied() const { return jobs_.At(0).applied_count; }
+  int Applied() const { return jobs_.At(0).run.applied_count; }
 
  private:
   static void Run(const std::string& command) {

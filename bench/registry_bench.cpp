@@ -19,7 +19,7 @@ DataSource BigDataSource() {
   source.state = ConnectionState::Disconnected;
   source.name = "WAREHOUSE";
   source.user_id = "SYS";
-  source.mode = "SYSDBA";
+  source.sysdba = true;
   TextPool pool;
   for (std::size_t i = 0; i < kTables; ++i) {
     TableRecord table;

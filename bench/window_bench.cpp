@@ -41,13 +41,16 @@ std::unique_ptr<Workspace> OpenWorkspace(const std::filesystem::path& folder, co
 SyncJob& MakeJob(Workspace& workspace, const std::string& name, std::size_t tables) {
   const std::size_t index = workspace.Jobs().Claim();
   SyncJob& job = workspace.Jobs().At(index);
-  job.name = name;
-  job.description = "copies the tables of a branch";
-  job.sync_interval = 1'000'000;
-  job.table_list_fetched = true;
-  JobSchema& schema = job.schemas["SALES"];
-  for (std::size_t t = 0; t < tables; ++t) {
-    schema.Append({.name = "ORDERS_" + std::to_string(t), .desowner = "BRANCH"});
+  {
+    const MutexLock lock(job.config_mutex);
+    job.config.name = name;
+    job.config.description = "copies the tables of a branch";
+    job.config.sync_interval = 1'000'000;
+    job.config.table_list_fetched = true;
+    JobSchema& schema = job.config.schemas["SALES"];
+    for (std::size_t t = 0; t < tables; ++t) {
+      schema.Append({.name = "ORDERS_" + std::to_string(t), .desowner = "BRANCH"});
+    }
   }
   workspace.Jobs().SetState(index, JobState::Stopped);
   return job;
@@ -59,7 +62,7 @@ class LargeWindow {
   explicit LargeWindow(std::shared_ptr<QApplication> application)
       : application_(std::move(application)) {
     for (const std::string name : {"first", "second"}) {
-      MakeJob(*workspace_, name, kJobTables).next_due = LocalTime{1LL << 50};
+      MakeJob(*workspace_, name, kJobTables).run.next_due = LocalTime{1LL << 50};
       DataSource source;
       source.state = ConnectionState::Disconnected;
       source.name = name;
@@ -161,11 +164,11 @@ double LongestTurn() {
   const auto workspace = OpenWorkspace(folder.Path(), api);
   SyncJob& job = MakeJob(*workspace, "busy", 10);
   for (int i = 0; i < kStatements; ++i) {
-    job.pending_batch.Append(
+    job.run.pending_batch.Append(
         "update \"SALES\".\"ORDERS_1\" set \"STATUS\" = 'sent' where \"ID\" = '" +
         std::to_string(i) + "'");
   }
-  job.batch_pending = 1;
+  job.run.batch_pending = 1;
   ProgramWindow window(*workspace, std::chrono::milliseconds(1));
   window.Show();
   Settle();
@@ -178,7 +181,7 @@ double LongestTurn() {
   });
   heart.start(0);
   workspace->Jobs().SetState(0, JobState::Started, {0, kStatements});
-  while (job.applied_count < kStatements) QApplication::processEvents();
+  while (job.run.applied_count < kStatements) QApplication::processEvents();
   return std::chrono::duration<double, std::milli>(longest).count();
 }
 

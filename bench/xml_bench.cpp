@@ -40,21 +40,31 @@ class CatalogueFile {
  public:
   CatalogueFile() {
     const std::size_t index = jobs_.Claim();
-    jobs_.At(index).name = "big";
-    jobs_.At(index).schemas = MakeSchemas();
+    SyncJob& job = jobs_.At(index);
+    {
+      const MutexLock lock(job.config_mutex);
+      job.config.name = "big";
+      job.config.schemas = MakeSchemas();
+    }
     jobs_.SetState(index, JobState::Stopped);
     Save();
   }
 
   void Save() {
     std::string error;
-    jobs_.At(0).tables_revision.Increment();
+    SyncJob& job = jobs_.At(0);
+    {
+      const MutexLock lock(job.config_mutex);
+      ++job.config.tables_revision;
+    }
     if (!catalogue_.SaveAll(error)) std::abort();
   }
 
   void Load() {
     catalogue_.Load(nullptr, nullptr);
-    if (jobs_.At(0).schemas.size() != kOwners) std::abort();
+    SyncJob& job = jobs_.At(0);
+    const MutexLock lock(job.config_mutex);
+    if (job.config.schemas.size() != kOwners) std::abort();
   }
 
   std::filesystem::path File() const { return catalogue_.JobFolder("big") / "big.xml"; }

@@ -33,9 +33,6 @@ function(quillmere_library name)
   endif()
 endfunction()
 
-# What is tested is optimised; the tests themselves are not: half of their compile time would be that.
-set(QUILLMERE_TEST_OPTIONS $<$<CONFIG:RelWithDebInfo>:-O0>)
-
 # Precompiled headers for tests, made once: they hold only for targets with the same code model, and
 # programs have another one than libraries (-fPIE, but -fPIC with Qt).
 function(quillmere_test_headers name)
@@ -43,8 +40,8 @@ function(quillmere_test_headers name)
   file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp "// Carries precompiled headers.\n")
   add_library(${name} OBJECT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
   target_link_libraries(${name} PRIVATE quillmere_options ${ARG_LINKS} GTest::gmock)
-  target_compile_options(${name} PRIVATE ${QUILLMERE_TEST_OPTIONS} ${ARG_OPTIONS})
-  target_precompile_headers(${name} PRIVATE ${QUILLMERE_PCH} <gmock/gmock.h> <gtest/gtest.h> ${ARG_HEADERS})
+  target_compile_options(${name} PRIVATE ${ARG_OPTIONS})
+  target_precompile_headers(${name} PRIVATE ${QUILLMERE_PCH} <gtest/gtest.h> ${ARG_HEADERS})
 endfunction()
 
 # quillmere_test(NAME SOURCES ... LINKS ...): one GoogleTest program for one folder.
@@ -52,7 +49,6 @@ function(quillmere_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE quillmere_options ${ARG_LINKS} GTest::gmock GTest::gtest_main)
-  target_compile_options(${name} PRIVATE ${QUILLMERE_TEST_OPTIONS})
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   if(ARG_LINKS MATCHES quillmere_ui)
     target_precompile_headers(${name} REUSE_FROM quillmere_ui_test_headers)

@@ -31,7 +31,9 @@ int FailWithoutTables(const std::string& name, const std::string& reason) {
 }
 
 // The window offers what there is; names that were typed are judged.
-std::string WhyTablesUnknown(const SyncJob& job, const Arguments& arguments) {
+std::string WhyTablesUnknown(const SyncJob& record, const Arguments& arguments) {
+  const MutexLock lock(record.config_mutex);
+  const JobConfig& job = record.config;
   const auto schema = job.schemas.find(arguments.owner);
   if (schema == job.schemas.end()) {
     return "Job " + job.name + " has no owner " + arguments.owner + "; 'job show' lists them";
@@ -42,6 +44,9 @@ std::string WhyTablesUnknown(const SyncJob& job, const Arguments& arguments) {
              "; 'job show' lists them";
     }
   }
+  if (!arguments.all) return {};
+  arguments.tables.clear();
+  for (const JobTable& table : schema->second.Tables()) arguments.tables.push_back(table.name);
   return {};
 }
 
@@ -56,7 +61,7 @@ int Filter(const CommandLine& line, const Arguments& arguments, TableFilter filt
                     OwnerSaving::AtOnce});
   if (!result.refused.empty()) return Fail(result.refused);
   if (!result.unsaved.empty()) return Fail(result.unsaved);
-  return Print("Job " + open.Job().name + ": " + std::to_string(result.changed) +
+  return Print("Job " + NameOf(open.Job()) + ": " + std::to_string(result.changed) +
                " tables changed, tables " + TablesSummary(open.Job()) + "\n");
 }
 
@@ -72,7 +77,7 @@ int Add(const CommandLine& line, const Arguments& arguments) {
   const Outcome added = AddJob(*workspace, properties, index);
   if (!added) return Fail(added.text);
   const SyncJob& job = workspace->Jobs().At(index);
-  if (!job.table_list_fetched) return FailWithoutTables(job.name, added.text);
+  if (!TablesFetched(job)) return FailWithoutTables(NameOf(job), added.text);
   return Print(added.text + ": tables " + TablesSummary(job) + "\n");
 }
 
@@ -93,8 +98,9 @@ int Edit(const CommandLine& line, const Arguments& arguments) {
   if (sources_given && !SourcesExist(*open.workspace, properties)) return kFailed;
   const Outcome edited = EditJob(*open.workspace, open.index, properties);
   if (!edited) return Fail(edited.text);
-  const std::string done = "Job " + open.Job().name + " changed";
-  if (!edited.text.empty()) return FailWithoutTables(open.Job().name, done + ". " + edited.text);
+  const std::string name = NameOf(open.Job());
+  const std::string done = "Job " + name + " changed";
+  if (!edited.text.empty()) return FailWithoutTables(name, done + ". " + edited.text);
   return Print(done + "\n");
 }
 

@@ -29,8 +29,8 @@ Totals Count(const JobList& jobs) {
     JobList::Progress progress;
     if (jobs.State(index, &progress) == JobState::Empty) continue;
     const SyncJob& job = jobs.At(index);
-    totals.applied += job.applied_count;
-    totals.blocked += job.blocked_count;
+    totals.applied += job.run.applied_count;
+    totals.blocked += job.run.blocked_count;
     totals.remaining += progress.batch_remaining;
   }
   return totals;

@@ -15,7 +15,7 @@ struct TableCount {
   std::size_t included = 0;
 };
 
-TableCount CountTables(const SyncJob& job) {
+TableCount CountTables(const JobConfig& job) {
   TableCount count;
   for (const auto& [owner, schema] : job.schemas) {
     for (const JobTable& table : schema.Tables()) {
@@ -26,13 +26,20 @@ TableCount CountTables(const SyncJob& job) {
   return count;
 }
 
-// The counters of "Total Done", "Need To Do", "Has Done" and "Blocked".
-std::vector<std::string> Counters(const SyncJob& job, const JobList::Progress& progress) {
-  return {std::to_string(job.applied_count), std::to_string(progress.batch_remaining),
-          std::to_string(progress.batch_applied), std::to_string(job.blocked_count)};
+std::string Summary(const JobConfig& job) {
+  const TableCount count = CountTables(job);
+  return std::to_string(count.all) + " of " + std::to_string(job.schemas.size()) + " owners, " +
+         std::to_string(count.included) + " included";
 }
 
-Json JobObject(const SyncJob& job, JobState state, const JobList::Progress& progress) {
+// The counters of "Total Done", "Need To Do", "Has Done" and "Blocked".
+std::vector<std::string> Counters(const JobRun& run, const JobList::Progress& progress) {
+  return {std::to_string(run.applied_count), std::to_string(progress.batch_remaining),
+          std::to_string(progress.batch_applied), std::to_string(run.blocked_count)};
+}
+
+Json JobObject(const JobConfig& job, const JobRun& run, JobState state,
+               const JobList::Progress& progress) {
   const TableCount tables = CountTables(job);
   return {{"name", job.name},
           {"state", StateName(state)},
@@ -42,10 +49,10 @@ Json JobObject(const SyncJob& job, JobState state, const JobList::Progress& prog
           {"interval", job.sync_interval},
           {"has_runned", job.has_runned},
           {"table_list_fetched", job.table_list_fetched},
-          {"total_done", job.applied_count.Get()},
+          {"total_done", run.applied_count.Get()},
           {"need_to_do", progress.batch_remaining},
           {"has_done", progress.batch_applied},
-          {"blocked", job.blocked_count.Get()},
+          {"blocked", run.blocked_count.Get()},
           {"tables", tables.all},
           {"tables_included", tables.included}};
 }
@@ -71,8 +78,8 @@ std::string JobListText(const Workspace& workspace) {
     const JobState state = jobs.State(i, &progress);
     if (state == JobState::Empty) continue;
     const SyncJob& job = jobs.At(i);
-    std::vector<std::string> row = {job.name, std::string(StateName(state))};
-    for (std::string& counter : Counters(job, progress)) row.push_back(std::move(counter));
+    std::vector<std::string> row = {NameOf(job), std::string(StateName(state))};
+    for (std::string& counter : Counters(job.run, progress)) row.push_back(std::move(counter));
     rows.push_back(std::move(row));
   }
   return TextTable(rows);
@@ -84,7 +91,10 @@ std::string JobListJson(const Workspace& workspace) {
   for (std::size_t i = 0; i < jobs.Count(); ++i) {
     JobList::Progress progress;
     const JobState state = jobs.State(i, &progress);
-    if (state != JobState::Empty) list.push_back(JobObject(jobs.At(i), state, progress));
+    if (state == JobState::Empty) continue;
+    const SyncJob& job = jobs.At(i);
+    const MutexLock lock(job.config_mutex);
+    list.push_back(JobObject(job.config, job.run, state, progress));
   }
   return JsonText(list);
 }
@@ -93,22 +103,24 @@ std::string JobText(const Workspace& workspace, std::size_t index) {
   const SyncJob& job = workspace.Jobs().At(index);
   JobList::Progress progress;
   const JobState state = workspace.Jobs().State(index, &progress);
-  const std::vector<std::string> counters = Counters(job, progress);
-  std::string text = TextTable({{"JOB ID", job.name},
+  const std::vector<std::string> counters = Counters(job.run, progress);
+  const MutexLock lock(job.config_mutex);
+  const JobConfig& config = job.config;
+  std::string text = TextTable({{"JOB ID", config.name},
                                 {"Status", std::string(StateName(state))},
-                                {"Description", job.description},
-                                {"Source", job.src_database_name},
-                                {"Destination", job.des_database_name},
-                                {"Interval", std::to_string(job.sync_interval) + " min"},
+                                {"Description", config.description},
+                                {"Source", config.src_database_name},
+                                {"Destination", config.des_database_name},
+                                {"Interval", std::to_string(config.sync_interval) + " min"},
                                 {"Total Done", counters[0]},
                                 {"Need To Do", counters[1]},
                                 {"Has Done", counters[2]},
                                 {"Blocked", counters[3]},
-                                {"Tables", TablesSummary(job)}});
+                                {"Tables", Summary(config)}});
   std::vector<std::vector<std::string>> rows = {{"Table Name", "Source Owner", "Remote Owner",
                                                  "Included", "Begin Rows", "Current Rows",
                                                  "Total Synced", "Total Blocked"}};
-  for (const auto& [owner, schema] : job.schemas) {
+  for (const auto& [owner, schema] : config.schemas) {
     for (const JobTable& table : schema.Tables()) {
       rows.push_back({table.name, owner, table.desowner, table.includeflag ? "yes" : "no",
                       std::to_string(table.beginrows), std::to_string(table.rows),
@@ -123,9 +135,10 @@ std::string JobJson(const Workspace& workspace, std::size_t index) {
   const SyncJob& job = workspace.Jobs().At(index);
   JobList::Progress progress;
   const JobState state = workspace.Jobs().State(index, &progress);
-  Json object = JobObject(job, state, progress);
+  const MutexLock lock(job.config_mutex);
+  Json object = JobObject(job.config, job.run, state, progress);
   Json schemas = Json::array();
-  for (const auto& [owner, schema] : job.schemas) {
+  for (const auto& [owner, schema] : job.config.schemas) {
     Json tables = Json::array();
     for (const JobTable& table : schema.Tables()) tables.push_back(TableObject(table));
     schemas.push_back({{"owner", owner}, {"tables", std::move(tables)}});
@@ -135,9 +148,8 @@ std::string JobJson(const Workspace& workspace, std::size_t index) {
 }
 
 std::string TablesSummary(const SyncJob& job) {
-  const TableCount count = CountTables(job);
-  return std::to_string(count.all) + " of " + std::to_string(job.schemas.size()) + " owners, " +
-         std::to_string(count.included) + " included";
+  const MutexLock lock(job.config_mutex);
+  return Summary(job.config);
 }
 
 }  // namespace quillmere::cli

@@ -5,17 +5,18 @@
 namespace quillmere::cli {
 
 void MessageQueue::Put(std::string_view text, bool error) {
-  std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return messages_.size() < capacity_; });
+  const MutexLock lock(mutex_);
+  while (messages_.size() >= capacity_) changed_.Wait(mutex_);
   messages_.push_back({std::string(text), error});
-  changed_.notify_all();
+  changed_.NotifyAll();
 }
 
 std::vector<MessageQueue::Message> MessageQueue::Take(std::chrono::milliseconds time) {
-  std::unique_lock lock(mutex_);
-  changed_.wait_for(lock, time, [this] { return !messages_.empty(); });
+  const Condition::Time limit = std::chrono::steady_clock::now() + time;
+  const MutexLock lock(mutex_);
+  while (messages_.empty() && changed_.WaitUntil(mutex_, limit)) continue;
   std::vector<Message> taken = std::exchange(messages_, {});
-  changed_.notify_all();
+  changed_.NotifyAll();
   return taken;
 }
 

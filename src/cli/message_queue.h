@@ -3,14 +3,13 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <cstddef>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "engine/runner_listener.h"
+#include "foundation/mutex.h"
 
 namespace quillmere::cli {
 
@@ -36,9 +35,9 @@ class MessageQueue final : public RunnerListener {
   void Put(std::string_view text, bool error);
 
   const std::size_t capacity_;
-  std::mutex mutex_;  // guards messages_
-  std::condition_variable changed_;
-  std::vector<Message> messages_;
+  Mutex mutex_;
+  Condition changed_;
+  std::vector<Message> messages_ GUARDED_BY(mutex_);
 };
 
 }  // namespace quillmere::cli

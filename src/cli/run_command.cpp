@@ -67,7 +67,7 @@ int Run(const CommandLine& line, const RunArguments& arguments) {
   for (const std::size_t job : jobs) {
     std::string reason;
     if (!RequestRun(drive.Engine(), job, reason)) {
-      return Fail("Job " + workspace->Jobs().At(job).name + ": " + reason);
+      return Fail("Job " + NameOf(workspace->Jobs().At(job)) + ": " + reason);
     }
   }
   if (arguments.go_on_all && !ContinueAll(*workspace, drive.Engine()) && jobs.empty()) {

@@ -43,8 +43,7 @@ bool AskPassword(const Arguments& arguments, std::string& password) {
 }  // namespace
 
 int Add(const CommandLine& line, const Arguments& arguments) {
-  const std::string mode = arguments.mode.empty() ? "NORMAL" : arguments.mode;
-  SourceLogin login{arguments.name, arguments.user, {}, mode};
+  LogOn login{arguments.name, arguments.user, {}, arguments.mode == "SYSDBA"};
   if (!AskPassword(arguments, login.password)) return kFailed;
   const auto workspace = OpenToChange(line, Folder::MayBeMade);
   if (workspace == nullptr) return kFailed;
@@ -66,8 +65,8 @@ int Edit(const CommandLine& line, const Arguments& arguments) {
   const DataSource& source = workspace->Registry().At(static_cast<std::size_t>(index));
   Arguments full = arguments;
   if (full.user.empty()) full.user = source.user_id;
-  if (full.mode.empty()) full.mode = source.mode;
-  SourceLogin login{full.name, full.user, {}, full.mode};
+  if (full.mode.empty()) full.mode = source.Mode();
+  LogOn login{full.name, full.user, {}, full.mode == "SYSDBA"};
   if (!AskPassword(full, login.password)) return kFailed;
   return Finish(SaveDataSource(*workspace, login), "Data source " + login.name + " changed");
 }

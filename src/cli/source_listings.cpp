@@ -92,13 +92,13 @@ std::string SourceListing(const DataSourceRegistry& registry, bool json) {
   for (std::size_t i = 0; i < registry.Count(); ++i) {
     const DataSource& source = registry.At(i);
     if (source.state == ConnectionState::Empty) continue;
-    listing.rows.push_back({source.name, source.version, source.user_id, source.mode,
+    listing.rows.push_back({source.name, source.version, source.user_id, source.Mode(),
                             std::to_string(source.tables.size())});
     listing.json.push_back({{"name", source.name},
                             {"type", source.database_type},
                             {"version", source.version},
                             {"user", source.user_id},
-                            {"mode", source.mode},
+                            {"mode", source.Mode()},
                             {"tables", source.tables.size()},
                             {"primary_keys", source.primary_keys.size()},
                             {"indexes", source.indexes.size()}});

@@ -87,9 +87,9 @@ int FailTakenBack(std::unique_ptr<OracleSession>& session, const std::string& re
 
 int RunScript(Workspace& workspace, const std::string& name, std::istream& input,
               const std::string& input_name) {
-  const std::optional<JobLogin> login = workspace.LoginOf(name);
+  const LogOn login = workspace.LogOnOf(name).value_or(LogOn{.name = name});
   auto session = std::make_unique<OracleSession>(workspace.Oci());
-  if (!session->Connect(name, login->user_id, login->password, login->sysdba)) {
+  if (!session->Connect(login)) {
     return Fail("connect Database failed. Error: " + session->LastError());
   }
   Script script(*session, input, input_name);

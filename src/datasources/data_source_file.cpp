@@ -101,7 +101,7 @@ void AppendDataSource(XmlNode& root, const DataSource& source) {
   XmlNode& login = node.AddChild("login");
   login.AddChild("userid", source.user_id);
   login.AddChild("password", EncipherPassword(source.password));
-  login.AddChild("mode", source.mode);
+  login.AddChild("mode", source.Mode());
   XmlNode& schema = node.AddChild("schema");
   for (const KeyRecord& key : source.primary_keys) AppendKey(schema, key);
   for (const IndexRecord& index : source.indexes) AppendIndex(schema, index);
@@ -118,7 +118,7 @@ bool ReadDataSource(const XmlNode& root, DataSource& source) {
   if (const XmlNode* login = node->Child("login")) {
     source.user_id = login->ChildValue("userid");
     source.password = DecipherPassword(login->ChildValue("password"));
-    source.mode = login->ChildValue("mode", source.mode);
+    source.sysdba = login->ChildValue("mode") == "SYSDBA";
   }
   if (const XmlNode* schema = node->Child("schema")) ReadSchema(*schema, source);
   return true;

@@ -13,6 +13,7 @@
 #include "datasources/shared_text.h"
 #include "foundation/H_tea.h"
 #include "messages/message_log.h"
+#include "oracle/log_on.h"
 
 namespace quillmere {
 
@@ -32,21 +33,16 @@ struct TableRecord {
 
 enum class ConnectionState : int { Empty = 0, Registered = 1, Connected = 2, Disconnected = 3 };
 
-struct DataSource {
+// A log-on, whose name is also the file name, and what was read with it.
+struct DataSource : LogOn {
   ConnectionState state = ConnectionState::Empty;  // Empty marks a free slot
-  std::string name;                                // also the connect name and the file name
   bool needsave = false;                           // the record changed since its file was written
   std::string database_type = "ORACLE";
   std::string version;
   std::string description;
-  std::string user_id;
-  std::string password;         // clear in memory only
-  std::string mode = "NORMAL";  // "NORMAL" or "SYSDBA"
   std::vector<KeyRecord> primary_keys;
   std::vector<IndexRecord> indexes;
   std::vector<TableRecord> tables;
-
-  bool IsSysdba() const { return mode == "SYSDBA"; }
 };
 
 // Indices stay valid while the registry lives: a removed data source leaves an empty slot.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "engine/job_view.h"
 #include "engine/redo_assembler.h"
 #include "engine/rewriter.h"
 #include "engine/set_aside.h"
@@ -25,7 +26,7 @@ class BatchSink final : public RedoSink, private RedoAssembler::Taker {
                std::to_string(RedoAssembler::kMostBytes) + " bytes (" + OpenStatement() + ")";
       return false;
     }
-    if (job_.pending_batch.Size() < std::numeric_limits<std::int32_t>::max()) return true;
+    if (job_.run.pending_batch.Size() < std::numeric_limits<std::int32_t>::max()) return true;
     reason = "the batch holds too many statements; stop the job and start it anew";
     return false;
   }
@@ -48,28 +49,28 @@ class BatchSink final : public RedoSink, private RedoAssembler::Taker {
 
  private:
   void OnStatement(std::int64_t scn, std::string_view mined) override {
-    if (scn >= job_.next_cutoff_scn) return;
+    if (scn >= job_.run.next_positions.cutoff_scn) return;
     const Verdict verdict = JudgeStatement(mined);
     if (verdict.safety != Safety::Safe) return TakeAside(scn, mined, verdict.safety);
-    job_.pending_batch.Append(verdict.kept);
+    job_.run.pending_batch.Append(verdict.kept);
     if (context_.settings.debug) {
       context_.log.WriteGeneral(std::to_string(scn) + ", " + std::string(verdict.kept));
     }
   }
 
   void OnUnfinished(std::int64_t scn, std::string_view mined) override {
-    if (scn < job_.next_cutoff_scn) TakeAside(scn, mined, Safety::Unfinished);
+    if (scn < job_.run.next_positions.cutoff_scn) TakeAside(scn, mined, Safety::Unfinished);
   }
 
   void OnComment(std::int64_t scn, std::string_view text) override {
-    if (scn >= job_.next_cutoff_scn || ++comments_ > 1) return;
+    if (scn >= job_.run.next_positions.cutoff_scn || ++comments_ > 1) return;
     first_comment_ =
         "The first, at SCN " + std::to_string(scn) + ": " + std::string(text.substr(0, 80));
   }
 
   // In its place the batch gets what is blocked without being looked at.
   void TakeAside(std::int64_t scn, std::string_view mined, Safety why) {
-    job_.pending_batch.Append({});
+    job_.run.pending_batch.Append({});
     const ParsedStatement parsed = ParseStatement(mined);
     const bool table_is_known = why != Safety::NoTable && why != Safety::UnknownObject &&
                                 !parsed.owner.empty() && !parsed.table.empty();
@@ -108,7 +109,7 @@ void WriteSqlErrorFile(const EngineContext& context, std::string_view text) {
 }
 
 bool Fail(EngineContext& context, std::size_t index, const std::string& text) {
-  context.jobs.At(index).pending_batch.Clear();
+  context.jobs.At(index).run.pending_batch.Clear();
   context.listener.OnError(index, text);
   return false;
 }
@@ -117,14 +118,14 @@ bool Fail(EngineContext& context, std::size_t index, const std::string& text) {
 
 bool GetStatements(EngineContext& context, std::size_t index, OracleSession& session) {
   SyncJob& job = context.jobs.At(index);
-  job.pending_batch.Clear();
+  job.run.pending_batch.Clear();
   BatchSink sink(context, index);
   if (!session.MineRedo(sink)) return false;
   sink.Tell();
   if (sink.LargestScn() != -1) {
-    job.next_mining_start_scn = job.next_cutoff_scn;
+    job.run.next_positions.mining_start_scn = job.run.next_positions.cutoff_scn;
     // Wraps around like the 64-bit addition it is instead of being undefined.
-    job.next_cutoff_scn =
+    job.run.next_positions.cutoff_scn =
         static_cast<std::int64_t>(static_cast<std::uint64_t>(sink.LargestScn()) + 1);
   }
   return true;
@@ -133,34 +134,25 @@ bool GetStatements(EngineContext& context, std::size_t index, OracleSession& ses
 bool CaptureBatch(EngineContext& context, std::size_t index) {
   SyncJob& job = context.jobs.At(index);
   OracleSession session(context.oci);
-  std::string database;
-  std::string name;
-  JobLogin login;
-  {
-    const std::lock_guard lock(job.config_mutex);
-    name = job.name;
-    database = job.src_database_name;
-    login = job.source;
-  }
-  if (!session.Connect(database, login.user_id, login.password, login.sysdba)) {
+  const JobView view(job);
+  if (!session.Connect(view.source)) {
     return Fail(
         context, index,
-        "Connect source fail : " + session.LastError() + " when get command of " + name + ".");
+        "Connect source fail : " + session.LastError() + " when get command of " + view.name + ".");
   }
-  if (!session.SetLogs(job.mining_start_scn)) {
+  if (!session.SetLogs(job.run.positions.mining_start_scn)) {
     return Fail(context, index, "SetLogs fail : " + session.LastError());
   }
-  job.next_mining_start_scn = job.mining_start_scn;
-  job.next_cutoff_scn = job.cutoff_scn;
+  job.run.next_positions = job.run.positions;
   if (!GetStatements(context, index, session)) {
     WriteSqlErrorFile(context, session.LastError());
     return Fail(context, index, "GetSqlStrings fail : " + session.LastError());
   }
-  if (job.pending_batch.Empty()) return true;
+  if (job.run.pending_batch.Empty()) return true;
   std::string error;
   // Without its file the batch would not survive a restart: mine it again rather.
-  return WriteBatchFile(context.files, context.catalogue.FolderOf(name), job.pending_batch,
-                        error) ||
+  return WriteBatchFile(context.files, context.catalogue.FolderOf(view.name),
+                        job.run.pending_batch, error) ||
          Fail(context, index, error);
 }
 

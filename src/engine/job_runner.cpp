@@ -26,7 +26,7 @@ void RecordAndNotify(EngineContext& context, std::size_t index, JobState state) 
 bool ReadSourceScn(EngineContext& context, std::size_t index, const JobView& view,
                    std::int64_t& scn) {
   OracleSession session(context.oci);
-  if (!Connect(session, view.source_database, view.source)) {
+  if (!session.Connect(view.source)) {
     context.listener.OnError(index, "Connect source fail : " + session.LastError());
     return false;
   }
@@ -50,7 +50,7 @@ void JobRunner::Step(std::size_t index) try {
     case JobState::Stopping:
       return Reset(index);
     case JobState::Started:
-      if (context_.clock.Now() >= context_.jobs.At(index).next_due) {
+      if (context_.clock.Now() >= context_.jobs.At(index).run.next_due) {
         Pass(context_, index, end_requested_).Run();
       }
       return;
@@ -76,18 +76,12 @@ void JobRunner::Start(std::size_t index) {
     context_.listener.OnError(index, "Job " + view.name + " start failed.");
     return;
   }
-  job.mining_start_scn = scn;
-  job.cutoff_scn = scn;
-  job.next_mining_start_scn = scn;
-  job.next_cutoff_scn = scn;
-  job.applied_count = 0;
-  job.blocked_count = 0;
-  job.batch_pending = 0;
-  job.pending_batch.Clear();
-  job.next_due = AddMinutes(context_.clock.Now(), view.interval_minutes);
+  job.run = {};
+  job.run.positions = job.run.next_positions = {scn, scn};
+  job.run.next_due = AddMinutes(context_.clock.Now(), view.interval_minutes);
   {
-    const std::lock_guard lock(job.config_mutex);
-    job.has_runned = true;
+    const MutexLock lock(job.config_mutex);
+    job.config.has_runned = true;
   }
   // A stop that was asked for meanwhile is served by the next step.
   context_.jobs.ReplaceState(index, JobState::Starting, JobState::Started, JobList::Progress{});
@@ -113,7 +107,7 @@ void JobRunner::Reset(std::size_t index) {
 
 bool RequestRun(EngineContext& context, std::size_t index, std::string& reason) {
   const JobState state = context.jobs.State(index);
-  if (!context.jobs.At(index).table_list_fetched) {
+  if (!TablesFetched(context.jobs.At(index))) {
     reason = "Not get table list yet, refresh first please.";
     return false;
   }

@@ -17,12 +17,13 @@ Pass::Pass(EngineContext& context, std::size_t index, const std::atomic<bool>& e
 
 void Pass::Run() {
   if (context_.settings.debug) {
-    Information(std::to_string(job_.mining_start_scn) + ", " + std::to_string(job_.cutoff_scn));
+    Information(std::to_string(job_.run.positions.mining_start_scn) + ", " +
+                std::to_string(job_.run.positions.cutoff_scn));
   }
-  if (job_.pending_batch.Empty()) {
+  if (job_.run.pending_batch.Empty()) {
     if (!Capture()) return Fail();
-    if (job_.pending_batch.Empty()) {
-      baseline_ = job_.applied_count;
+    if (job_.run.pending_batch.Empty()) {
+      baseline_ = job_.run.applied_count;
       return Finish();
     }
   }
@@ -40,13 +41,13 @@ bool Pass::Capture() {
   try {
     if (!CaptureBatch(context_, index_)) return false;
   } catch (const std::exception& failure) {  // the batch did not fit into memory
-    job_.pending_batch.Clear();
+    job_.run.pending_batch.Clear();
     Error(std::string("GetSqlStrings fail : ") + failure.what());
     return false;
   }
-  const bool fetched = !job_.pending_batch.Empty();
-  job_.batch_pending = fetched ? 1 : 0;
-  progress_ = {0, static_cast<std::uint32_t>(job_.pending_batch.Size())};
+  const bool fetched = !job_.run.pending_batch.Empty();
+  job_.run.batch_pending = fetched ? 1 : 0;
+  progress_ = {0, static_cast<std::uint32_t>(job_.run.pending_batch.Size())};
   context_.jobs.SetProgress(index_, progress_);
   WriteRecord();
   if (fetched) context_.listener.OnJobChanged(index_, true);
@@ -55,15 +56,15 @@ bool Pass::Capture() {
 
 Pass::Outcome Pass::ApplyBatch() {
   context_.jobs.State(index_, &progress_);
-  baseline_ = job_.applied_count;
+  baseline_ = job_.run.applied_count;
   OracleSession destination(context_.oci);
-  if (!Connect(destination, view_.destination_database, view_.destination)) {
+  if (!destination.Connect(view_.destination)) {
     Error("Before job: " + view_.name +
           " synchronize, Connect destination fail : " + destination.LastError());
     return Outcome::Failed;
   }
   if (!OpenCommitPoint()) return Outcome::Failed;
-  Information(progress_.batch_remaining < job_.pending_batch.Size()
+  Information(progress_.batch_remaining < job_.run.pending_batch.Size()
                   ? "Continue synchronize a old batch"
                   : "Begin synchronize a new batch");
   Outcome outcome = Outcome::Failed;
@@ -74,14 +75,14 @@ Pass::Outcome Pass::ApplyBatch() {
     WriteRecord();
     Error(std::string("Execute sql fail : ") + failure.what());
   }
-  if (!tallies_.empty()) job_.tables_revision.Increment();
+  if (!tallies_.empty()) RaiseTablesRevision();
   return CommitDestination(destination) ? outcome : Outcome::Failed;
 }
 
 Pass::Outcome Pass::ApplyStatements(OracleSession& destination) {
-  const std::size_t size = job_.pending_batch.Size();
+  const std::size_t size = job_.run.pending_batch.Size();
   for (std::size_t i = size - progress_.batch_remaining; i < size; ++i) {
-    if (!ApplyOne(destination, job_.pending_batch[i])) return Outcome::Failed;
+    if (!ApplyOne(destination, job_.run.pending_batch[i])) return Outcome::Failed;
     // A request that came with the last statement leaves nothing to interrupt.
     if (!Publish() && i + 1 < size) return Outcome::Interrupted;
   }
@@ -112,6 +113,12 @@ bool Pass::ApplyOne(OracleSession& destination, std::string_view statement) {
   return true;
 }
 
+// Behind the counting, so that a save that read the old counters is followed by another.
+void Pass::RaiseTablesRevision() {
+  const MutexLock lock(job_.config_mutex);
+  ++job_.config.tables_revision;
+}
+
 Pass::Tally* Pass::TallyOf(JobTable* table) {
   if (table == nullptr) return nullptr;
   Tally& tally = tallies_[table];
@@ -122,7 +129,7 @@ Pass::Tally* Pass::TallyOf(JobTable* table) {
 void Pass::CountApplied(Tally* tally) noexcept {
   --progress_.batch_remaining;
   ++progress_.batch_applied;
-  job_.applied_count.Increment();
+  job_.run.applied_count.Increment();
   if (tally == nullptr) return;
   ++tally->applied;
   tally->table->totalsynced.Increment();
@@ -130,7 +137,7 @@ void Pass::CountApplied(Tally* tally) noexcept {
 
 void Pass::CountBlocked(Tally* tally) noexcept {
   --progress_.batch_remaining;
-  job_.blocked_count.Increment();
+  job_.run.blocked_count.Increment();
   if (tally == nullptr) return;
   ++tally->blocked;
   tally->table->RecordsBlocked.Increment();
@@ -161,7 +168,7 @@ bool Pass::CommitDestination(OracleSession& destination) {
   std::string error;
   if (!record_failed_ && !record_.Flush(error)) Error(error);
   if (!destination.EndSession()) {
-    Error("The end of the session on " + view_.destination_database + " failed : " +
+    Error("The end of the session on " + view_.destination.name + " failed : " +
           destination.LastError() + ". The statements of this pass count as not applied");
     ReturnToCommitPoint();
     // A record on disk that says more than the server took must not outlive the commit point.
@@ -181,25 +188,25 @@ void Pass::ReturnToCommitPoint() {
     table->RecordsBlocked = table->RecordsBlocked - tally.blocked;
   }
   progress_ = {commit_point_.batch_applied, commit_point_.batch_remaining};
-  job_.applied_count = commit_point_.applied_count;
-  job_.blocked_count = commit_point_.blocked_count;
+  job_.run.applied_count = commit_point_.applied_count;
+  job_.run.blocked_count = commit_point_.blocked_count;
   context_.jobs.SetProgress(index_, progress_);
   WriteRecord();
   context_.listener.OnJobChanged(index_, false);
 }
 
 void Pass::Finish() {
-  const LocalTime from = job_.next_due == LocalTime{} ? context_.clock.Now() : job_.next_due;
-  job_.next_due = AddMinutes(from, view_.interval_minutes);
-  job_.pending_batch.Clear();
-  job_.batch_pending = 0;
-  job_.mining_start_scn = job_.next_mining_start_scn;
-  job_.cutoff_scn = job_.next_cutoff_scn;
+  const LocalTime from =
+      job_.run.next_due == LocalTime{} ? context_.clock.Now() : job_.run.next_due;
+  job_.run.next_due = AddMinutes(from, view_.interval_minutes);
+  job_.run.pending_batch.Clear();
+  job_.run.batch_pending = 0;
+  job_.run.positions = job_.run.next_positions;
   WriteRecord();
   context_.listener.OnJobChanged(index_, false);
   std::string error;
   if (!context_.catalogue.SaveAll(error)) Error(error);
-  if (job_.applied_count > baseline_) {
+  if (job_.run.applied_count > baseline_) {
     Information("Successfully synchronized a batch of " + view_.name);
   } else {
     Information("Nothing synchronized in this interval of  " + view_.name);
@@ -207,7 +214,7 @@ void Pass::Finish() {
 }
 
 void Pass::Fail() {
-  job_.next_due = AddMinutes(context_.clock.Now(), view_.interval_minutes);
+  job_.run.next_due = AddMinutes(context_.clock.Now(), view_.interval_minutes);
   Error("Something wrong in this interval of " + view_.name);
 }
 

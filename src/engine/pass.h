@@ -37,6 +37,7 @@ class Pass {
   bool ApplyOne(OracleSession& destination, std::string_view statement);
   // Made before the statement runs, so that counting what has run cannot fail.
   Tally* TallyOf(JobTable* table);
+  void RaiseTablesRevision();
   void CountApplied(Tally* tally) noexcept;
   void CountBlocked(Tally* tally) noexcept;
   bool OpenCommitPoint();

@@ -64,9 +64,9 @@ Rewritten RewriteStatement(SyncJob& job, std::string_view statement, std::string
   const ParsedStatement& parsed = result.parsed;
   if (parsed.owner.empty() || parsed.table.empty() || IsSystemOwner(parsed.owner)) return result;
 
-  const std::lock_guard lock(job.config_mutex);
-  const auto schema = job.schemas.find(parsed.owner);
-  if (schema == job.schemas.end()) return result;
+  const MutexLock lock(job.config_mutex);
+  const auto schema = job.config.schemas.find(parsed.owner);
+  if (schema == job.config.schemas.end()) return result;
   result.table = schema->second.Find(parsed.table);
   if (result.table != nullptr && !result.table->includeflag) {
     result.excluded = true;

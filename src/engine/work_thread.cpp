@@ -12,27 +12,36 @@ HWorkThread::~HWorkThread() {
 
 void HWorkThread::Terminate() {
   runner_.RequestEnd();
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   terminate_ = true;
-  changed_.notify_all();
+  changed_.NotifyAll();
 }
 
 bool HWorkThread::WaitFor(std::chrono::milliseconds time) {
-  std::unique_lock lock(mutex_);
-  return changed_.wait_for(lock, time, [this] { return ended_; });
+  const Condition::Time limit = std::chrono::steady_clock::now() + time;
+  const MutexLock lock(mutex_);
+  while (!ended_ && changed_.WaitUntil(mutex_, limit)) continue;
+  return ended_;
+}
+
+bool HWorkThread::TerminatedInPause() {
+  const Condition::Time limit = std::chrono::steady_clock::now() + pause_;
+  const MutexLock lock(mutex_);
+  while (!terminate_ && changed_.WaitUntil(mutex_, limit)) continue;
+  return terminate_;
+}
+
+void HWorkThread::Sweep() {
+  for (std::size_t index = 0; index < jobs_.Count() && !runner_.EndRequested(); ++index) {
+    runner_.Step(index);
+  }
 }
 
 void HWorkThread::Sweeps() {
-  std::unique_lock lock(mutex_);
-  while (!changed_.wait_for(lock, pause_, [this] { return terminate_; })) {
-    lock.unlock();
-    for (std::size_t index = 0; index < jobs_.Count() && !runner_.EndRequested(); ++index) {
-      runner_.Step(index);
-    }
-    lock.lock();
-  }
+  while (!TerminatedInPause()) Sweep();
+  const MutexLock lock(mutex_);
   ended_ = true;
-  changed_.notify_all();
+  changed_.NotifyAll();
 }
 
 }  // namespace quillmere

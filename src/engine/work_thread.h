@@ -2,11 +2,10 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 #include <thread>
 
 #include "engine/job_runner.h"
+#include "foundation/mutex.h"
 
 namespace quillmere {
 
@@ -29,14 +28,16 @@ class HWorkThread {
 
  private:
   void Sweeps();
+  void Sweep();
+  bool TerminatedInPause();
 
   JobRunner& runner_;
   const JobList& jobs_;
   const std::chrono::milliseconds pause_;
-  std::mutex mutex_;  // guards terminate_ and ended_
-  std::condition_variable changed_;
-  bool terminate_ = false;
-  bool ended_ = false;
+  Mutex mutex_;
+  Condition changed_;
+  bool terminate_ GUARDED_BY(mutex_) = false;
+  bool ended_ GUARDED_BY(mutex_) = false;
   std::thread thread_;
 };
 

@@ -35,19 +35,20 @@ std::string JobCatalogue::WhyNameRefused(std::string_view name, std::size_t inde
   for (std::size_t other = 0; other < jobs_.Count(); ++other) {
     if (other == index || jobs_.State(other) == JobState::Empty) continue;
     const SyncJob& job = jobs_.At(other);
-    const std::lock_guard<std::mutex> lock(job.config_mutex);
-    if (SameFileName(job.name, name)) return "There is a job " + job.name + " already";
+    const MutexLock lock(job.config_mutex);
+    if (SameFileName(job.config.name, name))
+      return "There is a job " + job.config.name + " already";
   }
   return {};
 }
 
 bool JobCatalogue::SaveMarked(std::string& error) {
-  const std::lock_guard<std::mutex> saving(save_mutex_);
+  const MutexLock saving(save_mutex_);
   return Save(Selection::Marked, error);
 }
 
 bool JobCatalogue::SaveAll(std::string& error) {
-  const std::lock_guard<std::mutex> saving(save_mutex_);
+  const MutexLock saving(save_mutex_);
   return Save(Selection::All, error);
 }
 
@@ -68,12 +69,13 @@ bool JobCatalogue::SaveList(Selection selection, std::vector<SyncJob*>& changed,
   // tables.
   XmlDocument document;
   for (SyncJob* job : jobs_.LiveJobs()) {
-    const std::lock_guard<std::mutex> lock(job->config_mutex);
-    const bool selected = selection == Selection::All || job->save_mark;
-    if (selection == Selection::All) job->save_mark = false;
-    if (!selected || job->name.empty()) continue;
-    AppendJobElement(document.Root(), *job);
-    if (job->tables_revision != job->tables_saved_revision) changed.push_back(job);
+    const MutexLock lock(job->config_mutex);
+    JobConfig& config = job->config;
+    const bool selected = selection == Selection::All || config.save_mark;
+    if (selection == Selection::All) config.save_mark = false;
+    if (!selected || config.name.empty()) continue;
+    AppendJobElement(document.Root(), config);
+    if (config.tables_revision != config.tables_saved_revision) changed.push_back(job);
   }
   std::string text;
   if (!document.WriteText(text)) {
@@ -93,13 +95,15 @@ bool JobCatalogue::SaveList(Selection selection, std::vector<SyncJob*>& changed,
 bool JobCatalogue::SaveOwnFile(SyncJob& job, std::string& error) {
   XmlWriter writer;
   std::string name;
-  // Taken before the counters are read: what is counted meanwhile is written next time again.
-  const std::uint64_t revision = job.tables_revision;
+  std::uint64_t revision = 0;
   {
-    const std::lock_guard<std::mutex> lock(job.config_mutex);
-    if (job.name.empty()) return true;  // removed meanwhile
-    name = job.name;
-    WriteSchemas(writer, job.schemas);
+    const MutexLock lock(job.config_mutex);
+    if (job.config.name.empty()) return true;  // removed meanwhile
+    name = job.config.name;
+    // Counters go on meanwhile. Whoever counts raises the revision behind it: what comes too late
+    // for this writing is written with the next.
+    revision = job.config.tables_revision;
+    WriteSchemas(writer, job.config.schemas);
   }
   const JobFolder folder = FolderOf(name);
   const fs::path file = folder.File(JobFile::Tables);
@@ -111,7 +115,8 @@ bool JobCatalogue::SaveOwnFile(SyncJob& job, std::string& error) {
       !ReplaceTextFile(files_, file, writer.Text(), FileAccess::Everyone, error)) {
     return false;
   }
-  job.tables_saved_revision = revision;
+  const MutexLock lock(job.config_mutex);
+  job.config.tables_saved_revision = revision;
   return true;
 }
 
@@ -122,16 +127,16 @@ bool JobCatalogue::MoveFolder(std::string_view from, std::string_view to, std::s
 }
 
 bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, std::string& error) {
-  const std::lock_guard<std::mutex> saving(save_mutex_);
+  const MutexLock saving(save_mutex_);
   SyncJob& job = jobs_.At(index);
-  const std::string old_name = job.name;
+  const std::string old_name = NameOf(job);
   if (old_name == new_name) return true;
   error = WhyNameRefused(new_name, index);
   if (!error.empty() || !MoveFolder(old_name, new_name, error)) return false;
   const auto set_name = [&](std::string_view name) {
-    const std::lock_guard<std::mutex> lock(job.config_mutex);
-    job.name = name;
-    job.error_log_path = PathText(FolderOf(name).File(JobFile::ErrorLog));
+    const MutexLock lock(job.config_mutex);
+    job.config.name = name;
+    job.config.error_log_path = PathText(FolderOf(name).File(JobFile::ErrorLog));
   };
   set_name(new_name);
   std::vector<SyncJob*> changed;
@@ -142,8 +147,8 @@ bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, std::str
 }
 
 bool JobCatalogue::Remove(std::size_t index, std::string& error) {
-  const std::lock_guard<std::mutex> saving(save_mutex_);
-  const std::string name = jobs_.At(index).name;
+  const MutexLock saving(save_mutex_);
+  const std::string name = NameOf(jobs_.At(index));
   jobs_.Remove(index);
   error.clear();
   if (name.empty()) return true;

@@ -4,12 +4,12 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "foundation/mutex.h"
 #include "foundation/unreadable_files.h"
 #include "jobs/job_folder.h"
 #include "jobs/sync_job.h"
@@ -21,7 +21,11 @@ class JobList;
 class XmlNode;
 
 // The log-on of the data source of that name, if it is registered.
-using LoginLookup = std::function<std::optional<JobLogin>(std::string_view data_source)>;
+using LogOnLookup = std::function<std::optional<LogOn>(std::string_view data_source)>;
+
+// Sets the log-ons that belong to the names of the job's source and destination; of one that is not
+// registered it keeps the name alone.
+void ResolveLogOns(JobConfig& job, const LogOnLookup& log_ons);
 
 // Restores a loaded job's run record and pending batch from its folder and returns the state it
 // rests in.
@@ -40,7 +44,7 @@ class JobCatalogue {
   std::string WhyNameRefused(std::string_view name, std::size_t index) const;
 
   // Builds the list anew from the files. Call once, before the worker runs. User-interface thread.
-  void Load(const LoginLookup& logins, const RunStateRestorer& restore);
+  void Load(const LogOnLookup& log_ons, const RunStateRestorer& restore);
 
   // Writes jobs.xml with every live job that bears the save mark, then the own file of each of them
   // that changed since it was last read or written. Any thread; saves come one after another. A job
@@ -63,24 +67,28 @@ class JobCatalogue {
  private:
   std::filesystem::path ListFile() const;
 
-  void LoadJob(const XmlNode& node, const LoginLookup& logins, const RunStateRestorer& restore);
-  void LoadOwnFile(SyncJob& job);
+  void LoadJob(const XmlNode& node, const LogOnLookup& log_ons, const RunStateRestorer& restore)
+      REQUIRES(save_mutex_);
+  void LoadOwnFile(SyncJob& job, const std::filesystem::path& file) REQUIRES(save_mutex_);
 
-  // All of these with save_mutex_ held.
   enum class Selection { Marked, All };
-  bool Save(Selection selection, std::string& error);
-  bool SaveList(Selection selection, std::vector<SyncJob*>& changed, std::string& error);
-  bool SaveOwnFile(SyncJob& job, std::string& error);
-  bool MoveFolder(std::string_view from, std::string_view to, std::string& error);
+  bool Save(Selection selection, std::string& error) REQUIRES(save_mutex_);
+  bool SaveList(Selection selection, std::vector<SyncJob*>& changed, std::string& error)
+      REQUIRES(save_mutex_);
+  bool SaveOwnFile(SyncJob& job, std::string& error) REQUIRES(save_mutex_);
+  bool MoveFolder(std::string_view from, std::string_view to, std::string& error)
+      REQUIRES(save_mutex_);
 
   FileSystem& files_;
   const std::filesystem::path working_folder_;
   JobList& jobs_;
   MessageLog& log_;
-  std::mutex save_mutex_;
-  std::string saved_list_;  // what jobs.xml holds, to skip an equal write
-  UnreadableFiles unreadable_;
-  bool list_has_more_ = false;  // jobs.xml names jobs that were left out: a copy is kept as .bad
+  Mutex save_mutex_;
+  // What jobs.xml holds, to skip an equal write.
+  std::string saved_list_ GUARDED_BY(save_mutex_);
+  UnreadableFiles unreadable_ GUARDED_BY(save_mutex_);
+  // jobs.xml names jobs that were left out: a copy is kept as .bad.
+  bool list_has_more_ GUARDED_BY(save_mutex_) = false;
 };
 
 }  // namespace quillmere

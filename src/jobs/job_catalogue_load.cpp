@@ -13,15 +13,20 @@ bool IsJobState(JobState state) {
   return state >= JobState::Starting && state <= JobState::Paused;
 }
 
-JobLogin LoginOf(const LoginLookup& logins, std::string_view data_source) {
-  if (!logins) return {};
-  return logins(data_source).value_or(JobLogin{});
+LogOn LogOnOf(const LogOnLookup& log_ons, const std::string& data_source) {
+  const LogOn unknown{.name = data_source};
+  return log_ons ? log_ons(data_source).value_or(unknown) : unknown;
 }
 
 }  // namespace
 
-void JobCatalogue::Load(const LoginLookup& logins, const RunStateRestorer& restore) {
-  const std::lock_guard<std::mutex> saving(save_mutex_);
+void ResolveLogOns(JobConfig& job, const LogOnLookup& log_ons) {
+  job.source = LogOnOf(log_ons, job.src_database_name);
+  job.destination = LogOnOf(log_ons, job.des_database_name);
+}
+
+void JobCatalogue::Load(const LogOnLookup& log_ons, const RunStateRestorer& restore) {
+  const MutexLock saving(save_mutex_);
   for (std::size_t index = 0; index < jobs_.Count(); ++index) jobs_.Remove(index);
   saved_list_.clear();
   unreadable_.Clear();
@@ -40,10 +45,10 @@ void JobCatalogue::Load(const LoginLookup& logins, const RunStateRestorer& resto
   }
   std::vector<const XmlNode*> nodes;
   document.Root().Children("job", nodes);
-  for (const XmlNode* node : nodes) LoadJob(*node, logins, restore);
+  for (const XmlNode* node : nodes) LoadJob(*node, log_ons, restore);
 }
 
-void JobCatalogue::LoadJob(const XmlNode& node, const LoginLookup& logins,
+void JobCatalogue::LoadJob(const XmlNode& node, const LogOnLookup& log_ons,
                            const RunStateRestorer& restore) {
   const std::string_view name = node.ChildValue("name");
   const std::string refused = WhyNameRefused(name, JobList::kNotFound);
@@ -58,39 +63,38 @@ void JobCatalogue::LoadJob(const XmlNode& node, const LoginLookup& logins,
   const std::size_t index = jobs_.Claim();
   SyncJob& job = jobs_.At(index);
   {
-    const std::lock_guard<std::mutex> lock(job.config_mutex);
-    ReadJobElement(node, job);
-    job.source = LoginOf(logins, job.src_database_name);
-    job.destination = LoginOf(logins, job.des_database_name);
-    job.save_mark = false;
-    job.error_log_path = PathText(FolderOf(job.name).File(JobFile::ErrorLog));
+    const MutexLock lock(job.config_mutex);
+    ReadJobElement(node, job.config);
+    ResolveLogOns(job.config, log_ons);
+    job.config.error_log_path = PathText(FolderOf(name).File(JobFile::ErrorLog));
   }
-  LoadOwnFile(job);
+  LoadOwnFile(job, FolderOf(name).File(JobFile::Tables));
   JobState state = restore ? restore(job) : JobState::Stopped;
   if (!IsJobState(state)) {
-    log_.Add("Job " + job.name + " has no valid run state in its run record, it is stopped", true);
+    log_.Add(
+        "Job " + std::string(name) + " has no valid run state in its run record, it is stopped",
+        true);
     state = JobState::Stopped;
   }
-  job.next_due = {};
   jobs_.SetState(index, state);
 }
 
-void JobCatalogue::LoadOwnFile(SyncJob& job) {
-  const std::filesystem::path file = FolderOf(job.name).File(JobFile::Tables);
+void JobCatalogue::LoadOwnFile(SyncJob& job, const std::filesystem::path& file) {
   XmlDocument document;
+  SchemaMap schemas;
   const FileStatus loaded = document.Load(files_, file);
   if (loaded) {
-    SchemaMap schemas = ReadSchemas(document.Root());
-    const std::lock_guard<std::mutex> lock(job.config_mutex);
-    job.table_list_fetched = !schemas.empty();
-    job.schemas = std::move(schemas);
+    schemas = ReadSchemas(document.Root());
   } else {
     log_.Add("open" + PathText(file) + " failed, please refresh contents when connected.", true);
     if (!loaded.Missing()) unreadable_.Add(file);
   }
+  const MutexLock lock(job.config_mutex);
+  job.config.table_list_fetched = !schemas.empty();
+  job.config.schemas = std::move(schemas);
   // Also after a failure: the file is left alone, and complained about at each start, until a
   // refresh has brought owners and tables to write over it.
-  job.tables_saved_revision = job.tables_revision.Get();
+  job.config.tables_saved_revision = job.config.tables_revision;
 }
 
 }  // namespace quillmere

@@ -39,7 +39,7 @@ JobTable ReadTable(const XmlNode& node) {
 
 }  // namespace
 
-void AppendJobElement(XmlNode& root, const SyncJob& job) {
+void AppendJobElement(XmlNode& root, const JobConfig& job) {
   XmlNode& node = root.AddChild("job");
   node.AddChild("name", job.name);
   node.AddChild("database_type", job.database_type);
@@ -50,7 +50,7 @@ void AppendJobElement(XmlNode& root, const SyncJob& job) {
   node.AddChild("has_runned", BoolText(job.has_runned));
 }
 
-void ReadJobElement(const XmlNode& node, SyncJob& job) {
+void ReadJobElement(const XmlNode& node, JobConfig& job) {
   XmlFields fields(node);
   job.name = fields.Text("name");
   job.database_type = fields.Text("database_type");

@@ -7,13 +7,13 @@
 
 namespace quillmere {
 
-// Appends the job's element for jobs.xml. The job's configuration lock must be held.
-void AppendJobElement(XmlNode& root, const SyncJob& job);
+// Appends the job's element for jobs.xml.
+void AppendJobElement(XmlNode& root, const JobConfig& job);
 
 // Fills the job's own fields from its element in jobs.xml.
-void ReadJobElement(const XmlNode& node, SyncJob& job);
+void ReadJobElement(const XmlNode& node, JobConfig& job);
 
-// Writes the job's own file: its owners with their tables. The configuration lock must be held.
+// Writes the job's own file: its owners with their tables.
 void WriteSchemas(XmlWriter& writer, const SchemaMap& schemas);
 
 // The owners of a job's own file.

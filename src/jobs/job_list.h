@@ -1,22 +1,23 @@
-// All jobs of a workspace, addressed by index, with the one lock that guards their run state; and
+// All jobs of a workspace, addressed by index, with the one lock that guards their states; and
 // their files (job_catalogue.h). Owned by the workspace.
 #pragma once
 
 #include <cstddef>
 #include <deque>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string_view>
 #include <vector>
 
+#include "foundation/mutex.h"
 #include "jobs/job_catalogue.h"
 #include "jobs/sync_job.h"
 
 namespace quillmere {
 
 // A record never moves in memory and its index never changes while the list lives: the list may
-// grow while the worker walks it. A slot whose state is Empty holds no job and is used again.
+// grow while the worker walks it. A slot whose state is Empty holds no job and is used again. Any
+// thread may call everything, but one thread alone adds and removes jobs.
 class JobList {
  public:
   static constexpr std::size_t kNotFound = static_cast<std::size_t>(-1);
@@ -53,15 +54,21 @@ class JobList {
   std::vector<SyncJob*> LiveJobs();
 
   // A free slot (the lowest, else a new one), still Empty: the caller fills the record and then
-  // sets its state, which makes it a job. One thread adds and removes jobs.
+  // sets its state, which makes it a job.
   std::size_t Claim();
 
   // Frees the slot and what the record holds. The job must rest.
   void Remove(std::size_t index);
 
  private:
-  mutable std::mutex mutex_;  // guards jobs_, and state and progress of every job
-  std::deque<SyncJob> jobs_;
+  struct Slot {
+    SyncJob job;
+    JobState state = JobState::Empty;
+    Progress progress;
+  };
+
+  mutable Mutex mutex_;
+  std::deque<Slot> slots_ GUARDED_BY(mutex_);
 };
 
 }  // namespace quillmere

@@ -13,8 +13,8 @@ namespace quillmere {
 class PendingBatch {
  public:
   PendingBatch() = default;
-  PendingBatch(const PendingBatch&) = delete;
-  PendingBatch& operator=(const PendingBatch&) = delete;
+  PendingBatch(PendingBatch&&) = default;
+  PendingBatch& operator=(PendingBatch&&) = default;
 
   // Copies the statement. Earlier views stay valid.
   void Append(std::string_view statement);

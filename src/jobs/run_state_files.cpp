@@ -27,15 +27,13 @@ JobState KnownState(std::int32_t value) {
 }
 
 void TakeRecord(SyncJob& job, const RunRecord& record) {
-  job.applied_count = record.applied_count;
-  job.blocked_count = record.blocked_count;
-  job.batch_pending = record.batch_pending;
-  job.mining_start_scn = record.mining_start_scn;
-  job.cutoff_scn = record.cutoff_scn;
+  job.run.applied_count = record.applied_count;
+  job.run.blocked_count = record.blocked_count;
+  job.run.batch_pending = record.batch_pending;
+  job.run.positions = {record.mining_start_scn, record.cutoff_scn};
   // The working SCNs are not stored. The batch holds exactly the rows below the cut-off; mining
   // from there next finds everything above it once.
-  job.next_mining_start_scn = record.cutoff_scn;
-  job.next_cutoff_scn = record.cutoff_scn;
+  job.run.next_positions = {record.cutoff_scn, record.cutoff_scn};
 }
 
 // A commit point that is still there: the program ended before the destination's commit was known,
@@ -67,17 +65,17 @@ void SettleCommitPoint(FileSystem& files, const JobFolder& folder, RunRecord& re
 
 void ReadPendingBatch(FileSystem& files, SyncJob& job, const JobFolder& folder,
                       const JobList::Progress& progress, std::string& problem) {
-  std::string error = ReadBatchFile(files, folder, job.pending_batch).reason;
+  PendingBatch& batch = job.run.pending_batch;
+  std::string error = ReadBatchFile(files, folder, batch).reason;
   if (!error.empty()) {
-    job.pending_batch.Clear();
-  } else if (progress.batch_remaining > job.pending_batch.Size()) {
-    error = PathText(folder.File(JobFile::Batch)) + " holds " +
-            std::to_string(job.pending_batch.Size()) + " statements, the run record counts " +
-            std::to_string(progress.batch_remaining);
-    job.pending_batch.Clear();
+    batch.Clear();
+  } else if (progress.batch_remaining > batch.Size()) {
+    error = PathText(folder.File(JobFile::Batch)) + " holds " + std::to_string(batch.Size()) +
+            " statements, the run record counts " + std::to_string(progress.batch_remaining);
+    batch.Clear();
   }
   if (error.empty()) return;
-  problem = error + ". The pending batch of " + job.name +
+  problem = error + ". The pending batch of " + NameOf(job) +
             " is lost: when the job is continued it mines the same changes again";
   if (progress.batch_applied > 0) {
     problem += ", and " + std::to_string(progress.batch_applied) +
@@ -91,13 +89,13 @@ void ReadPendingBatch(FileSystem& files, SyncJob& job, const JobFolder& folder,
 RunRecord MakeRunRecord(const SyncJob& job, JobState state, JobList::Progress progress) {
   RunRecord record;
   record.state = static_cast<std::int32_t>(state);
-  record.applied_count = job.applied_count;
+  record.applied_count = job.run.applied_count;
   record.batch_applied = progress.batch_applied;
   record.batch_remaining = progress.batch_remaining;
-  record.mining_start_scn = job.mining_start_scn;
-  record.cutoff_scn = job.cutoff_scn;
-  record.blocked_count = job.blocked_count;
-  record.batch_pending = job.batch_pending;
+  record.mining_start_scn = job.run.positions.mining_start_scn;
+  record.cutoff_scn = job.run.positions.cutoff_scn;
+  record.blocked_count = job.run.blocked_count;
+  record.batch_pending = job.run.batch_pending;
   return record;
 }
 

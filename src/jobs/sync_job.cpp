@@ -30,6 +30,16 @@ bool Rests(JobState state) {
   return state == JobState::Stopped || state == JobState::Paused;
 }
 
+std::string NameOf(const SyncJob& job) {
+  const MutexLock lock(job.config_mutex);
+  return job.config.name;
+}
+
+bool TablesFetched(const SyncJob& job) {
+  const MutexLock lock(job.config_mutex);
+  return job.config.table_list_fetched;
+}
+
 JobTable& JobSchema::Append(JobTable table) {
   JobTable& added = tables_.emplace_back(std::move(table));
   by_name_.try_emplace(added.name, &added);

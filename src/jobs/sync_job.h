@@ -5,13 +5,14 @@
 #include <cstdint>
 #include <deque>
 #include <map>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 
 #include "foundation/H_tea.h"
+#include "foundation/mutex.h"
 #include "jobs/pending_batch.h"
+#include "oracle/log_on.h"
 
 namespace quillmere {
 
@@ -54,8 +55,8 @@ class SharedNumber {
   std::atomic<T> value_;
 };
 
-// Counters are written by the worker while the window reads them; the other fields are guarded by
-// the job's configuration lock.
+// Counters are written by the worker while others read them; the other fields are guarded by the
+// job's configuration lock.
 struct JobTable {
   std::string name{};
   std::string desowner{};                       // owner written to on the destination
@@ -91,12 +92,6 @@ class JobSchema {
 
 using SchemaMap = std::map<std::string, JobSchema, std::less<>>;  // by source owner, byte order
 
-// How a job logs on to one of its data sources.
-struct JobLogin {
-  std::string user_id, password;
-  bool sysdba = false;
-};
-
 // The 40 bytes of block.dat: a job's run state as it survives a restart.
 struct RunRecord {
   std::int32_t state = static_cast<std::int32_t>(JobState::Stopped);
@@ -110,13 +105,8 @@ struct RunRecord {
 };
 static_assert(sizeof(RunRecord) == 40);
 
-// Who may touch what:
-// - state, batch_applied, batch_remaining: through JobList's calls only, which hold its lock;
-// - configuration (name to schemas, the table-list flags): under config_mutex, on every thread.
-//   Edited only while the job rests; the worker looks tables up and saves while it runs;
-// - the rest belongs to the worker while the job runs and to the window while it rests.
-struct SyncJob {
-  mutable std::mutex config_mutex;  // never held across database work or file I/O
+// What a job is to do, as an operator chose it and its source has it.
+struct JobConfig {
   std::string name;
   std::string database_type;
   std::string description;
@@ -124,31 +114,50 @@ struct SyncJob {
   bool has_runned = false;         // a start has succeeded
   bool save_mark = false;
   std::string src_database_name;
-  JobLogin source;  // copied from the data source, not persisted
   std::string des_database_name;
-  JobLogin destination;
+  LogOn source, destination;  // of the data sources named above, see ResolveLogOns; not persisted
   SchemaMap schemas;
   bool table_list_fetched = false;
   bool table_list_changed = false;
-  std::string error_log_path;                         // the job's own error.log, in its folder
-  SharedNumber<std::uint64_t> tables_revision{1};     // grows with owners, tables and counters
-  SharedNumber<std::uint64_t> tables_saved_revision;  // the revision that the job's file holds
+  std::string error_log_path;               // the job's own error.log, in its folder
+  std::uint64_t tables_revision = 1;        // grows after each change of owners, tables, counters
+  std::uint64_t tables_saved_revision = 0;  // the one that the job's file holds
+};
 
+// Where a job stands in its source's redo.
+struct Positions {
+  std::int64_t mining_start_scn = 0;
+  std::int64_t cutoff_scn = 0;
+};
+
+// How far a job has come since its start: the part of it that runs.
+struct JobRun {
   SharedNumber<std::int32_t> applied_count;
   SharedNumber<std::int32_t> blocked_count;
   SharedNumber<std::int32_t> batch_pending;
-  std::int64_t mining_start_scn = 0;
-  std::int64_t cutoff_scn = 0;
-  std::int64_t next_mining_start_scn = 0;
-  std::int64_t next_cutoff_scn = 0;
+  Positions positions;
+  Positions next_positions;  // what the batch at hand moves them to; not persisted
   PendingBatch pending_batch;
-  LocalTime next_due;
-
- private:
-  friend class JobList;
-  JobState state_ = JobState::Empty;
-  std::uint32_t batch_applied_ = 0;
-  std::uint32_t batch_remaining_ = 0;
+  LocalTime next_due;  // not set: due at once
 };
+
+// A job. Its state and progress are not here: JobList has them under its own lock.
+struct SyncJob {
+  // Never held across database work or file I/O, nor together with another job's or the list's.
+  mutable Mutex config_mutex;
+  // Any thread, with the lock. Edited only while the job rests, but for log-ons; the worker looks
+  // tables up and saves while it runs. Owners and tables stay where they are while it does.
+  JobConfig config GUARDED_BY(config_mutex);
+
+  // The worker's while the job runs, the user interface's while it rests; the three counts may be
+  // read by any thread at any time.
+  JobRun run;
+};
+
+// Its name as it stands, copied under its lock.
+std::string NameOf(const SyncJob& job);
+
+// Its owners and tables are known: a job can not run before.
+bool TablesFetched(const SyncJob& job);
 
 }  // namespace quillmere

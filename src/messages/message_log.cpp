@@ -67,14 +67,14 @@ bool MessageLog::WriteGeneral(std::string_view text) {
   // Byte for byte: an operator may have to run a statement from here by hand.
   const std::string line = Line(text) + '\n';
   std::string reason;
-  const std::lock_guard<std::mutex> lock(general_mutex_);
+  const MutexLock lock(general_mutex_);
   return AppendTextFile(file_system_, folder_ / kGeneralLog, line, reason);
 }
 
 void MessageLog::LimitFiles() {
   if (files_ == Files::LeaveAlone) return;
   LimitFile(kErrorLog, kErrorLogLimit);
-  const std::lock_guard<std::mutex> lock(general_mutex_);
+  const MutexLock lock(general_mutex_);
   LimitFile(kGeneralLog, kGeneralLogLimit);
 }
 

@@ -7,11 +7,11 @@
 #include <deque>
 #include <filesystem>
 #include <functional>
-#include <mutex>
 #include <string>
 #include <string_view>
 
 #include "foundation/H_tea.h"
+#include "foundation/mutex.h"
 
 namespace quillmere {
 
@@ -60,7 +60,7 @@ class MessageLog {
   const Files files_;
   std::deque<Entry> entries_;
   std::function<void(bool)> listener_;
-  std::mutex general_mutex_;  // ravelkin.log is written by the worker and limited by the window
+  Mutex general_mutex_;  // ravelkin.log is written by the worker and limited by the window
 };
 
 }  // namespace quillmere

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "oracle/log_on.h"
 #include "oracle/oci_library.h"
 #include "oracle/oracle_records.h"
 
@@ -43,8 +44,7 @@ class OracleSession {
 
   // Allocates the handles, attaches and logs on. A failed connect leaves the session as
   // constructed, with its error text; it may be tried again.
-  bool Connect(std::string_view connect_string, std::string_view user, std::string_view password,
-               bool sysdba);
+  bool Connect(const LogOn& log_on);
 
   // Ends the session, which commits its open transaction on the server; only Disconnect is left to
   // do then. False when that failed, so that the fate of the transaction is not known. True when
@@ -155,8 +155,8 @@ class OracleSession {
 
   bool AllocateHandles();
   void ReleaseHandles();
-  bool Attach(std::string_view connect_string);
-  bool LogOn(std::string_view user, std::string_view password, bool sysdba);
+  bool Attach(std::string_view connect_name);
+  bool BeginSession(const LogOn& log_on);
   bool SetHandleAttribute(oci::ub4 attribute, void* handle, std::string_view label);
   bool SetLoginText(oci::ub4 attribute, std::string_view text);
   bool ExecuteOn(oci::OCIStmt* statement, std::string_view text, std::string_view prepare_label,

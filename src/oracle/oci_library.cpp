@@ -74,7 +74,7 @@ OciLibrary::OciLibrary(const OciApi& api) : api_(api), loaded_(true), path_("(bu
 
 OciLibrary::Environment OciLibrary::ThreadEnvironment() {
   if (!loaded_) return {};
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   Environment& environment = environments_[std::this_thread::get_id()];
   if (!environment.ready) {
     const oci::sword status = api_.EnvCreate(&environment.handle, oci::kDefault, nullptr, nullptr,

@@ -5,12 +5,12 @@
 
 #include <filesystem>
 #include <map>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <vector>
 
+#include "foundation/mutex.h"
 #include "oracle/oci_abi.h"
 
 namespace quillmere {
@@ -52,8 +52,8 @@ class OciLibrary {
   bool loaded_ = false;
   std::string path_;
   std::string load_error_;
-  std::mutex mutex_;  // guards environments_
-  std::map<std::thread::id, Environment> environments_;
+  Mutex mutex_;
+  std::map<std::thread::id, Environment> environments_ GUARDED_BY(mutex_);
 };
 
 }  // namespace quillmere

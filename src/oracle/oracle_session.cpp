@@ -82,16 +82,15 @@ void OracleSession::ReleaseHandles() {
   session_ = NotAllocated<OCISession>();
 }
 
-bool OracleSession::Connect(std::string_view connect_string, std::string_view user,
-                            std::string_view password, bool sysdba) {
+bool OracleSession::Connect(const LogOn& log_on) {
   if (connected_) Disconnect();
   ReleaseHandles();
   if (!AllocateHandles()) return false;
-  if (!Attach(connect_string)) {
+  if (!Attach(log_on.name)) {
     ReleaseHandles();
     return false;
   }
-  if (!LogOn(user, password, sysdba)) {
+  if (!BeginSession(log_on)) {
     Api().ServerDetach(server_, error_, kDefault);
     ReleaseHandles();
     return false;
@@ -101,20 +100,20 @@ bool OracleSession::Connect(std::string_view connect_string, std::string_view us
   return true;
 }
 
-bool OracleSession::Attach(std::string_view connect_string) {
-  const sword status = Api().ServerAttach(server_, error_, InputBytes(connect_string),
-                                          static_cast<sb4>(connect_string.size()), kDefault);
+bool OracleSession::Attach(std::string_view connect_name) {
+  const sword status = Api().ServerAttach(server_, error_, InputBytes(connect_name),
+                                          static_cast<sb4>(connect_name.size()), kDefault);
   if (Succeeded(status)) return true;
   SetError("OCIServerAttach : ", ErrorSource::Error, status);
   return false;
 }
 
-bool OracleSession::LogOn(std::string_view user, std::string_view password, bool sysdba) {
+bool OracleSession::BeginSession(const LogOn& log_on) {
   if (!SetHandleAttribute(kAttrServer, server_, "OCIAttrSet(SERVER) : ")) return false;
-  if (!SetLoginText(kAttrUsername, user)) return false;
-  if (!SetLoginText(kAttrPassword, password)) return false;
-  const sword status =
-      Api().SessionBegin(service_, error_, session_, kCredRdbms, sysdba ? kSysdba : kDefault);
+  if (!SetLoginText(kAttrUsername, log_on.user_id)) return false;
+  if (!SetLoginText(kAttrPassword, log_on.password)) return false;
+  const sword status = Api().SessionBegin(service_, error_, session_, kCredRdbms,
+                                          log_on.sysdba ? kSysdba : kDefault);
   if (!Succeeded(status)) {
     SetError("OCISessionBegin : ", ErrorSource::Error, status);
     return false;

@@ -195,7 +195,7 @@ CatalogueRead SchemaOperations::ReadCatalogue(OracleSession& session, DataSource
 CatalogueRead SchemaOperations::RefreshCatalogue(DataSource& source, ProgressListener& listener,
                                                  std::string& reason) {
   OracleSession session(library_);
-  if (!ConnectTo(source, session)) {
+  if (!session.Connect(source)) {
     reason = "Can't not connect to database: " + source.name;
     log_.Add(reason, true);
     log_.Add(session.LastError(), true);

@@ -84,7 +84,7 @@ SchemaRun SchemaOperations::DropItems(DataSource& source, ObjectKind kind,
                                       SchemaListener& listener) {
   ItemRun run(log_, listener);
   OracleSession session(library_);
-  if (!ConnectTo(source, session)) {
+  if (!session.Connect(source)) {
     run.Refuse(std::string(kConnectFailed) + session.LastError());
     return run.Take();
   }
@@ -105,7 +105,7 @@ SchemaRun SchemaOperations::RenameItem(DataSource& source, ObjectKind kind, cons
                                        std::string_view new_name, SchemaListener& listener) {
   ItemRun run(log_, listener);
   OracleSession session(library_);
-  if (!ConnectTo(source, session)) {
+  if (!session.Connect(source)) {
     run.Refuse(std::string(kConnectFailed) + session.LastError());
     return run.Take();
   }

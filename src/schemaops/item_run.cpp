@@ -30,10 +30,6 @@ void ItemRun::Warnings(OracleSession& session) {
   for (const std::string& warning : session.TakeWarnings()) Detail(warning);
 }
 
-bool ConnectTo(const DataSource& source, OracleSession& session) {
-  return session.Connect(source.name, source.user_id, source.password, source.IsSysdba());
-}
-
 SchemaItem ItemOf(const KeyRecord& key) {
   return {key.table_owner.String(), key.table_name.String(), key.key_name.String()};
 }

@@ -41,6 +41,4 @@ class ItemRun {
   SchemaRun run_;
 };
 
-bool ConnectTo(const DataSource& source, OracleSession& session);
-
 }  // namespace quillmere

@@ -216,9 +216,9 @@ SchemaRun SchemaOperations::MigrateItems(const DataSource& source, const DataSou
   OracleSession to(library_);
   if (source.name == target.name) {
     run.Refuse("The target is the source itself: choose another data source to migrate to");
-  } else if (!ConnectTo(source, from)) {
+  } else if (!from.Connect(source)) {
     run.Refuse("connect source Database failed. Error: " + from.LastError());
-  } else if (!ConnectTo(target, to)) {
+  } else if (!to.Connect(target)) {
     run.Refuse("connect destination Database failed. Error: " + to.LastError());
   } else {
     const LineSink trace = StatementTrace();

@@ -10,18 +10,18 @@ namespace quillmere {
 namespace {
 
 void StoreProperties(Workspace& workspace, SyncJob& job, const JobProperties& properties) {
-  const std::lock_guard lock(job.config_mutex);
-  job.description = properties.description;
-  job.sync_interval = properties.interval;
-  job.src_database_name = properties.source;
-  job.des_database_name = properties.destination;
-  job.source = workspace.LoginOf(properties.source).value_or(JobLogin{});
-  job.destination = workspace.LoginOf(properties.destination).value_or(JobLogin{});
+  const MutexLock lock(job.config_mutex);
+  JobConfig& config = job.config;
+  config.description = properties.description;
+  config.sync_interval = properties.interval;
+  config.src_database_name = properties.source;
+  config.des_database_name = properties.destination;
+  ResolveLogOns(config, [&](std::string_view name) { return workspace.LogOnOf(name); });
 }
 
 void RaiseTableListChanged(SyncJob& job, bool raised) {
-  const std::lock_guard lock(job.config_mutex);
-  job.table_list_changed = raised;
+  const MutexLock lock(job.config_mutex);
+  job.config.table_list_changed = raised;
 }
 
 bool SaveChanged(Workspace& workspace, SyncJob& job, std::string& reason) {
@@ -35,12 +35,12 @@ bool SaveChanged(Workspace& workspace, SyncJob& job, std::string& reason) {
 std::string RefreshFromNewSource(Workspace& workspace, std::size_t index) {
   SyncJob& job = workspace.Jobs().At(index);
   {
-    const std::lock_guard lock(job.config_mutex);
-    job.table_list_fetched = false;
+    const MutexLock lock(job.config_mutex);
+    job.config.table_list_fetched = false;
   }
   const Outcome read = ReadTables(workspace, index);
   const bool refreshed = read.done;
-  workspace.Log().Add("Refresh filter info of " + job.name + (refreshed ? " ok." : " failed."),
+  workspace.Log().Add("Refresh filter info of " + NameOf(job) + (refreshed ? " ok." : " failed."),
                       !refreshed);
   return read.text;
 }
@@ -48,9 +48,10 @@ std::string RefreshFromNewSource(Workspace& workspace, std::size_t index) {
 }  // namespace
 
 JobProperties PropertiesOf(const SyncJob& job) {
-  const std::lock_guard lock(job.config_mutex);
-  return {job.name, job.description, job.src_database_name, job.des_database_name,
-          job.sync_interval};
+  const MutexLock lock(job.config_mutex);
+  const JobConfig& config = job.config;
+  return {config.name, config.description, config.src_database_name, config.des_database_name,
+          config.sync_interval};
 }
 
 JobProperties Trimmed(JobProperties properties) {
@@ -123,10 +124,10 @@ Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_
   SyncJob& job = jobs.At(slot);
   StoreProperties(workspace, job, trimmed);
   {
-    const std::lock_guard lock(job.config_mutex);
-    job.name = trimmed.name;
-    job.database_type = "ORACLE";
-    job.error_log_path = PathText(folder.File(JobFile::ErrorLog));
+    const MutexLock lock(job.config_mutex);
+    job.config.name = trimmed.name;
+    job.config.database_type = "ORACLE";
+    job.config.error_log_path = PathText(folder.File(JobFile::ErrorLog));
   }
   jobs.SetState(slot, JobState::Stopped, {});
   index = slot;

@@ -19,16 +19,10 @@ const JobTable* FindTable(const SchemaMap& schemas, const TableInfo& info) {
   return schema == schemas.end() ? nullptr : schema->second.Find(info.table_name);
 }
 
-// What is connected to, copied: the session outlasts the lock.
-struct SourceAccess {
-  explicit SourceAccess(const SyncJob& job) {
-    const std::lock_guard lock(job.config_mutex);
-    database = job.src_database_name;
-    login = job.source;
-  }
-  std::string database;
-  JobLogin login;
-};
+LogOn SourceOf(const SyncJob& job) {
+  const MutexLock lock(job.config_mutex);
+  return job.config.source;
+}
 
 Outcome Failed(MessageLog& log, std::string text) {
   log.Add(text, true);
@@ -38,10 +32,8 @@ Outcome Failed(MessageLog& log, std::string text) {
 Outcome FetchLists(Workspace& workspace, const SyncJob& job, std::vector<std::string>& owners,
                    std::vector<TableInfo>& tables) {
   MessageLog& log = workspace.Log();
-  const SourceAccess source(job);
   OracleSession session(workspace.Oci());
-  if (!session.Connect(source.database, source.login.user_id, source.login.password,
-                       source.login.sysdba)) {
+  if (!session.Connect(SourceOf(job))) {
     const std::string text = "Can not connect to source, refresh failed";
     log.Add(text, true);
     log.Add(session.LastError(), true);
@@ -68,11 +60,12 @@ void Redirect(JobTable& table, const TableChoice& choice) {
 
 // Returns how many tables there were.
 std::size_t Apply(SyncJob& job, const TableChoice& choice) {
-  const std::lock_guard lock(job.config_mutex);
-  job.table_list_changed = true;
-  job.tables_revision.Increment();
-  const auto found = job.schemas.find(choice.owner);
-  if (found == job.schemas.end()) return 0;
+  const MutexLock lock(job.config_mutex);
+  JobConfig& config = job.config;
+  config.table_list_changed = true;
+  ++config.tables_revision;
+  const auto found = config.schemas.find(choice.owner);
+  if (found == config.schemas.end()) return 0;
   JobSchema& schema = found->second;
   std::size_t changed = 0;
   const auto redirect = [&](JobTable& table) {
@@ -98,8 +91,8 @@ void SaveFiltered(Workspace& workspace, SyncJob& job, const TableChoice& choice,
   }
   workspace.SaveJobs(unsaved);
   if (choice.filter != TableFilter::Exclude) return;
-  const std::lock_guard lock(job.config_mutex);
-  job.table_list_changed = false;
+  const MutexLock lock(job.config_mutex);
+  job.config.table_list_changed = false;
 }
 
 }  // namespace
@@ -131,22 +124,23 @@ Outcome ReadTables(Workspace& workspace, std::size_t index) {
   Outcome fetched = FetchLists(workspace, job, owners, tables);
   if (!fetched) return fetched;
   SchemaMap old;  // freed outside of the lock
-  const std::lock_guard lock(job.config_mutex);
+  const MutexLock lock(job.config_mutex);
   const SchemaMap none;
-  SchemaMap merged = MergeTables(owners, tables, job.table_list_fetched ? job.schemas : none);
-  old = std::exchange(job.schemas, std::move(merged));
-  job.table_list_fetched = true;
-  job.tables_revision.Increment();
+  JobConfig& config = job.config;
+  SchemaMap merged = MergeTables(owners, tables, config.table_list_fetched ? config.schemas : none);
+  old = std::exchange(config.schemas, std::move(merged));
+  config.table_list_fetched = true;
+  ++config.tables_revision;
   return Outcome::Done();
 }
 
 Outcome RefreshTables(Workspace& workspace, std::size_t index) {
   SyncJob& job = workspace.Jobs().At(index);
-  if (!Rests(workspace.Jobs().State(index))) return Outcome::Refused(WhyBusy(job.name));
+  if (!Rests(workspace.Jobs().State(index))) return Outcome::Refused(WhyBusy(NameOf(job)));
   Outcome read = ReadTables(workspace, index);
   {
-    const std::lock_guard lock(job.config_mutex);
-    job.table_list_changed = true;
+    const MutexLock lock(job.config_mutex);
+    job.config.table_list_changed = true;
   }
   std::string reason;
   if (!workspace.SaveJobs(reason) && read.done) return Outcome::Refused(std::move(reason));
@@ -157,7 +151,7 @@ FilterResult FilterTables(Workspace& workspace, std::size_t index, const TableCh
   SyncJob& job = workspace.Jobs().At(index);
   FilterResult result;
   if (!Rests(workspace.Jobs().State(index))) {
-    result.refused = WhyBusy(job.name);
+    result.refused = WhyBusy(NameOf(job));
     return result;
   }
   result.changed = Apply(job, choice);

@@ -11,17 +11,13 @@ SchemaOperations SchemaOperationsOf(Workspace& workspace) {
   return {workspace.Oci(), workspace.Log(), workspace.ProgramSettings()};
 }
 
-bool Connect(OracleSession& session, const SourceLogin& login) {
-  return session.Connect(login.name, login.user_id, login.password, login.mode == "SYSDBA");
-}
-
 Outcome ConnectFailed(const OracleSession& session) {
   return Outcome::Refused("connect Database failed. Error: " + session.LastError());
 }
 
 // After each change of the registry.
 Outcome SaveRegistry(Workspace& workspace, std::string done_text = {}) {
-  workspace.RefreshJobLogins();
+  workspace.RefreshJobLogOns();
   std::string reason;
   if (workspace.Registry().Save(reason)) return Outcome::Done(std::move(done_text));
   workspace.Log().Add(reason, true);
@@ -30,13 +26,8 @@ Outcome SaveRegistry(Workspace& workspace, std::string done_text = {}) {
 
 }  // namespace
 
-SourceLogin SourceLoginOf(const DataSource& source) {
-  return {source.name, source.user_id, source.password, source.mode};
-}
-
-std::string WhyLoginRefused(const SourceLogin& login) {
+std::string WhyLoginRefused(const LogOn& login) {
   if (login.name.empty() || login.user_id.empty()) return "Obligatory field can not be empty";
-  if (login.mode != "NORMAL" && login.mode != "SYSDBA") return "The mode is NORMAL or SYSDBA";
   if (login.password.size() > TeaCipher::kLongestPassword) {
     return "A password must not be longer than " + std::to_string(TeaCipher::kLongestPassword) +
            " bytes";
@@ -47,28 +38,25 @@ std::string WhyLoginRefused(const SourceLogin& login) {
   return {};
 }
 
-std::string WhyNewSourceRefused(const Workspace& workspace, const SourceLogin& login) {
+std::string WhyNewSourceRefused(const Workspace& workspace, const LogOn& login) {
   std::string refused = WhyLoginRefused(login);
   return refused.empty() ? workspace.Registry().WhyNameRefused(login.name) : refused;
 }
 
-Outcome LogOn(OracleSession& session, const SourceLogin& login) {
+Outcome Connect(OracleSession& session, const LogOn& login) {
   std::string refused = WhyLoginRefused(login);
   if (!refused.empty()) return Outcome::Refused(std::move(refused));
-  return Connect(session, login) ? Outcome::Done() : ConnectFailed(session);
+  return session.Connect(login) ? Outcome::Done() : ConnectFailed(session);
 }
 
-Outcome AddDataSource(Workspace& workspace, const SourceLogin& login, ProgressListener& progress) {
+Outcome AddDataSource(Workspace& workspace, const LogOn& login, ProgressListener& progress) {
   std::string refused = WhyNewSourceRefused(workspace, login);
   if (!refused.empty()) return Outcome::Refused(std::move(refused));
   OracleSession session(workspace.Oci());
-  if (!Connect(session, login)) return ConnectFailed(session);
+  if (!session.Connect(login)) return ConnectFailed(session);
   DataSource source;
+  static_cast<LogOn&>(source) = login;
   source.state = ConnectionState::Disconnected;
-  source.name = login.name;
-  source.user_id = login.user_id;
-  source.password = login.password;
-  source.mode = login.mode;
   source.version = ReadVersion(session);
   std::string reason;
   const CatalogueRead read =
@@ -80,27 +68,25 @@ Outcome AddDataSource(Workspace& workspace, const SourceLogin& login, ProgressLi
   return Outcome::Done(std::move(reason));
 }
 
-Outcome SaveDataSource(Workspace& workspace, const SourceLogin& login) {
+Outcome SaveDataSource(Workspace& workspace, const LogOn& login) {
   std::string refused = WhyLoginRefused(login);
   if (refused.empty()) refused = WhySourceBusy(workspace, login.name);
   if (!refused.empty()) return Outcome::Refused(std::move(refused));
   OracleSession session(workspace.Oci());
-  if (!Connect(session, login)) return ConnectFailed(session);
+  if (!session.Connect(login)) return ConnectFailed(session);
   const int index = workspace.Registry().IndexOf(login.name);
   if (index < 0) return Outcome::Refused("There is no data source " + login.name);
   DataSource& source = workspace.Registry().At(static_cast<std::size_t>(index));
-  source.user_id = login.user_id;
-  source.password = login.password;
-  source.mode = login.mode;
+  static_cast<LogOn&>(source) = login;
   source.state = ConnectionState::Disconnected;
   source.needsave = true;
   return SaveRegistry(workspace);
 }
 
 Outcome TestDataSource(Workspace& workspace, std::size_t index) {
-  const SourceLogin login = SourceLoginOf(workspace.Registry().At(index));
+  const LogOn login = workspace.Registry().At(index);
   OracleSession session(workspace.Oci());
-  if (!Connect(session, login)) return ConnectFailed(session);
+  if (!session.Connect(login)) return ConnectFailed(session);
   return Outcome::Done("connect to " + login.name + " successed");
 }
 
@@ -136,8 +122,11 @@ bool IsUsedByRunningJob(const JobList& jobs, std::string_view data_source) {
   for (std::size_t index = 0; index < jobs.Count(); ++index) {
     if (!IsRunning(jobs.State(index))) continue;
     const SyncJob& job = jobs.At(index);
-    const std::lock_guard lock(job.config_mutex);
-    if (job.src_database_name == data_source || job.des_database_name == data_source) return true;
+    const MutexLock lock(job.config_mutex);
+    if (job.config.src_database_name == data_source ||
+        job.config.des_database_name == data_source) {
+      return true;
+    }
   }
   return false;
 }

@@ -12,30 +12,21 @@
 
 namespace quillmere {
 
-// What an operator enters of a data source.
-struct SourceLogin {
-  std::string name, user_id, password;
-  std::string mode = "NORMAL";  // or "SYSDBA"
-};
-
-// As it is registered.
-SourceLogin SourceLoginOf(const DataSource& source);
-
 // What is wrong with the values, before anything is connected; empty when nothing is. The second
 // also asks whether the name can be given to a new data source.
-std::string WhyLoginRefused(const SourceLogin& login);
-std::string WhyNewSourceRefused(const Workspace& workspace, const SourceLogin& login);
+std::string WhyLoginRefused(const LogOn& login);
+std::string WhyNewSourceRefused(const Workspace& workspace, const LogOn& login);
 
 // Connects the session, unless the values or the server refuse.
-Outcome LogOn(OracleSession& session, const SourceLogin& login);
+Outcome Connect(OracleSession& session, const LogOn& login);
 
 // Connects, reads version and catalogue, registers and saves. Nothing is registered when the
 // connection fails or the reading is cancelled. A catalogue that cannot be read does not keep the
 // data source from being registered: the outcome's text and the log say why.
-Outcome AddDataSource(Workspace& workspace, const SourceLogin& login, ProgressListener& progress);
+Outcome AddDataSource(Workspace& workspace, const LogOn& login, ProgressListener& progress);
 
 // Gives the registered data source of that name another log-on, after a test connection, and saves.
-Outcome SaveDataSource(Workspace& workspace, const SourceLogin& login);
+Outcome SaveDataSource(Workspace& workspace, const LogOn& login);
 
 // Connects with the stored log-on and tells how that went.
 Outcome TestDataSource(Workspace& workspace, std::size_t index);

@@ -94,13 +94,13 @@ void Workspace::OpenClient(const Options& options) {
 
 void Workspace::LoadAll() {
   registry_.Load();
-  catalogue_.Load([this](std::string_view name) { return LoginOf(name); },
+  catalogue_.Load([this](std::string_view name) { return LogOnOf(name); },
                   [this](SyncJob& job) { return RestoreJob(job); });
 }
 
 JobState Workspace::RestoreJob(SyncJob& job) {
   const bool look_only = access_ == Access::LookOnly;
-  RestoredRun restored = RestoreRunState(*files_, job, catalogue_.FolderOf(job.name),
+  RestoredRun restored = RestoreRunState(*files_, job, catalogue_.FolderOf(NameOf(job)),
                                          look_only ? RestoreMode::LookOnly : RestoreMode::Resume);
   if (!restored.problem.empty()) log_.Add(restored.problem, true);
   jobs_.SetProgress(jobs_.IndexOf(job), restored.progress);
@@ -113,20 +113,18 @@ EngineContext Workspace::EngineFor(RunnerListener& listener) {
   return {*files_, folder_, jobs_, catalogue_, *oci_, log_, *clock_, settings_, listener};
 }
 
-std::optional<JobLogin> Workspace::LoginOf(std::string_view data_source) const {
+std::optional<LogOn> Workspace::LogOnOf(std::string_view data_source) const {
   const int index = registry_.IndexOf(data_source);
   if (index < 0) return std::nullopt;
-  const DataSource& source = registry_.At(static_cast<std::size_t>(index));
-  return JobLogin{source.user_id, source.password, source.IsSysdba()};
+  return registry_.At(static_cast<std::size_t>(index));
 }
 
-void Workspace::RefreshJobLogins() {
+void Workspace::RefreshJobLogOns() {
   for (std::size_t index = 0; index < jobs_.Count(); ++index) {
     if (jobs_.State(index) == JobState::Empty) continue;
     SyncJob& job = jobs_.At(index);
-    const std::lock_guard lock(job.config_mutex);
-    job.source = LoginOf(job.src_database_name).value_or(JobLogin{});
-    job.destination = LoginOf(job.des_database_name).value_or(JobLogin{});
+    const MutexLock lock(job.config_mutex);
+    ResolveLogOns(job.config, [this](std::string_view name) { return LogOnOf(name); });
   }
 }
 

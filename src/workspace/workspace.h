@@ -66,11 +66,11 @@ class Workspace {
   EngineContext EngineFor(RunnerListener& listener);
 
   // How jobs log on to the data source of that name; nothing when it is not registered.
-  std::optional<JobLogin> LoginOf(std::string_view data_source) const;
+  std::optional<LogOn> LogOnOf(std::string_view data_source) const;
 
   // Copies the log-ons of the registered data sources into all jobs. After each change of the
   // registry. User-interface thread.
-  void RefreshJobLogins();
+  void RefreshJobLogOns();
 
   // Saves all jobs; a failure goes to the log, too.
   bool SaveJobs(std::string& reason);

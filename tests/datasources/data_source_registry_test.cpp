@@ -55,7 +55,7 @@ TEST_F(DataSourceRegistryTest, FilesHoldWhatTheyShould) {
   source.state = ConnectionState::Connected;
   source.version = "19.3";
   source.description = "never written";
-  source.mode = "SYSDBA";
+  source.sysdba = true;
   source.primary_keys.push_back({"S", "EMP", "PK", "ENABLED"});
   source.indexes.push_back({"S", "EMP", "S2", "IX", "NORMAL", "VALID", -1});
   source.tables.push_back({"S", "EMP", "USERS", "TABLE", 14});
@@ -132,7 +132,7 @@ TEST_F(DataSourceRegistryTest, ReadsOddValues) {
     const DataSource& source = program.registry.At(0);
     EXPECT_EQ(source.state, state) << inside;
     EXPECT_EQ(source.password, password) << inside;
-    EXPECT_EQ(source.description + source.mode, "by handNORMAL");
+    EXPECT_EQ(source.description + source.Mode(), "by handNORMAL");
     EXPECT_EQ(source.primary_keys.at(0).status, "undef");
   }
 }

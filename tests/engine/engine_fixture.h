@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "engine/job_runner.h"
+#include "support/config_of.h"
 #include "support/hand_clock.h"
 #include "support/scripted_oci.h"
 #include "support/temp_folder.h"
@@ -45,21 +46,21 @@ class EngineTest : public ::testing::Test {
   EngineTest() {
     script_.Answer(kScnQuery, {{"100"}});
     script_.Answer(kMembersQuery, {{"/redo01.log"}});
-    job_.name = "J";
-    job_.sync_interval = 5;
-    job_.src_database_name = "SRC";
-    job_.source = {"su", "sp", true};
-    job_.des_database_name = "DES";
-    job_.destination = {"du", "dp", false};
-    job_.table_list_fetched = true;
-    JobSchema& shop = job_.schemas["SHOP"];
+    config_.name = "J";
+    config_.sync_interval = 5;
+    config_.source = {"SRC", "su", "sp", true};
+    config_.destination = {"DES", "du", "dp", false};
+    config_.table_list_fetched = true;
+    JobSchema& shop = config_.schemas["SHOP"];
     shop.Append({.name = "ORDERS", .desowner = "SHOP"});
     shop.Append({.name = "ITEMS", .desowner = "ARCHIVE"});
     shop.Append({.name = "SECRET", .desowner = "SHOP", .includeflag = false});
     jobs_.SetState(index_, JobState::Stopped);
   }
 
-  JobTable& Table(std::string_view name) { return *job_.schemas.find("SHOP")->second.Find(name); }
+  JobTable& Table(std::string_view name) {
+    return *config_.schemas.find("SHOP")->second.Find(name);
+  }
   std::filesystem::path JobFile(std::string_view name) const {
     return folder_ / ("jobs/J/" + std::string(name));
   }
@@ -121,6 +122,7 @@ class EngineTest : public ::testing::Test {
   JobRunner runner_{context_};
   std::size_t index_ = jobs_.Claim();
   SyncJob& job_ = jobs_.At(index_);
+  JobConfig& config_ = ConfigOf(job_);
 };
 
 }  // namespace quillmere

@@ -73,17 +73,17 @@ TEST_F(EngineTest, CallsOfAPassWithARefusedStatementAndOfItsContinuation) {
 // --- States ------------------------------------------------------------------------------------
 
 TEST_F(EngineTest, StartTakesTheCurrentScnAndForgetsTheOldBatch) {
-  job_.pending_batch.Append("left over");
-  job_.applied_count = 7;
-  job_.batch_pending = 1;
+  job_.run.pending_batch.Append("left over");
+  job_.run.applied_count = 7;
+  job_.run.batch_pending = 1;
   std::string reason;
   ASSERT_TRUE(RequestRun(context_, index_, reason));
   EXPECT_EQ(jobs_.State(index_), JobState::Starting);
   runner_.Step(index_);
   EXPECT_THAT(listener_.Take(), ElementsAre(kStarted));
-  EXPECT_TRUE(job_.has_runned);
-  EXPECT_TRUE(job_.pending_batch.Empty());
-  EXPECT_EQ(job_.next_due, AddMinutes(clock_.now, 5));
+  EXPECT_TRUE(config_.has_runned);
+  EXPECT_TRUE(job_.run.pending_batch.Empty());
+  EXPECT_EQ(job_.run.next_due, AddMinutes(clock_.now, 5));
   const RunRecord record = Record();
   EXPECT_EQ(record.state, 2);
   EXPECT_EQ(record.mining_start_scn, 100);
@@ -106,7 +106,7 @@ TEST_F(EngineTest, StartFailsBackToStopped) {
 }
 
 TEST_F(EngineTest, RunIsRefusedWithoutATableList) {
-  job_.table_list_fetched = false;
+  config_.table_list_fetched = false;
   std::string reason;
   EXPECT_FALSE(RequestRun(context_, index_, reason));
   EXPECT_EQ(reason, "Not get table list yet, refresh first please.");
@@ -115,7 +115,7 @@ TEST_F(EngineTest, RunIsRefusedWithoutATableList) {
 
 TEST_F(EngineTest, PauseContinueAndStopKeepWhatTheyShould) {
   StartJob();
-  const LocalTime due = job_.next_due;
+  const LocalTime due = job_.run.next_due;
   RequestPause(jobs_, index_);
   runner_.Step(index_);
   EXPECT_THAT(listener_.Take(), ElementsAre("i:Job J temporary stopped."));
@@ -124,7 +124,7 @@ TEST_F(EngineTest, PauseContinueAndStopKeepWhatTheyShould) {
   ASSERT_TRUE(RequestRun(context_, index_, reason));
   EXPECT_EQ(jobs_.State(index_), JobState::Started);
   EXPECT_EQ(Record().state, 2) << "written at once";
-  EXPECT_EQ(job_.next_due, due);
+  EXPECT_EQ(job_.run.next_due, due);
   jobs_.SetProgress(index_, {3, 4});
   RequestStop(jobs_, index_);
   runner_.Step(index_);
@@ -179,7 +179,7 @@ TEST_F(EngineTest, EveryRowIsAppliedOnceByThePassAfterTheOneThatSawIt) {
   pass();
   EXPECT_EQ(mining_from, 107) << "a range without rows is mined again";
   EXPECT_EQ(applied.size(), 4U);
-  EXPECT_EQ(job_.applied_count, 4);
+  EXPECT_EQ(job_.run.applied_count, 4);
   EXPECT_EQ(Table("ORDERS").totalsynced, 4);
 }
 
@@ -201,12 +201,12 @@ TEST_F(EngineTest, AppliesInOrderCountsAndSaves) {
   const std::vector<std::string> lines = listener_.Take();
   EXPECT_THAT(lines[0], HasSubstr("SHOP.ORDERS set aside and not applied: 1. The first, at SCN 15: it does not"));
   EXPECT_THAT(lines.back(), kDone);
-  EXPECT_EQ(job_.applied_count, 4);
-  EXPECT_EQ(job_.blocked_count, 2);
+  EXPECT_EQ(job_.run.applied_count, 4);
+  EXPECT_EQ(job_.run.blocked_count, 2);
   EXPECT_EQ(Table("ORDERS").totalsynced, 1);
   EXPECT_EQ(Table("ITEMS").totalsynced, 1);
   EXPECT_EQ(Table("SECRET").RecordsBlocked, 1);
-  EXPECT_TRUE(job_.pending_batch.Empty());
+  EXPECT_TRUE(job_.run.pending_batch.Empty());
   EXPECT_EQ(Record().batch_pending, 0);
   EXPECT_FALSE(std::filesystem::exists(JobFile("commit.dat")));
   EXPECT_THAT(folder_.Read("jobs/J/J.xml"), HasSubstr("<totalsynced>1</totalsynced>"));
@@ -219,27 +219,27 @@ TEST_F(EngineTest, BatchOfBlockedStatementsIsNothingSynchronized) {
   script_.Answer(kRedoQuery, {{"10", Insert("1", "SECRET")}});
   NextPass();
   EXPECT_THAT(listener_.Take(), ElementsAre("fetched", kBegin, kNothing));
-  EXPECT_EQ(job_.blocked_count, 1);
-  EXPECT_EQ(job_.applied_count, 0);
+  EXPECT_EQ(job_.run.blocked_count, 1);
+  EXPECT_EQ(job_.run.applied_count, 0);
 }
 
 TEST_F(EngineTest, ScheduleKeepsItsRhythmAndCountsFailuresFromNow) {
   StartJob();
-  const LocalTime due = job_.next_due;
+  const LocalTime due = job_.run.next_due;
   clock_.now = LocalTime{due.ms - 1};
   runner_.Step(index_);
   EXPECT_THAT(script_.TakeTranscript(), IsEmpty()) << "not due yet";
   clock_.now = LocalTime{due.ms + 30'000};
   runner_.Step(index_);
-  EXPECT_EQ(job_.next_due, AddMinutes(due, 5));
+  EXPECT_EQ(job_.run.next_due, AddMinutes(due, 5));
   script_.FailOn("ServerAttach", "ORA-12541: TNS:no listener");
-  clock_.now = LocalTime{job_.next_due.ms + 30'000};
+  clock_.now = LocalTime{job_.run.next_due.ms + 30'000};
   runner_.Step(index_);
-  EXPECT_EQ(job_.next_due, AddMinutes(clock_.now, 5));
-  job_.next_due = LocalTime{};
-  job_.sync_interval = 90;
+  EXPECT_EQ(job_.run.next_due, AddMinutes(clock_.now, 5));
+  job_.run.next_due = LocalTime{};
+  config_.sync_interval = 90;
   runner_.Step(index_);
-  EXPECT_EQ(job_.next_due, AddMinutes(clock_.now, 90));
+  EXPECT_EQ(job_.run.next_due, AddMinutes(clock_.now, 90));
 }
 
 TEST_F(EngineTest, FailingCaptureKeepsThePositionsAndNoBatch) {
@@ -259,7 +259,7 @@ TEST_F(EngineTest, FailingCaptureKeepsThePositionsAndNoBatch) {
     script_.FailOn(c.call, label, 604, c.skip);
     NextPass();
     EXPECT_THAT(listener_.Take(), ElementsAre(c.line, kWrong));
-    EXPECT_TRUE(job_.pending_batch.Empty());
+    EXPECT_TRUE(job_.run.pending_batch.Empty());
     EXPECT_EQ(Record().mining_start_scn, 100);
     EXPECT_EQ(Record().batch_pending, 0);
     EXPECT_EQ(jobs_.State(index_), JobState::Started);
@@ -274,8 +274,9 @@ TEST_F(EngineTest, RedoThatBreaksOffIsNotTaken) {
   script_.Answer(kRedoQuery,
                  {{"10", Insert("1")}, {"11", Insert("2").substr(0, 40) + std::string(4000, 'x')}});
   NextPass();
-  EXPECT_THAT(listener_.Take(), Contains(HasSubstr("the redo ends inside a statement (SCN 11, SHOP.ORDERS)")));
-  EXPECT_TRUE(job_.pending_batch.Empty());
+  EXPECT_THAT(listener_.Take(),
+              Contains(HasSubstr("the redo ends inside a statement (SCN 11, SHOP.ORDERS)")));
+  EXPECT_TRUE(job_.run.pending_batch.Empty());
   EXPECT_EQ(Record().cutoff_scn, 100);
 }
 
@@ -309,7 +310,7 @@ TEST_F(EngineTest, LostDestinationTakesThePassBack) {
                                             HasSubstr("ORA-03114"), kWrong));
   EXPECT_EQ(Progress().batch_remaining, 3U);
   EXPECT_EQ(Progress().batch_applied, 0U);
-  EXPECT_EQ(job_.applied_count + job_.blocked_count, 0);
+  EXPECT_EQ(job_.run.applied_count + job_.run.blocked_count, 0);
   EXPECT_EQ(Table("ORDERS").totalsynced + Table("SECRET").RecordsBlocked, 0);
   EXPECT_EQ(Record().batch_remaining, 3U);
   EXPECT_FALSE(std::filesystem::exists(JobFile("commit.dat")));
@@ -336,12 +337,12 @@ TEST_F(EngineTest, ProgramThatDiesInAPassComesBackToItsCommitPoint) {
   EXPECT_EQ(provisional.batch_applied, 2U);
   folder_.Write("jobs/J/commit.dat", commit_point);
   SyncJob again;
-  again.name = "J";
+  ConfigOf(again).name = "J";
   const RestoredRun restored =
       RestoreRunState(folder_.Files(), again, JobFolder(folder_.Path(), "J"), RestoreMode::Resume);
   EXPECT_EQ(restored.progress.batch_applied, 1U);
   EXPECT_EQ(restored.progress.batch_remaining, 2U);
-  EXPECT_EQ(again.applied_count, 1);
+  EXPECT_EQ(again.run.applied_count, 1);
 }
 
 TEST_F(EngineTest, RequestStopsAPassBehindTheStatementInHand) {
@@ -350,10 +351,10 @@ TEST_F(EngineTest, RequestStopsAPassBehindTheStatementInHand) {
   script_.on_executed = [&](const std::string& sql) {
     if (sql == InsertOf("2")) RequestPause(jobs_, index_);
   };
-  clock_.now = job_.next_due;
+  clock_.now = job_.run.next_due;
   runner_.Step(index_);
   EXPECT_THAT(listener_.Take(), ElementsAre("fetched", kBegin)) << "no error, no result";
-  EXPECT_EQ(job_.next_due, clock_.now) << "unchanged";
+  EXPECT_EQ(job_.run.next_due, clock_.now) << "unchanged";
   EXPECT_FALSE(std::filesystem::exists(JobFile("commit.dat")));
   runner_.Step(index_);
   EXPECT_EQ(jobs_.State(index_), JobState::Paused);
@@ -405,7 +406,7 @@ TEST_F(EngineTest, AnyFailingCallOnlyDelays) {
       if (sql.starts_with("INSERT")) open.push_back(sql);
     };
     bool failed_once = false;
-    for (int pass = 0; pass < 3 && job_.applied_count < 3; ++pass) {
+    for (int pass = 0; pass < 3 && job_.run.applied_count < 3; ++pass) {
       NextPass();
       // The server's side: a session whose end failed has lost its transaction.
       for (const std::string& line : listener_.Take()) {
@@ -429,10 +430,10 @@ TEST_F(EngineTest, AnyFailingCallOnlyDelays) {
 TEST_F(EngineTest, SweepServesEveryJobAndEnds) {
   std::string reason;
   ASSERT_TRUE(RequestRun(context_, index_, reason));
-  job_.sync_interval = 0;
+  config_.sync_interval = 0;
   HWorkThread thread(runner_, jobs_, std::chrono::milliseconds(1));
   const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-  while (job_.applied_count == 0 && std::chrono::steady_clock::now() < limit) {
+  while (job_.run.applied_count == 0 && std::chrono::steady_clock::now() < limit) {
     std::this_thread::yield();
     if (jobs_.State(index_) == JobState::Started) break;
   }

@@ -7,6 +7,7 @@
 #include "engine/redo_assembler.h"
 #include "engine/rewriter.h"
 #include "engine/statement_safety.h"
+#include "support/config_of.h"
 
 namespace quillmere {
 namespace {
@@ -229,15 +230,16 @@ TEST(StatementSafety, JudgesByTextAndRow) {
 class Rewriter : public ::testing::Test {
  protected:
   Rewriter() {
-    JobSchema& shop = job_.schemas["SHOP"];
+    JobSchema& shop = config_.schemas["SHOP"];
     shop.Append({.name = "ORDERS", .desowner = "SHOP"});
     shop.Append({.name = "ITEMS", .desowner = "ARCHIVE"});
     shop.Append({.name = "SECRET", .desowner = "SHOP", .includeflag = false});
     shop.Append({.name = "EMPTYOWNER"});
-    job_.schemas["A.B"].Append({.name = "T (1", .desowner = "AB"});
-    job_.schemas["SYS"].Append({.name = "TAB$", .desowner = "SYS"});
+    config_.schemas["A.B"].Append({.name = "T (1", .desowner = "AB"});
+    config_.schemas["SYS"].Append({.name = "TAB$", .desowner = "SYS"});
   }
   SyncJob job_;
+  JobConfig& config_ = ConfigOf(job_);
 };
 
 struct RewriteCase {

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "jobs/job_list.h"
+#include "support/config_of.h"
 #include "support/hand_clock.h"
 #include "support/temp_folder.h"
 
@@ -16,20 +17,22 @@ using Files = std::vector<std::string>;
 struct Program {
   explicit Program(const TempFolder& folder) : files(folder.Files()), path(folder.Path()) {}
 
-  SyncJob& Add(std::string_view name) {
+  JobConfig& Add(std::string_view name) {
     const std::size_t index = jobs.Claim();
-    SyncJob& job = jobs.At(index);
+    JobConfig& job = ConfigOf(jobs.At(index));
     job.name = name;
     job.database_type = "ORACLE";
     jobs.SetState(index, JobState::Stopped);
     return job;
   }
 
+  JobConfig& Job(std::size_t index) { return ConfigOf(jobs.At(index)); }
+
   void Load() {
     catalogue.Load(
-        [](std::string_view name) -> std::optional<JobLogin> {
+        [](std::string_view name) -> std::optional<LogOn> {
           if (name != "SRC") return std::nullopt;
-          return JobLogin{"scott", "tiger", true};
+          return LogOn{"SRC", "scott", "tiger", true};
         },
         [this](SyncJob& job) {
           jobs.SetProgress(jobs.IndexOf(job), {11, 22});
@@ -40,7 +43,7 @@ struct Program {
   // Of all jobs, each with a blank behind.
   std::string Names() {
     std::string names;
-    for (const SyncJob* job : jobs.LiveJobs()) names += job->name + " ";
+    for (const SyncJob* job : jobs.LiveJobs()) names += NameOf(*job) + " ";
     return names;
   }
 
@@ -67,13 +70,13 @@ struct JobCatalogueTest : testing::Test {
 };
 
 TEST_F(JobCatalogueTest, FilesHoldWhatTheyShould) {
-  SyncJob& job = program.Add("J1");
+  JobConfig& job = program.Add("J1");
   job.description = "two\n <lines>";
   job.sync_interval = 15;
   job.has_runned = true;
   job.src_database_name = "SRC";
   job.des_database_name = "DES";
-  job.source = {"scott", "tiger", false};
+  job.source = {"SRC", "scott", "tiger", false};
   job.schemas["B"];
   JobTable table{.name = "EMP", .desowner = "X", .beginrows = 1, .rows = -2, .totalsynced = 3};
   table.RecordsBlocked = 4;
@@ -104,17 +107,17 @@ TEST_F(JobCatalogueTest, FilesHoldWhatTheyShould) {
   JobList::Progress progress;
   EXPECT_EQ(restarted.jobs.State(0, &progress), JobState::Paused);
   EXPECT_EQ(progress.batch_remaining, 22u);
-  SyncJob& read = restarted.jobs.At(0);
+  const JobConfig& read = restarted.Job(0);
   EXPECT_EQ(read.source.password, "tiger");
   EXPECT_TRUE(read.source.sysdba);
   EXPECT_EQ(read.destination.user_id, "") << "an unregistered data source";
   EXPECT_EQ(read.error_log_path, (folder / "jobs/J1/error.log").string());
   EXPECT_TRUE(read.table_list_fetched);
-  EXPECT_FALSE(restarted.jobs.At(1).table_list_fetched);
+  EXPECT_FALSE(restarted.Job(1).table_list_fetched);
   // All the rest has come back if it is written again as it was.
   const std::string list = folder.Read("jobs/jobs.xml"), own = folder.Read("jobs/J1/J1.xml");
   std::filesystem::remove(folder / "jobs/jobs.xml");
-  read.tables_revision.Increment();
+  ++restarted.Job(0).tables_revision;
   ASSERT_TRUE(restarted.catalogue.SaveAll(restarted.error));
   EXPECT_EQ(folder.Read("jobs/jobs.xml"), list);
   EXPECT_EQ(folder.Read("jobs/J1/J1.xml"), own);
@@ -130,7 +133,7 @@ TEST_F(JobCatalogueTest, ASaveWritesWhatChanged) {
   ASSERT_TRUE(program.catalogue.SaveAll(program.error));
   const std::string list = folder.Read("jobs/jobs.xml"), own = folder.Read("jobs/b/b.xml");
   touch();
-  program.jobs.At(1).tables_revision.Increment();
+  ++program.Job(1).tables_revision;
   ASSERT_TRUE(program.catalogue.SaveAll(program.error));
   EXPECT_EQ(folder.Read("jobs/a/a.xml") + folder.Read("jobs/jobs.xml"), "untoucheduntouched");
   EXPECT_EQ(folder.Read("jobs/b/b.xml"), own);
@@ -144,12 +147,12 @@ TEST_F(JobCatalogueTest, ASaveWritesWhatChanged) {
   ASSERT_TRUE(restarted.catalogue.SaveAll(restarted.error));
   EXPECT_EQ(folder.Read("jobs/b/b.xml"), "untouched") << "as it was read";
 
-  program.jobs.At(0).save_mark = true;
-  program.jobs.At(1).tables_revision.Increment();
+  program.Job(0).save_mark = true;
+  ++program.Job(1).tables_revision;
   ASSERT_TRUE(program.catalogue.SaveMarked(program.error));
   EXPECT_EQ(folder.Read("jobs/jobs.xml"), list.substr(0, list.size() / 2)) << "the marked only";
   EXPECT_EQ(folder.Read("jobs/b/b.xml"), "untouched");
-  program.jobs.At(0).save_mark = false;
+  program.Job(0).save_mark = false;
   ASSERT_TRUE(program.catalogue.SaveMarked(program.error));
   EXPECT_EQ(folder.Read("jobs/jobs.xml"), "");
 }
@@ -166,7 +169,7 @@ TEST_F(JobCatalogueTest, ReadsOddValues) {
                "</schema>\n");
   program.restored = static_cast<JobState>(77);
   program.Load();
-  const SyncJob& job = program.jobs.At(0);
+  const JobConfig& job = program.Job(0);
   EXPECT_FALSE(job.has_runned);
   EXPECT_EQ(job.sync_interval, INT32_MAX);
   EXPECT_EQ(program.jobs.State(0), JobState::Stopped) << "no state";
@@ -190,7 +193,7 @@ TEST_F(JobCatalogueTest, AnUnreadableListIsKept) {
   program.Add("new");
   ASSERT_TRUE(program.catalogue.SaveAll(program.error)) << program.error;
   EXPECT_EQ(folder.Read("jobs/jobs.xml.bad"), broken);
-  program.jobs.At(0).description = "changed";
+  program.Job(0).description = "changed";
   ASSERT_TRUE(program.catalogue.SaveAll(program.error));
   EXPECT_EQ(folder.Read("jobs/jobs.xml.bad"), broken) << "only before the first save";
 }
@@ -203,12 +206,12 @@ TEST_F(JobCatalogueTest, AnUnreadableOwnFileIsLeftAloneUntilARefresh) {
     return "open" + (folder / file).string() + " failed, please refresh contents when connected.\n";
   };
   EXPECT_EQ(program.Messages(), failed("jobs/a/a.xml") + failed("jobs/b/b.xml"));
-  EXPECT_FALSE(program.jobs.At(0).table_list_fetched);
+  EXPECT_FALSE(program.Job(0).table_list_fetched);
   ASSERT_TRUE(program.catalogue.SaveAll(program.error));
   EXPECT_EQ(folder.Read("jobs/a/a.xml"), "<schema>\n");
   EXPECT_FALSE(folder.Exists("jobs/b/b.xml"));
-  program.jobs.At(0).schemas["S"];
-  program.jobs.At(0).tables_revision.Increment();
+  program.Job(0).schemas["S"];
+  ++program.Job(0).tables_revision;
   ASSERT_TRUE(program.catalogue.SaveAll(program.error));
   EXPECT_EQ(folder.Read("jobs/a/a.xml.bad"), "<schema>\n");
   EXPECT_NE(folder.Read("jobs/a/a.xml").find("schema_name"), std::string::npos);
@@ -273,7 +276,7 @@ TEST_F(JobCatalogueTest, RenamesFolderFileAndList) {
   std::filesystem::remove(folder / "jobs/jobs.xml");
   folder.Write("jobs/jobs.xml/inside", "the list can not be written");
   EXPECT_FALSE(program.catalogue.Rename(0, "newer", program.error));
-  EXPECT_EQ(program.jobs.At(0).name, "new") << "everything stays";
+  EXPECT_EQ(program.Job(0).name, "new") << "everything stays";
   EXPECT_EQ(folder.List("jobs/new"), (Files{"block.dat", "new.xml"}));
 }
 
@@ -298,24 +301,24 @@ TEST_F(JobCatalogueTest, LongDescriptionsDoNotBreakTheList) {
   Program restarted(folder);
   restarted.Load();
   ASSERT_EQ(restarted.Names(), "a ");
-  EXPECT_EQ(std::ranges::count(restarted.jobs.At(0).description, '<'), 9000);
+  EXPECT_EQ(std::ranges::count(restarted.Job(0).description, '<'), 9000);
 }
 
 TEST_F(JobCatalogueTest, ASaveSeesAJobBeforeOrAfterAnEdit) {
-  SyncJob& job = program.Add("busy");
+  JobConfig& job = program.Add("busy");
   job.schemas["S"].Append({.name = "T"});
   std::atomic<bool> done{false};
   int round = 0;
   std::thread editor([&] {
     for (; !done || round == 0; ++round) {
       {
-        const std::lock_guard<std::mutex> lock(job.config_mutex);
+        const MutexLock lock(program.jobs.At(0).config_mutex);
         job.description = std::string(200, static_cast<char>('a' + round % 26));
         job.schemas.clear();
         for (int i = 0; i <= round % 7; ++i) {
           job.schemas["S"].Append({.name = "T" + std::to_string(i), .rows = round});
         }
-        job.tables_revision.Increment();
+        ++job.tables_revision;
       }
       program.jobs.SetState(0, round % 2 == 0 ? JobState::Started : JobState::Paused);
     }

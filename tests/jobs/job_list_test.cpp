@@ -4,12 +4,14 @@
 
 #include <thread>
 
+#include "support/config_of.h"
+
 namespace quillmere {
 namespace {
 
 std::size_t AddJob(JobList& jobs, std::string_view name, JobState state = JobState::Stopped) {
   const std::size_t index = jobs.Claim();
-  jobs.At(index).name = name;
+  ConfigOf(jobs.At(index)).name = name;
   jobs.SetState(index, state);
   return index;
 }
@@ -28,10 +30,9 @@ TEST(JobList, SlotsAreUsedAgain) {
   JobList jobs;
   for (const char* name : {"a", "b", "c"}) AddJob(jobs, name);
   SyncJob* const c = &jobs.At(2);
-  c->schemas["OWNER"].Append({.name = "T"});
-  c->pending_batch.Append("insert");
-  c->source.password = "tiger";
-  c->tables_saved_revision = 1;
+  ConfigOf(*c).source.password = "tiger";
+  ConfigOf(*c).tables_saved_revision = ConfigOf(*c).tables_revision;
+  c->run.pending_batch.Append("insert");
   jobs.Remove(1);
   EXPECT_EQ(jobs.IndexOf("b"), JobList::kNotFound);
   EXPECT_EQ(jobs.IndexOf("c"), 2u) << "indices stay";
@@ -40,8 +41,9 @@ TEST(JobList, SlotsAreUsedAgain) {
   EXPECT_EQ(jobs.Claim(), 2u);
   EXPECT_EQ(&jobs.At(2), c) << "records never move";
   EXPECT_EQ(jobs.IndexOf(*c), 2u);
-  EXPECT_TRUE(c->schemas.empty() && c->pending_batch.Empty() && c->source.password.empty());
-  EXPECT_NE(c->tables_saved_revision, c->tables_revision) << "a new job's file is to be written";
+  const JobConfig& fresh = ConfigOf(*c);
+  EXPECT_TRUE(fresh.source.password.empty() && c->run.pending_batch.Empty());
+  EXPECT_NE(fresh.tables_saved_revision, fresh.tables_revision) << "its file is to be written";
 }
 
 TEST(JobList, ARequestIsNeverOverwritten) {
@@ -65,7 +67,7 @@ TEST(JobList, GrowsWhileAnotherThreadWalks) {
       for (std::size_t i = 0; i < jobs.Count(); ++i) {
         if (jobs.State(i) == JobState::Empty) continue;
         ++live;
-        ASSERT_EQ(jobs.At(i).name, std::to_string(i));
+        ASSERT_EQ(NameOf(jobs.At(i)), std::to_string(i));
       }
     }
   });

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/config_of.h"
 #include "support/temp_folder.h"
 
 namespace quillmere {
@@ -96,7 +97,7 @@ TEST(BatchFile, ReadsBackByteForByte) {
 
 class Restore : public ::testing::Test {
  protected:
-  Restore() { job_.name = "J"; }
+  Restore() { config_.name = "J"; }
   RestoredRun Run(RestoreMode mode = RestoreMode::Resume) {
     return RestoreRunState(folder_.Files(), job_, JobFolder(folder_.Path(), "J"), mode);
   }
@@ -106,6 +107,7 @@ class Restore : public ::testing::Test {
   }
   TempFolder folder_;
   SyncJob job_;
+  JobConfig& config_ = ConfigOf(job_);
 };
 
 TEST_F(Restore, StartedComesBackPausedWithItsBatch) {
@@ -114,18 +116,18 @@ TEST_F(Restore, StartedComesBackPausedWithItsBatch) {
   EXPECT_EQ(restored.state, JobState::Paused);
   EXPECT_THAT(restored.problem, IsEmpty());
   EXPECT_EQ(restored.progress.batch_remaining, 1U);
-  EXPECT_EQ(job_.pending_batch.Size(), 5U);
-  EXPECT_EQ(job_.mining_start_scn, 0x0102030405060708);
-  EXPECT_EQ(job_.next_mining_start_scn, 500);
-  EXPECT_EQ(job_.next_cutoff_scn, 500);
-  EXPECT_EQ(job_.blocked_count, 6);
+  EXPECT_EQ(job_.run.pending_batch.Size(), 5U);
+  EXPECT_EQ(job_.run.positions.mining_start_scn, 0x0102030405060708);
+  EXPECT_EQ(job_.run.next_positions.mining_start_scn, 500);
+  EXPECT_EQ(job_.run.next_positions.cutoff_scn, 500);
+  EXPECT_EQ(job_.run.blocked_count, 6);
 }
 
 TEST_F(Restore, NothingIsStopped) {
   const RestoredRun restored = Run();
   EXPECT_EQ(restored.state, JobState::Stopped);
   EXPECT_THAT(restored.problem, IsEmpty());
-  EXPECT_TRUE(job_.pending_batch.Empty());
+  EXPECT_TRUE(job_.run.pending_batch.Empty());
 }
 
 TEST_F(Restore, UnknownStatesAreStopped) {
@@ -162,7 +164,7 @@ TEST_F(Restore, DamageIsToldAndNothingHalfReadIsApplied) {
     const RestoredRun restored = Run();
     EXPECT_THAT(restored.problem, HasSubstr(c.problem));
     EXPECT_THAT(restored.problem, HasSubstr("4 of them are on the destination already"));
-    EXPECT_TRUE(job_.pending_batch.Empty());
+    EXPECT_TRUE(job_.run.pending_batch.Empty());
   }
   std::filesystem::remove(folder_ / "jobs/J/sqlcmds.txt");
   EXPECT_THAT(Run().problem, HasSubstr("sqlcmds.txt"));

@@ -174,7 +174,7 @@ std::vector<Query> Queries() {
 class CatalogueQueries : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(session_.Connect("DB", "u", "p", false));
+    ASSERT_TRUE(session_.Connect({"DB", "u", "p", false}));
     script_.TakeTranscript();
   }
 

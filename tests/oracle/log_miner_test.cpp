@@ -22,7 +22,7 @@ const std::string kRedoQuery =
 class LogMiner : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(session_.Connect("DB", "u", "p", false));
+    ASSERT_TRUE(session_.Connect({"DB", "u", "p", false}));
     script_.TakeTranscript();
   }
 

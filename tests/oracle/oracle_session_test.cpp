@@ -37,7 +37,7 @@ TEST(OracleSession, ConnectsExecutesAndEndsInOrder) {
   OciLibrary library(script.Api());
   {
     OracleSession session(library);
-    ASSERT_TRUE(session.Connect("SHOP", "scott", "tiger", true)) << session.LastError();
+    ASSERT_TRUE(session.Connect({"SHOP", "scott", "tiger", true})) << session.LastError();
     EXPECT_EQ(script.TakeTranscript(), kConnectCalls);
     EXPECT_TRUE(session.Execute("drop table A.B"));
     EXPECT_THAT(script.TakeTranscript(),
@@ -90,7 +90,7 @@ TEST(OracleSession, FailedConnectNamesItsStepAndLeavesNothingBehind) {
     OciLibrary library(script.Api());
     script.FailOn(step.call, "ORA-12345: what went wrong  \n\n");
     OracleSession session(library);
-    EXPECT_FALSE(session.Connect("DB", "u", "", false));
+    EXPECT_FALSE(session.Connect({"DB", "u", "", false}));
     EXPECT_EQ(session.LastError(), step.label + "ORA-12345: what went wrong");
     std::vector<std::string> calls = script.TakeTranscript();
     while (!calls.empty() && calls.front().find(step.call) == std::string::npos) {
@@ -99,7 +99,7 @@ TEST(OracleSession, FailedConnectNamesItsStepAndLeavesNothingBehind) {
     ASSERT_FALSE(calls.empty());
     EXPECT_EQ(std::vector<std::string>(calls.begin() + 1, calls.end()), step.afterwards);
     EXPECT_EQ(script.LiveHandles(), 0U);
-    EXPECT_TRUE(session.Connect("DB", "u", "", false)) << "may be connected again";
+    EXPECT_TRUE(session.Connect({"DB", "u", "", false})) << "may be connected again";
   }
 }
 
@@ -112,7 +112,7 @@ TEST(OracleSession, StatementFailuresKeepLabelAndFreeTheHandle) {
     ScriptedOci script;
     OciLibrary library(script.Api());
     OracleSession session(library);
-    ASSERT_TRUE(session.Connect("DB", "u", "p", false));
+    ASSERT_TRUE(session.Connect({"DB", "u", "p", false}));
     const std::size_t live = script.LiveHandles();
     script.FailOn(call, "ORA-00942: table or view does not exist\n", 942);
     EXPECT_FALSE(session.Execute("delete from NO.TABLE"));
@@ -135,7 +135,7 @@ TEST(OracleSession, FailedEndOfSessionIsTold) {
   ScriptedOci script;
   OciLibrary library(script.Api());
   OracleSession session(library);
-  ASSERT_TRUE(session.Connect("DB", "u", "p", false));
+  ASSERT_TRUE(session.Connect({"DB", "u", "p", false}));
   script.FailOn("SessionEnd", "ORA-03113: end-of-file on communication channel\n");
   EXPECT_FALSE(session.EndSession());
   EXPECT_THAT(session.LastError(), StartsWith("OCISessionEnd : ORA-03113"));
@@ -148,7 +148,7 @@ TEST(OracleSession, FailedEndOfSessionIsTold) {
 TEST(OciLibrary, OneEnvironmentAThread) {
   ScriptedOci script;
   OciLibrary library(script.Api());
-  for (int i = 0; i < 3; ++i) OracleSession(library).Connect("DB", "u", "p", false);
+  for (int i = 0; i < 3; ++i) OracleSession(library).Connect({"DB", "u", "p", false});
   std::thread([&] { OracleSession session(library); }).join();
   int environments = 0;
   for (const std::string& call : script.TakeTranscript()) environments += call.starts_with("EnvC");
@@ -160,15 +160,15 @@ TEST(OciLibrary, FailedEnvironmentFailsTheConnectAndIsTriedAgain) {
   OciLibrary library(script.Api());
   script.FailOn("EnvCreate", "");
   OracleSession session(library);
-  EXPECT_FALSE(session.Connect("DB", "u", "p", false));
+  EXPECT_FALSE(session.Connect({"DB", "u", "p", false}));
   EXPECT_THAT(session.LastError(), StartsWith("OCIHandleAlloc(Env) : "));
-  EXPECT_TRUE(OracleSession(library).Connect("DB", "u", "p", false));
+  EXPECT_TRUE(OracleSession(library).Connect({"DB", "u", "p", false}));
 }
 
 TEST(OciLibrary, MissingClientSaysWhatWasTriedAndWhatToDo) {
   OciLibrary missing("/no/such/library.so", "");
   OracleSession session(missing);
-  EXPECT_FALSE(session.Connect("DB", "u", "p", false));
+  EXPECT_FALSE(session.Connect({"DB", "u", "p", false}));
   EXPECT_THAT(session.LastError(), StartsWith("OCIHandleAlloc(Env) : "));
   EXPECT_THAT(session.LastError(), HasSubstr("Tried: /no/such/library.so"));
   EXPECT_THAT(session.LastError(), HasSubstr("--client sandbox"));

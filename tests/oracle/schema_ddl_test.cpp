@@ -28,7 +28,7 @@ std::string KeyColumnsQuery(const std::string& owner, const std::string& key) {
 class SchemaDdl : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(session_.Connect("DB", "u", "p", false));
+    ASSERT_TRUE(session_.Connect({"DB", "u", "p", false}));
     script_.Answer(ReferencingQuery("PK"), {{"CRM", "FK1", "VISITS"}, {"LAB", "FK2", "TESTS"}});
     script_.Answer(KeyColumnsQuery("SHOP", "PK"), {{"ID"}, {"PART"}});
     script_.Answer(KeyColumnsQuery("CRM", "FK1"), {{"ORDER_ID"}, {"ORDER_PART"}});

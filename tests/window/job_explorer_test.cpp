@@ -225,7 +225,9 @@ TEST_F(JobExplorer, TheTimerRepaintsWhatRuns) {
       QMetaObject::invokeMethod(timer, "timeout");
     });
   };
-  const auto count = [this](int done) { Ui([&] { Work().Jobs().At(0).applied_count = done; }); };
+  const auto count = [this](int done) {
+    Ui([&] { Work().Jobs().At(0).run.applied_count = done; });
+  };
   count(41);
   tick();
   EXPECT_EQ(Rows("JobMgrLV"), std::vector<Row>{JobRow("Stopped", 0)}) << "frozen while it rests";
@@ -245,11 +247,11 @@ TEST_F(JobExplorer, TheTimerRepaintsWhatRuns) {
 TEST_F(JobExplorer, WhatCannotBeDoneIsSaid) {
   OpenWithJob();
   SelectNode({"J"});
-  Ui([this] { Work().Jobs().At(0).table_list_fetched = false; });
+  Ui([this] { ConfigOf(Work().Jobs().At(0)).table_list_fetched = false; });
   Request("RunRun", "Run J?");
   AnswerBox("Not get table list yet, refresh first please.");
   ClickAction("Refresh");
-  WaitFor("the tables", [this] { return Work().Jobs().At(0).table_list_fetched; });
+  WaitFor("the tables", [this] { return ConfigOf(Work().Jobs().At(0)).table_list_fetched; });
   Request("RunRun", "Run J?");
   WaitForState("J", JobState::Started);
   Press("ctrl+d");  // rests while the job runs
@@ -263,7 +265,7 @@ TEST_F(JobExplorer, WhatCannotBeDoneIsSaid) {
   Choose("CBDesDSN", "A");
   Click("OkBtn");
   AnswerBox("You can't change data source after a job is runned, Stop the job first please.");
-  EXPECT_EQ(Ui([this] { return Work().Jobs().At(0).src_database_name; }), "A");
+  EXPECT_EQ(Ui([this] { return ConfigOf(Work().Jobs().At(0)).src_database_name; }), "A");
 }
 
 }  // namespace

@@ -51,7 +51,7 @@ class MainWindow : public ProgramTest {
     NextPass();
   }
   std::uint32_t Applied() {
-    return Ui([this] { return static_cast<std::uint32_t>(Work().Jobs().At(0).applied_count); });
+    return Ui([this] { return static_cast<std::uint32_t>(Work().Jobs().At(0).run.applied_count); });
   }
   void ExpectAllIsAppliedAfterRestart() {
     unsetenv("QUILLMERE_SANDBOX_LATENCY_US");
@@ -176,7 +176,7 @@ TEST_F(MainWindow, StaysOpenWhileThereIsWork) {
   };
   for (const auto& row : rows) {
     Ui([&] {
-      Work().Jobs().At(0).next_due = AddMinutes(clock_.Now(), 1000);
+      Work().Jobs().At(0).run.next_due = AddMinutes(clock_.Now(), 1000);
       Work().Jobs().SetState(0, row.state, row.progress);
     });
     PressForManager("alt+F4");
@@ -191,7 +191,7 @@ TEST_F(MainWindow, StaysOpenWhileThereIsWork) {
 TEST_F(MainWindow, EndsDuringAPassAndGoesOnThere) {
   setenv("QUILLMERE_SANDBOX_LATENCY_US", "2000", 1);
   StartWithBatch(400);
-  WaitFor("the pass", [this] { return Work().Jobs().At(0).applied_count >= 5; });
+  WaitFor("the pass", [this] { return Work().Jobs().At(0).run.applied_count >= 5; });
   Ui([this] { Window().RequestEnd(); });
   Quit();
   EXPECT_NE(Difference("A B"), "identical\n") << "it should have ended within the batch";

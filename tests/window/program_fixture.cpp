@@ -90,7 +90,7 @@ void ProgramTest::Open() {
 void ProgramTest::AddSource(const std::string& name, const std::string& mode) {
   Unwatched unwatched;
   const Outcome added = Ui([&] {
-    return AddDataSource(Work(), {name, "SYS", kPassword, mode}, unwatched);
+    return AddDataSource(Work(), {name, "SYS", kPassword, mode == "SYSDBA"}, unwatched);
   });
   ASSERT_TRUE(added.done) << added.text;
 }

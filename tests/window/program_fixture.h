@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "support/config_of.h"
 #include "support/hand_clock.h"
 #include "support/temp_folder.h"
 #include "ui/main/program_window.h"

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "support/config_of.h"
 #include "support/hand_clock.h"
 #include "support/scripted_oci.h"
 #include "support/temp_folder.h"
@@ -67,7 +68,7 @@ struct ScriptedWorkspace : ::testing::Test {
 
   void AddSources() {
     for (const char* name : {"A", "B", "C"}) {
-      const Outcome added = AddDataSource(*workspace, {name, "scott", "tiger", "NORMAL"}, progress);
+      const Outcome added = AddDataSource(*workspace, {name, "scott", "tiger", false}, progress);
       EXPECT_TRUE(added.done) << added.text;
     }
   }
@@ -81,7 +82,7 @@ struct ScriptedWorkspace : ::testing::Test {
 
   SyncJob& Job(std::size_t index) { return workspace->Jobs().At(index); }
   const JobTable* Table(std::size_t index, std::string_view name) {
-    return Job(index).schemas.find("SHOP")->second.Find(name);
+    return ConfigOf(Job(index)).schemas.find("SHOP")->second.Find(name);
   }
 
   // The log's lines without their time stamps since the last taking; errors begin with "E".

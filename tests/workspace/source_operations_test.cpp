@@ -16,14 +16,14 @@ using SourceOperations = ScriptedWorkspace;
 TEST_F(SourceOperations, AddingConnectsReadsTheCatalogueAndSavesAtOnce) {
   script.Answer("select banner from v$version",
                 {{"Oracle Database 10g Enterprise Edition Release 10.2.0.1.0 - 64bit"}});
-  const Outcome added = AddDataSource(*workspace, {"A", "scott", "tiger", "SYSDBA"}, progress);
+  const Outcome added = AddDataSource(*workspace, {"A", "scott", "tiger", true}, progress);
   ASSERT_TRUE(added.done) << added.text;
   EXPECT_THAT(script.TakeTranscript(), ::testing::Contains("SessionBegin(svc1, err1, ses1, 1, 2)"));
   Restart();
   const DataSource& source = workspace->Registry().At(0);
   EXPECT_EQ(source.password, "tiger");
   EXPECT_EQ(source.version, "10.2.0.1.0");
-  EXPECT_TRUE(source.IsSysdba());
+  EXPECT_TRUE(source.sysdba);
   EXPECT_EQ(source.state, ConnectionState::Disconnected);
   ASSERT_EQ(source.tables.size(), 2U);
   EXPECT_EQ(source.tables[1].table_name, "ORDERS");
@@ -52,7 +52,7 @@ TEST_F(SourceOperations, WhatCannotBeRegisteredIsRefusedWithItsReason) {
   const std::string long_password(32, 'x');
   struct Row {
     const char* what;
-    SourceLogin login;
+    LogOn login;
     std::string reason;
   };
   const std::vector<Row> rows = {
@@ -63,7 +63,6 @@ TEST_F(SourceOperations, WhatCannotBeRegisteredIsRefusedWithItsReason) {
       {"no file name", {"x/y", "u", "p"}, "A name must not contain '/'"},
       {"password", {"D", "u", long_password}, "A password must not be longer than 31 bytes"},
       {"zero byte", {"D", "u", {"a\0b", 3}}, "A password must not contain a zero byte"},
-      {"mode", {"D", "u", "p", "SYSOPER"}, "The mode is NORMAL or SYSDBA"},
   };
   const auto before = Files();
   script.TakeTranscript();
@@ -84,21 +83,21 @@ TEST_F(SourceOperations, WhatCannotBeRegisteredIsRefusedWithItsReason) {
 TEST_F(SourceOperations, JobsFollowTheLogOnsOfTheirDataSources) {
   AddSources();
   const std::size_t job = NewJob();
-  EXPECT_EQ(Job(job).source.password, "tiger");
-  ASSERT_TRUE(SaveDataSource(*workspace, {"A", "sys", "lion", "SYSDBA"}).done);
-  EXPECT_EQ(Job(job).source.password, "lion");
-  EXPECT_EQ(Job(job).source.user_id, "sys");
-  EXPECT_TRUE(Job(job).source.sysdba);
-  EXPECT_EQ(Job(job).destination.password, "tiger");
-  ASSERT_TRUE(SaveDataSource(*workspace, {"B", "scott", "lynx", "NORMAL"}).done);
-  EXPECT_EQ(Job(job).destination.password, "lynx");
+  EXPECT_EQ(ConfigOf(Job(job)).source.password, "tiger");
+  ASSERT_TRUE(SaveDataSource(*workspace, {"A", "sys", "lion", true}).done);
+  EXPECT_EQ(ConfigOf(Job(job)).source.password, "lion");
+  EXPECT_EQ(ConfigOf(Job(job)).source.user_id, "sys");
+  EXPECT_TRUE(ConfigOf(Job(job)).source.sysdba);
+  EXPECT_EQ(ConfigOf(Job(job)).destination.password, "tiger");
+  ASSERT_TRUE(SaveDataSource(*workspace, {"B", "scott", "lynx", false}).done);
+  EXPECT_EQ(ConfigOf(Job(job)).destination.password, "lynx");
   script.FailOn("SessionBegin", "ORA-01017: no", 1017);
-  EXPECT_FALSE(SaveDataSource(*workspace, {"A", "sys", "puma", "SYSDBA"}).done);
+  EXPECT_FALSE(SaveDataSource(*workspace, {"A", "sys", "puma", true}).done);
   Restart();
-  EXPECT_EQ(Job(0).source.password, "lion") << "a log-on that does not work is not kept";
+  EXPECT_EQ(ConfigOf(Job(0)).source.password, "lion") << "a log-on that does not work is not kept";
   ASSERT_TRUE(RemoveDataSource(*workspace, 0).done);
-  EXPECT_EQ(Job(0).source.password, "");
-  EXPECT_EQ(Job(0).src_database_name, "A");
+  EXPECT_EQ(ConfigOf(Job(0)).source.password, "");
+  EXPECT_EQ(ConfigOf(Job(0)).src_database_name, "A");
   EXPECT_FALSE(folder.Exists("config/A.xml")) << "the password is gone";
 }
 

@@ -52,9 +52,9 @@ TEST_F(WorkspaceTest, OneProgramChangesAFolderAndOthersOnlyLook) {
   JobList::Progress batch;
   EXPECT_EQ(workspace->Jobs().State(0, &batch), JobState::Paused);
   EXPECT_EQ(batch.batch_remaining, 2U) << "the pass that did not commit is taken back";
-  EXPECT_EQ(Job(0).pending_batch.Size(), 2U);
+  EXPECT_EQ(Job(0).run.pending_batch.Size(), 2U);
   EXPECT_FALSE(folder.Exists("jobs/Job1/commit.dat"));
-  EXPECT_FALSE(Open(Workspace::Access::LookOnly)->Jobs().At(0).source.password.empty());
+  EXPECT_FALSE(ConfigOf(Open(Workspace::Access::LookOnly)->Jobs().At(0)).source.password.empty());
 }
 
 TEST_F(WorkspaceTest, WhatCannotBeRestoredIsTold) {
@@ -150,9 +150,10 @@ TEST_F(JobOperations, ANewJobIsStoppedReadsItsTablesAndIsSaved) {
   EXPECT_TRUE(folder.Exists("jobs/Old/block.dat.bad"));
   EXPECT_EQ(PropertiesOf(Job(2)).description, "two\nlines");
   EXPECT_EQ(PropertiesOf(Job(2)).interval, 0);
-  EXPECT_EQ(Job(2).source.password, "tiger");
-  EXPECT_TRUE(Job(2).table_list_fetched);
-  ASSERT_EQ(Job(2).schemas.size(), 2U) << "an owner without tables is kept, a system owner is not";
+  EXPECT_EQ(ConfigOf(Job(2)).source.password, "tiger");
+  EXPECT_TRUE(ConfigOf(Job(2)).table_list_fetched);
+  ASSERT_EQ(ConfigOf(Job(2)).schemas.size(), 2U)
+      << "an owner without tables is kept, a system owner is not";
   EXPECT_EQ(Table(2, "ORDERS")->beginrows, 20);
   EXPECT_EQ(Table(2, "ORDERS")->desowner, "SHOP");
   EXPECT_TRUE(Table(2, "ORDERS")->includeflag);
@@ -163,7 +164,7 @@ TEST_F(JobOperations, ARefreshKeepsWhatTheOperatorChoseAndWhatWasCounted) {
   const std::size_t job = NewJob();
   FilterTables(*workspace, job, {TableFilter::ChangeOwner, "SHOP", {"ORDERS"}, false, "ARCHIVE"});
   FilterTables(*workspace, job, {TableFilter::Exclude, "SHOP", {"CLIENT"}});
-  Job(job).schemas.find("SHOP")->second.Find("ORDERS")->totalsynced = 7;
+  ConfigOf(Job(job)).schemas.find("SHOP")->second.Find("ORDERS")->totalsynced = 7;
   script.Answer(kUsers, {{"SHOP"}, {"NEW"}});
   script.Answer(kTables, {{"NEW", "N", "USERS", "1"},
                           {"SHOP", "CLIENT", "USERS", "11"},
@@ -171,9 +172,9 @@ TEST_F(JobOperations, ARefreshKeepsWhatTheOperatorChoseAndWhatWasCounted) {
                           {"ZZZ", "OF NO OWNER", "USERS", "1"}});
   ASSERT_TRUE(RefreshTables(*workspace, job).done);
   Restart();
-  EXPECT_EQ(Job(0).schemas.size(), 2U);
-  EXPECT_EQ(Job(0).schemas.count("EMPTY"), 0U);
-  EXPECT_TRUE(Job(0).schemas.find("NEW")->second.Find("N")->includeflag);
+  EXPECT_EQ(ConfigOf(Job(0)).schemas.size(), 2U);
+  EXPECT_EQ(ConfigOf(Job(0)).schemas.count("EMPTY"), 0U);
+  EXPECT_TRUE(ConfigOf(Job(0)).schemas.find("NEW")->second.Find("N")->includeflag);
   EXPECT_EQ(Table(0, "ORDERS")->desowner, "ARCHIVE");
   EXPECT_EQ(Table(0, "ORDERS")->totalsynced, 7);
   EXPECT_EQ(Table(0, "ORDERS")->beginrows, 20);
@@ -196,7 +197,7 @@ TEST_F(JobOperations, ARefreshKeepsWhatTheOperatorChoseAndWhatWasCounted) {
     EXPECT_FALSE(RefreshTables(*workspace, 0).done) << row.message;
     EXPECT_EQ(TakeMessages().at(0), row.message);
     EXPECT_EQ(Table(0, "ORDERS")->totalsynced, 7);
-    EXPECT_TRUE(Job(0).table_list_fetched);
+    EXPECT_TRUE(ConfigOf(Job(0)).table_list_fetched);
   }
   workspace->Jobs().SetState(0, JobState::Started);
   EXPECT_EQ(RefreshTables(*workspace, 0).text, "Job Job1 is running. Pause or stop it first");
@@ -273,7 +274,7 @@ TEST_F(JobOperations, EditingFollowsTheStateOfTheJob) {
   EXPECT_EQ(PropertiesOf(Job(job)).source, "A");
 
   workspace->Jobs().SetState(job, JobState::Stopped);
-  Job(job).schemas.find("SHOP")->second.Find("ORDERS")->totalsynced = 7;
+  ConfigOf(Job(job)).schemas.find("SHOP")->second.Find("ORDERS")->totalsynced = 7;
   edited.name = " Renamed ";
   edited.interval = 90;
   TakeMessages();
@@ -285,7 +286,7 @@ TEST_F(JobOperations, EditingFollowsTheStateOfTheJob) {
   script.FailOn("ServerAttach", "no");
   ASSERT_TRUE(EditJob(*workspace, job, edited).done);
   EXPECT_EQ(TakeMessages().back(), "E Refresh filter info of Renamed failed.");
-  EXPECT_FALSE(Job(job).table_list_fetched);
+  EXPECT_FALSE(ConfigOf(Job(job)).table_list_fetched);
   Restart();
   EXPECT_EQ(PropertiesOf(Job(0)).name, "Renamed");
   EXPECT_EQ(PropertiesOf(Job(0)).interval, 90);

@@ -156,8 +156,7 @@ bool ExampleFolder::MakeDatabase(const std::string& name, const std::string& scr
 bool ExampleFolder::Register(std::string& reason) {
   NoProgress progress;
   for (const char* name : {"HEADOFFICE", "BRANCH", "REPORTING"}) {
-    const Outcome outcome =
-        AddDataSource(*workspace_, {name, "SYS", "sandbox", "SYSDBA"}, progress);
+    const Outcome outcome = AddDataSource(*workspace_, {name, "SYS", "sandbox", true}, progress);
     if (!outcome) {
       reason = outcome.text;
       return false;
@@ -203,7 +202,8 @@ void ExampleFolder::SetCounts() {
     }
   }
   for (SyncJob* job : workspace_->Jobs().LiveJobs()) {
-    for (auto& [owner, schema] : job->schemas) {
+    const MutexLock lock(job->config_mutex);
+    for (auto& [owner, schema] : job->config.schemas) {
       for (JobTable& table : schema.Tables()) {
         const Count count = count_of(table.name);
         table.beginrows = count.rows - count.synced / 3;
@@ -228,10 +228,13 @@ void ExampleFolder::SetStates() {
   JobList& jobs = workspace_->Jobs();
   for (std::size_t i = 0; i < kStates.size(); ++i) {
     SyncJob& job = jobs.At(i);
-    job.applied_count = kStates[i].applied;
-    job.blocked_count = kStates[i].blocked;
-    job.has_runned = kStates[i].state != JobState::Stopped;
-    job.next_due = AddMinutes(clock_.Now(), kDay);
+    job.run.applied_count = kStates[i].applied;
+    job.run.blocked_count = kStates[i].blocked;
+    {
+      const MutexLock lock(job.config_mutex);
+      job.config.has_runned = kStates[i].state != JobState::Stopped;
+    }
+    job.run.next_due = AddMinutes(clock_.Now(), kDay);
     jobs.SetState(i, kStates[i].state, kStates[i].progress);
   }
 }

@@ -144,7 +144,7 @@ void TakeSourceDialogs(UiContext& context, Scene& scene, Studio& studio) {
     form.findChild<QLineEdit*>("EditPassword")->setText("correct horse");
     studio.Take(form, "data-sources-new");
   }
-  TDbLoginForm login(context, {"REPORTING", "SYS", "", "SYSDBA"}, &scene.Main());
+  TDbLoginForm login(context, {"REPORTING", "SYS", "", true}, &scene.Main());
   studio.Take(login, "log-on");
 }
 

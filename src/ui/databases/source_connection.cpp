@@ -51,7 +51,7 @@ void SourceConnection::Connect(std::size_t index, const std::function<void()>& l
 bool SourceConnection::LogIn(std::size_t index, std::unique_ptr<OracleSession>& session) {
   Workspace& workspace = context_.workspace;
   const DataSource& source = workspace.Registry().At(index);
-  TDbLoginForm form(context_, {source.name, source.user_id, {}, source.mode}, parent_);
+  TDbLoginForm form(context_, {source.name, source.user_id, {}, source.sysdba}, parent_);
   if (form.exec() != QDialog::Accepted) return false;
   if (form.Login().name != source.name) {
     ShowFailure(parent_, "The log-on was to " + form.Login().name + ", but the data source is " +

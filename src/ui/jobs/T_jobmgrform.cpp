@@ -35,8 +35,8 @@ QString WhatToDoWithoutJobs(const DataSourceRegistry& registry) {
 }
 
 QString WhatToDoWithoutTables(const SyncJob& job, JobNode kind) {
-  const std::lock_guard lock(job.config_mutex);
-  if (!job.table_list_fetched) {
+  const MutexLock lock(job.config_mutex);
+  if (!job.config.table_list_fetched) {
     return QStringLiteral(
         "The tables have not been read from the source yet: select the job and "
         "choose Refresh");

@@ -2,7 +2,6 @@
 
 #include <QColor>
 #include <algorithm>
-#include <mutex>
 
 #include "ui/jobs/job_state_icon.h"
 #include "ui/toolkit/appearance.h"
@@ -52,12 +51,9 @@ void Append(std::vector<JobRow>& rows, const JobList& jobs, std::size_t index) {
   row.remaining = batch.batch_remaining;
   row.done = batch.batch_applied;
   const SyncJob& job = jobs.At(index);
-  row.applied = job.applied_count;
-  row.blocked = job.blocked_count;
-  {
-    const std::lock_guard lock(job.config_mutex);
-    row.name = job.name;
-  }
+  row.applied = job.run.applied_count;
+  row.blocked = job.run.blocked_count;
+  row.name = NameOf(job);
   rows.push_back(std::move(row));
 }
 

@@ -1,7 +1,6 @@
 #include "ui/jobs/job_tree_model.h"
 
 #include <algorithm>
-#include <mutex>
 #include <utility>
 
 #include "ui/jobs/job_state_icon.h"
@@ -57,9 +56,7 @@ std::vector<JobTreeModel::Job> JobTreeModel::Read(const JobList& jobs) {
   for (std::size_t i = 0; i < jobs.Count(); ++i) {
     const JobState state = jobs.State(i);
     if (state == JobState::Empty) continue;
-    const SyncJob& job = jobs.At(i);
-    const std::lock_guard lock(job.config_mutex);
-    read.push_back({i, job.name, state});
+    read.push_back({i, NameOf(jobs.At(i)), state});
   }
   return read;
 }

@@ -1,7 +1,6 @@
 #include "ui/jobs/table_rows.h"
 
 #include <algorithm>
-#include <mutex>
 #include <utility>
 
 #include "ui/toolkit/icons.h"
@@ -57,8 +56,8 @@ class Copier {
 std::vector<TableRow> Copy(const SyncJob& job, bool included, ByteArena& texts) {
   std::vector<TableRow> rows;
   Copier copier(texts, rows);
-  const std::lock_guard lock(job.config_mutex);
-  for (const auto& [owner, schema] : job.schemas) {
+  const MutexLock lock(job.config_mutex);
+  for (const auto& [owner, schema] : job.config.schemas) {
     copier.BeginOwner(owner);
     for (const JobTable& table : schema.Tables()) {
       if (table.includeflag == included) copier.Add(table);

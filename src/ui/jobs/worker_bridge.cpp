@@ -6,7 +6,7 @@ namespace quillmere {
 
 void WorkerBridge::OnJobChanged(std::size_t job, bool) {
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (job >= changed_.size()) changed_.resize(job + 1);
     if (changed_[job]) return;
     changed_[job] = true;
@@ -17,34 +17,37 @@ void WorkerBridge::OnJobChanged(std::size_t job, bool) {
 }
 
 std::vector<std::size_t> WorkerBridge::TakeChanges() {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   for (const std::size_t job : jobs_) changed_[job] = false;
   return std::exchange(jobs_, {});
 }
 
 void WorkerBridge::Send(std::string_view text, bool error) {
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     text_ = text;
     error_ = error;
     message_ = Message::Waiting;
   }
   calls_.message();
-  std::unique_lock lock(mutex_);
-  taken_.wait(lock, [this] { return message_ == Message::None; });
+  const MutexLock lock(mutex_);
+  while (message_ != Message::None) taken_.Wait(mutex_);
 }
 
 bool WorkerBridge::TakeMessage(const Taker& take) {
-  std::unique_lock lock(mutex_);
-  if (message_ != Message::Waiting) return false;
-  message_ = Message::BeingTaken;
-  const std::string_view text = text_;
-  const bool error = error_;
-  lock.unlock();
+  std::string_view text;
+  bool error = false;
+  {
+    const MutexLock lock(mutex_);
+    if (message_ != Message::Waiting) return false;
+    message_ = Message::BeingTaken;
+    text = text_;
+    error = error_;
+  }
   take(text, error);
-  lock.lock();
+  const MutexLock lock(mutex_);
   message_ = Message::None;
-  taken_.notify_all();
+  taken_.NotifyAll();
   return true;
 }
 

@@ -3,14 +3,13 @@
 // it.
 #pragma once
 
-#include <condition_variable>
 #include <cstddef>
 #include <functional>
-#include <mutex>
 #include <string_view>
 #include <vector>
 
 #include "engine/runner_listener.h"
+#include "foundation/mutex.h"
 
 namespace quillmere {
 
@@ -47,13 +46,13 @@ class WorkerBridge final : public RunnerListener {
   void Send(std::string_view text, bool error);
 
   const Calls calls_;
-  std::mutex mutex_;               // guards all below
-  std::vector<bool> changed_;      // by job
-  std::vector<std::size_t> jobs_;  // those of them that are true
-  std::condition_variable taken_;
-  Message message_ = Message::None;
-  std::string_view text_;  // its sender's, who waits
-  bool error_ = false;
+  Mutex mutex_;
+  std::vector<bool> changed_ GUARDED_BY(mutex_);      // by job
+  std::vector<std::size_t> jobs_ GUARDED_BY(mutex_);  // those of them that are true
+  Condition taken_;
+  Message message_ GUARDED_BY(mutex_) = Message::None;
+  std::string_view text_ GUARDED_BY(mutex_);  // its sender's, who waits
+  bool error_ GUARDED_BY(mutex_) = false;
 };
 
 }  // namespace quillmere

@@ -161,8 +161,8 @@ void TDbConnForm::StartNew() {
 }
 
 void TDbConnForm::NewDSNClick() {
-  SourceLogin login;
-  login.mode = "SYSDBA";
+  LogOn login;
+  login.sysdba = true;
   OpenPanel(Panel::Adding, login);
 }
 
@@ -173,7 +173,7 @@ void TDbConnForm::EditDSNClick() {
   const std::string busy = WhySourceBusy(context_.workspace, source.name);
   if (!busy.empty()) return ShowNotice(this, busy, list_);
   edited_ = *selected;
-  SourceLogin login = SourceLoginOf(source);
+  LogOn login = source;
   OpenPanel(Panel::Editing, login);
   WipeText(login.password);
 }
@@ -206,7 +206,7 @@ void TDbConnForm::TestDSNClick() {
 }
 
 void TDbConnForm::AddBtnClick() {
-  SourceLogin login = fields_->Entered({});
+  LogOn login = fields_->Entered({});
   const std::string refused = WhyNewSourceRefused(context_.workspace, login);
   if (!refused.empty()) return TellRefusal(login, refused);
   const Outcome added = [&] {
@@ -228,8 +228,8 @@ void TDbConnForm::AddBtnClick() {
 }
 
 void TDbConnForm::SaveBtnClick() {
-  SourceLogin original = EditedLogin();
-  SourceLogin login = fields_->Entered(original);
+  LogOn original = EditedLogin();
+  LogOn login = fields_->Entered(original);
   WipeText(original.password);
   const std::string refused = WhyLoginRefused(login);
   if (!refused.empty()) return TellRefusal(login, refused);
@@ -256,11 +256,11 @@ void TDbConnForm::CancelBtnClick() {
 void TDbConnForm::DbConnLVChange() {
   if (panel_ != Panel::Looking) return;
   const std::optional<std::size_t> selected = Selected();
-  SourceLogin login;
-  login.mode = "SYSDBA";
+  LogOn login;
+  login.sysdba = true;
   if (selected) {
     const DataSource& source = context_.workspace.Registry().At(*selected);
-    login = {source.name, source.user_id, {}, source.mode};
+    login = {source.name, source.user_id, {}, source.sysdba};
   }
   fields_->Show(login);
   if (selected) fields_->Password().setPlaceholderText(QStringLiteral("Stored, not shown"));
@@ -282,7 +282,7 @@ void TDbConnForm::ShowRegistry(std::optional<std::size_t> select) {
   DbConnLVChange();
 }
 
-void TDbConnForm::OpenPanel(Panel panel, const SourceLogin& login) {
+void TDbConnForm::OpenPanel(Panel panel, const LogOn& login) {
   panel_ = panel;
   fields_->Show(login);
   fields_->Password().setPlaceholderText({});
@@ -326,11 +326,11 @@ void TDbConnForm::ShowAdvice() {
   }
 }
 
-SourceLogin TDbConnForm::EditedLogin() const {
-  return SourceLoginOf(context_.workspace.Registry().At(edited_));
+LogOn TDbConnForm::EditedLogin() const {
+  return context_.workspace.Registry().At(edited_);
 }
 
-void TDbConnForm::TellRefusal(SourceLogin& login, const std::string& text) {
+void TDbConnForm::TellRefusal(LogOn& login, const std::string& text) {
   WipeText(login.password);
   ShowNotice(this, text, fields_->Widget(FieldToCorrect(login, text)));
 }

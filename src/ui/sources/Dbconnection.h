@@ -53,11 +53,11 @@ class TDbConnForm : public QDialog {
   // The registry's index of the selected row.
   std::optional<std::size_t> Selected() const;
   void ShowRegistry(std::optional<std::size_t> select);
-  void OpenPanel(Panel panel, const SourceLogin& login);
+  void OpenPanel(Panel panel, const LogOn& login);
   void ShowAdvice();
-  SourceLogin EditedLogin() const;
+  LogOn EditedLogin() const;
   // Wipes the password.
-  void TellRefusal(SourceLogin& login, const std::string& text);
+  void TellRefusal(LogOn& login, const std::string& text);
 
   UiContext& context_;
   SourceListModel model_;

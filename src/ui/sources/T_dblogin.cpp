@@ -13,7 +13,7 @@
 
 namespace quillmere {
 
-TDbLoginForm::TDbLoginForm(UiContext& context, const SourceLogin& proposed, QWidget* parent)
+TDbLoginForm::TDbLoginForm(UiContext& context, const LogOn& proposed, QWidget* parent)
     : QDialog(parent), context_(context), proposed_(proposed) {
   setObjectName(QStringLiteral("TDbLoginForm"));
   setWindowTitle(QStringLiteral("Log-on"));
@@ -56,14 +56,14 @@ TDbLoginForm::~TDbLoginForm() {
 }
 
 void TDbLoginForm::LoginBtnClick() {
-  SourceLogin login = fields_->Entered(proposed_);
+  LogOn login = fields_->Entered(proposed_);
   const std::string refused = WhyLoginRefused(login);
   if (!refused.empty()) return TellRefusal(login, refused);
   auto session = std::make_unique<OracleSession>(context_.workspace.Oci());
   const Outcome connected = [&] {
     ProgressDialog progress(this, QStringLiteral("Log-on"), "Connecting to " + login.name);
     progress.HideCancel();
-    return LogOn(*session, login);
+    return Connect(*session, login);
   }();
   if (!connected) return TellRefusal(login, connected.text);
   login_ = std::move(login);
@@ -71,7 +71,7 @@ void TDbLoginForm::LoginBtnClick() {
   accept();
 }
 
-void TDbLoginForm::TellRefusal(SourceLogin& login, const std::string& text) {
+void TDbLoginForm::TellRefusal(LogOn& login, const std::string& text) {
   WipeText(login.password);
   ShowNotice(this, text, fields_->Widget(FieldToCorrect(login, text)));
 }

@@ -14,22 +14,22 @@ class TDbLoginForm : public QDialog {
 
  public:
   // proposed: what stands in the fields at first.
-  TDbLoginForm(UiContext& context, const SourceLogin& proposed, QWidget* parent);
+  TDbLoginForm(UiContext& context, const LogOn& proposed, QWidget* parent);
   ~TDbLoginForm() override;
 
   // Of the accepted dialog: the values that the session is connected with, and the session.
-  const SourceLogin& Login() const { return login_; }
+  const LogOn& Login() const { return login_; }
   std::unique_ptr<OracleSession> TakeSession() { return std::move(session_); }
 
  private:
   void LoginBtnClick();
   void CancelBtnClick() { reject(); }
   // Wipes the password.
-  void TellRefusal(SourceLogin& login, const std::string& text);
+  void TellRefusal(LogOn& login, const std::string& text);
 
   UiContext& context_;
-  SourceLogin proposed_;
-  SourceLogin login_;
+  LogOn proposed_;
+  LogOn login_;
   std::unique_ptr<LoginFields> fields_;
   std::unique_ptr<OracleSession> session_;
 };

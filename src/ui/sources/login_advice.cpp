@@ -11,7 +11,7 @@ bool Contains(std::string_view text, std::string_view part) {
 
 }  // namespace
 
-LoginField FieldToCorrect(const SourceLogin& login, std::string_view refusal) {
+LoginField FieldToCorrect(const LogOn& login, std::string_view refusal) {
   if (login.name.empty()) return LoginField::Name;
   if (login.user_id.empty()) return LoginField::UserId;
   // Wrong name or password; expired password; a password that cannot be stored.

@@ -11,7 +11,7 @@ namespace quillmere {
 enum class LoginField { Name, UserId, Password, Mode };
 
 // The field that most likely is to be corrected after a refusal.
-LoginField FieldToCorrect(const SourceLogin& login, std::string_view refusal);
+LoginField FieldToCorrect(const LogOn& login, std::string_view refusal);
 
 // What Save would do when `edited` was opened for changing and `typed` stands in the name field.
 std::string SaveAdvice(const DataSourceRegistry& registry, std::string_view edited,

@@ -60,18 +60,19 @@ LoginFields::LoginFields(QFormLayout& layout, const char* name_object)
                                  Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
 }
 
-void LoginFields::Show(const SourceLogin& login) {
+void LoginFields::Show(const LogOn& login) {
   name_->setText(ToQt(login.name));
   user_id_->setText(ToQt(login.user_id));
   WipePassword();
   password_->setText(ToQt(login.password));
-  mode_->setCurrentText(ToQt(login.mode));
+  mode_->setCurrentText(ToQt(login.Mode()));
   for (QLineEdit* field : {name_, user_id_}) field->setCursorPosition(0);
 }
 
-SourceLogin LoginFields::Entered(const SourceLogin& original) const {
+LogOn LoginFields::Entered(const LogOn& original) const {
   return {EditedText(*name_, original.name), EditedText(*user_id_, original.user_id),
-          EditedText(*password_, original.password), ToBytes(mode_->currentText())};
+          EditedText(*password_, original.password),
+          mode_->currentText() == QStringLiteral("SYSDBA")};
 }
 
 void LoginFields::SetEnabled(bool enabled) {

@@ -19,9 +19,9 @@ class LoginFields {
   // name_object: the object name of the first field.
   LoginFields(QFormLayout& layout, const char* name_object);
 
-  void Show(const SourceLogin& login);
+  void Show(const LogOn& login);
   // In bytes; a field that was not touched gives back what stands in original.
-  SourceLogin Entered(const SourceLogin& original) const;
+  LogOn Entered(const LogOn& original) const;
   void SetEnabled(bool enabled);
   void WipePassword();
 

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "support/config_of.h"
 #include "support/temp_folder.h"
 #include "ui/job_dialogs/job_advice.h"
 #include "ui/sources/login_advice.h"
@@ -10,7 +11,7 @@ namespace {
 TEST(DialogAdvice, ARefusedLogOnLeadsToTheFieldThatIsWrong) {
   struct Row {
     const char* what;
-    SourceLogin login;
+    LogOn login;
     const char* refusal;
     LoginField field;
   };
@@ -56,9 +57,9 @@ TEST(DialogAdvice, DeletingADataSourceSaysWhichJobsItStops) {
   JobList jobs;
   const auto add = [&](const char* name, const char* source, const char* destination) {
     const std::size_t slot = jobs.Claim();
-    jobs.At(slot).name = name;
-    jobs.At(slot).src_database_name = source;
-    jobs.At(slot).des_database_name = destination;
+    ConfigOf(jobs.At(slot)).name = name;
+    ConfigOf(jobs.At(slot)).src_database_name = source;
+    ConfigOf(jobs.At(slot)).des_database_name = destination;
     jobs.SetState(slot, JobState::Stopped);
     return slot;
   };

@@ -5,6 +5,7 @@
 #include <QSignalSpy>
 
 #include "jobs/job_list.h"
+#include "support/config_of.h"
 #include "ui/jobs/job_rows.h"
 #include "ui/jobs/job_tree_model.h"
 #include "ui/jobs/table_rows.h"
@@ -33,7 +34,7 @@ std::vector<std::string> Captions(const RowModel& model) {
 struct Jobs : ::testing::Test {
   std::size_t Add(const std::string& name, JobState state, JobList::Progress progress = {}) {
     const std::size_t index = jobs.Claim();
-    jobs.At(index).name = name;
+    ConfigOf(jobs.At(index)).name = name;
     jobs.SetState(index, state, progress);
     return index;
   }
@@ -44,7 +45,7 @@ struct Jobs : ::testing::Test {
     table.name = name;
     table.desowner = owner;
     table.includeflag = included;
-    return jobs.At(job).schemas[owner].Append(std::move(table));
+    return ConfigOf(jobs.At(job)).schemas[owner].Append(std::move(table));
   }
 
   JobList jobs;
@@ -53,8 +54,8 @@ struct Jobs : ::testing::Test {
 TEST_F(Jobs, AreListedWithStateAndCounters) {
   const std::size_t shop = Add("shop", JobState::Started, {300, 100});
   const std::size_t crm = Add("crm", JobState::Stopped);
-  jobs.At(shop).applied_count = 5000;
-  jobs.At(shop).blocked_count = 7;
+  jobs.At(shop).run.applied_count = 5000;
+  jobs.At(shop).run.blocked_count = 7;
   JobRows rows;
   EXPECT_THAT(Captions(rows), ElementsAre("JOB ID 120", "Status 120", "Total Done 90",
                                           "Need To Do 90", "Has Done 90", "Blocked 80"));
@@ -74,11 +75,11 @@ TEST_F(Jobs, KeepTheirRowsWhileOnlyNumbersMove) {
   rows.Fill(jobs);
   const QSignalSpy resets(&rows, &QAbstractItemModel::modelReset);
   const QPersistentModelIndex selected(rows.index(0, 0));
-  jobs.At(job).applied_count = 1;
+  jobs.At(job).run.applied_count = 1;
   rows.Fill(jobs);
   EXPECT_EQ(resets.count(), 0);
   EXPECT_TRUE(selected.isValid());
-  jobs.At(job).name = "stock";
+  ConfigOf(jobs.At(job)).name = "stock";
   rows.Fill(jobs);
   EXPECT_EQ(resets.count(), 1);
 }
@@ -116,7 +117,7 @@ TEST_F(Jobs, TableListOutlivesTheTables) {
   AddTable(job, "SHOP", name, true);
   IncludedTables rows;
   rows.Fill(jobs.At(job));
-  jobs.At(job).schemas.clear();
+  ConfigOf(jobs.At(job)).schemas.clear();
   EXPECT_EQ(rows.index(0, 0).data().toString().toStdString(), name);
   EXPECT_EQ(rows.RowAt(0).owner, "SHOP");
   rows.Fill(jobs.At(job));
@@ -158,7 +159,7 @@ TEST_F(Jobs, StandInTheTreeInTheOrderOfTheirSlots) {
   EXPECT_EQ(tree.parent(second), root);
 
   EXPECT_FALSE(tree.Update(jobs));
-  jobs.At(crm).name = "clients";
+  ConfigOf(jobs.At(crm)).name = "clients";
   EXPECT_TRUE(tree.Update(jobs));
   EXPECT_EQ(tree.IndexOf({JobNode::Job, crm}).data().toString(), QStringLiteral("clients"));
   jobs.Remove(shop);
