@@ -44,9 +44,6 @@ std::string WhyTablesUnknown(const SyncJob& record, const Arguments& arguments) 
              "; 'job show' lists them";
     }
   }
-  if (!arguments.all) return {};
-  arguments.tables.clear();
-  for (const JobTable& table : schema->second.Tables()) arguments.tables.push_back(table.name);
   return {};
 }
 

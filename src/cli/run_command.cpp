@@ -38,7 +38,7 @@ bool ContinueAll(const Workspace& workspace, EngineContext& engine) {
     if (RequestRun(engine, index, reason)) {
       some = true;
     } else {
-      Fail("Job " + workspace.Jobs().At(index).name + ": " + reason);
+      Fail("Job " + NameOf(workspace.Jobs().At(index)) + ": " + reason);
     }
   }
   return some;
