@@ -92,7 +92,7 @@ void AppendToPendingBatch(benchmark::State& state) {
   for (auto _ : state) {
     PendingBatch batch;
     for (const std::string& statement : statements) batch.Append(statement);
-    benchmark::DoNotOptimize(batch[kStatements - 1].data());
+    benchmark::DoNotOptimize(batch[kStatements - 1].text.data());
   }
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kStatements));
 }

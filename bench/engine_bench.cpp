@@ -118,8 +118,8 @@ void BareLoop(const OciApi& api, const std::vector<std::string>& statements) {
     void* handle = nullptr;
     api.HandleAlloc(nullptr, &handle, kHtypeStmt, 0, nullptr);
     api.StmtPrepare(static_cast<OCIStmt*>(handle), nullptr,
-                    reinterpret_cast<const OraText*>(batch[i].data()),
-                    static_cast<ub4>(batch[i].size()), kNtvSyntax, kDefault);
+                    reinterpret_cast<const OraText*>(batch[i].text.data()),
+                    static_cast<ub4>(batch[i].text.size()), kNtvSyntax, kDefault);
     api.StmtExecute(nullptr, static_cast<OCIStmt*>(handle), nullptr, 1, 0, nullptr, nullptr,
                     kDefault);
     api.HandleFree(handle, kHtypeStmt);

@@ -50,11 +50,11 @@ class BatchSink final : public RedoSink, private RedoAssembler::Taker {
  private:
   void OnStatement(std::int64_t scn, std::string_view mined) override {
     if (scn >= job_.run.next_positions.cutoff_scn) return;
-    const Verdict verdict = JudgeStatement(mined);
-    if (verdict.safety != Safety::Safe) return TakeAside(scn, mined, verdict.safety);
-    job_.run.pending_batch.Append(verdict.kept);
+    const Judgement judgement = JudgeStatement(mined);
+    if (judgement.safety != Safety::Safe) return TakeAside(scn, mined, judgement.safety);
+    job_.run.pending_batch.Append(judgement.kept);
     if (context_.settings.debug) {
-      context_.log.WriteGeneral(std::to_string(scn) + ", " + std::string(verdict.kept));
+      context_.log.WriteGeneral(std::to_string(scn) + ", " + std::string(judgement.kept));
     }
   }
 
@@ -70,12 +70,11 @@ class BatchSink final : public RedoSink, private RedoAssembler::Taker {
 
   // In its place the batch gets what is blocked without being looked at.
   void TakeAside(std::int64_t scn, std::string_view mined, Safety why) {
-    job_.run.pending_batch.Append({});
+    job_.run.pending_batch.AppendSetAside();
     const ParsedStatement parsed = ParseStatement(mined);
     const bool table_is_known = why != Safety::NoTable && why != Safety::UnknownObject &&
                                 !parsed.owner.empty() && !parsed.table.empty();
-    std::string unused;
-    if (table_is_known && !RewriteStatement(job_, mined, unused).accepted) return;
+    if (table_is_known && Decide(job_, parsed).decision != Decision::Accepted) return;
     context_.log.WriteGeneral(std::to_string(scn) + ", not applied: " + std::string(mined));
     set_aside_.Add(scn, parsed.owner, parsed.table, why, mined);
   }

@@ -89,19 +89,25 @@ Pass::Outcome Pass::ApplyStatements(OracleSession& destination) {
   return Outcome::WorkedOff;
 }
 
-bool Pass::ApplyOne(OracleSession& destination, std::string_view statement) {
-  const Rewritten rewritten = RewriteStatement(job_, statement, to_execute_);
-  Tally* const tally = TallyOf(rewritten.table);
-  if (!rewritten.accepted) {
-    if (rewritten.excluded && context_.settings.debug) {
-      Information("Block Opreaton: " + OperationName(rewritten.parsed) + " " +
-                  std::string(rewritten.parsed.owner) + "." + std::string(rewritten.parsed.table));
+bool Pass::ApplyOne(OracleSession& destination, const PendingBatch::Entry& entry) {
+  if (entry.kind == PendingBatch::Kind::SetAside) {
+    CountBlocked(nullptr);
+    return true;
+  }
+  const ParsedStatement parsed = ParseStatement(entry.text);
+  const Verdict verdict = Decide(job_, parsed);
+  Tally* const tally = TallyOf(verdict.table);
+  if (verdict.decision != Decision::Accepted) {
+    if (verdict.decision == Decision::Excluded && context_.settings.debug) {
+      Information("Block Opreaton: " + OperationName(parsed) + " " + std::string(parsed.owner) +
+                  "." + std::string(parsed.table));
     }
     CountBlocked(tally);
     return true;
   }
+  Rewrite(parsed, verdict.owner, to_execute_);
   if (context_.settings.debug) {
-    Information("Source Schema is " + std::string(rewritten.parsed.owner));
+    Information("Source Schema is " + std::string(parsed.owner));
     context_.log.WriteGeneral(to_execute_);
   }
   if (!destination.Execute(to_execute_)) {

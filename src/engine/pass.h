@@ -33,8 +33,8 @@ class Pass {
   bool Capture();
   Outcome ApplyBatch();
   Outcome ApplyStatements(OracleSession& destination);
-  // Executes or blocks one statement. False when it failed: it stays the next one to try.
-  bool ApplyOne(OracleSession& destination, std::string_view statement);
+  // Executes or blocks one entry. False when it failed: it stays the next one to try.
+  bool ApplyOne(OracleSession& destination, const PendingBatch::Entry& entry);
   // Made before the statement runs, so that counting what has run cannot fail.
   Tally* TallyOf(JobTable* table);
   void RaiseTablesRevision();

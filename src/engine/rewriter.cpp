@@ -58,37 +58,34 @@ ParsedStatement ParseStatement(std::string_view statement) {
   return parsed;
 }
 
-Rewritten RewriteStatement(SyncJob& job, std::string_view statement, std::string& to_execute) {
-  Rewritten result;
-  result.parsed = ParseStatement(statement);
-  const ParsedStatement& parsed = result.parsed;
-  if (parsed.owner.empty() || parsed.table.empty() || IsSystemOwner(parsed.owner)) return result;
-
+Verdict Decide(SyncJob& job, const ParsedStatement& parsed) {
+  Verdict verdict;
+  if (parsed.owner.empty() || parsed.table.empty() || IsSystemOwner(parsed.owner)) return verdict;
   const MutexLock lock(job.config_mutex);
   const auto schema = job.config.schemas.find(parsed.owner);
-  if (schema == job.config.schemas.end()) return result;
-  result.table = schema->second.Find(parsed.table);
-  if (result.table != nullptr && !result.table->includeflag) {
-    result.excluded = true;
-    return result;
-  }
-  result.accepted = true;
-  const std::string_view owner = result.table != nullptr && !result.table->desowner.empty()
-                                     ? std::string_view(result.table->desowner)
-                                     : parsed.owner;
+  if (schema == job.config.schemas.end()) return verdict;
+  JobTable* const table = verdict.table = schema->second.Find(parsed.table);
+  const bool excluded = table != nullptr && !table->includeflag;
+  verdict.decision = excluded ? Decision::Excluded : Decision::Accepted;
+  const bool moved = table != nullptr && !table->desowner.empty();
+  verdict.owner = moved ? std::string_view(table->desowner) : parsed.owner;
+  return verdict;
+}
+
+void Rewrite(const ParsedStatement& parsed, std::string_view owner, std::string& to_execute) {
+  constexpr std::string_view kKeywords[] = {"INTO", "FROM", ""};  // an update has none
+  const std::string_view keyword = kKeywords[static_cast<std::size_t>(parsed.verb)];
   to_execute.clear();
-  to_execute.reserve(statement.size() + owner.size() + 16);
+  to_execute.reserve(parsed.verb_text.size() + keyword.size() + owner.size() + parsed.table.size() +
+                     parsed.rest.size() + 3);
   for (const char c : parsed.verb_text) to_execute += UpperCase(c);
-  // An update has no keyword between the two blanks.
   to_execute += ' ';
-  if (parsed.verb == Verb::Insert) to_execute += "INTO";
-  if (parsed.verb == Verb::Delete) to_execute += "FROM";
+  to_execute += keyword;
   to_execute += ' ';
   to_execute += owner;
   to_execute += '.';
   to_execute += parsed.table;
   to_execute += parsed.rest;
-  return result;
 }
 
 std::string OperationName(const ParsedStatement& parsed) {

@@ -1,4 +1,5 @@
-// Decides whether a captured statement belongs to a job and rewrites its owner for the destination.
+// What becomes of a captured statement: whether it belongs to a job, decided by its owner and table
+// alone, and then its form for the destination.
 #pragma once
 
 #include <string>
@@ -21,16 +22,25 @@ struct ParsedStatement {
 
 ParsedStatement ParseStatement(std::string_view statement);
 
-struct Rewritten {
-  bool accepted = false;
-  bool excluded = false;  // blocked because the job excludes the table
-  ParsedStatement parsed;
-  JobTable* table = nullptr;  // whose counters change; null when the job does not list it
+enum class Decision {
+  Accepted,
+  Blocked,   // not of this job, or not to be told whose it is
+  Excluded,  // blocked because the job excludes the table
 };
 
-// Thread: the job's worker. Holds the job's configuration lock for the look-ups. to_execute is
-// overwritten when the statement is accepted; its memory is used again from call to call.
-Rewritten RewriteStatement(SyncJob& job, std::string_view statement, std::string& to_execute);
+struct Verdict {
+  Decision decision = Decision::Blocked;
+  JobTable* table = nullptr;  // whose counters change; null when the job does not list it
+  std::string_view owner;     // of an accepted statement, on the destination
+};
+
+// Takes the job's configuration lock. Worker's thread: what the verdict points to stays where it is
+// while the job runs.
+Verdict Decide(SyncJob& job, const ParsedStatement& parsed);
+
+// The statement for the destination, where the table belongs to that owner. Overwrites to_execute,
+// whose memory is used again from call to call.
+void Rewrite(const ParsedStatement& parsed, std::string_view owner, std::string& to_execute);
 
 // "INSERT INTO", "DELETE FROM" or the verb in upper case.
 std::string OperationName(const ParsedStatement& parsed);

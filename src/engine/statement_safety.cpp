@@ -53,7 +53,7 @@ Safety JudgeOutsideLiterals(std::string_view text) {
 
 }  // namespace
 
-Verdict JudgeStatement(std::string_view mined, const RowFacts& facts) {
+Judgement JudgeStatement(std::string_view mined, const RowFacts& facts) {
   const ParsedStatement parsed = ParseStatement(mined);
   if (parsed.owner.empty() || parsed.table.empty()) return {Safety::NoTable, {}};
   if (parsed.owner == "UNKNOWN" || IsNumbered(parsed.table, "OBJ# ")) {

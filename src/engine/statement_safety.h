@@ -23,7 +23,7 @@ struct RowFacts {
   bool not_executable = false;  // STATUS is 2
 };
 
-struct Verdict {
+struct Judgement {
   Safety safety = Safety::Safe;
   // The statement as it may be applied: without the conjunction on ROWID that mined updates and
   // deletes end with, whole when it is an insert. A view into it; empty unless it is safe.
@@ -31,7 +31,7 @@ struct Verdict {
 };
 
 // mined: a statement as the redo has it, without its semicolon. Unfinished is never the answer.
-Verdict JudgeStatement(std::string_view mined, const RowFacts& facts = {});
+Judgement JudgeStatement(std::string_view mined, const RowFacts& facts = {});
 
 // For messages and setaside.sql, to be read after "it is not applied: ".
 std::string_view WhyUnsafe(Safety safety);

@@ -3,12 +3,16 @@
 namespace quillmere {
 
 void PendingBatch::Append(std::string_view statement) {
-  statements_.push_back(texts_.Copy(statement));
+  entries_.emplace_back(Kind::Statement, texts_.Copy(statement));
+}
+
+void PendingBatch::AppendSetAside() {
+  entries_.emplace_back(Kind::SetAside, std::string_view());
 }
 
 void PendingBatch::Clear() {
-  statements_.clear();
-  statements_.shrink_to_fit();
+  entries_.clear();
+  entries_.shrink_to_fit();
   texts_.Clear();
 }
 

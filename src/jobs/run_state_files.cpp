@@ -154,7 +154,7 @@ bool WriteBatchFile(FileSystem& files, const JobFolder& folder, const PendingBat
   const auto next_piece = [&]() -> std::string_view {
     piece.clear();
     while (next < batch.Size() && piece.size() < kPieceBytes) {
-      piece.append(batch[next++]).push_back('\n');
+      piece.append(batch[next++].text).push_back('\n');
     }
     return piece;
   };
@@ -178,7 +178,11 @@ FileStatus ReadBatchFile(FileSystem& files, const JobFolder& folder, PendingBatc
   std::size_t begin = 0;
   std::size_t end = 0;
   while ((end = scanner.Find(text, begin, '\n', '\n')) != std::string_view::npos) {
-    batch.Append(text.substr(begin, end - begin));
+    if (end == begin) {
+      batch.AppendSetAside();
+    } else {
+      batch.Append(text.substr(begin, end - begin));
+    }
     begin = end + 1;
   }
   if (begin == text.size()) return {};

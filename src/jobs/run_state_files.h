@@ -42,7 +42,8 @@ FileStatus ReadRunRecord(FileSystem& files, const std::filesystem::path& path, R
 bool WriteCommitPoint(FileSystem& files, const JobFolder& folder, const RunRecord& record,
                       std::string& error);
 
-// Replaces sqlcmds.txt by the batch, a statement a line, readable by its owner alone.
+// Replaces sqlcmds.txt by the batch, a statement a line; one that was set aside is an empty line.
+// Readable by its owner alone.
 bool WriteBatchFile(FileSystem& files, const JobFolder& folder, const PendingBatch& batch,
                     std::string& error);
 

@@ -280,10 +280,12 @@ TEST_F(Rewriter, AcceptsAndRewrites) {
             "DELETE FROM SHOP." + long_name + " where A = 1", ""}}) {
     SCOPED_TRACE(c.what);
     std::string to_execute = "left over from the statement before";
-    const Rewritten result = RewriteStatement(job_, c.statement, to_execute);
-    ASSERT_TRUE(result.accepted);
+    const ParsedStatement parsed = ParseStatement(c.statement);
+    const Verdict verdict = Decide(job_, parsed);
+    ASSERT_EQ(verdict.decision, Decision::Accepted);
+    Rewrite(parsed, verdict.owner, to_execute);
     EXPECT_EQ(to_execute, c.to_execute);
-    EXPECT_EQ(result.table == nullptr ? "" : result.table->name, c.counted);
+    EXPECT_EQ(verdict.table == nullptr ? "" : verdict.table->name, c.counted);
   }
 }
 
@@ -303,10 +305,9 @@ TEST_F(Rewriter, Blocks) {
            {"owner too long", "delete from " + too_long + ".ORDERS where A = 1", "", ""},
            {"table too long", "delete from SHOP." + too_long + " where A = 1", "", ""}}) {
     SCOPED_TRACE(c.what);
-    std::string to_execute;
-    const Rewritten result = RewriteStatement(job_, c.statement, to_execute);
-    EXPECT_FALSE(result.accepted);
-    EXPECT_EQ(result.table == nullptr ? "" : result.table->name, c.counted);
+    const Verdict verdict = Decide(job_, ParseStatement(c.statement));
+    EXPECT_EQ(verdict.decision, c.counted.empty() ? Decision::Blocked : Decision::Excluded);
+    EXPECT_EQ(verdict.table == nullptr ? "" : verdict.table->name, c.counted);
   }
 }
 
@@ -316,8 +317,9 @@ TEST_F(Rewriter, SurvivesAnyText) {
   for (int i = 0; i < 20000; ++i) {
     std::string text;
     for (auto n = random() % 60; n > 0; --n) text += alphabet[random() % alphabet.size()];
+    const ParsedStatement parsed = ParseStatement(text);
     std::string to_execute;
-    RewriteStatement(job_, text, to_execute);
+    Rewrite(parsed, Decide(job_, parsed).owner, to_execute);
     Taken taken;
     RedoAssembler assembler;
     assembler.Add(0, text, taken);

@@ -75,14 +75,19 @@ TEST(BatchFile, ReadsBackByteForByte) {
       std::string(20000, 'x'),
       ""};
   PendingBatch batch;
-  for (const std::string& statement : statements) batch.Append(statement);
+  for (const std::string& statement : statements) {
+    statement.empty() ? batch.AppendSetAside() : batch.Append(statement);
+  }
   std::string error;
   const JobFolder job(folder.Path(), "J");
   ASSERT_TRUE(WriteBatchFile(folder.Files(), job, batch, error)) << error;
   PendingBatch read;
   ASSERT_TRUE(ReadBatchFile(folder.Files(), job, read));
   ASSERT_EQ(read.Size(), statements.size());
-  for (std::size_t i = 0; i < statements.size(); ++i) EXPECT_EQ(read[i], statements[i]);
+  for (std::size_t i = 0; i < statements.size(); ++i) {
+    EXPECT_EQ(read[i].text, statements[i]);
+    EXPECT_EQ(read[i].kind, batch[i].kind);
+  }
 
   // Cut anywhere but at a line's end outside of a literal, the file is refused.
   const std::string whole = folder.Read("jobs/J/sqlcmds.txt");
