@@ -9,7 +9,7 @@
 #include <memory>
 
 #include "benches.h"
-#include "engine/capture.h"
+#include "engine/follow_rows.h"
 #include "engine/job_runner.h"
 #include "null_oci.h"
 #include "scratch_folder.h"
@@ -65,8 +65,8 @@ class Engine {
   void Capture(std::size_t rows) {
     OracleSession session(library_);
     if (!session.Connect({"S", "u", "p", false})) std::abort();
-    Job().run.next_positions.cutoff_scn = 1'000'000'000;
-    if (!GetStatements(context_, 0, session) || Job().run.pending_batch.Empty()) std::abort();
+    Job().run.positions.cutoff_scn = 1'000'000'000;
+    if (!FollowRows(context_, 0).Mine(session) || Job().run.pending_batch.Empty()) std::abort();
     benchmark::DoNotOptimize(rows);
     Job().run.pending_batch.Clear();
   }

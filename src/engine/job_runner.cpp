@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "engine/follow.h"
 #include "engine/job_view.h"
 #include "engine/pass.h"
 
@@ -23,18 +24,17 @@ void RecordAndNotify(EngineContext& context, std::size_t index, JobState state) 
   context.listener.OnJobChanged(index, false);
 }
 
-bool ReadSourceScn(EngineContext& context, std::size_t index, const JobView& view,
-                   std::int64_t& scn) {
-  OracleSession session(context.oci);
-  if (!session.Connect(view.source)) {
-    context.listener.OnError(index, "Connect source fail : " + session.LastError());
-    return false;
+bool StartPositions(EngineContext& context, std::size_t index, const JobView& view,
+                    Positions& positions) {
+  OracleSession source(context.oci);
+  std::string error;
+  if (!source.Connect(view.source)) {
+    error = "Connect source fail : " + source.LastError();
+  } else if (WayOf(context, index)->Start(source, positions, error)) {
+    return true;
   }
-  if (!session.ReadCurrentScn(scn)) {
-    context.listener.OnError(index, "GetLastScn fail : " + session.LastError());
-    return false;
-  }
-  return true;
+  context.listener.OnError(index, error);
+  return false;
 }
 
 }  // namespace
@@ -69,15 +69,15 @@ void JobRunner::Step(std::size_t index) try {
 void JobRunner::Start(std::size_t index) {
   SyncJob& job = context_.jobs.At(index);
   const JobView view(job);
-  std::int64_t scn = 0;
-  if (!ReadSourceScn(context_, index, view, scn)) {
+  Positions positions;
+  if (!StartPositions(context_, index, view, positions)) {
     context_.jobs.ReplaceState(index, JobState::Starting, JobState::Stopped);
     RecordAndNotify(context_, index, JobState::Stopped);
     context_.listener.OnError(index, "Job " + view.name + " start failed.");
     return;
   }
   job.run = {};
-  job.run.positions = job.run.next_positions = {scn, scn};
+  job.run.positions = positions;
   job.run.next_due = AddMinutes(context_.clock.Now(), view.interval_minutes);
   {
     const MutexLock lock(job.config_mutex);

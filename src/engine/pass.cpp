@@ -2,8 +2,6 @@
 
 #include <exception>
 
-#include "engine/capture.h"
-
 namespace quillmere {
 
 Pass::Pass(EngineContext& context, std::size_t index, const std::atomic<bool>& end_requested)
@@ -13,6 +11,7 @@ Pass::Pass(EngineContext& context, std::size_t index, const std::atomic<bool>& e
       job_(context.jobs.At(index)),
       view_(job_),
       folder_(context.catalogue.FolderOf(view_.name)),
+      way_(WayOf(context, index)),
       record_(context.files, folder_) {}
 
 void Pass::Run() {
@@ -37,12 +36,21 @@ void Pass::Run() {
   }
 }
 
+bool Pass::CaptureFromSource(std::string& error) try {
+  OracleSession source(context_.oci);
+  if (source.Connect(view_.source)) return way_->Capture(source, error);
+  error = "Connect source fail : " + source.LastError() + " when get command of " + view_.name + ".";
+  return false;
+} catch (const std::exception& failure) {  // the batch did not fit into memory
+  error = std::string("GetSqlStrings fail : ") + failure.what();
+  return false;
+}
+
 bool Pass::Capture() {
-  try {
-    if (!CaptureBatch(context_, index_)) return false;
-  } catch (const std::exception& failure) {  // the batch did not fit into memory
+  std::string error;
+  if (!CaptureFromSource(error)) {
     job_.run.pending_batch.Clear();
-    Error(std::string("GetSqlStrings fail : ") + failure.what());
+    Error(error);
     return false;
   }
   const bool fetched = !job_.run.pending_batch.Empty();
@@ -207,7 +215,7 @@ void Pass::Finish() {
   job_.run.next_due = AddMinutes(from, view_.interval_minutes);
   job_.run.pending_batch.Clear();
   job_.run.batch_pending = 0;
-  job_.run.positions = job_.run.next_positions;
+  way_->Finish();
   WriteRecord();
   context_.listener.OnJobChanged(index_, false);
   std::string error;

@@ -8,6 +8,7 @@
 #include <unordered_map>
 
 #include "engine/engine_context.h"
+#include "engine/follow.h"
 #include "engine/job_view.h"
 #include "engine/rewriter.h"
 #include "jobs/run_state_files.h"
@@ -31,6 +32,7 @@ class Pass {
   };
 
   bool Capture();
+  bool CaptureFromSource(std::string& error);
   Outcome ApplyBatch();
   Outcome ApplyStatements(OracleSession& destination);
   // Executes or blocks one entry. False when it failed: it stays the next one to try.
@@ -59,6 +61,7 @@ class Pass {
   SyncJob& job_;
   const JobView view_;
   const JobFolder folder_;
+  const std::unique_ptr<FollowWay> way_;
   RunRecordWriter record_;
   bool record_failed_ = false;         // told once a pass
   bool destination_committed_ = true;  // as far as is known

@@ -31,9 +31,7 @@ void TakeRecord(SyncJob& job, const RunRecord& record) {
   job.run.blocked_count = record.blocked_count;
   job.run.batch_pending = record.batch_pending;
   job.run.positions = {record.mining_start_scn, record.cutoff_scn};
-  // The working SCNs are not stored. The batch holds exactly the rows below the cut-off; mining
-  // from there next finds everything above it once.
-  job.run.next_positions = {record.cutoff_scn, record.cutoff_scn};
+  job.run.next_positions.reset();
 }
 
 // A commit point that is still there: the program ended before the destination's commit was known,

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -136,7 +137,7 @@ struct JobRun {
   SharedNumber<std::int32_t> blocked_count;
   SharedNumber<std::int32_t> batch_pending;
   Positions positions;
-  Positions next_positions;  // what the batch at hand moves them to; not persisted
+  std::optional<Positions> next_positions;  // where the batch at hand leads; not persisted
   PendingBatch pending_batch;
   LocalTime next_due;  // not set: due at once
 };

@@ -345,6 +345,20 @@ TEST_F(EngineTest, ProgramThatDiesInAPassComesBackToItsCommitPoint) {
   EXPECT_EQ(again.run.applied_count, 1);
 }
 
+// It holds the rows below the cut-off and nothing above: the next capture starts there.
+TEST_F(EngineTest, BatchThatIsReadBackMovesBothPositionsToTheCutOff) {
+  StartJob();
+  const RunRecord record{.state = 2, .batch_remaining = 2, .cutoff_scn = 500, .batch_pending = 1};
+  folder_.Write("jobs/J/block.dat", {reinterpret_cast<const char*>(&record), sizeof record});
+  folder_.Write("jobs/J/sqlcmds.txt", "insert into SHOP.ORDERS values (1)\n\n");
+  const RestoredRun restored = RestoreRunState(job_, folder_ / "jobs/J", RestoreMode::Resume);
+  jobs_.SetState(index_, JobState::Started, restored.progress);
+  NextPass();
+  EXPECT_EQ(job_.run.applied_count + job_.run.blocked_count, 2);
+  EXPECT_EQ(Record().mining_start_scn, 500);
+  EXPECT_EQ(Record().cutoff_scn, 500);
+}
+
 TEST_F(EngineTest, RequestStopsAPassBehindTheStatementInHand) {
   StartJob();
   script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"11", Insert("2")}, {"12", Insert("3")}});

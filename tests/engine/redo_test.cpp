@@ -221,7 +221,7 @@ TEST(StatementSafety, JudgesByTextAndRow) {
             Safety::UnsupportedType,
             {.not_executable = true}}}) {
     SCOPED_TRACE(c.what);
-    const Verdict verdict = JudgeStatement(c.mined, c.facts);
+    const Judgement verdict = JudgeStatement(c.mined, c.facts);
     EXPECT_EQ(verdict.safety, c.safety) << WhyUnsafe(verdict.safety);
     EXPECT_EQ(verdict.kept, c.kept);
   }

@@ -123,8 +123,6 @@ TEST_F(Restore, StartedComesBackPausedWithItsBatch) {
   EXPECT_EQ(restored.progress.batch_remaining, 1U);
   EXPECT_EQ(job_.run.pending_batch.Size(), 5U);
   EXPECT_EQ(job_.run.positions.mining_start_scn, 0x0102030405060708);
-  EXPECT_EQ(job_.run.next_positions.mining_start_scn, 500);
-  EXPECT_EQ(job_.run.next_positions.cutoff_scn, 500);
   EXPECT_EQ(job_.run.blocked_count, 6);
 }
 

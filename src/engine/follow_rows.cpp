@@ -1,9 +1,8 @@
-#include "engine/capture.h"
+#include "engine/follow_rows.h"
 
 #include <algorithm>
 #include <limits>
 
-#include "engine/job_view.h"
 #include "engine/redo_assembler.h"
 #include "engine/rewriter.h"
 #include "engine/set_aside.h"
@@ -17,7 +16,10 @@ namespace {
 class BatchSink final : public RedoSink, private RedoAssembler::Taker {
  public:
   BatchSink(EngineContext& context, std::size_t index)
-      : context_(context), index_(index), job_(context.jobs.At(index)) {}
+      : context_(context),
+        index_(index),
+        job_(context.jobs.At(index)),
+        cutoff_scn_(job_.run.positions.cutoff_scn) {}
 
   bool OnRedo(std::int64_t scn, std::string_view text, std::string& reason) override {
     largest_scn_ = std::max(largest_scn_, scn);
@@ -49,7 +51,7 @@ class BatchSink final : public RedoSink, private RedoAssembler::Taker {
 
  private:
   void OnStatement(std::int64_t scn, std::string_view mined) override {
-    if (scn >= job_.run.next_positions.cutoff_scn) return;
+    if (scn >= cutoff_scn_) return;
     const Judgement judgement = JudgeStatement(mined);
     if (judgement.safety != Safety::Safe) return TakeAside(scn, mined, judgement.safety);
     job_.run.pending_batch.Append(judgement.kept);
@@ -59,11 +61,11 @@ class BatchSink final : public RedoSink, private RedoAssembler::Taker {
   }
 
   void OnUnfinished(std::int64_t scn, std::string_view mined) override {
-    if (scn < job_.run.next_positions.cutoff_scn) TakeAside(scn, mined, Safety::Unfinished);
+    if (scn < cutoff_scn_) TakeAside(scn, mined, Safety::Unfinished);
   }
 
   void OnComment(std::int64_t scn, std::string_view text) override {
-    if (scn >= job_.run.next_positions.cutoff_scn || ++comments_ > 1) return;
+    if (scn >= cutoff_scn_ || ++comments_ > 1) return;
     first_comment_ =
         "The first, at SCN " + std::to_string(scn) + ": " + std::string(text.substr(0, 80));
   }
@@ -90,6 +92,7 @@ class BatchSink final : public RedoSink, private RedoAssembler::Taker {
   EngineContext& context_;
   const std::size_t index_;
   SyncJob& job_;
+  const std::int64_t cutoff_scn_;
   RedoAssembler assembler_;
   SetAside set_aside_;
   std::int64_t largest_scn_ = -1;
@@ -107,52 +110,61 @@ void WriteSqlErrorFile(const EngineContext& context, std::string_view text) {
   }
 }
 
-bool Fail(EngineContext& context, std::size_t index, const std::string& text) {
-  context.jobs.At(index).run.pending_batch.Clear();
-  context.listener.OnError(index, text);
-  return false;
-}
-
 }  // namespace
 
-bool GetStatements(EngineContext& context, std::size_t index, OracleSession& session) {
-  SyncJob& job = context.jobs.At(index);
-  job.run.pending_batch.Clear();
-  BatchSink sink(context, index);
-  if (!session.MineRedo(sink)) return false;
-  sink.Tell();
-  if (sink.LargestScn() != -1) {
-    job.run.next_positions.mining_start_scn = job.run.next_positions.cutoff_scn;
-    // Wraps around like the 64-bit addition it is instead of being undefined.
-    job.run.next_positions.cutoff_scn =
-        static_cast<std::int64_t>(static_cast<std::uint64_t>(sink.LargestScn()) + 1);
+FollowRows::FollowRows(EngineContext& context, std::size_t index)
+    : context_(context), index_(index), job_(context.jobs.At(index)) {}
+
+bool FollowRows::Start(OracleSession& source, Positions& positions, std::string& error) {
+  std::int64_t scn = 0;
+  if (!source.ReadCurrentScn(scn)) {
+    error = "GetLastScn fail : " + source.LastError();
+    return false;
   }
+  positions = {scn, scn};
   return true;
 }
 
-bool CaptureBatch(EngineContext& context, std::size_t index) {
-  SyncJob& job = context.jobs.At(index);
-  OracleSession session(context.oci);
-  const JobView view(job);
-  if (!session.Connect(view.source)) {
-    return Fail(
-        context, index,
-        "Connect source fail : " + session.LastError() + " when get command of " + view.name + ".");
+bool FollowRows::Capture(OracleSession& source, std::string& error) {
+  if (!source.SetLogs(job_.run.positions.mining_start_scn)) {
+    error = "SetLogs fail : " + source.LastError();
+    return false;
   }
-  if (!session.SetLogs(job.run.positions.mining_start_scn)) {
-    return Fail(context, index, "SetLogs fail : " + session.LastError());
+  if (!Mine(source)) {
+    WriteSqlErrorFile(context_, source.LastError());
+    error = "GetSqlStrings fail : " + source.LastError();
+    return false;
   }
-  job.run.next_positions = job.run.positions;
-  if (!GetStatements(context, index, session)) {
-    WriteSqlErrorFile(context, session.LastError());
-    return Fail(context, index, "GetSqlStrings fail : " + session.LastError());
-  }
-  if (job.run.pending_batch.Empty()) return true;
-  std::string error;
+  if (job_.run.pending_batch.Empty()) return true;
   // Without its file the batch would not survive a restart: mine it again rather.
-  return WriteBatchFile(context.files, context.catalogue.FolderOf(view.name),
-                        job.run.pending_batch, error) ||
-         Fail(context, index, error);
+  return WriteBatchFile(context_.files, context_.catalogue.FolderOf(NameOf(job_)),
+                        job_.run.pending_batch, error);
+}
+
+bool FollowRows::Mine(OracleSession& source) {
+  JobRun& run = job_.run;
+  run.next_positions = run.positions;
+  BatchSink sink(context_, index_);
+  if (!source.MineRedo(sink)) return false;
+  sink.Tell();
+  if (sink.LargestScn() == -1) return true;
+  // Wraps around like the 64-bit addition it is instead of being undefined.
+  const auto behind_largest =
+      static_cast<std::int64_t>(static_cast<std::uint64_t>(sink.LargestScn()) + 1);
+  run.next_positions = {run.positions.cutoff_scn, behind_largest};
+  return true;
+}
+
+void FollowRows::Finish() {
+  JobRun& run = job_.run;
+  // A batch that was read back has brought no positions. It holds exactly the rows below the
+  // cut-off; mining from there next finds everything above it once.
+  const Positions behind_cutoff{run.positions.cutoff_scn, run.positions.cutoff_scn};
+  run.positions = run.next_positions.value_or(behind_cutoff);
+}
+
+std::unique_ptr<FollowWay> WayOf(EngineContext& context, std::size_t index) {
+  return std::make_unique<FollowRows>(context, index);
 }
 
 }  // namespace quillmere
