@@ -1,4 +1,5 @@
-// What every part of the engine works with. Made by the workspace; all of it outlives the engine.
+// What every part of the engine works with. Made by the workspace; all of it outlives the engine
+// and may be used on the thread that runs the jobs, of the message log its general log alone.
 #pragma once
 
 #include <atomic>
@@ -18,7 +19,7 @@ struct EngineContext {
   JobList& jobs;
   JobCatalogue& catalogue;
   OciLibrary& oci;
-  MessageLog& log;  // its general log only: the list belongs to the user-interface thread
+  MessageLog& log;
   const Clock& clock;
   const Settings& settings;
   RunnerListener& listener;

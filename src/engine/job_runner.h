@@ -11,16 +11,21 @@
 
 namespace quillmere {
 
-// One thread at a time may call Step; RequestEnd may come from any thread.
+// One thread at a time may call Step; RequestEnd may come from any thread. What context refers to
+// must outlive the runner.
 class JobRunner {
  public:
   explicit JobRunner(EngineContext context);
 
   // Serves one job once: starts, pauses or resets it when that was requested, or makes one pass of
-  // a started job whose next due time has come. Everything that fails is told to the listener.
+  // a started job whose next due time has come. It comes back after connects, statements and
+  // writes: seconds or hours. Everything that fails is told to the listener and nothing is thrown;
+  // a pass that failed leaves its batch and positions and is due again an interval later, a start
+  // that failed leaves the job stopped.
   void Step(std::size_t index);
 
-  // Makes a pass in progress stop behind the statement in hand, as a pause would.
+  // Makes a pass in progress, and each one after it, stop behind the statement in hand, as a pause
+  // would. There is no way back.
   void RequestEnd() { end_requested_ = true; }
   bool EndRequested() const { return end_requested_; }
 
@@ -33,12 +38,18 @@ class JobRunner {
   std::atomic<bool> end_requested_{false};
 };
 
-// --- Requests of the user interface -----------------------------------------------------------
+// --- Requests of the user interface, on its thread ---------------------------------------------
+
+// Each comes back at once; the next Step serves it. One that does not fit the job's state changes
+// nothing.
 
 // Run: starts a stopped job or continues a paused one with its kept batch and positions. Refused
-// with a reason until the job's table list has been fetched.
+// with a reason until the job's table list has been fetched, and when the record of a job that is
+// to continue can not be written: its state stays then.
 bool RequestRun(EngineContext& context, std::size_t index, std::string& reason);
+// Of a started job.
 void RequestPause(JobList& jobs, std::size_t index);
+// Of a started or paused job.
 void RequestStop(JobList& jobs, std::size_t index);
 
 }  // namespace quillmere

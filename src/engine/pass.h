@@ -15,9 +15,9 @@
 
 namespace quillmere {
 
-// Made for one pass. All statements of a pass run in the destination session's one transaction,
-// which ends with the session: until then what the run record says of them is provisional, and the
-// commit point on disk says where to go back to.
+// Made for one pass, on the thread that runs the job. All statements of a pass run in the
+// destination session's one transaction, which ends with the session: until then what the run
+// record says of them is provisional, and the commit point on disk says where to go back to.
 class Pass {
  public:
   Pass(EngineContext& context, std::size_t index, const std::atomic<bool>& end_requested);

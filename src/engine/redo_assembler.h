@@ -1,4 +1,5 @@
-// Puts the rows of mined redo together into statements, by their text alone.
+// Puts the rows of mined redo together into statements, by their text alone. Made for one capture,
+// on its thread.
 #pragma once
 
 #include <cstdint>

@@ -6,7 +6,8 @@
 
 namespace quillmere {
 
-// Called on the thread that runs the step. Texts are valid during the call only.
+// Called on the thread that runs the step, with no lock held; the step goes on when the call comes
+// back. Texts are valid during the call only. Outlives the runner.
 class RunnerListener {
  public:
   virtual ~RunnerListener() = default;

@@ -14,10 +14,10 @@ class HWorkThread {
  public:
   static constexpr std::chrono::milliseconds kSweepPause{1500};
 
-  // runner must outlive the thread, which starts at once.
+  // runner and jobs must outlive the thread, which starts at once.
   HWorkThread(JobRunner& runner, const JobList& jobs,
               std::chrono::milliseconds pause = kSweepPause);
-  ~HWorkThread();  // Terminate and Wait
+  ~HWorkThread();  // Terminate, and wait for the end without a limit
 
   // Any thread. Asks for the end and returns at once: the step in hand stops behind its statement.
   void Terminate();

@@ -31,6 +31,8 @@ void ResolveLogOns(JobConfig& job, const LogOnLookup& log_ons);
 // rests in.
 using RunStateRestorer = std::function<JobState(SyncJob& job)>;
 
+// What it refers to must outlive it. Where a file can not be read or written, the reason
+// names it; what is in memory stays, and so do the files, which are replaced whole or not at all.
 class JobCatalogue {
  public:
   // All but the folder's path must outlive the catalogue.
@@ -40,10 +42,12 @@ class JobCatalogue {
   // jobs/<name> under the working folder.
   JobFolder FolderOf(std::string_view name) const { return {working_folder_, name}; }
 
-  // Why the name cannot be given to the job at index (kNotFound: a new one); empty when it can.
+  // Why the name cannot be given to the job at index (kNotFound: a new one); empty when it can. Any
+  // thread, as JobFolder.
   std::string WhyNameRefused(std::string_view name, std::size_t index) const;
 
   // Builds the list anew from the files. Call once, before the worker runs. User-interface thread.
+  // What could not be read is in the log; a job without its own file is there without tables.
   void Load(const LogOnLookup& log_ons, const RunStateRestorer& restore);
 
   // Writes jobs.xml with every live job that bears the save mark, then the own file of each of them
@@ -61,7 +65,7 @@ class JobCatalogue {
 
   // Frees the slot and removes the files that the program keeps in the job's folder, and the folder
   // unless there is something else in it. Saving is the caller's. The job must rest.
-  // User-interface thread.
+  // User-interface thread. False: a file stayed, error says which; the slot is free all the same.
   bool Remove(std::size_t index, std::string& error);
 
  private:

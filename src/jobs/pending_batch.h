@@ -45,8 +45,8 @@ class PendingBatch {
 
     Packed(Kind kind, std::string_view text)
         : text_(text.data()),
-          size_and_kind_(std::uint64_t{text.size()} << kKindBits | static_cast<std::uint8_t>(kind)) {
-    }
+          size_and_kind_(std::uint64_t{text.size()} << kKindBits |
+                         static_cast<std::uint8_t>(kind)) {}
     Entry Unpacked() const {
       return {static_cast<Kind>(size_and_kind_ & 0xff), {text_, size_and_kind_ >> kKindBits}};
     }

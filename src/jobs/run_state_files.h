@@ -1,5 +1,6 @@
 // A job's run record (block.dat), its commit point (commit.dat) and its pending batch
-// (sqlcmds.txt), in the job's folder. docs/file-formats.md has their layout.
+// (sqlcmds.txt), in the job's folder. docs/file-formats.md has their layout. For the thread that a
+// job's run belongs to.
 #pragma once
 
 #include <filesystem>
@@ -48,7 +49,7 @@ bool WriteBatchFile(FileSystem& files, const JobFolder& folder, const PendingBat
                     std::string& error);
 
 // Appends the statements of sqlcmds.txt to the batch. A line feed inside a literal belongs to it.
-// Damaged: the file ends inside a statement.
+// Damaged: the file ends inside a statement; the batch has a part of it then, to be dropped.
 FileStatus ReadBatchFile(FileSystem& files, const JobFolder& folder, PendingBatch& batch);
 
 enum class RestoreMode { Resume, LookOnly };

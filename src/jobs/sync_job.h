@@ -1,4 +1,5 @@
-// The records of a synchronization job: the job, its source owners, their tables, its run state.
+// The records of a synchronization job: its configuration with source owners and tables, and its
+// run. Who may touch which of them when is said at SyncJob.
 #pragma once
 
 #include <atomic>
@@ -36,8 +37,7 @@ bool IsRunning(JobState state);
 // Stopped or Paused: then a job may be changed.
 bool Rests(JobState state);
 
-// A number that one thread writes while another reads it; copies like a number. Who sees a number
-// sees what its writer wrote before it: so count first, then raise the revision.
+// A number that one thread writes while another reads it; copies like a number.
 template <typename T>
 class SharedNumber {
  public:
@@ -70,7 +70,7 @@ struct JobTable {
 };
 
 // The tables of one source owner, in insertion order, found by name through a hash. Tables never
-// move in memory while the schema lives.
+// move in memory while the schema lives. Guarded by the lock of the job that it belongs to.
 class JobSchema {
  public:
   JobSchema() = default;

@@ -15,13 +15,14 @@
 
 namespace quillmere {
 
-// True for the 28 owners that belong to the database itself (exact, case-sensitive match).
+// True for the 28 owners that belong to the database itself (exact, case-sensitive match). Any
+// thread.
 bool IsSystemOwner(std::string_view owner);
 
 // Takes a line for a log, during the call only.
 using LineSink = std::function<void(std::string_view line)>;
 
-// Takes the rows of a mining run as they arrive.
+// Takes the rows of a mining run as they arrive, on the thread of the session.
 class RedoSink {
  public:
   virtual ~RedoSink() = default;
@@ -32,18 +33,21 @@ class RedoSink {
   virtual bool OnEnd(std::string& reason) = 0;
 };
 
-// Made for one task and destroyed at its end; used by one thread only. No operation throws: each
-// returns false and leaves "<step label> : <Oracle's message>" in LastError().
+// Made for one task and destroyed at its end; used by the thread that made it, whose OCI
+// environment it works with. No operation throws for what the server or the client library refuses:
+// each returns false and leaves "<step label> : <Oracle's message>" in LastError(). A session that
+// failed is still connected as far as it knows and may be asked again; what its transaction holds
+// stands.
 class OracleSession {
  public:
   // library must outlive the session.
   explicit OracleSession(OciLibrary& library);
-  ~OracleSession();
+  ~OracleSession();  // Disconnect
   OracleSession(const OracleSession&) = delete;
   OracleSession& operator=(const OracleSession&) = delete;
 
-  // Allocates the handles, attaches and logs on. A failed connect leaves the session as
-  // constructed, with its error text; it may be tried again.
+  // Allocates the handles, attaches and logs on; one that is connected is disconnected first. A
+  // failed connect leaves the session as constructed, with its error text; it may be tried again.
   bool Connect(const LogOn& log_on);
 
   // Ends the session, which commits its open transaction on the server; only Disconnect is left to
@@ -51,7 +55,7 @@ class OracleSession {
   // there was no session.
   bool EndSession();
 
-  // Ends the session unless that was done, and detaches.
+  // Ends the session unless that was done, which commits, and detaches. LastError() stays.
   void Disconnect();
 
   bool Connected() const { return connected_; }
@@ -59,7 +63,7 @@ class OracleSession {
   // The server's number of that error, as 1289 of ORA-01289; 0 when it was not the server's.
   oci::sb4 LastErrorCode() const { return last_error_code_; }
 
-  // One statement without result rows.
+  // One statement without result rows. One that is refused leaves the transaction as it was.
   bool Execute(std::string_view statement);
 
   // What the operator is to know besides success or failure, a line each: rows that a list left out
@@ -75,7 +79,8 @@ class OracleSession {
   bool SetLogs(std::int64_t start_scn);
 
   // Hands the committed changes of all but the system's own owners to the sink, in commit order,
-  // and ends the mining session. After a failure the mining session goes with this session.
+  // and ends the mining session. After a failure, the sink's included, the mining session goes with
+  // this session.
   bool MineRedo(RedoSink& sink);
 
   // --- Catalogue ------------------------------------------------------------------------------

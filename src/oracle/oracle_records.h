@@ -1,4 +1,5 @@
-// Rows of Oracle's data dictionary, as the catalogue queries return them. Texts are right-trimmed.
+// Rows of Oracle's data dictionary, as the catalogue queries return them: plain values. Texts are
+// right-trimmed and in the dictionary's case.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,5 @@
 // What loading a client library needs of the operating system. Each platform has a file of its own.
+// Asked once, before the program starts threads.
 #pragma once
 
 #include <filesystem>

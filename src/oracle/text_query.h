@@ -29,8 +29,9 @@ inline constexpr QueryLabels kSingleLabels{
     "OCIHandleAlloc(Stmt) : ", "OCIStmtPrepare : ", "OCIDefineByPos : ", "OCIStmtExecute : ",
     "OCIStmtFetch2 : "};
 
-// Every failing step sets the session's last error under its label and returns false. The statement
-// handle is freed with the query.
+// Lives on the stack of one operation of a connected session, which must outlive it, as must the
+// labels. Every failing step sets the session's last error under its label and returns false; the
+// query is not used further then. The statement handle is freed with the query.
 class TextQuery {
  public:
   enum class Row { Fetched, End, Failed };
@@ -57,7 +58,7 @@ class TextQuery {
   bool OpenWithRow(std::string_view sql, std::initializer_list<oci::sb4> capacities);
 
   // Of the current row, position from 0: the bytes as they came; without trailing blanks. NULL is
-  // the empty text.
+  // the empty text. Valid until the next Fetch.
   std::string_view Raw(std::size_t column) const;
   std::string_view Text(std::size_t column) const;
 
