@@ -39,7 +39,8 @@ void Pass::Run() {
 bool Pass::CaptureFromSource(std::string& error) try {
   OracleSession source(context_.oci);
   if (source.Connect(view_.source)) return way_->Capture(source, error);
-  error = "Connect source fail : " + source.LastError() + " when get command of " + view_.name + ".";
+  error =
+      "Connect source fail : " + source.LastError() + " when get command of " + view_.name + ".";
   return false;
 } catch (const std::exception& failure) {  // the batch did not fit into memory
   error = std::string("GetSqlStrings fail : ") + failure.what();

@@ -199,7 +199,9 @@ TEST_F(EngineTest, AppliesInOrderCountsAndSaves) {
       ElementsAre(InsertOf("1"), "UPDATE  ARCHIVE.ITEMS set \"A\" = '1' where \"A\" = '0'",
                   "DELETE FROM SHOP.UNLISTED where \"A\" = '0'", InsertOf("3", "SHOP.OTHER")));
   const std::vector<std::string> lines = listener_.Take();
-  EXPECT_THAT(lines[0], HasSubstr("SHOP.ORDERS set aside and not applied: 1. The first, at SCN 15: it does not"));
+  EXPECT_THAT(
+      lines[0],
+      HasSubstr("SHOP.ORDERS set aside and not applied: 1. The first, at SCN 15: it does not"));
   EXPECT_THAT(lines.back(), kDone);
   EXPECT_EQ(job_.run.applied_count, 4);
   EXPECT_EQ(job_.run.blocked_count, 2);

@@ -192,13 +192,13 @@ TEST_F(DictionaryTest, ARenamedTableKeepsItsKeys) {
 
 TEST_F(DictionaryTest, WhoMaySeeAndChangeWhat) {
   Client scott;
-  EXPECT_EQ(scott.Connect({"SRC", "nobody", "x", false}).substr(0, 9), "ORA-01017");
-  EXPECT_EQ(scott.Connect({"SRC", "scott", "TIGER", false}).substr(0, 9), "ORA-01017");
-  EXPECT_EQ(scott.Connect({"NOWHERE", "scott", "tiger", false}).substr(0, 9), "ORA-12154");
-  EXPECT_EQ(scott.Connect({"../SRC", "scott", "tiger", false}).substr(0, 9), "ORA-12154");
-  EXPECT_EQ(scott.Connect({"SRC", "SYS", "sandbox", false}).substr(0, 9), "ORA-28009");
-  EXPECT_EQ(scott.Connect({"SRC", "scott", "tiger", true}).substr(0, 9), "ORA-01031");
-  ASSERT_EQ(scott.Connect({"SRC", "Scott", "tiger", false}), "");
+  EXPECT_EQ(scott.Connect("SRC", "nobody", "x", false).substr(0, 9), "ORA-01017");
+  EXPECT_EQ(scott.Connect("SRC", "scott", "TIGER", false).substr(0, 9), "ORA-01017");
+  EXPECT_EQ(scott.Connect("NOWHERE", "scott", "tiger", false).substr(0, 9), "ORA-12154");
+  EXPECT_EQ(scott.Connect("../SRC", "scott", "tiger", false).substr(0, 9), "ORA-12154");
+  EXPECT_EQ(scott.Connect("SRC", "SYS", "sandbox", false).substr(0, 9), "ORA-28009");
+  EXPECT_EQ(scott.Connect("SRC", "scott", "tiger", true).substr(0, 9), "ORA-01031");
+  ASSERT_EQ(scott.Connect("SRC", "Scott", "tiger", false), "");
   struct Case {
     const char* sql;
     const char* begins;
@@ -230,7 +230,7 @@ TEST_F(DictionaryTest, WhoMaySeeAndChangeWhat) {
   EXPECT_EQ(run("select count(*) from hr.emp").substr(0, 9), "ORA-00942");
   ASSERT_EQ(client_.Execute("alter user scott identified by Lion"), "");
   Client again;
-  EXPECT_EQ(again.Connect({"SRC", "scott", "Lion", false}), "");
+  EXPECT_EQ(again.Connect("SRC", "scott", "Lion", false), "");
 }
 
 }  // namespace

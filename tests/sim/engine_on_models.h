@@ -7,6 +7,7 @@
 
 #include "engine/job_runner.h"
 #include "sim/model_oci.h"
+#include "support/config_of.h"
 #include "support/temp_folder.h"
 
 namespace quillmere::sim {
@@ -17,12 +18,13 @@ struct EngineOnModels final : RunnerListener {
     client.Add("DES", destination);
     destination.AddTable("SHOP.ORDERS", 0);
     destination.AddTable("COPY.ITEMS", 1);
-    job.name = "J";
-    job.sync_interval = 1;
-    job.src_database_name = "SRC";
-    job.des_database_name = "DES";
-    job.table_list_fetched = true;
-    JobSchema& shop = job.schemas["SHOP"];
+    JobConfig& config = ConfigOf(job);
+    config.name = "J";
+    config.sync_interval = 1;
+    config.source = {"SRC", "u", "p", false};
+    config.destination = {"DES", "u", "p", false};
+    config.table_list_fetched = true;
+    JobSchema& shop = config.schemas["SHOP"];
     shop.Append({.name = "ORDERS", .desowner = "SHOP"});
     shop.Append({.name = "ITEMS", .desowner = "COPY"});
     shop.Append({.name = "SECRET", .desowner = "SHOP", .includeflag = false});
@@ -49,11 +51,12 @@ struct EngineOnModels final : RunnerListener {
   ModelOci client{clock};
   std::vector<std::string> errors;
   Settings settings;
-  MessageLog log{folder.Path(), clock, settings};
+  MessageLog log{folder.Files(), folder.Path(), clock, settings};
   JobList jobs;
-  JobCatalogue catalogue{folder.Path(), jobs, log};
+  JobCatalogue catalogue{folder.Files(), folder.Path(), jobs, log};
   OciLibrary library{client.Api()};
-  EngineContext context{folder.Path(), jobs, catalogue, library, log, clock, settings, *this};
+  EngineContext context{folder.Files(), folder.Path(), jobs, catalogue, library, log,
+                        clock,          settings,      *this};
   JobRunner runner{context};
   std::size_t index = jobs.Claim();
   SyncJob& job = jobs.At(index);

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "workspace/scripted_workspace.h"
+#include "support/config_of.h"
 
 namespace quillmere {
 namespace {
@@ -52,7 +53,7 @@ TEST_F(SchemaChanges, WaitUntilNoRunningJobUsesTheDatabase) {
                         {"about to pause", "A", JobState::Pausing, busy, busy},
                         {"the target of a migration", "B", JobState::Started, "", target_busy}}) {
     SCOPED_TRACE(row.what);
-    Job(job).des_database_name = row.used;
+    ConfigOf(Job(job)).des_database_name = row.used;
     workspace->Jobs().SetState(job, row.state);
     script.TakeTranscript();
     EXPECT_EQ(Run(SchemaAction::Drop, {kOrders}).refused, row.drop_and_rename);

@@ -11,6 +11,7 @@
 
 #include "ui/jobs/job_worker.h"
 #include "workspace/scripted_workspace.h"
+#include "support/config_of.h"
 
 namespace quillmere {
 namespace {
@@ -80,7 +81,7 @@ struct Worker : ScriptedWorkspace {
   void AddPausingJobs(std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
       jobs.push_back(workspace->Jobs().Claim());
-      workspace->Jobs().At(i).name = "Job" + std::to_string(i);
+      ConfigOf(workspace->Jobs().At(i)).name = "Job" + std::to_string(i);
       workspace->Jobs().SetState(i, JobState::Pausing);
     }
   }
