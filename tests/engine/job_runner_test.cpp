@@ -353,7 +353,8 @@ TEST_F(EngineTest, BatchThatIsReadBackMovesBothPositionsToTheCutOff) {
   const RunRecord record{.state = 2, .batch_remaining = 2, .cutoff_scn = 500, .batch_pending = 1};
   folder_.Write("jobs/J/block.dat", {reinterpret_cast<const char*>(&record), sizeof record});
   folder_.Write("jobs/J/sqlcmds.txt", "insert into SHOP.ORDERS values (1)\n\n");
-  const RestoredRun restored = RestoreRunState(job_, folder_ / "jobs/J", RestoreMode::Resume);
+  const RestoredRun restored =
+      RestoreRunState(folder_.Files(), job_, JobFolder(folder_.Path(), "J"), RestoreMode::Resume);
   jobs_.SetState(index_, JobState::Started, restored.progress);
   NextPass();
   EXPECT_EQ(job_.run.applied_count + job_.run.blocked_count, 2);
