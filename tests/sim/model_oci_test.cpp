@@ -40,7 +40,7 @@ class ModelOciTest : public ::testing::Test {
     oci_.Add("SRC", *source_);
     oci_.Add("DES", destination_);
     destination_.AddTable("SHOP.ORDERS", 0);
-    ASSERT_TRUE(session_.Connect("SRC", "u", "p", true)) << session_.LastError();
+    ASSERT_TRUE(session_.Connect({"SRC", "u", "p", true})) << session_.LastError();
   }
   // The number of the ORA error, 0 for none.
   static int Run(OracleSession& session, std::string_view sql) {
@@ -136,7 +136,7 @@ TEST_F(ModelOciTest, ADestinationIsAsStrictAsAServer) {
   const std::string lock = FillIn(follow::kLockPosition, {"OPS", "j1"});
   const std::string update = FillIn(follow::kUpdatePosition, {"OPS", "120", "3", "j1"});
   OracleSession session(library_);
-  ASSERT_TRUE(session.Connect("DES", "u", "p", false));
+  ASSERT_TRUE(session.Connect({"DES", "u", "p", false}));
   const std::pair<std::string, int> steps[] = {
       {std::string(follow::kBackToSavepoint), 1086},
       {insert, 0},
@@ -158,10 +158,10 @@ TEST_F(ModelOciTest, ADestinationIsAsStrictAsAServer) {
   // A program dies with its row locked: the next one waits, at most 5 s, and finds it taken back.
   for (const std::int64_t noticed_after : {3'000, 9'000}) {
     OracleSession dead(library_);
-    ASSERT_TRUE(dead.Connect("DES", "u", "p", false));
+    ASSERT_TRUE(dead.Connect({"DES", "u", "p", false}));
     EXPECT_EQ(Run(dead, update), 0);
     oci_.Die(noticed_after);
-    ASSERT_TRUE(session.Connect("DES", "u", "p", false));
+    ASSERT_TRUE(session.Connect({"DES", "u", "p", false}));
     EXPECT_EQ(noticed_after <= 5'000 || Run(session, lock) == 30006, true);
     const std::int64_t asked = oci_.Now();
     EXPECT_EQ(Query(session, lock, 2), (Rows{{"100", "0"}}));
@@ -173,11 +173,11 @@ TEST_F(ModelOciTest, ADestinationIsAsStrictAsAServer) {
     if (call != "SessionEnd") return std::nullopt;
     return ModelOci::Fault{.served_before = true};
   };
-  ASSERT_TRUE(session.Connect("DES", "u", "p", false));
+  ASSERT_TRUE(session.Connect({"DES", "u", "p", false}));
   EXPECT_EQ(Run(session, update), 0);
   EXPECT_FALSE(session.EndSession());
   oci_.fault = nullptr;
-  ASSERT_TRUE(session.Connect("DES", "u", "p", false));
+  ASSERT_TRUE(session.Connect({"DES", "u", "p", false}));
   EXPECT_EQ(Query(session, lock, 2), (Rows{{"120", "3"}}));
 }
 

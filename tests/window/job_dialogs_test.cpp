@@ -2,6 +2,7 @@
 // which field to mend; and that what they accept comes back as it was entered.
 #include <gtest/gtest.h>
 
+#include "support/config_of.h"
 #include "window/program_fixture.h"
 #include "workspace/source_operations.h"
 
@@ -96,12 +97,13 @@ TEST_F(Dialogs, WhatIsEnteredComesBackByteForByte) {
     Enter("EditJobDescription", entered);
     Click("OkBtn");
     if (!kept.empty()) AnswerBox(told, "Yes");
-    WaitFor("the description", [&] { return Work().Jobs().At(0).description == description; });
+    WaitFor("the description",
+            [&] { return ConfigOf(Work().Jobs().At(0)).description == description; });
     Quit();
     Open();
     Show();
 
-    EXPECT_TRUE(Ui([&] { return Work().Jobs().At(0).description == description; }));
+    EXPECT_TRUE(Ui([&] { return ConfigOf(Work().Jobs().At(0)).description == description; }));
   }
   SelectNode({"J"});
   ClickAction("FileOpen");
