@@ -145,7 +145,7 @@ struct ScriptedOci::Functions {
     current->transcript_.back().resize(current->transcript_.back().find("  "));
     if (status != kSuccess) return status;
     const auto answer = current->answers_.find(handle->sql);
-    handle->rows = answer == current->answers_.end() ? nullptr : &answer->second;
+    handle->rows = answer == current->answers_.end() ? &current->answer_ : &answer->second;
     handle->next = 0;
     current->executed_.push_back(handle->sql);
     if (current->on_executed) current->on_executed(handle->sql);
@@ -218,6 +218,7 @@ sword ScriptedOci::Call(const std::string& line) {
     message_ = failure->message;
     code_ = failure->code;
     const sword status = failure->status;
+    failed_ = line;
     failures_.erase(failure);
     return status;
   }

@@ -9,6 +9,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "oracle/oci_abi.h"
@@ -31,11 +32,17 @@ class ScriptedOci {
   // What a query of exactly this text answers from now on.
   void Answer(const std::string& sql, Rows rows) { answers_[sql] = std::move(rows); }
 
+  // What all other queries answer.
+  void AnswerAll(Rows rows) { answer_ = std::move(rows); }
+
   // After letting skip of them pass, the next call whose line contains the text fails once.
   void FailOn(std::string part_of_line, std::string message, int code = 1, int skip = 0,
               oci::sword status = oci::kError);
 
   void ForgetFailures() { failures_.clear(); }
+
+  // The line that failed last since the last taking, a statement's text behind its execution.
+  std::string TakeFailed() { return std::exchange(failed_, {}); }
 
   // Called for every executed statement, after it succeeded.
   std::function<void(const std::string& sql)> on_executed;
@@ -66,11 +73,13 @@ class ScriptedOci {
   oci::sword NextRow(Handle& statement);
 
   std::map<std::string, Rows> answers_;
+  Rows answer_;
   std::vector<Failure> failures_;
   std::vector<std::string> transcript_;
   std::vector<std::string> executed_;
   std::vector<std::unique_ptr<Handle>> handles_;  // kept after being freed: names stay known
   std::map<oci::ub4, int> counts_;
+  std::string failed_;
   std::string message_;
   int code_ = 0;
 };
