@@ -46,15 +46,17 @@ class SchemaOpsTest : public ::testing::Test {
     return lines;
   }
 
-  // Statements that changed something, each with the number of the session it ran in.
+  // Statements that changed something since the last call, each with the number of its session
+  // among those begun since.
   Lines TakeChanges() {
     Lines changes;
+    const int before = sessions_;
     for (const std::string& call : script_.TakeTranscript()) {
+      sessions_ += call == "HandleAlloc(env1, err, 0)";
       if (!call.starts_with("StmtPrepare") || call.find("\"select") != std::string::npos) continue;
       const std::size_t quote = call.find('"');
-      const std::string session = call.substr(call.find("err") + 3);
-      changes.push_back(session.substr(0, session.find(',')) + ": " +
-                        call.substr(quote + 1, call.rfind('"') - quote - 1));
+      changes.push_back(std::to_string(std::stoi(call.substr(call.find("err") + 3)) - before) +
+                        ": " + call.substr(quote + 1, call.rfind('"') - quote - 1));
     }
     return changes;
   }
@@ -70,6 +72,7 @@ class SchemaOpsTest : public ::testing::Test {
   DataSource source_;
   DataSource target_;
   std::size_t taken_ = 0;
+  int sessions_ = 0;
 };
 
 }  // namespace quillmere
