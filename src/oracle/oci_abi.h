@@ -31,7 +31,6 @@ struct OCISnapshot;
 
 inline constexpr sword kSuccess = 0;
 inline constexpr sword kSuccessWithInfo = 1;
-inline constexpr sword kNeedData = 99;
 inline constexpr sword kNoData = 100;
 inline constexpr sword kError = -1;
 inline constexpr sword kInvalidHandle = -2;

@@ -54,8 +54,6 @@ struct SchemaRun {
   bool logged = true;         // false when a line could not be written to the error log
   std::string first_failure;  // the result line of the first item that failed
   std::string unsaved;        // why the cached lists could not be saved; filled by who saves them
-
-  bool AllDone() const { return refused.empty() && failed == 0 && !cancelled; }
 };
 
 struct MigrateOptions {

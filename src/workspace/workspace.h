@@ -59,9 +59,6 @@ class Workspace {
   JobCatalogue& Catalogue() { return catalogue_; }
   const JobCatalogue& Catalogue() const { return catalogue_; }
 
-  // When looking only: another program had the folder while this one read it.
-  bool OtherProgramAtWork() const { return other_program_; }
-
   // What the engine works with; the listener must outlive it.
   EngineContext EngineFor(RunnerListener& listener);
 
@@ -98,7 +95,7 @@ class Workspace {
   DataSourceRegistry registry_;
   JobList jobs_;
   JobCatalogue catalogue_;
-  bool other_program_ = false;
+  bool other_program_ = false;  // when looking only: it had the folder while this one read it
 };
 
 }  // namespace quillmere

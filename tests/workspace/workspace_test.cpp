@@ -40,7 +40,6 @@ TEST_F(WorkspaceTest, OneProgramChangesAFolderAndOthersOnlyLook) {
   const auto look = [&](JobState expected) {
     const auto looking = Open(Workspace::Access::LookOnly);
     EXPECT_EQ(looking->Jobs().State(0), expected);
-    EXPECT_EQ(looking->OtherProgramAtWork(), expected == JobState::Started);
     looking->Log().Add("not written", true);
     looking->Log().WriteGeneral("not written");
     EXPECT_EQ(Files(), before);

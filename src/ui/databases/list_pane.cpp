@@ -86,11 +86,6 @@ void ListPane::ShowCounts() {
   frame_.SetCountText(CountText(node_, counts, state));
 }
 
-bool ListPane::HasSelection() const {
-  return frame_.List().selectionModel() != nullptr &&
-         frame_.List().selectionModel()->hasSelection();
-}
-
 std::vector<SchemaItem> ListPane::SelectedItems() const {
   std::vector<SchemaItem> items;
   const ObjectList* objects = Objects(node_.kind);

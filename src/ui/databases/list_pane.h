@@ -25,7 +25,6 @@ class ListPane : public QObject {
 
   // The selected objects, in the order shown, of a list of objects; of other lists none.
   std::vector<SchemaItem> SelectedItems() const;
-  bool HasSelection() const;
 
   // Selects those of the items that are in the list, and shows the first of them.
   void Select(const std::vector<SchemaItem>& items);

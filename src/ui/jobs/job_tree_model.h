@@ -40,7 +40,6 @@ class JobTreeModel : public QAbstractItemModel {
   JobNodeRef NodeOf(const QModelIndex& index) const;
   QModelIndex IndexOf(const JobNodeRef& node) const;  // invalid when there is none
   QModelIndex Root() const { return index(0, 0); }
-  bool HasJobs() const { return !jobs_.empty(); }
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
   QModelIndex parent(const QModelIndex& child) const override;
