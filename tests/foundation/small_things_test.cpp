@@ -1,4 +1,5 @@
 #include <cstring>
+#include <sstream>
 
 #include "foundation/H_tea.h"
 #include "foundation/byte_arena.h"
@@ -41,34 +42,13 @@ TEST(TeaCipher, WorksOnWholeBlocks) {
 }
 
 TEST(FileNames, RefusesWhatIsNoFileName) {
-  const std::string_view refused[] = {"",
-                                      ".",
-                                      "..",
-                                      "a.",
-                                      "a ",
-                                      " a",
-                                      "a/b",
-                                      "a\\b",
-                                      "a:b",
-                                      "a*",
-                                      "a?",
-                                      "a\"b",
-                                      "a<b",
-                                      "a|b",
-                                      "a\nb",
-                                      "a\x7F",
-                                      "NUL.x",
-                                      "Com1",
-                                      "lpt9.a",
-                                      "aux .x",
-                                      "conin$",
-                                      "a\xFF",
-                                      "\xC3",
-                                      "\xC0\xAF",
-                                      "x\xED\xA0\x80",
-                                      "\xF4\x90\x80\x80",
-                                      std::string_view("a\0b", 3)};
-  for (const std::string_view name : refused) EXPECT_NE(WhyNoFileName(name), "") << name;
+  std::istringstream refused(
+      ";.;..;a.;a ; a;a/b;a\\b;a:b;a*;a?;a\"b;a<b;a|b;a\nb;a\x7F;NUL.x;Com1;lpt9.a;aux .x;conin$;"
+      "a\xFF;\xC3;\xC0\xAF;x\xED\xA0\x80;\xF4\x90\x80\x80");
+  for (std::string name; std::getline(refused, name, ';');) {
+    EXPECT_NE(WhyNoFileName(name), "") << name;
+  }
+  EXPECT_NE(WhyNoFileName({"a\0b", 3}), "");
   EXPECT_NE(WhyNoFileName(std::string(101, 'a')), "");
   for (const char* name : {"Job 1", "a..b", ".hidden", "com", "com10", "console", "J\xC3\xBCrgen",
                            "\xE6\x97\xA5\xF0\x9F\x98\x80"}) {

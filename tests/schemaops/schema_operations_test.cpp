@@ -1,5 +1,4 @@
 #include "schemaops/schemaops_fixture.h"
-#include "support/stored_text.h"
 
 namespace quillmere {
 namespace {
@@ -88,40 +87,22 @@ class SchemaOperationsTest : public SchemaOpsTest {
     for (const std::string& line : log) text += "  log " + line + "\n";
     return text;
   }
-
-  // The account of an operation, and how it goes when each of its connections and statements fails
-  // in turn.
-  std::string Accounts(const std::string& name, const std::function<SchemaRun()>& operation) {
-    std::string text = "=== " + name + "\n" + Account(operation());
-    for (const char* call : {"SessionBegin", "StmtExecute"}) {
-      for (int n = 0;; ++n) {
-        script_.FailOn(call, kBusy, 54, n);
-        const std::string account = Account(operation());
-        const std::string failed = script_.TakeFailed();
-        if (failed.empty()) break;
-        const std::size_t sql = failed.find(")  ");
-        text += (sql == std::string::npos ? call : failed.substr(sql + 3)) + " fails\n" + account;
-      }
-      script_.ForgetFailures();
-    }
-    return text;
-  }
 };
 
 TEST_F(SchemaOperationsTest, GoAsTheyAreWrittenDownWhateverFails) {
   std::string text;
   for (const auto& [kind, name] : {std::pair(kKey, "key"), {kIndex, "index"}, {kTable, "table"}}) {
     const auto drop = [&, kind = kind] {
-      return operations_.DropItems(source_, kind, {ItemOf(kind)}, kind == kTable, heard_);
+      return Account(operations_.DropItems(source_, kind, {ItemOf(kind)}, kind == kTable, heard_));
     };
     const auto rename = [&, kind = kind] {
-      return operations_.RenameItem(source_, kind, ItemOf(kind), "NEW", heard_);
+      return Account(operations_.RenameItem(source_, kind, ItemOf(kind), "NEW", heard_));
     };
     text += Accounts(std::string("drop ") + name, drop);
     text += Accounts(std::string("rename ") + name, rename);
     TargetTables("1");
     text += Accounts(std::string("migrate ") + name + " that is there",
-                     [&, kind = kind] { return Migrate(kind, "dki"); });
+                     [&, kind = kind] { return Account(Migrate(kind, "dki")); });
     TargetTables("0");
     for (const char* options : {"", "k", "i", "ki", "d"}) {
       if (kind != kTable && *options != 0) continue;
@@ -129,7 +110,7 @@ TEST_F(SchemaOperationsTest, GoAsTheyAreWrittenDownWhateverFails) {
               Account(Migrate(kind, options));
     }
   }
-  ExpectStored(text, STORED);
+  ExpectStored(text, ACCOUNTS "/operations.txt");
 }
 
 TEST_F(SchemaOperationsTest, AFailureDoesNotEndTheRunAndCancelDoesBetweenItems) {

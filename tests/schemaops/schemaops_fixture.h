@@ -6,6 +6,7 @@
 
 #include "schemaops/schema_operations.h"
 #include "support/scripted_oci.h"
+#include "support/stored_text.h"
 #include "support/temp_folder.h"
 
 namespace quillmere {
@@ -59,6 +60,25 @@ class SchemaOpsTest : public ::testing::Test {
                         ": " + call.substr(quote + 1, call.rfind('"') - quote - 1));
     }
     return changes;
+  }
+
+  // The account of an operation, and how it goes when each of its connections, statements and
+  // fetches fails in turn.
+  std::string Accounts(const std::string& name, const std::function<std::string()>& account) {
+    std::string text = "=== " + name + "\n" + account();
+    for (const std::string call : {"SessionBegin", "StmtExecute", "StmtFetch2"}) {
+      for (int n = 0;; ++n) {
+        script_.FailOn(call, "ORA-00054: resource busy", 54, n);
+        const std::string told = account();
+        const std::string failed = script_.TakeFailed();
+        if (failed.empty()) break;
+        const std::size_t sql = failed.find(")  ");
+        const std::string what = sql == std::string::npos ? call : failed.substr(sql + 3);
+        text += what + " fails\n" + told;
+      }
+      script_.ForgetFailures();
+    }
+    return text;
   }
 
   testing::ScriptedOci script_;
