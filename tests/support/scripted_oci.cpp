@@ -1,6 +1,7 @@
 #include "support/scripted_oci.h"
 
 #include <algorithm>
+#include <concepts>
 #include <cstring>
 #include <utility>
 
@@ -15,26 +16,34 @@ ScriptedOci* current = nullptr;
 constexpr sb4 kNoDataCode = 1403;
 
 std::string TypeName(ub4 type) {
-  switch (type) {
-    case kHtypeEnv:
-      return "env";
-    case kHtypeError:
-      return "err";
-    case kHtypeSvcCtx:
-      return "svc";
-    case kHtypeStmt:
-      return "stm";
-    case kHtypeServer:
-      return "srv";
-    case kHtypeSession:
-      return "ses";
-    default:
-      return "?";
-  }
+  static const std::map<ub4, std::string> names = {{kHtypeEnv, "env"},    {kHtypeError, "err"},
+                                                   {kHtypeSvcCtx, "svc"}, {kHtypeStmt, "stm"},
+                                                   {kHtypeServer, "srv"}, {kHtypeSession, "ses"}};
+  const auto found = names.find(type);
+  return found == names.end() ? "?" : found->second;
 }
 
 std::string Quote(const void* text, std::size_t length) {
   return '"' + std::string(static_cast<const char*>(text), length) + '"';
+}
+
+std::string Shown(std::string text) {
+  return text;
+}
+std::string Shown(const void* handle) {
+  return current->Name(handle);
+}
+template <std::integral Number>
+std::string Shown(Number number) {
+  return std::to_string(number);
+}
+
+// "Function(svc1, err1, 0)"
+template <typename... Arguments>
+std::string Line(const char* function, const Arguments&... arguments) {
+  std::string line;
+  ((line += (line.empty() ? std::string(function) + "(" : ", ") + Shown(arguments)), ...);
+  return line + ")";
 }
 
 }  // namespace
@@ -67,22 +76,19 @@ struct ScriptedOci::Functions {
   static sword EnvCreate(OCIEnv** env, ub4 mode, void*, void* (*)(void*, std::size_t),
                          void* (*)(void*, void*, std::size_t), void (*)(void*, void*),
                          std::size_t extra, void**) {
-    const sword status =
-        current->Call("EnvCreate(" + std::to_string(mode) + ", " + std::to_string(extra) + ")");
+    const sword status = current->Call(Line("EnvCreate", mode, extra));
     if (status == kSuccess) *env = static_cast<OCIEnv*>(New(kHtypeEnv));
     return status;
   }
 
   static sword HandleAlloc(const void* parent, void** handle, ub4 type, std::size_t extra, void**) {
-    const sword status = current->Call("HandleAlloc(" + current->Name(parent) + ", " +
-                                       TypeName(type) + ", " + std::to_string(extra) + ")");
+    const sword status = current->Call(Line("HandleAlloc", parent, TypeName(type), extra));
     if (status == kSuccess) *handle = New(type);
     return status;
   }
 
   static sword HandleFree(void* handle, ub4 type) {
-    const sword status =
-        current->Call("HandleFree(" + current->Name(handle) + ", " + TypeName(type) + ")");
+    const sword status = current->Call(Line("HandleFree", handle, TypeName(type)));
     for (const auto& known : current->handles_) {
       if (known.get() != handle) continue;
       if (known->freed || known->type != type) return kInvalidHandle;
@@ -93,36 +99,29 @@ struct ScriptedOci::Functions {
 
   static sword ServerAttach(OCIServer* server, OCIError* error, const OraText* name, sb4 length,
                             ub4 mode) {
-    return current->Call("ServerAttach(" + current->Name(server) + ", " + current->Name(error) +
-                         ", " + Quote(name, static_cast<std::size_t>(length)) + ", " +
-                         std::to_string(mode) + ")");
+    const std::string text = Quote(name, static_cast<std::size_t>(length));
+    return current->Call(Line("ServerAttach", server, error, text, mode));
   }
 
   static sword ServerDetach(OCIServer* server, OCIError* error, ub4 mode) {
-    return current->Call("ServerDetach(" + current->Name(server) + ", " + current->Name(error) +
-                         ", " + std::to_string(mode) + ")");
+    return current->Call(Line("ServerDetach", server, error, mode));
   }
 
   static sword AttrSet(void* target, ub4 type, void* value, ub4 size, ub4 attribute,
                        OCIError* error) {
-    std::string text = current->Name(value);
+    std::string text = Shown(value);
     if (attribute == kAttrUsername || attribute == kAttrPassword) text = Quote(value, size);
     if (attribute == kAttrPrefetchRows) text = std::to_string(*static_cast<ub4*>(value));
-    return current->Call("AttrSet(" + current->Name(target) + ", " + TypeName(type) + ", " + text +
-                         ", " + std::to_string(size) + ", " + std::to_string(attribute) + ", " +
-                         current->Name(error) + ")");
+    return current->Call(Line("AttrSet", target, TypeName(type), text, size, attribute, error));
   }
 
   static sword SessionBegin(OCISvcCtx* service, OCIError* error, OCISession* session,
                             ub4 credentials, ub4 mode) {
-    return current->Call("SessionBegin(" + current->Name(service) + ", " + current->Name(error) +
-                         ", " + current->Name(session) + ", " + std::to_string(credentials) + ", " +
-                         std::to_string(mode) + ")");
+    return current->Call(Line("SessionBegin", service, error, session, credentials, mode));
   }
 
   static sword SessionEnd(OCISvcCtx* service, OCIError* error, OCISession* session, ub4 mode) {
-    return current->Call("SessionEnd(" + current->Name(service) + ", " + current->Name(error) +
-                         ", " + current->Name(session) + ", " + std::to_string(mode) + ")");
+    return current->Call(Line("SessionEnd", service, error, session, mode));
   }
 
   static sword StmtPrepare(OCIStmt* statement, OCIError* error, const OraText* text, ub4 length,
@@ -130,19 +129,17 @@ struct ScriptedOci::Functions {
     auto* handle = reinterpret_cast<Handle*>(statement);
     handle->sql.assign(reinterpret_cast<const char*>(text), length);
     handle->defines.clear();
-    return current->Call("StmtPrepare(" + handle->name + ", " + current->Name(error) + ", " +
-                         Quote(text, length) + ", " + std::to_string(language) + ", " +
-                         std::to_string(mode) + ")");
+    return current->Call(
+        Line("StmtPrepare", statement, error, Quote(text, length), language, mode));
   }
 
   static sword StmtExecute(OCISvcCtx* service, OCIStmt* statement, OCIError* error, ub4 iterations,
                            ub4 row_offset, const OCISnapshot*, OCISnapshot*, ub4 mode) {
     auto* handle = reinterpret_cast<Handle*>(statement);
-    const sword status = current->Call(
-        "StmtExecute(" + current->Name(service) + ", " + handle->name + ", " +
-        current->Name(error) + ", " + std::to_string(iterations) + ", " +
-        std::to_string(row_offset) + ", " + std::to_string(mode) + ")  " + handle->sql);
-    current->transcript_.back().resize(current->transcript_.back().find("  "));
+    const std::string line =
+        Line("StmtExecute", service, statement, error, iterations, row_offset, mode);
+    const sword status = current->Call(line + "  " + handle->sql);
+    current->transcript_.back() = line;
     if (status != kSuccess) return status;
     const auto answer = current->answers_.find(handle->sql);
     handle->rows = answer == current->answers_.end() ? &current->answer_ : &answer->second;
@@ -156,31 +153,26 @@ struct ScriptedOci::Functions {
   static sword DefineByPos(OCIStmt* statement, OCIDefine**, OCIError* error, ub4 position,
                            void* value, sb4 capacity, ub2 type, void* indicator, ub2* length,
                            ub2* code, ub4 mode) {
-    auto* handle = reinterpret_cast<Handle*>(statement);
-    handle->defines[position] = {static_cast<char*>(value), capacity, static_cast<sb2*>(indicator),
-                                 length};
-    return current->Call("DefineByPos(" + handle->name + ", " + current->Name(error) + ", " +
-                         std::to_string(position) + ", " + std::to_string(capacity) + ", " +
-                         std::to_string(type) + (indicator != nullptr ? ", ind" : ", 0") +
-                         (length != nullptr ? ", len" : ", 0") +
-                         (code != nullptr ? ", code" : ", 0") + ", " + std::to_string(mode) + ")");
+    reinterpret_cast<Handle*>(statement)->defines[position] = {
+        static_cast<char*>(value), capacity, static_cast<sb2*>(indicator), length};
+    const auto given = [](const void* pointer, std::string what) {
+      return pointer == nullptr ? "0" : what;
+    };
+    return current->Call(Line("DefineByPos", statement, error, position, capacity, type,
+                              given(indicator, "ind"), given(length, "len"), given(code, "code"),
+                              mode));
   }
 
   static sword StmtFetch2(OCIStmt* statement, OCIError* error, ub4 rows, ub2 orientation,
                           sb4 offset, ub4 mode) {
-    auto* handle = reinterpret_cast<Handle*>(statement);
     const sword status =
-        current->Call("StmtFetch2(" + handle->name + ", " + current->Name(error) + ", " +
-                      std::to_string(rows) + ", " + std::to_string(orientation) + ", " +
-                      std::to_string(offset) + ", " + std::to_string(mode) + ")");
-    return status == kSuccess ? current->NextRow(*handle) : status;
+        current->Call(Line("StmtFetch2", statement, error, rows, orientation, offset, mode));
+    return status == kSuccess ? current->NextRow(*reinterpret_cast<Handle*>(statement)) : status;
   }
 
   static sword ErrorGet(void* handle, ub4 record, OraText*, sb4* code, OraText* buffer, ub4 size,
                         ub4 type) {
-    current->transcript_.push_back("ErrorGet(" + current->Name(handle) + ", " +
-                                   std::to_string(record) + ", " + std::to_string(size) + ", " +
-                                   TypeName(type) + ")");
+    current->transcript_.push_back(Line("ErrorGet", handle, record, size, TypeName(type)));
     if (size == 0) return kError;
     const std::size_t length = std::min<std::size_t>(current->message_.size(), size - 1);
     std::memcpy(buffer, current->message_.data(), length);

@@ -55,6 +55,8 @@ class ScriptedOci {
   // Handles that were allocated and not freed, without environments and sessions.
   std::size_t LiveHandles() const;
 
+  std::string Name(const void* handle) const;  // "svc1"
+
  private:
   struct Handle;
   struct Failure {
@@ -69,7 +71,6 @@ class ScriptedOci {
 
   // Writes the call down; the status it shall return.
   oci::sword Call(const std::string& line);
-  std::string Name(const void* handle) const;
   oci::sword NextRow(Handle& statement);
 
   std::map<std::string, Rows> answers_;
