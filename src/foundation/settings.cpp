@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "foundation/text.h"
 #include "foundation/xml_document.h"
 
 namespace quillmere {
@@ -9,10 +10,6 @@ namespace quillmere {
 namespace {
 
 constexpr int kMostMessages = 1'000'000;
-
-std::string_view BoolText(bool value) {
-  return value ? "true" : "false";
-}
 
 bool ReadBool(const XmlNode& node, std::string_view name) {
   return node.ChildValue(name) == "true";

@@ -2,14 +2,9 @@
 
 #include <utility>
 
+#include "foundation/text.h"
+
 namespace quillmere {
-namespace {
-
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v';
-}
-
-}  // namespace
 
 std::optional<ScriptStatement> StatementSplitter::Feed(std::string_view line) {
   ++line_;
@@ -67,9 +62,8 @@ void StatementSplitter::Toggle(Place place) {
 
 std::optional<ScriptStatement> StatementSplitter::Take() {
   ScriptStatement taken = std::exchange(statement_, {});
-  const std::size_t end = taken.text.find_last_not_of(" \t\r\n\f\v");
-  if (end == std::string::npos) return std::nullopt;
-  taken.text.resize(end + 1);
+  taken.text.resize(TrimRight(taken.text).size());
+  if (taken.text.empty()) return std::nullopt;
   return taken;
 }
 

@@ -15,6 +15,10 @@ std::string_view TrimLeft(std::string_view text, std::string_view blanks = kBlan
 std::string_view TrimRight(std::string_view text, std::string_view blanks = kBlanks);
 std::string_view Trim(std::string_view text, std::string_view blanks = kBlanks);
 
+constexpr bool IsBlank(char c) {
+  return kBlanks.find(c) != std::string_view::npos;
+}
+
 constexpr char UpperCase(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
@@ -35,6 +39,11 @@ constexpr bool ContinuesCharacter(char c) {
 
 // As a literal of SQL: 'it''s'.
 std::string SqlLiteral(std::string_view text);
+
+// As configuration files have it.
+constexpr std::string_view BoolText(bool value) {
+  return value ? "true" : "false";
+}
 
 // False unless the whole text is one number that the type can hold; value is left alone then.
 template <typename Number>

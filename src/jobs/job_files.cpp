@@ -1,14 +1,11 @@
 #include "jobs/job_files.h"
 
+#include "foundation/text.h"
 #include "foundation/xml_fields.h"
 
 namespace quillmere {
 
 namespace {
-
-std::string_view BoolText(bool value) {
-  return value ? "true" : "false";
-}
 
 void WriteTable(XmlWriter& writer, const JobTable& table) {
   writer.Open("table_list");
