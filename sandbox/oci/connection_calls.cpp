@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "sandbox/oci/calls.h"
+#include "sandbox/oci/handles.h"
 
 namespace quillmere::sandbox {
 
@@ -10,98 +10,57 @@ std::string TextOf(const void* text, std::size_t size) {
   return text == nullptr ? std::string() : std::string(static_cast<const char*>(text), size);
 }
 
-std::shared_ptr<Link> LinkOf(const HandlePtr& server) {
-  const std::lock_guard lock(server->mutex);
-  return server->link;
-}
-
-SvcCtxState StateOf(const HandlePtr& svcctx) {
-  const std::lock_guard lock(svcctx->mutex);
-  return svcctx->svcctx;
-}
-
-Status Attach(const HandlePtr& server, const std::string& name) {
-  const std::lock_guard lock(server->mutex);
-  if (server->link) return {24309, "already connected to a server"};
-  return Link::Attach(name, &server->link);
-}
-
-// The session handle keeps what it was begun on, so that a detach can find it.
-Status Begin(const HandlePtr& svcctx, const HandlePtr& user, bool sysdba) {
-  const HandleId server_id = StateOf(svcctx).server;
-  const HandlePtr server = Registry().Find(server_id, oci::kHtypeServer);
-  const std::shared_ptr<Link> link = server ? LinkOf(server) : nullptr;
-  if (!link) return {24327, "need explicit attach before authenticating a user"};
-  auto slot = std::make_shared<SessionSlot>();
-  LogOn log_on;
-  {
-    const std::lock_guard lock(user->mutex);
-    if (user->session.slot) return {24313, "user already authenticated"};
-    user->session.svcctx = svcctx->id;
-    log_on = {user->session.user, user->session.password, sysdba, false};
+Outcome Begin(Environment& environment, const void* svchp, const void* usrhp, bool sysdba) {
+  const auto* service = environment.Find<ServiceHandle>(svchp);
+  auto* user = environment.Find<SessionHandle>(usrhp);
+  if (service == nullptr || user == nullptr) return oci::kInvalidHandle;
+  const auto* server = environment.Find<ServerHandle>(service->server);
+  if (server == nullptr || !server->link) {
+    return Status(24327, "need explicit attach before authenticating a user");
   }
-  if (Status status = link->RoundTrip(); !status.ok()) return status;
-  if (Status status = Session::Open(link, log_on, &slot->session); !status.ok()) return status;
-  const std::lock_guard lock(user->mutex);
-  user->session.slot = std::move(slot);
-  user->session.server = server_id;
-  return {};
+  if (user->session) return Status(24313, "user already authenticated");
+  user->service = reinterpret_cast<HandleId>(svchp);
+  user->server = service->server;
+  if (Status status = server->link->RoundTrip(); !status.ok()) return status;
+  return Session::Open(server->link, {user->user, user->password, sysdba, false}, &user->session);
 }
 
-Status End(const HandlePtr& user) {
-  std::shared_ptr<SessionSlot> slot;
-  {
-    const std::lock_guard lock(user->mutex);
-    slot = std::exchange(user->session.slot, nullptr);
-  }
-  if (!slot) return Ora(1012);
-  const std::lock_guard lock(slot->mutex);
-  if (!slot->session) return Ora(1012);
-  Status status = slot->session->link().RoundTrip();
-  if (status.ok()) status = slot->session->Commit();
-  slot->session.reset();  // rolls back what a failure left
+Outcome End(SessionHandle* user) {
+  if (!user->session) return Ora(1012);
+  Status status = user->session->link().RoundTrip();
+  if (status.ok()) status = user->session->Commit();
+  user->session.reset();  // rolls back what a failure left
   return status;
 }
 
-Status SetSvcCtx(const HandlePtr& svcctx, void* attribute, oci::ub4 kind, bool* valid) {
-  const oci::ub4 type = kind == oci::kAttrServer ? oci::kHtypeServer : oci::kHtypeSession;
-  if (kind != oci::kAttrServer && kind != oci::kAttrSession) return Ora(24315);
-  const HandlePtr target = Registry().Find(attribute, type);
-  *valid = target != nullptr;
-  if (!target) return {};
-  if (kind == oci::kAttrSession) {
-    const std::lock_guard lock(target->mutex);
-    target->session.svcctx = svcctx->id;
+Outcome SetService(Environment& environment, ServiceHandle* service, void* handle, void* attribute,
+                   oci::ub4 kind) {
+  const auto id = reinterpret_cast<HandleId>(attribute);
+  if (kind == oci::kAttrServer) {
+    if (environment.Find<ServerHandle>(id) == nullptr) return oci::kInvalidHandle;
+    service->server = id;
+    return oci::kSuccess;
   }
-  const std::lock_guard lock(svcctx->mutex);
-  (kind == oci::kAttrServer ? svcctx->svcctx.server : svcctx->svcctx.session) = target->id;
-  return {};
+  if (kind != oci::kAttrSession) return Ora(24315);
+  auto* session = environment.Find<SessionHandle>(id);
+  if (session == nullptr) return oci::kInvalidHandle;
+  session->service = reinterpret_cast<HandleId>(handle);
+  service->session = id;
+  return oci::kSuccess;
 }
 
-Status SetSession(const HandlePtr& session, const std::string& text, oci::ub4 kind) {
-  const std::lock_guard lock(session->mutex);
-  if (kind == oci::kAttrUsername) {
-    session->session.user = text;
-  } else if (kind == oci::kAttrPassword) {
-    session->session.password = text;
-  } else {
-    return Ora(24315);
-  }
-  return {};
+Outcome SetSession(SessionHandle* session, const std::string& text, oci::ub4 kind) {
+  if (kind != oci::kAttrUsername && kind != oci::kAttrPassword) return Ora(24315);
+  (kind == oci::kAttrUsername ? session->user : session->password) = text;
+  return oci::kSuccess;
 }
 
-Status SetStatement(const HandlePtr& statement, const void* attribute, oci::ub4 kind) {
-  if (attribute == nullptr) return Ora(24315);
-  const oci::ub4 value = *static_cast<const oci::ub4*>(attribute);
-  const std::lock_guard lock(statement->mutex);
-  if (kind == oci::kAttrPrefetchRows) {
-    statement->statement.prefetch_rows = value;
-  } else if (kind == oci::kAttrPrefetchMemory) {
-    statement->statement.prefetch_memory = value;
-  } else {
-    return Ora(24315);
-  }
-  return {};
+Outcome SetStatement(StatementHandle* statement, const void* attribute, oci::ub4 kind) {
+  const bool rows = kind == oci::kAttrPrefetchRows;
+  if (attribute == nullptr || (!rows && kind != oci::kAttrPrefetchMemory)) return Ora(24315);
+  (rows ? statement->prefetch_rows : statement->prefetch_memory) =
+      *static_cast<const oci::ub4*>(attribute);
+  return oci::kSuccess;
 }
 
 }  // namespace
@@ -120,31 +79,23 @@ OciSessionEndFn OCISessionEnd;
 
 sword OCIServerAttach(OCIServer* srvhp, OCIError* errhp, const OraText* dblink, sb4 dblink_len,
                       ub4) {
-  return Guarded(errhp, [&](const HandlePtr& error) {
-    const HandlePtr server = Registry().Find(srvhp, kHtypeServer);
-    if (!server) return kInvalidHandle;
+  return Guarded(errhp, [&](Environment& environment) -> Outcome {
+    auto* server = environment.Find<ServerHandle>(srvhp);
+    if (server == nullptr) return kInvalidHandle;
+    if (server->link) return Status(24309, "already connected to a server");
     const auto size = static_cast<std::size_t>(std::max(dblink_len, 0));
-    return Report(error, Attach(server, TextOf(dblink, size)));
+    return Link::Attach(TextOf(dblink, size), &server->link);
   });
 }
 
 sword OCIServerDetach(OCIServer* srvhp, OCIError* errhp, ub4) {
-  return Guarded(errhp, [&](const HandlePtr& error) {
-    const HandlePtr server = Registry().Find(srvhp, kHtypeServer);
-    if (!server) return kInvalidHandle;
-    const std::shared_ptr<Link> link = LinkOf(server);
-    if (!link) return Report(error, Ora(3114));
-    for (const HandlePtr& session : Registry().SessionsOf(server->env)) {
-      bool on_it = false;
-      {
-        const std::lock_guard lock(session->mutex);
-        on_it = session->session.server == server->id;
-      }
-      if (on_it) AbandonSession(session);
-    }
+  return Guarded(errhp, [&](Environment& environment) -> Outcome {
+    auto* server = environment.Find<ServerHandle>(srvhp);
+    if (server == nullptr) return kInvalidHandle;
+    if (!server->link) return Ora(3114);
+    environment.EndSessionsOn(reinterpret_cast<HandleId>(srvhp));
     // What is left of a cut connection is detached all the same.
-    (void)link->RoundTrip();
-    const std::lock_guard lock(server->mutex);
+    (void)server->link->RoundTrip();
     server->link.reset();
     return kSuccess;
   });
@@ -152,44 +103,38 @@ sword OCIServerDetach(OCIServer* srvhp, OCIError* errhp, ub4) {
 
 sword OCIAttrSet(void* trgthndlp, ub4 trghndltyp, void* attributep, ub4 size, ub4 attrtype,
                  OCIError* errhp) {
-  return Guarded(errhp, [&](const HandlePtr& error) {
-    const HandlePtr target = Registry().Find(trgthndlp, trghndltyp);
-    if (!target) return kInvalidHandle;
-    bool valid = true;
-    Status status;
-    if (trghndltyp == kHtypeSvcCtx) {
-      status = SetSvcCtx(target, attributep, attrtype, &valid);
-    } else if (trghndltyp == kHtypeSession) {
-      status = SetSession(target, TextOf(attributep, size), attrtype);
-    } else if (trghndltyp == kHtypeStmt) {
-      status = SetStatement(target, attributep, attrtype);
-    } else {
-      status = Ora(24315);
+  return Guarded(errhp, [&](Environment& environment) -> Outcome {
+    if (auto* service = environment.Find<ServiceHandle>(trgthndlp);
+        service != nullptr && trghndltyp == kHtypeSvcCtx) {
+      return SetService(environment, service, trgthndlp, attributep, attrtype);
     }
-    return valid ? Report(error, status) : kInvalidHandle;
+    if (auto* session = environment.Find<SessionHandle>(trgthndlp);
+        session != nullptr && trghndltyp == kHtypeSession) {
+      return SetSession(session, TextOf(attributep, size), attrtype);
+    }
+    if (auto* statement = environment.Find<StatementHandle>(trgthndlp);
+        statement != nullptr && trghndltyp == kHtypeStmt) {
+      return SetStatement(statement, attributep, attrtype);
+    }
+    return kInvalidHandle;
   });
 }
 
 sword OCISessionBegin(OCISvcCtx* svchp, OCIError* errhp, OCISession* usrhp, ub4 credt, ub4 mode) {
-  return Guarded(errhp, [&](const HandlePtr& error) {
-    const HandlePtr svcctx = Registry().Find(svchp, kHtypeSvcCtx);
-    const HandlePtr user = Registry().Find(usrhp, kHtypeSession);
-    if (!svcctx || !user) return kInvalidHandle;
-    if (credt != kCredRdbms) return Report(error, Ora(1017));
-    if (mode != kDefault && mode != kSysdba) return Report(error, {24300, "bad value for mode"});
-    return Report(error, Begin(svcctx, user, mode == kSysdba));
+  return Guarded(errhp, [&](Environment& environment) -> Outcome {
+    if (credt != kCredRdbms) return Ora(1017);
+    if (mode != kDefault && mode != kSysdba) return Status(24300, "bad value for mode");
+    return Begin(environment, svchp, usrhp, mode == kSysdba);
   });
 }
 
 sword OCISessionEnd(OCISvcCtx* svchp, OCIError* errhp, OCISession* usrhp, ub4) {
-  return Guarded(errhp, [&](const HandlePtr& error) {
-    const HandlePtr svcctx = Registry().Find(svchp, kHtypeSvcCtx);
-    if (!svcctx) return kInvalidHandle;
-    const HandlePtr user = usrhp != nullptr
-                               ? Registry().Find(usrhp, kHtypeSession)
-                               : Registry().Find(StateOf(svcctx).session, kHtypeSession);
-    if (!user) return kInvalidHandle;
-    return Report(error, End(user));
+  return Guarded(errhp, [&](Environment& environment) -> Outcome {
+    const auto* service = environment.Find<ServiceHandle>(svchp);
+    if (service == nullptr) return kInvalidHandle;
+    auto* user = usrhp != nullptr ? environment.Find<SessionHandle>(usrhp)
+                                  : environment.Find<SessionHandle>(service->session);
+    return user == nullptr ? Outcome(kInvalidHandle) : End(user);
   });
 }
 

@@ -9,9 +9,6 @@ namespace quillmere::sandbox {
 
 namespace {
 
-constexpr oci::ub2 kSqltStr = 5;
-constexpr oci::ub2 kSqltAfc = 96;
-
 // Every row that is held ahead costs memory here: a client that asks for a million gets these.
 constexpr std::size_t kMostAhead = 10000;
 
@@ -26,11 +23,11 @@ bool HasLarge(const Cursor& cursor) {
                      [](const SelectColumn& column) { return column.large; });
 }
 
-Status Refill(StatementState* statement, std::size_t wanted) {
-  Session* session = statement->slot->session.get();
-  if (session == nullptr) return Ora(1012);
-  if (Status status = session->link().RoundTrip(); !status.ok()) {
-    session->Rollback();
+Status Refill(Environment& environment, StatementHandle* statement, std::size_t wanted) {
+  auto* user = environment.Find<SessionHandle>(statement->session);
+  if (user == nullptr || !user->session) return Ora(1012);
+  if (Status status = user->session->link().RoundTrip(); !status.ok()) {
+    user->session->Rollback();
     return status;
   }
   return TakeRows(statement, wanted);
@@ -42,66 +39,55 @@ void Put(T* array, std::size_t index, long long value) {
 }
 
 // Puts one value into one buffer, by the table of return and error codes for data.
-Status Deliver(const DefineBuffer& define, std::size_t index,
-               const std::optional<std::string>& value, bool* warned) {
-  auto* buffer = static_cast<char*>(define.value) + index * static_cast<std::size_t>(define.size);
-  const bool zero_ended = define.type == kSqltStr;
-  const auto capacity = static_cast<std::size_t>(define.size) - (zero_ended ? 1 : 0);
-  if (!value) {
-    Put(define.length, index, 0);
-    Put(define.indicator, index, -1);
-    Put(define.code, index, 1405);
-    if (zero_ended) buffer[0] = '\0';
-    if (define.indicator != nullptr) return {};
-    if (define.code == nullptr) return Ora(1405);
-    *warned = true;
-    return {};
-  }
-  const std::size_t fits = CutAtCharacter(*value, std::min(capacity, value->size()));
-  if (fits > 0) std::memcpy(buffer, value->data(), fits);
-  if (zero_ended) buffer[fits] = '\0';
-  if (define.type == kSqltAfc) std::memset(buffer + fits, ' ', capacity - fits);
-  Put(define.length, index, static_cast<long long>(fits));
-  Put(define.code, index, 0);
-  Put(define.indicator, index, 0);
-  if (fits == value->size()) return {};
+Outcome Deliver(const DefineBuffer& define, std::size_t index,
+                const std::optional<std::string>& value) {
+  const auto capacity = static_cast<std::size_t>(define.size);
+  const std::size_t size = value ? value->size() : 0;
+  const std::size_t fits = value ? CutAtCharacter(*value, std::min(capacity, size)) : 0;
   constexpr std::size_t kMostInIndicator = std::numeric_limits<oci::sb2>::max();
-  Put(define.indicator, index,
-      value->size() > kMostInIndicator ? -2 : static_cast<long long>(value->size()));
-  Put(define.code, index, 1406);
-  if (define.code == nullptr) return Ora(1406);
-  *warned = true;
-  return {};
+  long long indicator = 0;
+  if (!value) indicator = -1;
+  if (fits < size) indicator = size > kMostInIndicator ? -2 : static_cast<long long>(size);
+  const int code = !value ? 1405 : fits < size ? 1406 : 0;
+  if (fits > 0)
+    std::memcpy(static_cast<char*>(define.value) + index * capacity, value->data(), fits);
+  Put(define.length, index, static_cast<long long>(fits));
+  Put(define.indicator, index, indicator);
+  Put(define.code, index, code);
+  const bool told = code == 1405 && define.indicator != nullptr;
+  if (code == 0 || told) return oci::kSuccess;
+  if (define.code == nullptr) return Ora(code);
+  return {oci::kSuccessWithInfo, Ora(24345)};
 }
 
-Status DeliverRow(const StatementState& statement, std::size_t index, const DisplayRow& row,
-                  bool* warned) {
-  Status first;
+// The worst of its columns.
+Outcome DeliverRow(const StatementHandle& statement, std::size_t index, const DisplayRow& row) {
+  Outcome worst(oci::kSuccess);
   for (std::size_t i = 0; i < statement.defines.size() && i < row.size(); ++i) {
     if (statement.defines[i].value == nullptr) continue;
-    const Status status = Deliver(statement.defines[i], index, row[i], warned);
-    if (first.ok()) first = status;
+    Outcome outcome = Deliver(statement.defines[i], index, row[i]);
+    const bool worse = outcome.result != oci::kSuccess && worst.result != oci::kError;
+    if (worse) worst = std::move(outcome);
   }
-  return first;
+  return worst;
 }
 
 }  // namespace
 
-Status TakeRows(StatementState* statement, std::size_t wanted) {
-  const bool fetches_ahead = !HasLarge(*statement->cursor);
+Status TakeRows(StatementHandle* statement, std::size_t wanted) {
   const std::size_t memory = statement->prefetch_memory;
-  std::size_t extra = fetches_ahead ? statement->prefetch_rows : 0;
-  if (fetches_ahead && extra == 0 && memory > 0) extra = kMostAhead;
-  extra = std::min(extra, kMostAhead);
+  std::size_t extra = std::min<std::size_t>(statement->prefetch_rows, kMostAhead);
+  if (extra == 0 && memory > 0) extra = kMostAhead;
+  if (HasLarge(*statement->cursor)) extra = 0;
   std::size_t bytes = 0;
   while (statement->ahead.size() < wanted + extra) {
     if (statement->ahead.size() >= wanted && memory > 0 && bytes >= memory) return {};
     DisplayRow row;
     bool found = false;
-    if (Status status = statement->cursor->Next(&row, &found); !status.ok()) return status;
-    if (!found) {
-      statement->at_end = true;
-      return {};
+    Status status = statement->cursor->Next(&row, &found);
+    if (!status.ok() || !found) {
+      statement->at_end = status.ok();
+      return status;
     }
     bytes += RowBytes(row);
     statement->ahead.push_back(std::move(row));
@@ -109,29 +95,28 @@ Status TakeRows(StatementState* statement, std::size_t wanted) {
   return {};
 }
 
-Status FetchRows(StatementState* statement, oci::ub4 rows, oci::sword* result) {
+Outcome FetchRows(Environment& environment, StatementHandle* statement, oci::ub4 rows) {
   if (statement->defines.size() > statement->cursor->columns().size()) return Ora(1007);
   const bool defined =
       std::any_of(statement->defines.begin(), statement->defines.end(),
                   [](const DefineBuffer& define) { return define.value != nullptr; });
   if (!defined) return Ora(24374);
-  bool warned = false;
+  Outcome outcome(oci::kSuccess);
   for (std::size_t index = 0; index < rows; ++index) {
     if (statement->ahead.empty() && !statement->at_end) {
       const std::size_t wanted = std::min<std::size_t>(rows - index, kMostAhead);
-      if (Status status = Refill(statement, wanted); !status.ok()) return status;
+      Status status = Refill(environment, statement, wanted);
+      if (!status.ok()) return status;
     }
-    if (statement->ahead.empty()) {
-      *result = oci::kNoData;
-      return Ora(1403);
-    }
+    if (statement->ahead.empty()) return {oci::kNoData, Ora(1403)};
     // The row counts as fetched also when a column of it does not fit.
     const DisplayRow row = std::move(statement->ahead.front());
     statement->ahead.pop_front();
-    if (Status status = DeliverRow(*statement, index, row, &warned); !status.ok()) return status;
+    Outcome of_row = DeliverRow(*statement, index, row);
+    if (of_row.result == oci::kError) return of_row;
+    if (of_row.result != oci::kSuccess) outcome = std::move(of_row);
   }
-  *result = warned ? oci::kSuccessWithInfo : oci::kSuccess;
-  return warned ? Ora(24345) : Status();
+  return outcome;
 }
 
 }  // namespace quillmere::sandbox

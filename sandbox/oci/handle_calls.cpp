@@ -1,79 +1,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "sandbox/oci/calls.h"
-
-namespace quillmere::sandbox {
-
-HandleRegistry& Registry() {
-  // Never destroyed: threads of the client may still call while the process ends.
-  static auto* registry = new HandleRegistry();
-  return *registry;
-}
-
-oci::sword Report(const HandlePtr& error, const Status& status, oci::sword result) {
-  if (status.ok()) return result;
-  const std::lock_guard lock(error->mutex);
-  error->error = status;
-  return result == oci::kSuccess ? oci::kError : result;
-}
-
-void AbandonSession(const HandlePtr& session) {
-  std::shared_ptr<SessionSlot> slot;
-  {
-    const std::lock_guard lock(session->mutex);
-    slot = std::exchange(session->session.slot, nullptr);
-  }
-  if (!slot) return;
-  const std::lock_guard lock(slot->mutex);
-  slot->session.reset();
-}
-
-void CloseStatement(const HandlePtr& statement, const std::shared_ptr<SessionSlot>& unless) {
-  std::shared_ptr<SessionSlot> slot;
-  {
-    const std::lock_guard lock(statement->mutex);
-    slot = statement->statement.slot;
-  }
-  if (!slot || slot == unless) return;
-  const std::lock_guard session_lock(slot->mutex);
-  const std::lock_guard lock(statement->mutex);
-  statement->statement.cursor.reset();
-}
-
-namespace {
-
-void Release(const HandlePtr& handle) {
-  switch (handle->type) {
-    case oci::kHtypeStmt:
-      CloseStatement(handle, nullptr);
-      break;
-    case oci::kHtypeSession:
-      AbandonSession(handle);
-      break;
-    case oci::kHtypeServer:
-    case oci::kHtypeSvcCtx:
-      for (const HandlePtr& session : Registry().SessionsOf(handle->env)) {
-        bool uses = false;
-        {
-          const std::lock_guard lock(session->mutex);
-          uses = session->session.server == handle->id || session->session.svcctx == handle->id;
-        }
-        if (uses) AbandonSession(session);
-      }
-      break;
-    default:
-      break;
-  }
-}
-
-bool IsKnownType(oci::ub4 type) {
-  return type == oci::kHtypeError || type == oci::kHtypeSvcCtx || type == oci::kHtypeStmt ||
-         type == oci::kHtypeServer || type == oci::kHtypeSession;
-}
-
-}  // namespace
-}  // namespace quillmere::sandbox
+#include "sandbox/oci/handles.h"
 
 using namespace quillmere::oci;      // NOLINT: this file is these functions
 using namespace quillmere::sandbox;  // NOLINT
@@ -90,7 +18,7 @@ sword OCIEnvCreate(OCIEnv** envhpp, ub4, void*, void* (*)(void*, std::size_t),
                    void** usrmempp) {
   if (envhpp == nullptr) return kError;
   try {
-    *envhpp = reinterpret_cast<OCIEnv*>(Registry().AddEnvironment()->id);
+    *envhpp = reinterpret_cast<OCIEnv*>(AddEnvironment()->id());
     if (usrmempp != nullptr) *usrmempp = nullptr;
     return kSuccess;
   } catch (const std::exception&) {
@@ -100,10 +28,13 @@ sword OCIEnvCreate(OCIEnv** envhpp, ub4, void*, void* (*)(void*, std::size_t),
 
 sword OCIHandleAlloc(const void* parenth, void** hndlpp, ub4 type, std::size_t, void** usrmempp) {
   try {
-    if (hndlpp == nullptr || !IsKnownType(type)) return kInvalidHandle;
-    const HandlePtr handle = Registry().Add(parenth, type);
-    if (!handle) return kInvalidHandle;
-    *hndlpp = reinterpret_cast<void*>(handle->id);
+    const auto environment = EnvironmentOf(parenth);
+    if (hndlpp == nullptr || !environment) return kInvalidHandle;
+    if (reinterpret_cast<HandleId>(parenth) != environment->id()) return kInvalidHandle;
+    const std::lock_guard lock(environment->mutex);
+    void* handle = environment->Allocate(type);
+    if (handle == nullptr) return kInvalidHandle;
+    *hndlpp = handle;
     if (usrmempp != nullptr) *usrmempp = nullptr;
     return kSuccess;
   } catch (const std::exception&) {
@@ -113,9 +44,14 @@ sword OCIHandleAlloc(const void* parenth, void** hndlpp, ub4 type, std::size_t, 
 
 sword OCIHandleFree(void* hndlp, ub4 type) {
   try {
-    const auto removed = Registry().Remove(hndlp, type);
-    for (const HandlePtr& handle : removed) Release(handle);
-    return removed.empty() ? kInvalidHandle : kSuccess;
+    const auto id = reinterpret_cast<HandleId>(hndlp);
+    const auto environment = EnvironmentOf(hndlp);
+    if (!environment) return kInvalidHandle;
+    const std::lock_guard lock(environment->mutex);
+    if (type != kHtypeEnv) return environment->Free(id, type) ? kSuccess : kInvalidHandle;
+    if (id != environment->id()) return kInvalidHandle;
+    RemoveEnvironment(id);
+    return kSuccess;
   } catch (const std::exception&) {
     return kError;
   }
@@ -124,16 +60,19 @@ sword OCIHandleFree(void* hndlp, ub4 type) {
 sword OCIErrorGet(void* hndlp, ub4 recordno, OraText* sqlstate, sb4* errcodep, OraText* bufp,
                   ub4 bufsiz, ub4 type) {
   try {
-    if (type != kHtypeError && type != kHtypeEnv) return kInvalidHandle;
-    const HandlePtr handle = Registry().Find(hndlp, type);
-    if (!handle) return kInvalidHandle;
+    const auto environment = EnvironmentOf(hndlp);
+    if (!environment) return kInvalidHandle;
+    const std::lock_guard lock(environment->mutex);
+    const auto* error = environment->Find<ErrorHandle>(hndlp);
+    const bool own = type == kHtypeEnv && reinterpret_cast<HandleId>(hndlp) == environment->id();
+    if (!own && (type != kHtypeError || error == nullptr)) return kInvalidHandle;
     if (sqlstate != nullptr) *sqlstate = '\0';
     if (bufp != nullptr && bufsiz > 0) *bufp = '\0';
-    const std::lock_guard lock(handle->mutex);
-    if (recordno != 1 || handle->error.ok()) return kNoData;
-    if (errcodep != nullptr) *errcodep = handle->error.code();
+    // Nothing is ever reported on an environment itself.
+    if (own || recordno != 1 || error->last.ok()) return kNoData;
+    if (errcodep != nullptr) *errcodep = error->last.code();
     if (bufp != nullptr && bufsiz > 0) {
-      const std::string text = handle->error.Text() + "\n";
+      const std::string text = error->last.Text() + "\n";
       const std::size_t size = std::min<std::size_t>(text.size(), bufsiz - 1);
       std::memcpy(bufp, text.data(), size);
       bufp[size] = '\0';

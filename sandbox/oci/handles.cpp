@@ -1,98 +1,92 @@
 #include "sandbox/oci/handles.h"
 
-#include <algorithm>
-
 namespace quillmere::sandbox {
 
-HandlePtr HandleRegistry::Insert(oci::ub4 type, HandleId env) {
-  auto handle = std::make_shared<Handle>();
-  handle->id = next_;
-  next_ += 16;
-  handle->type = type;
-  handle->env = env == 0 ? handle->id : env;
-  handles_.emplace(handle->id, handle);
-  return handle;
+namespace {
+
+// An environment's number stands above those of its handles, which come in steps of sixteen.
+constexpr unsigned kEnvironmentShift = 44;
+constexpr HandleId kStep = 16;
+
+struct Registry {
+  std::mutex mutex;
+  HandleId next = 1;
+  std::unordered_map<HandleId, std::shared_ptr<Environment>> environments;  // by number
+};
+
+// The client interface has no other place to keep them. Never destroyed: threads of the client may
+// still call while the process ends.
+Registry& TheRegistry() {
+  static auto* registry = new Registry();
+  return *registry;
 }
 
-HandlePtr HandleRegistry::AddEnvironment() {
-  const std::lock_guard lock(mutex_);
-  HandlePtr handle = Insert(oci::kHtypeEnv, 0);
-  environments_.try_emplace(handle->id);
-  return handle;
+std::unique_ptr<Handle> Make(oci::ub4 type) {
+  if (type == ErrorHandle::kType) return std::make_unique<ErrorHandle>();
+  if (type == ServerHandle::kType) return std::make_unique<ServerHandle>();
+  if (type == ServiceHandle::kType) return std::make_unique<ServiceHandle>();
+  if (type == SessionHandle::kType) return std::make_unique<SessionHandle>();
+  if (type == StatementHandle::kType) return std::make_unique<StatementHandle>();
+  return nullptr;
 }
 
-HandlePtr HandleRegistry::Add(const void* parent, oci::ub4 type) {
-  const std::lock_guard lock(mutex_);
-  const auto found = handles_.find(reinterpret_cast<HandleId>(parent));
-  if (found == handles_.end() || found->second->type != oci::kHtypeEnv) return nullptr;
-  const HandleId env = found->first;
-  if (type == oci::kHtypeSession) RecycleSessions(env);
-  HandlePtr handle = Insert(type, env);
-  Environment& environment = environments_[env];
-  if (type == oci::kHtypeSvcCtx) environment.newest_svcctx = handle->id;
-  if (type == oci::kHtypeSession) {
-    handle->session.svcctx = environment.newest_svcctx;
-    environment.sessions.push_back(handle->id);
+}  // namespace
+
+std::shared_ptr<Environment> AddEnvironment() {
+  Registry& registry = TheRegistry();
+  const std::lock_guard lock(registry.mutex);
+  const HandleId number = registry.next++;
+  auto environment = std::make_shared<Environment>(number << kEnvironmentShift);
+  registry.environments.emplace(number, environment);
+  return environment;
+}
+
+std::shared_ptr<Environment> EnvironmentOf(const void* handle) {
+  Registry& registry = TheRegistry();
+  const std::lock_guard lock(registry.mutex);
+  const auto found =
+      registry.environments.find(reinterpret_cast<HandleId>(handle) >> kEnvironmentShift);
+  return found == registry.environments.end() ? nullptr : found->second;
+}
+
+void RemoveEnvironment(HandleId id) {
+  Registry& registry = TheRegistry();
+  const std::lock_guard lock(registry.mutex);
+  registry.environments.erase(id >> kEnvironmentShift);
+}
+
+void* Environment::Allocate(oci::ub4 type) {
+  std::unique_ptr<Handle> handle = Make(type);
+  if (!handle) return nullptr;
+  next_ += kStep;
+  if (type == ServiceHandle::kType) newest_service_ = next_;
+  if (auto* session = dynamic_cast<SessionHandle*>(handle.get())) {
+    std::vector<HandleId> abandoned;
+    EachSession([&](HandleId id, SessionHandle* other) {
+      const bool used = other->session || other->service == 0 || handles_.contains(other->service);
+      if (!used) abandoned.push_back(id);
+    });
+    for (const HandleId id : abandoned) handles_.erase(id);
+    session->service = newest_service_;
   }
-  return handle;
+  handles_.emplace(next_, std::move(handle));
+  return reinterpret_cast<void*>(next_);
 }
 
-// Lets go of session handles whose session is over and whose service context is gone. Each
-// allocation looks at all that are live, which is a handful, because each one clears up.
-void HandleRegistry::RecycleSessions(HandleId env) {
-  std::erase_if(environments_[env].sessions, [this](HandleId id) {
-    const auto found = handles_.find(id);
-    if (found == handles_.end()) return true;
-    {
-      const std::lock_guard lock(found->second->mutex);
-      const SessionState& session = found->second->session;
-      if (session.slot || session.svcctx == 0 || handles_.contains(session.svcctx)) return false;
-    }
-    handles_.erase(found);
-    return true;
+void Environment::EndSessionsOn(HandleId id) {
+  EachSession([id](HandleId, SessionHandle* session) {
+    if (session->server == id || session->service == id) session->session.reset();
   });
 }
 
-std::vector<HandlePtr> HandleRegistry::SessionsOf(HandleId env) {
-  const std::lock_guard lock(mutex_);
-  std::vector<HandlePtr> sessions;
-  const auto environment = environments_.find(env);
-  if (environment == environments_.end()) return sessions;
-  for (const HandleId id : environment->second.sessions) {
-    if (const auto found = handles_.find(id); found != handles_.end()) {
-      sessions.push_back(found->second);
-    }
-  }
-  return sessions;
-}
-
-HandlePtr HandleRegistry::Find(HandleId id, oci::ub4 type) {
-  const std::lock_guard lock(mutex_);
+bool Environment::Free(HandleId id, oci::ub4 type) {
   const auto found = handles_.find(id);
-  return found == handles_.end() || found->second->type != type ? nullptr : found->second;
-}
-
-HandlePtr HandleRegistry::Find(const void* handle, oci::ub4 type) {
-  return Find(reinterpret_cast<HandleId>(handle), type);
-}
-
-std::vector<HandlePtr> HandleRegistry::Remove(const void* handle, oci::ub4 type) {
-  const std::lock_guard lock(mutex_);
-  std::vector<HandlePtr> removed;
-  const auto found = handles_.find(reinterpret_cast<HandleId>(handle));
-  if (found == handles_.end() || found->second->type != type) return removed;
-  const HandleId id = found->first;
-  removed.push_back(std::move(found->second));
+  if (found == handles_.end()) return false;
+  const std::unique_ptr<Handle> handle = Make(type);
+  if (!handle || typeid(*handle) != typeid(*found->second)) return false;
+  EndSessionsOn(id);
   handles_.erase(found);
-  if (type == oci::kHtypeEnv) {
-    std::erase_if(handles_, [&](auto& entry) {
-      if (entry.second->env != id) return false;
-      removed.push_back(std::move(entry.second));
-      return true;
-    });
-    environments_.erase(id);
-  }
-  return removed;
+  return true;
 }
 
 }  // namespace quillmere::sandbox

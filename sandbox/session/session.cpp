@@ -8,13 +8,14 @@
 
 namespace quillmere::sandbox {
 
-Status Session::Execute(const std::string& sql, StatementResult* result) {
+Status Session::Execute(const std::string& sql, StatementResult* result, bool query_only) {
   *result = {};
   context_.now = DateTime::Now();
   // Nobody waits for a lock to hear of a missing parenthesis.
   Statement statement;
   if (Status status = ParseStatement(sql, &statement); !status.ok()) return status;
   if (const auto* select = std::get_if<Select>(&statement)) return ExecuteSelect(*select, result);
+  if (query_only) return Ora(24333);
   const char* privilege = nullptr;
   if (const ObjectName* target = TargetOf(statement, &privilege)) {
     return ExecuteDml(statement, *target, privilege, result);

@@ -38,7 +38,8 @@ class Session {
   Session& operator=(const Session&) = delete;
 
   // A statement that fails leaves the transaction as it was; DDL commits first, also when it fails.
-  Status Execute(const std::string& sql, StatementResult* result);
+  // With `query_only` anything but a query is refused with ORA-24333.
+  Status Execute(const std::string& sql, StatementResult* result, bool query_only = false);
   // After a failure the transaction is rolled back.
   Status Commit();
   void Rollback();
