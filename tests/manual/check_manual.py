@@ -116,6 +116,11 @@ def main():
                   for file in pages}
     if len(navigation) != 1 or any(f'"{file.name}"' not in min(navigation) for file in pages):
         faults.append("the pages differ in their navigation, or it lacks one of them")
+    version = re.search(r"project\(Quillmere VERSION (\S+)", (folder / "CMakeLists.txt").read_text()).group(1)
+    for name, text in (("debian/changelog", f"quillmere ({version})"), ("CHANGELOG.md", f"\n## {version} "),
+                       ("packaging/quillmere.metainfo.xml", f'<release version="{version}"')):
+        if text not in (folder / name).read_text():
+            faults.append(f"{name} does not know version {version}")
     shown = {target for page in pages.values() for target in page.targets}
     for picture in sorted((folder / "HTML/images").glob("*")):
         if f"images/{picture.name}" not in shown:
