@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "sandbox/oci/handles.h"
 

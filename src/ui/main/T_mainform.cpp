@@ -10,6 +10,7 @@
 #include <QSplitter>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "foundation/files.h"
 #include "ui/databases/T_dbmgrform.h"
