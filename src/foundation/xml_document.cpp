@@ -53,19 +53,11 @@ bool XmlDocument::Parse(std::string_view text) {
   return XmlReader(storage_->root, storage_->text, storage_->message).Read();
 }
 
-<<<<<<< HEAD
-bool XmlDocument::Save(FileSystem& files, const std::filesystem::path& path, FileAccess access) {
+bool XmlDocument::Save(FileSystem& files, const std::filesystem::path& path) {
   XmlWriter writer;
   std::string reason;
   if (writer.Write(storage_->root, storage_->ExpectedTextSize()) &&
-      ReplaceTextFile(files, path, writer.Text(), access, reason)) {
-=======
-bool XmlDocument::Save(const std::filesystem::path& path) {
-  XmlWriter writer;
-  std::string reason;
-  if (writer.Write(storage_->root, storage_->ExpectedTextSize()) &&
-      ReplaceTextFile(path, writer.Text(), FileAccess::Everyone, reason)) {
->>>>>>> 10a4e23 (take out what nobody calls)
+      ReplaceTextFile(files, path, writer.Text(), FileAccess::Everyone, reason)) {
     return true;
   }
   storage_->message = "Can not create " + PathText(path);

@@ -88,12 +88,7 @@ class XmlDocument {
   bool Parse(std::string_view text);
 
   // Replaces the file whole; on failure Message() is "Can not create " and the path.
-<<<<<<< HEAD
-  bool Save(FileSystem& files, const std::filesystem::path& path,
-            FileAccess access = FileAccess::Everyone);
-=======
-  bool Save(const std::filesystem::path& path);
->>>>>>> 10a4e23 (take out what nobody calls)
+  bool Save(FileSystem& files, const std::filesystem::path& path);
   // What Save would write; empty when that is more than kXmlTextLimit.
   std::string Text() const;
   // The same, but false when that is more than kXmlTextLimit.
