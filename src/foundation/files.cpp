@@ -195,7 +195,8 @@ bool IsFolder(FileSystem& files, const fs::path& path) {
 bool MakeFolders(FileSystem& files, const fs::path& folder, std::string& error) {
   FileFacts facts;
   FileStatus status = files.Look(folder, facts);
-  if (status && facts.kind != FileKind::Folder) status = {FileCode::NotAFile, "a file stands there"};
+  if (status && facts.kind != FileKind::Folder)
+    status = {FileCode::NotAFile, "a file stands there"};
   if (!status.Missing()) return Passed(status, "create folder", folder, error);
   const fs::path parent = FolderOf(folder);
   if (parent != folder && !MakeFolders(files, parent, error)) return false;

@@ -10,7 +10,8 @@ void UnreadableFiles::Rename(const std::filesystem::path& from, const std::files
   std::replace(files_.begin(), files_.end(), from, to);
 }
 
-bool UnreadableFiles::Keep(FileSystem& files, const std::filesystem::path& file, std::string& error) {
+bool UnreadableFiles::Keep(FileSystem& files, const std::filesystem::path& file,
+                           std::string& error) {
   const auto found = std::find(files_.begin(), files_.end(), file);
   if (found == files_.end()) return true;
   if (!KeepBadFile(files, file, error)) return false;

@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "workspace/scripted_workspace.h"
 #include "support/config_of.h"
+#include "workspace/scripted_workspace.h"
 
 namespace quillmere {
 namespace {

@@ -18,7 +18,8 @@ std::vector<SourceEntry> RowsOf(const DataSourceRegistry& registry) {
   for (std::size_t index = 0; index < registry.Count(); ++index) {
     const DataSource& source = registry.At(index);
     if (source.state == ConnectionState::Empty) continue;
-    rows.push_back({index, source.name, source.version, source.user_id, source.Mode(), source.state});
+    rows.push_back(
+        {index, source.name, source.version, source.user_id, source.Mode(), source.state});
   }
   return rows;
 }

@@ -9,9 +9,9 @@
 #include <QSignalSpy>
 #include <thread>
 
+#include "support/config_of.h"
 #include "ui/jobs/job_worker.h"
 #include "workspace/scripted_workspace.h"
-#include "support/config_of.h"
 
 namespace quillmere {
 namespace {
