@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The manual's search box: looks for all words that are typed, in the index that the build writes
 // (search-index.js). Without it, as in a folder of sources, there is no box.
 "use strict";

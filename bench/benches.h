@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Who adds what to the table of ratios.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A save costs what changed and not what there is; a statement of a batch costs its text and little
 // more.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading the catalogue of a large database costs what the calls of the client cost and little
 // more, and its lists little more than the names in them.
 #include <malloc.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A pass costs a round trip and one small write a statement, whatever the job's size; a capture
 // costs little more than copying the redo.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // quillmere_bench [--only=TEXT] [options of Google Benchmark]
 // First the absolute figures, then the ratios; --only takes the ratios whose name contains TEXT.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sessions, handles and environments come and go by the thousand: the process must not grow.
 #include <unistd.h>
 

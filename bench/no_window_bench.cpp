@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // In place of window_bench.cpp where the window program is not built.
 #include "benches.h"
 

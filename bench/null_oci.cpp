@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "null_oci.h"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A client library without a database: every call succeeds at once. Queries answer canned rows.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Measures a subject against a baseline in the same run: machines differ, the ratio says something.
 #pragma once
 

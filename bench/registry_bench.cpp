@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A data source with 100,000 cached tables and their keys: loaded by the registry, against pugixml
 // with the same content as real XML and the same records, whose equal texts share their memory.
 #include <memory>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A fresh folder that goes with its owner.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A listener for engines that nobody listens to.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The window with large lists: opening and repainting one costs a fraction of filling a model of
 // Qt's own, and the event loop keeps turning while the worker is busy. Without a display.
 #include <time.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A job's own file with 20,000 tables: loaded into records and saved from them by the catalogue,
 // against pugixml with the same content as real XML, the same records and the same way of replacing
 // the file. And the parsers alone.

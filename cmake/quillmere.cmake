@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Compiler settings of all our targets, and how a folder becomes a library or a test program.
 
 find_package(Threads REQUIRED)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The demonstration: a shop's database is replicated into another one while people work on it.
 
 Makes two sandbox databases, SHOP_HQ and SHOP_COPY, defines a job between them, starts it, lets a

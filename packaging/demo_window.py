@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The demonstration in a window: a shop's database that people work on, and the program beside it.
 
 Makes the databases and the job of demo.py, lets the job replicate for a moment, and opens the window

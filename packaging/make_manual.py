@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Puts the manual together: copies its pages and writes the index that its search box looks into.
 
     make_manual.py FROM TO

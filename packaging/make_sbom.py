@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Writes the bill of materials of Debian packages: what was linked into each, as SPDX 2.3 JSON.
 
     make_sbom.py BUILD_FOLDER PACKAGE.deb...

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/base/status.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The outcome of every operation of the sandbox database: fine, or an Oracle error number with its
 // message. A plain value; copied freely, used on any thread.
 #pragma once

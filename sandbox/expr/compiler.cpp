@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/expr/compiler.h"
 
 #include "sandbox/store/sqlite_functions.h"

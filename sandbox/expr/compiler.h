@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Turns expressions into SQLite's SQL. Literals become parameters in the kind they are compared or
 // stored as, so that statements which differ in nothing else have the same text. Used on one
 // thread, for one statement.

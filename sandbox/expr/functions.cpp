@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/expr/functions.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The scalar functions and arithmetic of SQL. Each is registered with SQLite, which calls it; the
 // table is made once and only read afterwards, on any thread.
 #pragma once

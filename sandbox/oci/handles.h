@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The handles that clients hold. A handle's value is a number that is never given twice, not an
 // address: a wrong, freed or null handle is always known as such. Calls may come on any thread;
 // those with handles of one environment run one after another under its lock, those of different

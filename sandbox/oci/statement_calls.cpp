@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/oci/handles.h"
 
 namespace quillmere::sandbox {

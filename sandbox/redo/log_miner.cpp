@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/redo/log_miner.h"
 
 #include "sandbox/redo/redo_text.h"

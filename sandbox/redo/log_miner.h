@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A session's LogMiner: the files added, the range started, and the functions that
 // v$logmnr_contents is made of, which write the redo as it is read, however long it is.
 #pragma once

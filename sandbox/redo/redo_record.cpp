@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/redo/redo_record.h"
 
 namespace quillmere::sandbox {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How a change is kept: the values before and after it, beside a reference to the table's form at
 // that time. The text of the statement is made when somebody mines it, in the formats of that
 // session.

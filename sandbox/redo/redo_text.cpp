@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/redo/redo_text.h"
 
 #include "sandbox/values/rowid.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Data definition: runs one statement inside a transaction that the caller commits, or takes back
 // when it fails.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/session/ddl.h"
 
 namespace quillmere::sandbox {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <set>
 
 #include "sandbox/expr/compiler.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/session/dml.h"
 
 #include "sandbox/session/row_values.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // INSERT, UPDATE and DELETE. Plain functions, run inside a transaction and a statement mark by the
 // thread that holds the session.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/session/link.h"
 
 #include <charconv>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An attachment to a database: what stands for the network between client and server. Shared by
 // the server handle and the sessions begun on it; used under the session's lock.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The procedures of DBMS_LOGMNR, as far as mining the online log needs them.
 #include <limits>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/session/row_changer.h"
 
 #include <algorithm>

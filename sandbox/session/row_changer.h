@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Changes rows: keeps primary, unique and foreign keys, and writes redo beside every change. One
 // for each statement, inside a transaction and a statement mark. It keeps its first error and
 // changes nothing more after it; the caller then undoes the statement.

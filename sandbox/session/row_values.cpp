@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/session/row_values.h"
 
 #include "sandbox/values/decimal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Values on their way into a column and out of it. Plain functions, for any thread.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // SELECT: compiled, then opened as a cursor. Used by the thread that holds the session.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/session/session.h"
 
 #include "sandbox/session/ddl.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A logged-on session of a database: runs statements, owns the one transaction. Calls must not
 // overlap; the OCI layer locks. Destroying a session rolls back what is not committed and closes
 // its cursors.

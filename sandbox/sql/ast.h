@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the parser makes of a statement. Plain values; a statement owns all that hangs on it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/sql/statement_parser.h"
 
 namespace quillmere::sandbox {

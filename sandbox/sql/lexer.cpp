@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/sql/lexer.h"
 
 #include <algorithm>

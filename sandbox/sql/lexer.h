@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Takes a statement apart into tokens. Bytes above 127 count as letters, so names and literals of
 // any encoding pass through unchanged. Plain values, usable on any thread.
 #pragma once

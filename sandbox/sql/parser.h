@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text to statement. Errors are those Oracle gives for the same mistake where it is clear which,
 // and ORA-00900 with the statement's beginning where it is not. Usable on any thread.
 #pragma once

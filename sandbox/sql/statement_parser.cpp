@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/sql/statement_parser.h"
 
 #include "sandbox/sql/parser.h"

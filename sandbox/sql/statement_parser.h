@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The grammar, by recursive descent. No function says whether it failed: the reader keeps the first
 // error, and whoever began looks at status() at the end. Private to sql/.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/sql/token_reader.h"
 
 #include <algorithm>

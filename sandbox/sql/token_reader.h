@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A position in a token list that keeps its first error. From then on the list seems to be at its
 // end: a parser goes on asking without harm, finds nothing, and looks at the outcome once. Private
 // to sql/.

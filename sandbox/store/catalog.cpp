@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/store/catalog.h"
 
 #include "sandbox/store/sql_runner.h"

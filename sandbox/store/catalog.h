@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The dictionary as statements need it: tables by name, with everything that hangs on them.
 // Belongs to one session and is used by one thread at a time. What it gives out stays valid, and as
 // it was, for as long as somebody holds it.

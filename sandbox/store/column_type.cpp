@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/store/column_type.h"
 
 #include "sandbox/store/sqlite_functions.h"

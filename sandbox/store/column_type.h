@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The datatypes of columns: what a definition means, how the dictionary reports it, how values of
 // it are kept. Plain values.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The side file that tells every attached session that its connection has been cut. A session
 // compares a counter in shared memory at each round trip, and holds the file's shared lock while
 // it commits, so that no commit can follow a cut.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/store/database_file.h"
 
 #include <algorithm>

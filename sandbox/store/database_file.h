@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The file of a database: where it is, how it is made, how it is opened.
 #pragma once
 

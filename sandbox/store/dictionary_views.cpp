@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/store/dictionary_views.h"
 
 namespace quillmere::sandbox {

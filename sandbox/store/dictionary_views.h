@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The views of the data dictionary, each a query over the tables that keep it. Made once, then only
 // read, on any thread.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Salted one-way hashes of passwords, so that the database file does not give them away.
 #pragma once
 

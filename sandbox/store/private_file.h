@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files that nobody but their owner may read.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs statements one after another and keeps the first error: from then on it runs nothing and
 // finds nothing, so that a sequence is written down without a check behind each step.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A thin owner of SQLite connections and statements: every failure becomes an ORA- error with its
 // cause. A connection and its statements belong to one thread at a time.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/store/sqlite_functions.h"
 
 #include "sandbox/values/decimal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Makes the functions and orders of SQL known to a SQLite connection.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the dictionary knows of a table. Loaded once, then only read: shared freely within a
 // session.
 #pragma once

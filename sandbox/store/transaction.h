@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The one transaction of a session: begun by its first change, on a connection that only writes.
 // Hands out the SCNs of the changes made in it. Used under the session's lock.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/tool/compare.h"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Compares two databases: which tables there are, their columns, and their rows as multisets.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // quillmere-sandbox: makes sandbox databases, runs SQL on them and compares them.
 #include <CLI/CLI.hpp>
 #include <filesystem>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs a file of SQL statements in one session of a database.
 #pragma once
 

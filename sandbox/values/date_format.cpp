@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The format masks of TO_DATE and TO_CHAR: one table of elements, read and written by it.
 #include <array>
 #include <cctype>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/values/datetime.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dates and time stamps: Oracle's format masks, and the canonical texts that the database stores.
 //   DATE                      2026-03-01 13:05:09
 //   TIMESTAMP                 2026-03-01 13:05:09.123456789

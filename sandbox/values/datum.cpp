@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/values/datum.h"
 
 #include "sandbox/values/decimal.h"

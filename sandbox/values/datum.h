@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One value as statements handle it: its kind and its canonical text. Plain values.
 #pragma once
 

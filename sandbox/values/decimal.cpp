@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/values/decimal.h"
 
 #include <algorithm>

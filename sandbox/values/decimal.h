@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Exact decimal numbers with the range of Oracle's NUMBER: up to 40 significant digits, magnitudes
 // from 1e-130 to below 1e126. The canonical text (".5", "-12.75", "0") is what the database stores:
 // equal numbers have equal texts. Plain values, usable on any thread.

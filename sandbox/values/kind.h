@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The kinds of values that statements tell apart.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Row addresses: 18 characters, as Oracle spells them (object, file, block, row).
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text measured in characters: UTF-8, where a byte that belongs to no character counts as one.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The signals that ask the program to end: SIGINT and SIGTERM, or what the platform has instead.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // quillmere: the window program.
 #include <CLI/CLI.hpp>
 #include <QApplication>

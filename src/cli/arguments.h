@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The command line's grammar: which commands there are, what each may be given, and what --help
 // says of them. The argument library is seen by this file's implementation alone.
 #pragma once

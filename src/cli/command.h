@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What every command of quillmere-cli works with. A command is a function that takes what stands on
 // the command line and returns the exit status; how it is written there, arguments.cpp describes.
 // Main thread.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/job_commands.h"
 
 #include "cli/job_output.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // quillmere-cli job ...: the catalogue of jobs.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Drives the jobs of a workspace on the worker thread and prints what happens.
 #pragma once
 

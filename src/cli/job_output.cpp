@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/job_output.h"
 
 #include <vector>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How jobs are shown.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How --json is printed.
 #pragma once
 

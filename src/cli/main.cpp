@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // quillmere-cli: Quillmere without a window.
 #include <exception>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/message_queue.h"
 
 #include <utility>

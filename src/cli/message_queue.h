@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From the thread that runs the jobs to the one that prints: bounded, so a reader who does not keep
 // up slows the jobs down and never fills the memory.
 #pragma once

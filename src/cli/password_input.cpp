@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/password_input.h"
 
 #include "cli/terminal.h"

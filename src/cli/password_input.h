@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where a password comes from: a file or standard input, never an argument.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // quillmere-cli run: drives jobs until it is told to end.
 #pragma once
 

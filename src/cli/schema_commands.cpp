@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/schema_commands.h"
 
 #include "cli/source_listings.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // quillmere-cli schema ...: tables, primary keys and indexes of a data source.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tells the service manager how the program is, where there is one that listens; otherwise nothing.
 // Not for several threads at once.
 #pragma once

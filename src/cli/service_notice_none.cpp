@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For systems without a service manager that is told, and builds without its library.
 #include "cli/service_notice.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <systemd/sd-daemon.h>
 
 #include <cstdint>

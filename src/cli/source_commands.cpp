@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/source_commands.h"
 
 #include "cli/password_input.h"

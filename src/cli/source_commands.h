@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // quillmere-cli source ...: the registered data sources.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cli/source_listings.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is shown of the registered data sources and of their cached lists, and the objects that
 // arguments name in them.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // quillmere-cli sql: runs statements in one session on a data source.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Standard input, output and error of the program, and the signals that ask it to end. Each
 // platform has a file of its own. Main thread only.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rows of texts as aligned columns.
 #pragma once
 

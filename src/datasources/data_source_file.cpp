@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "datasources/data_source_file.h"
 
 #include "foundation/tea_cipher.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How a data source stands in its own file. Inside of datasources/.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The registered Oracle connections (data sources) with their cached catalogue, and their files
 // config/database.xml and config/<name>.xml.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text that never changes and is shared by its copies. A cached catalogue repeats each owner, table
 // and status thousands of times: here a copy is a pointer.
 #pragma once

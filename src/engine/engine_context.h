@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What every part of the engine works with. Made by the workspace; all of it outlives the engine
 // and may be used on the thread that runs the jobs, of the message log its general log alone.
 #pragma once

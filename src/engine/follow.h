@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The way a job follows its source: from where the redo is mined, which of it makes a batch, and
 // when the job's positions move on. Internal to engine/.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/follow_rows.h"
 
 #include <algorithm>

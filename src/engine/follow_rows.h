@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Following by rows: by the SCN of each change. Mined from the mining start SCN, kept below the
 // cut-off SCN; then both move on by one step, so that every change is applied by the pass after the
 // one that first saw it, once. A change whose transaction stays open for longer than that can be

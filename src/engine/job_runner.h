@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The engine: runs jobs step by step, each step as the job's state asks for, on one thread of its
 // own (work_thread.h) or on whichever thread calls Step.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a step needs to know of a job's configuration, copied under its lock: names and log-ons may
 // be edited while a session is being opened. Internal to engine/.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One synchronization pass of a started job: capture unless a batch is pending, then the batch's
 // statements one by one on the destination. Internal to engine/.
 #pragma once

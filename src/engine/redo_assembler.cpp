@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/redo_assembler.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Puts the rows of mined redo together into statements, by their text alone. Made for one capture,
 // on its thread.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/rewriter.h"
 
 #include "foundation/text.h"

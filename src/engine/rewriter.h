@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What becomes of a captured statement: whether it belongs to a job, decided by its owner and table
 // alone, and then its form for the destination.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whoever listens to the job runner: the window posts and sends events, the command line prints.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/set_aside.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The changes of one capture that are not safe to apply: what there is to tell of them.
 #pragma once
 

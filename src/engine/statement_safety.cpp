@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/statement_safety.h"
 
 #include <algorithm>

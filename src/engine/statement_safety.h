@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whether a mined statement may be applied to another database, and how much of it. Pure functions:
 // both ways of following ask them.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/work_thread.h"
 
 namespace quillmere {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // HWorkThread: the one thread that runs all jobs of a workspace.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What every floor above stands on: the configuration dialect, the password cipher, the seam to
 // files and what is done with whole ones, names that may become file names, texts, time.
 #pragma once

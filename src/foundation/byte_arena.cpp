@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/byte_arena.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Memory that is only ever given back as a whole: small pieces are cut from large blocks, so that a
 // piece costs its own bytes and no call of the allocator. Pieces never move.
 #pragma once

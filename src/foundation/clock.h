@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Wall-clock time, passed in wherever time matters so that tests can turn it by hand.
 #pragma once
 

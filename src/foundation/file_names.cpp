@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/file_names.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Names of jobs and data sources become file and folder names, on Windows and on Linux.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The one seam between the program and its files: whatever the program reads, writes, renames or
 // locks goes through a FileSystem that is handed to it. files.h has what is done with whole files;
 // only that and who keeps a file open calls the functions here.

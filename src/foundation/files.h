@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whole-file reading and writing as every file of the program needs it, over the seam of
 // file_system.h. Functions report failure by a reason that names the path; nothing throws. Any
 // thread.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Locks that clang checks: a field says which mutex guards it, a function which one must or must
 // not be held, and -Wthread-safety makes a breach an error. The standard library's mutex carries no
 // such marks here, hence the thin wrapper. Other compilers see nothing of the marks.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/quote_scanner.h"
 
 #include <cstring>

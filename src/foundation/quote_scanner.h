@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the literals of a redo statement begin and end. Capture and the batch file follow the same
 // rules, so what is written a statement a line reads back the same.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The operator's settings, kept in config/settings.xml. One object per workspace; the window
 // writes, every thread reads, hence the atomics. client_library is set before threads start.
 #pragma once

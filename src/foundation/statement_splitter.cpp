@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/statement_splitter.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Takes a script of statements apart: a semicolon at a line's end, outside of literals, quoted
 // names and comments, ends a statement.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The files of the operating system. Each platform has a file of its own.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/tea_cipher.h"
 
 #include <algorithm>

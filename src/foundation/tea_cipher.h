@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The 64-bit block cipher that hides stored passwords from casual reading. Not meant to resist
 // anybody who has the program: the key is a constant of it.
 #pragma once

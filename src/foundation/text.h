@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Small work on texts, which are bytes. Letters are those of ASCII: no locale has a say in what is
 // sent to a database or becomes a file name. Any thread.
 #pragma once

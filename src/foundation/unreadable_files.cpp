@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "foundation/unreadable_files.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The configuration files that were there and could not be read. None of them is destroyed by a
 // save: it is kept beside itself, under its name with ".bad" added, before the first one.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which release this is. It is said once, in the topmost CMakeLists.txt.
 #pragma once
 

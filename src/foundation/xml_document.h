@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tree of the configuration dialect: elements and text, no attributes, no entities, no root
 // element, a backslash before "<", ">" and "\". docs/file-formats.md describes the dialect.
 #pragma once

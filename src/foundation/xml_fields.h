@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads the children of a record one after another, in the order in which they are written: no
 // search as long as the file follows it, the first child of the name wherever it stands otherwise.
 #pragma once

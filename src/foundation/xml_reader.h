@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Turns the text of a configuration file into a tree. Inside of XmlDocument.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Turns a tree, or elements as they come, into the text of a configuration file. Large files are
 // written without a tree in between.
 #pragma once

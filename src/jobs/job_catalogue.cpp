@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "jobs/job_catalogue.h"
 
 #include <algorithm>

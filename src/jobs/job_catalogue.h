@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The files of the job list: jobs/jobs.xml and jobs/<name>/<name>.xml.
 #pragma once
 

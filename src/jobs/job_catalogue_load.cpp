@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading the catalogue; what saves it is in job_catalogue.cpp.
 #include <utility>
 

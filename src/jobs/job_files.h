@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How job records stand in their files. Inside of jobs/.
 #pragma once
 

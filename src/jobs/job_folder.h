@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The files that the program keeps in a job's folder: which there are, where they stand, and what
 // becomes of each when the job is removed, renamed, or its name taken again. A new kind of file is
 // a new row in job_folder.cpp. docs/file-formats.md has what is in them.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All jobs of a workspace, addressed by index, with the one lock that guards their states; and
 // their files (job_catalogue.h). Owned by the workspace.
 #pragma once

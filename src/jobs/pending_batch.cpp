@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "jobs/pending_batch.h"
 
 namespace quillmere {

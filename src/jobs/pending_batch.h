@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The statements of a job's current batch, in capture order. Texts lie end to end in large blocks,
 // so an entry costs 16 bytes above its text. Belongs to the thread that runs the job.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A job's run record (block.dat), its commit point (commit.dat) and its pending batch
 // (sqlcmds.txt), in the job's folder. docs/file-formats.md has their layout. For the thread that a
 // job's run belongs to.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "jobs/sync_job.h"
 
 namespace quillmere {

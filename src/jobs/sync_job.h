@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The records of a synchronization job: its configuration with source owners and tables, and its
 // run. Who may touch which of them when is said at SyncJob.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The message list of the program and its two log files, error.log and ravelkin.log, in the
 // working folder. Owned by the workspace.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The only road to a database: OracleSession, one connection over the Oracle Call Interface, and
 // the client library that all sessions share (oci_library.h).
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "oracle/statement_text.h"
 #include "oracle/text_query.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The statements of following by commits, whole and in one place: the engine sends them, and what
 // answers in tests answers exactly these. Every column is fetched as text; numbers have at most 20
 // digits. "{}" stands for a value, in order: a number, or a text whose quotes the caller has

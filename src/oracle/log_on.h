@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How to log on to a database: the one record of it, from what an operator enters to what a session
 // sends.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "oracle/nls_defaults.h"
 
 #include "oracle/platform.h"

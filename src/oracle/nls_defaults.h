@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The client's national-language settings. LogMiner writes dates and numbers in the formats of the
 // mining session, and the usual default drops the time of day; both ends of a job must read and
 // write them alike.

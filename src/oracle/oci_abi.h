@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The 13 functions of the Oracle Call Interface that Quillmere uses, declared by ourselves:
 // nothing of Oracle's is needed to build. Types, argument widths and constants are those of the
 // 64-bit client ABI. Shared with sandbox/, which exports functions of exactly these types.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "oracle/oci_library.h"
 
 #include "oracle/nls_defaults.h"

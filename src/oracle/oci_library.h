@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The client library behind all sessions: found and loaded at run time, or a table that is handed
 // in. Owned by the workspace; must outlive every session. Never unloaded: a client library keeps
 // threads and memory of its own.

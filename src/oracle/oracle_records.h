@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rows of Oracle's data dictionary, as the catalogue queries return them: plain values. Texts are
 // right-trimmed and in the dictionary's case.
 #pragma once

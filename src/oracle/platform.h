@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What loading a client library needs of the operating system. Each platform has a file of its own.
 // Asked once, before the program starts threads.
 #pragma once

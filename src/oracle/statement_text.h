@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The texts of the schema statements: pure functions, names pasted as they stand. Internal to
 // oracle/.
 #pragma once

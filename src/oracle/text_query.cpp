@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "oracle/text_query.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One SELECT whose columns are all fetched as text. Internal to oracle/.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "schemaops/cached_catalogue.h"
 
 #include <set>

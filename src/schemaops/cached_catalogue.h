@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keeps a data source's cached lists in step with what was done in its database. Internal to
 // schemaops/.
 #pragma once

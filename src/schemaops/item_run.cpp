@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "schemaops/item_run.h"
 
 namespace quillmere {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The walk over the items of one schema operation: what was done, told to the listener and the log.
 // Internal to schemaops/.
 #pragma once

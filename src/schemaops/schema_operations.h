@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is done with whole schemas: reading a data source's catalogue, and dropping, renaming and
 // migrating its keys, indexes and tables. What running jobs forbid is decided above, in workspace/.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What every window of the program is given. Made by main, outlives all windows.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workspace/folder_lock.h"
 
 #include <array>

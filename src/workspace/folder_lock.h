@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One program per working folder: the lock lies on quillmere.lock in it and goes with the process,
 // however it ends. The file itself stays.
 #pragma once

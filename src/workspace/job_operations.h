@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Creating, changing and deleting jobs. User-interface thread.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workspace/job_tables.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which tables a job carries, and to which owner: read from its source, included, excluded, given
 // another owner. User-interface thread; the job must rest.
 #pragma once

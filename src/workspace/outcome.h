@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What became of an operation that was asked for.
 #pragma once
 

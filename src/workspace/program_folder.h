@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the running program stands: its sandbox library stands beside it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <system_error>
 
 #include "workspace/program_folder.h"

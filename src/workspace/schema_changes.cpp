@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workspace/schema_changes.h"
 
 #include <utility>

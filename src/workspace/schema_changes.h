@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dropping, renaming and migrating objects of registered data sources, with the rules that running
 // jobs set. User-interface thread; each call blocks until its connections are closed again.
 #pragma once

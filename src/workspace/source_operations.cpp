@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workspace/source_operations.h"
 
 #include <utility>

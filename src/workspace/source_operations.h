@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Adding, changing, testing and removing data sources. User-interface thread.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which folder the window program works in. A program that is started from a desktop's menu finds
 // itself in the home folder, which is no place for its files.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workspace/working_folder.h"
 
 #include <cstdlib>

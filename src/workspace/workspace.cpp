@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workspace/workspace.h"
 
 #include <system_error>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One working folder opened by one program, with everything that lives as long as it; and what an
 // operator can do in it (the headers named below). The window and the command line stand on this.
 #pragma once

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Drives quillmere-cli as an operator does, on sandbox databases in a fresh folder.
 
 Usage: cli_test.py FOLDER-OF-THE-PROGRAMS [unittest arguments]

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Migrates, renames and drops with quillmere-cli, on sandbox databases in a fresh folder.
 
 Usage: schema_test.py FOLDER-OF-THE-PROGRAMS [unittest arguments]

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Kills the replicating program with SIGKILL at random moments while a workload runs on the source,
 lets it continue each time, and compares source and destination at the end.
 

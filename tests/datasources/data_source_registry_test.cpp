@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "datasources/data_source_registry.h"
 #include "support/hand_clock.h"
 #include "support/temp_folder.h"

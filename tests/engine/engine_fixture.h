@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An engine in a folder of its own, on a scripted client library, with one job and a clock that is
 // turned by hand.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/job_runner.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From mined text to the statement that runs on the destination.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

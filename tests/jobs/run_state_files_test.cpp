@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "jobs/run_state_files.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks the manual: its links and pictures exist, and it knows every message of the program.
 
     check_manual.py SOURCE_FOLDER [--list]

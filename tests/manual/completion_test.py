@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Completes command lines as bash does when Tab is pressed.
 
     completion_test.py SOURCE_FOLDER FOLDER_OF_THE_PROGRAMS

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Does what the manual's page First steps says, on the command line.
 
     first_steps.py SOURCE_FOLDER FOLDER_OF_THE_PROGRAMS

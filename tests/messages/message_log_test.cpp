@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "messages/message_log.h"
 #include "support/hand_clock.h"
 #include "support/temp_folder.h"

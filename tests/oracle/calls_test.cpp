@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What every operation asks of the client library, call by call, and what becomes of it when each
 // of these calls fails in turn. The texts in calls/ are what the server gets: they change only when
 // they are meant to.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the server answers now and then: names that do not fit, numbers that are none, redo in
 // pieces. Nothing is lost without a word, and nothing is done on the strength of half an answer.
 #include "oracle/operations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The session's operations in one form, with what they give as a line of text.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A client of the sandbox library as programs are: through the 13 functions and nothing else.
 #pragma once
 

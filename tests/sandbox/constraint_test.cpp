@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keys under changes, values at the edge of their columns, exchanges with the server, damage.
 #include <sys/stat.h>
 

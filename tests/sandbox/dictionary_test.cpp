@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/client.h"
 
 namespace quillmere::sandbox_test {

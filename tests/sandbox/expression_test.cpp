@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Values and expressions as a client sees them: through queries on one row.
 #include <random>
 

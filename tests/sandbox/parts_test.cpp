@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The parts that are easier to try by themselves than through a client.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Handles, fetching, cut connections, the tool, and texts that are no SQL.
 #include <atomic>
 #include <ctime>

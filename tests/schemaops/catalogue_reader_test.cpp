@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "schemaops/schemaops_fixture.h"
 
 namespace quillmere {

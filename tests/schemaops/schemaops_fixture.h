@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Schema operations on a scripted client, with a listener that writes down what it hears.
 #pragma once
 

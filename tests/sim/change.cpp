@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sim/change.h"
 
 #include <iterator>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the model's transactions do, and the texts that LogMiner makes of it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sim/destination_model.h"
 
 #include <algorithm>

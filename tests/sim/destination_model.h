@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A destination in memory that takes the statements of source models, and answers as a server does:
 // one transaction at a time with a savepoint, refusals on demand, the position row. It keeps what
 // was applied in the order of the commits, and the rows that result.

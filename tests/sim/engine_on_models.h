@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The engine with one job from a source model, SRC, to a destination model, DES: ORDERS to
 // SHOP.ORDERS, ITEMS to COPY.ITEMS, SECRET excluded; an interval of one minute.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The source model against a brute-force reading of its redo, and against a reference of following
 // by commits, which loses nothing on it; when one of its rules is left out, something is lost.
 #include <gtest/gtest.h>

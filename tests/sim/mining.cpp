@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sim/mining.h"
 
 #include <algorithm>

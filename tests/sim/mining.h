@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One LogMiner session on a source model, with the online dictionary and committed data only.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sim/model_oci.h"
 
 #include <charconv>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A client library whose connections lead to source and destination models: the 13 functions, on a
 // clock that calls move on. One at a time and one thread: the table serves the one made last.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The function table of the models, driven by the program's own sessions and engine.
 #include "sim/model_oci.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers that depend on nothing but the seed, on any platform.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sim/redo_thread.h"
 
 #include <algorithm>

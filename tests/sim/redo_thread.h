@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One thread of redo: what its log writer has written of it, in groups that are used in turn, and
 // the archived copies. It keeps SCN ranges and counts, not the changes.
 #pragma once

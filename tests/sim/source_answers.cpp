@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sim/source_answers.h"
 
 #include "oracle/follow_queries.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the dictionary views of a source model answer.
 #pragma once
 

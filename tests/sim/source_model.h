@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A source database in memory: tables that transactions change, SCNs, redo threads with their logs,
 // and time as it is told. What LogMiner makes of it is mining.h. Deterministic for its seed; keeps
 // the changes whose redo is still held, and those of open transactions. A copy is a backup.

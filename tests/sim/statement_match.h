@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whether a statement is one of follow_queries.h, and the values that fill it.
 #pragma once
 

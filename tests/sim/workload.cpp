@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sim/workload.h"
 
 #include "sim/source_model.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The users of a source model: transactions that begin, work, go back to savepoints and end.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A job's configuration without its lock, for tests in which nobody else is at work.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A clock that stands still until it is turned; any thread may read or turn it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A client library made of a script: it answers the 13 functions from tables, fails where it is
 // told to and writes down every call with its arguments.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Long results that are compared whole: with a text that stands in a file beside the test.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A fresh folder that goes with the test.
 #pragma once
 

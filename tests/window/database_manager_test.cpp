@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The database manager: data sources are connected and browsed, and their tables, keys and indexes
 // dropped, renamed and migrated; the databases themselves tell what was done.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Drives a Qt program in this process as a user does: real key and mouse events of the X display,
 // made by a thread beside the user-interface thread, so that modal dialogs and menus can be worked
 // with too. Nothing sleeps: each step waits until the program has taken it. A step that waits in

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The driver against a window made for it: keys, mouse, menus, drop-downs and modal dialogs arrive
 // as a user makes them.
 #include "window/driver.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The dialogs in which data sources and jobs are entered: what they refuse, with which words and
 // which field to mend; and that what they accept comes back as it was entered.
 #include <gtest/gtest.h>

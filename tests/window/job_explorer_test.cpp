@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The job explorer: what it shows, and a job from its first entry to its end.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The main thread is the user interface, the tests run beside it. On a failure the screen is saved
 // as failures/<test>.png in the current folder, and a fatal one ends the test wherever it happens,
 // in a helper too.

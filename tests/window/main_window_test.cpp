@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The window around the two managers: menus, hints, the guard at its close, and how the program
 // ends while it is at work. Nothing may hang, and nothing be lost.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/program_fixture.h"
 
 #include <QTabBar>

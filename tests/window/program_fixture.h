@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The whole window program in a folder of its own, on sandbox databases, with a clock that is
 // turned by hand, driven by key and mouse.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/x_display.h"
 
 #include <X11/XKBlib.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A connection of its own to the X display: makes the key and mouse events of a user (XTest), and
 // takes pictures of the screen. Knows no Qt window; any thread, one at a time.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A workspace on a scripted client library in a folder of its own.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workspace/workspace.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gallery/example_folder.h"
 
 #include <QByteArray>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A working folder with believable contents, the same each time: three sandbox databases, the data
 // sources and jobs between them, and a day's messages.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // quillmere-gallery: pictures of every window of the program, for the manual and for whoever works
 // on the windows. Needs no display. The same pictures each time.
 #include <QApplication>

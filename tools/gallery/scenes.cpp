@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gallery/scenes.h"
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every window, dialog and state of the program, one picture each.
 #pragma once
 

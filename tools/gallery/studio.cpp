@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gallery/studio.h"
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Takes pictures of windows: each with a frame and title, as on a desktop.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The database manager: the registered data sources with their primary keys, indexes and tables,
 // and what can be done with them.
 #pragma once

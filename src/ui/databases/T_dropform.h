@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Drops the selected primary keys, indexes or tables of a data source.
 #pragma once
 

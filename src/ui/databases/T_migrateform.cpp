@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/databases/T_migrateform.h"
 
 #include <QComboBox>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Creates the selected primary keys, indexes or tables of a data source on another one.
 #pragma once
 

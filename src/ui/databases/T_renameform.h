@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Gives one primary key, index or table of a data source another name.
 #pragma once
 

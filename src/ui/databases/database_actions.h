@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The actions of the database manager, its tool bar and its pop-up menus. User-interface thread.
 #pragma once
 

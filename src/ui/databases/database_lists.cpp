@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/databases/database_lists.h"
 
 #include "ui/toolkit/icons.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The lists of the database manager, one model per layout. They hold copies of the records (which
 // share their texts), so that nothing that happens to the registry can reach into them.
 // User-interface thread.

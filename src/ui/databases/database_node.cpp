@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/databases/database_node.h"
 
 namespace quillmere {

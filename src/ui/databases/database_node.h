@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the tree of the database manager consists of, and which actions its nodes offer.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tree of the database manager: the root, the registered data sources, and under each of them
 // its primary keys, indexes and tables as three nodes. User-interface thread.
 #pragma once

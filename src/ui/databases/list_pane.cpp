@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/databases/list_pane.h"
 
 #include <QItemSelectionModel>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The right side of the database manager: shows a node's list with its filter, counts and hints,
 // and tells which rows are selected. User-interface thread.
 #pragma once

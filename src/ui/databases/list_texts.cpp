@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/databases/list_texts.h"
 
 #include <QLocale>

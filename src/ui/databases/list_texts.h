@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What stands beside and inside the database manager's list.
 #pragma once
 

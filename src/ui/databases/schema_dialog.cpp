@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/databases/schema_dialog.h"
 
 #include <QHBoxLayout>

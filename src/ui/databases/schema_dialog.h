@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the drop, rename and migrate dialogs have in common: the objects they were opened for, what
 // they say in words, and the run.
 #pragma once

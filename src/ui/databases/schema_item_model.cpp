@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/databases/schema_item_model.h"
 
 #include "ui/toolkit/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The items of a drop or migrate dialog as a list, drawn from the items as they are shown.
 #pragma once
 

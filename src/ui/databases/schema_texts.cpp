@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/databases/schema_texts.h"
 
 #include "ui/databases/list_texts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the drop, rename and migrate dialogs tell in words before and after they run.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/databases/source_connection.h"
 
 #include "ui/sources/T_dblogin.h"

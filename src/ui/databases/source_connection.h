@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Connects, refreshes and disconnects registered data sources, with the dialogs that this takes.
 // User-interface thread.
 #pragma once

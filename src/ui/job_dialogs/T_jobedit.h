@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The properties of a job: its name, what it is for, from where to where it synchronizes, how
 // often.
 #pragma once

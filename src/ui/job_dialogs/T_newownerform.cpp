@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/job_dialogs/T_newownerform.h"
 
 #include <QDialogButtonBox>

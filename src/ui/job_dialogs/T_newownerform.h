@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Includes or excludes tables of a job, or gives them another owner on the destination.
 #pragma once
 

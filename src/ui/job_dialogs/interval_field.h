@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Minutes in an edit that up and down buttons, arrow keys and the wheel change. It takes any text:
 // what is no number counts as 0.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/job_dialogs/job_advice.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the job dialogs decide by themselves.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/job_dialogs/source_choice.h"
 
 #include <QSignalBlocker>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A drop-down list of the registered data sources.
 #pragma once
 

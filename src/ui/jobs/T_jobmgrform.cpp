@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/jobs/T_jobmgrform.h"
 
 #include <QAction>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The job explorer: the window's page on which jobs are made, changed, run and watched.
 #pragma once
 

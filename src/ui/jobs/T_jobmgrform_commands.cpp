@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the actions of the job explorer do.
 #include <utility>
 

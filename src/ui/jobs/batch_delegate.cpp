@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/jobs/batch_delegate.h"
 
 #include <QPainter>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Draws a thin bar under a number: how much of a job's batch is done.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/jobs/job_action_list.h"
 
 #include <QAction>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The actions of the job explorer, for its tool bar, its pop-up menus and the main window's menus.
 #pragma once
 

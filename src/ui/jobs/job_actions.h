@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which actions of the job explorer show, and what is asked before a request. Plain functions.
 #pragma once
 

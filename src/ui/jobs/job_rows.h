@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The list of jobs with their state and progress.
 #pragma once
 

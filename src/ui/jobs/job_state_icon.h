@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The picture of a job's run state.
 #pragma once
 

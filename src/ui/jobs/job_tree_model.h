@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tree of the job explorer: all jobs, each with its included and excluded tables.
 #pragma once
 

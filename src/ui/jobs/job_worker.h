@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The thread that runs the jobs, as the job explorer has it: its messages come in as they are sent,
 // changed jobs a few times a second.
 #pragma once

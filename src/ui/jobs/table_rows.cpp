@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/jobs/table_rows.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The lists of a job's tables: those that are included and those that are not.
 #pragma once
 

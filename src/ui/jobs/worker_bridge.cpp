@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/jobs/worker_bridge.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From the thread that runs the jobs to the window. A changed job is posted: it waits in a set of
 // jobs until the window comes by. A message is sent: the worker waits until the window has taken
 // it.

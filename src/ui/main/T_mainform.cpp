@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/main/T_mainform.h"
 
 #include <QAction>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program's window: the banner, the two managers on their pages, the message list, the hint
 // line, and the menus.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The menus of the main window and what its own entries do.
 #include <QAction>
 #include <QActionGroup>

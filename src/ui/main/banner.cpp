@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/main/banner.h"
 
 #include <QHBoxLayout>

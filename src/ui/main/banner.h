@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The band at the window's top: the program's sign and the button with the options.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/main/message_list_model.h"
 
 #include "ui/toolkit/appearance.h"

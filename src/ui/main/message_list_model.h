@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The message log as a list. User-interface thread.
 #pragma once
 

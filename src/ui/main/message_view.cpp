@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/main/message_view.h"
 
 #include <QClipboard>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The list of messages at the window's bottom: goes along with the newest one unless the operator
 // has scrolled back to read.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/main/program_window.h"
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The windows of one workspace, in the order in which they must come and go.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/main/shared_files.h"
 
 #include "foundation/files.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files that come with the program: the manual and the skins.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/main_dialogs/about.h"
 
 #include <QClipboard>

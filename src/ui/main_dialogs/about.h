@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the program is and what it works with, for the operator and for whoever is asked for help.
 #pragma once
 

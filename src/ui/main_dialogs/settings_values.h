@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The settings as a form holds them, and how they are stored.
 #pragma once
 

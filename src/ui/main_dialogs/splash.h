@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Shown while the windows are made; its end is that of the object. It waits for nothing.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/sources/Dbconnection.h"
 
 #include <QDialogButtonBox>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The dialog of the registered data sources: add, change, delete and test them.
 #pragma once
 

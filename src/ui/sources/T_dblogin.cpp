@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/sources/T_dblogin.h"
 
 #include <QDialogButtonBox>

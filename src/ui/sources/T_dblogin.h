@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Asks for the log-on of one data source and connects it.
 #pragma once
 

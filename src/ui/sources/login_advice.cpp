@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/sources/login_advice.h"
 
 #include "workspace/job_operations.h"

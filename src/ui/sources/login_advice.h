@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the data-source dialogs tell and decide by themselves.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/sources/login_fields.h"
 
 #include <QComboBox>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The four fields of a log-on, as both data-source dialogs have them.
 #pragma once
 

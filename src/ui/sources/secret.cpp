@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/sources/secret.h"
 
 #include <QLineEdit>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Passwords that are through with.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/sources/source_list_model.h"
 
 #include <algorithm>

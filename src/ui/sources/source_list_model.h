@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The registered data sources as rows.
 #pragma once
 

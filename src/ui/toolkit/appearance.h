@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the program looks: light or dark, and the skin, a Qt style sheet. The choice is remembered.
 // User-interface thread.
 //

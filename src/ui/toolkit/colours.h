@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program's light and dark palettes, and the changes a skin makes to them. Internal to the
 // toolkit.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/toolkit/dialog_size.h"
 
 #include <QDialog>

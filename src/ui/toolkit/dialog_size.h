@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The size that the operator gave a dialog. Its place is not kept: dialogs open over their window.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The field above a list that shows only the rows with what is typed, letter by letter. Ctrl+F
 // leads to it, Escape empties it.
 #pragma once

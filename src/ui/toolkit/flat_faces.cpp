@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/toolkit/flat_faces.h"
 
 #include <QAbstractSpinBox>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the parts of windows look like in the flat style. Internal to the toolkit.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fusion with flat faces: fewer lines, a little more room. All colours come from the palette.
 // Internal to the toolkit.
 #pragma once

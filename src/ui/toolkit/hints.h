@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The longer texts that the main window's status line shows for what is under the mouse.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program's own icons: SVG drawings that take the colours of the palette and are crisp at
 // every scale. User-interface thread.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Entries of pop-up menus that stand for an action under a name of their own.
 #pragma once
 

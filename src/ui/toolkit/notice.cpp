@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/toolkit/notice.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The message boxes. Modal; they end with OK, or with what the program's end makes of them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/toolkit/progress_dialog.h"
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The modal dialog of long work on the user-interface thread: what is being done, how far it is,
 // and Cancel, which takes effect between two items.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A list that holds its rows and shows them by a table of columns: each line of the table says what
 // heads a column, how wide it is at first and which part of a row it shows. Texts stand left,
 // numbers right.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A list of many rows: text and number columns, sorted and filtered here and not by a proxy, so
 // that 100,000 rows open at once. Forms derive one model per kind of list.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sorting of long lists. Internal to the toolkit.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The list view of all windows: rows of a RowModel with grid lines, whole rows selected, read-only,
 // sorted by a click on a column's head. Ctrl+C copies the selected rows.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Between the bytes of the core and the characters of the widgets.
 #pragma once
 

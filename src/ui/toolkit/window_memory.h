@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Remembers how the operator arranged the windows: config/window.ini in the working folder. Losing
 // it loses nothing else. User-interface thread.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/main_dialogs/settings_values.h"
 
 #include <gtest/gtest.h>

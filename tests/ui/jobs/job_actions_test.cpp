@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/jobs/job_actions.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The models of the job explorer: what they show of the jobs, and what stays when it changes.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/toolkit/appearance.h"
 
 #include <gtest/gtest.h>
