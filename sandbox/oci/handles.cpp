@@ -83,8 +83,11 @@ void Environment::EndSessionsOn(HandleId id) {
 bool Environment::Free(HandleId id, oci::ub4 type) {
   const auto found = handles_.find(id);
   if (found == handles_.end()) return false;
-  const std::unique_ptr<Handle> handle = Make(type);
-  if (!handle || typeid(*handle) != typeid(*found->second)) return false;
+  const std::unique_ptr<Handle> made = Make(type);
+  if (!made) return false;
+  const Handle& asked_for = *made;
+  const Handle& there = *found->second;
+  if (typeid(asked_for) != typeid(there)) return false;
   EndSessionsOn(id);
   handles_.erase(found);
   return true;

@@ -93,9 +93,10 @@ void ExpectCalls(const std::string& name, const std::vector<Operation>& operatio
 }
 
 TEST(OracleCalls, Connection) {
-  ExpectCalls("connection", {{"Connect", Does(&OracleSession::Connect, "SHOP", "scott", "", true)},
-                             {"EndSession", Does(&OracleSession::EndSession)},
-                             {"Execute", Does(&OracleSession::Execute, "drop table A.B")}});
+  ExpectCalls("connection",
+              {{"Connect", Does(&OracleSession::Connect, LogOn{"SHOP", "scott", "", true})},
+               {"EndSession", Does(&OracleSession::EndSession)},
+               {"Execute", Does(&OracleSession::Execute, "drop table A.B")}});
 }
 
 TEST(OracleCalls, Catalogue) {
