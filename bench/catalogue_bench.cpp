@@ -2,13 +2,12 @@
 // A save costs what changed and not what there is; a statement of a batch costs its text and little
 // more.
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <memory>
 
 #include "benches.h"
 #include "jobs/job_list.h"
-#include "scratch_folder.h"
+#include "support/temp_folder.h"
 
 namespace quillmere::bench {
 
@@ -55,7 +54,7 @@ class Catalogue {
   }
 
  private:
-  ScratchFolder folder_;
+  TempFolder folder_;
   SystemClock clock_;
   Settings settings_;
   MessageLog log_{folder_.Files(), folder_.Path(), clock_, settings_};
@@ -71,19 +70,15 @@ std::string Statement(std::size_t i) {
 }
 
 double BytesAboveText() {
-  const auto in_use = [] {
-    const struct mallinfo2 info = mallinfo2();
-    return info.uordblks + info.hblkhd;
-  };
   PendingBatch batch;
   std::size_t text = 0;
-  const std::size_t before = in_use();
+  const std::size_t before = BytesInUse();
   for (std::size_t i = 0; i < kStatements; ++i) {
     const std::string statement = Statement(i);
     text += statement.size();
     batch.Append(statement);
   }
-  const std::size_t taken = in_use() - before;
+  const std::size_t taken = BytesInUse() - before;
   return static_cast<double>(taken - text) / static_cast<double>(batch.Size());
 }
 

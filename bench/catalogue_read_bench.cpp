@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Reading the catalogue of a large database costs what the calls of the client cost and little
 // more, and its lists little more than the names in them.
-#include <malloc.h>
-
 #include <array>
 #include <cstdio>
 #include <cstring>
@@ -10,7 +8,7 @@
 
 #include "benches.h"
 #include "schemaops/schema_operations.h"
-#include "scratch_folder.h"
+#include "support/temp_folder.h"
 
 namespace quillmere::bench {
 
@@ -259,7 +257,7 @@ class CatalogueReading {
 
  private:
   NullClient client_;
-  ScratchFolder folder_;
+  TempFolder folder_;
   SystemClock clock_;
   Settings settings_;
   MessageLog log_{folder_.Files(), folder_.Path(), clock_, settings_};
@@ -274,14 +272,10 @@ std::size_t Sizes(const Texts&... texts) {
 }
 
 double BytesPerByteOfText(CatalogueReading& reading) {
-  const auto in_use = [] {
-    const struct mallinfo2 info = mallinfo2();
-    return info.uordblks + info.hblkhd;
-  };
   DataSource source;
-  const std::size_t before = in_use();
+  const std::size_t before = BytesInUse();
   reading.Read(source);
-  const std::size_t after = in_use();
+  const std::size_t after = BytesInUse();
   std::size_t text = 0;
   for (const TableRecord& t : source.tables) {
     text += Sizes(t.table_owner, t.table_name, t.tablespace, t.type);

@@ -4,7 +4,6 @@
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <malloc.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <memory>
@@ -13,8 +12,8 @@
 #include "engine/follow_rows.h"
 #include "engine/job_runner.h"
 #include "null_oci.h"
-#include "scratch_folder.h"
 #include "silence.h"
+#include "support/temp_folder.h"
 
 namespace quillmere::bench {
 
@@ -83,7 +82,7 @@ class Engine {
   }
 
  private:
-  ScratchFolder folder_;
+  TempFolder folder_;
   SystemClock clock_;
   Settings settings_;
   MessageLog log_{folder_.Files(), folder_.Path(), clock_, settings_};
@@ -110,7 +109,7 @@ std::vector<std::string> Statements(std::size_t tables) {
 // The calls of a batch and one small write a statement, and nothing else.
 void BareLoop(const OciApi& api, const std::vector<std::string>& statements) {
   using namespace oci;
-  static const ScratchFolder folder;
+  static const TempFolder folder;
   PendingBatch batch;
   for (const std::string& statement : statements) batch.Append(statement);
   const int file = open((folder.Path() / "block.dat").c_str(), O_WRONLY | O_CREAT, 0600);
@@ -164,12 +163,6 @@ class Redo {
   std::size_t count_ = 0;
   std::size_t bytes_ = 0;
 };
-
-double ProcessorMilliseconds() {
-  timespec now{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-}
 
 double IdleSweep() {
   Engine engine(1000, 10);

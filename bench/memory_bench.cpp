@@ -8,8 +8,8 @@
 
 #include "benches.h"
 #include "engine/job_runner.h"
-#include "scratch_folder.h"
 #include "silence.h"
+#include "support/temp_folder.h"
 
 namespace quillmere::bench {
 
@@ -70,7 +70,7 @@ class SandboxJob {
     if (std::system((command + " >/dev/null").c_str()) != 0) std::abort();
   }
 
-  ScratchFolder folder_;
+  TempFolder folder_;
   const std::filesystem::path programs_ =
       std::filesystem::read_symlink("/proc/self/exe").parent_path();
   SystemClock clock_;

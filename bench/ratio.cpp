@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ratio.h"
 
+#include <malloc.h>
+#include <time.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -38,6 +41,17 @@ std::string LimitText(double limit) {
 }
 
 }  // namespace
+
+double ProcessorMilliseconds() {
+  timespec now{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+std::size_t BytesInUse() {
+  const struct mallinfo2 info = mallinfo2();
+  return info.uordblks + info.hblkhd;
+}
 
 void RatioTable::AddFigure(std::string name, std::string unit, double limit,
                            std::function<double()> measure) {

@@ -2,12 +2,18 @@
 // Measures a subject against a baseline in the same run: machines differ, the ratio says something.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace quillmere::bench {
+
+// Of the whole process, all its threads.
+double ProcessorMilliseconds();
+// That were allocated and not freed.
+std::size_t BytesInUse();
 
 struct Ratio {
   std::string name;

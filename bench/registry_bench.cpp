@@ -7,7 +7,7 @@
 #include "benches.h"
 #include "datasources/data_source_registry.h"
 #include "foundation/clock.h"
-#include "scratch_folder.h"
+#include "support/temp_folder.h"
 
 namespace quillmere::bench {
 
@@ -53,7 +53,7 @@ class RegistryFiles {
   }
 
  private:
-  ScratchFolder folder_;
+  TempFolder folder_;
   SystemClock clock_;
   Settings settings_;
   MessageLog log_{folder_.Files(), folder_.Path(), clock_, settings_};
@@ -113,7 +113,7 @@ class PugixmlRegistry {
   }
   std::filesystem::path File() const { return folder_.Path() / "registry.xml"; }
 
-  ScratchFolder folder_;
+  TempFolder folder_;
   DataSource source_;
 };
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The window with large lists: opening and repainting one costs a fraction of filling a model of
 // Qt's own, and the event loop keeps turning while the worker is busy. Without a display.
-#include <time.h>
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -15,7 +14,7 @@
 
 #include "benches.h"
 #include "null_oci.h"
-#include "scratch_folder.h"
+#include "support/temp_folder.h"
 #include "ui/main/program_window.h"
 
 namespace quillmere::bench {
@@ -112,7 +111,7 @@ class LargeWindow {
   }
 
   const std::shared_ptr<QApplication> application_;
-  ScratchFolder folder_;
+  TempFolder folder_;
   const OciApi api_ = NullOci();
   const SharedText owner_ = "WAREHOUSE";
   std::unique_ptr<Workspace> workspace_ = OpenWorkspace(folder_.Path(), api_);
@@ -133,14 +132,8 @@ void FillItemModel(std::size_t rows, int columns) {
   }
 }
 
-double ProcessorMilliseconds() {
-  timespec now{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-}
-
 double StartWithThousandJobs() {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const OciApi api = NullOci();
   {
     const auto workspace = OpenWorkspace(folder.Path(), api);
@@ -160,7 +153,7 @@ double StartWithThousandJobs() {
 double LongestTurn() {
   using Clock = std::chrono::steady_clock;
   constexpr int kStatements = 100'000;
-  const ScratchFolder folder;
+  const TempFolder folder;
   const OciApi api = NullOci();
   const auto workspace = OpenWorkspace(folder.Path(), api);
   SyncJob& job = MakeJob(*workspace, "busy", 10);
