@@ -131,6 +131,9 @@ void AddJobCommands(CLI::App& app, Parsed& parsed) {
   };
   AddTables(add_filter("include", "Synchronize tables", job::Include), arguments);
   AddTables(add_filter("exclude", "Do not synchronize tables", job::Exclude), arguments);
+  AddTables(add_filter("compared", "Take the mark \"compare\" from tables that were compared",
+                       job::Compared),
+            arguments);
   CLI::App& owner =
       add_filter("owner", "Synchronize tables to another owner (and include them)", job::Owner);
   owner.add_option("NEWOWNER", arguments.new_owner, "owner on the destination")->required();

@@ -168,4 +168,16 @@ int Owner(const CommandLine& line, const Arguments& arguments) {
   return Filter(line, arguments, TableFilter::ChangeOwner);
 }
 
+int Compared(const CommandLine& line, const Arguments& arguments) {
+  const OpenJob open(line, arguments.name);
+  if (!open) return kFailed;
+  const std::string unknown = WhyTablesUnknown(open.Job(), arguments);
+  if (!unknown.empty()) return Fail(unknown);
+  const FilterResult result = ClearCompareMarks(*open.workspace, open.index, arguments.owner,
+                                                arguments.tables, arguments.all);
+  if (!result.unsaved.empty()) return Fail(result.unsaved);
+  return Print("Job " + NameOf(open.Job()) + ": " + std::to_string(result.changed) +
+               " marks taken away, tables " + TablesSummary(open.Job()) + "\n");
+}
+
 }  // namespace quillmere::cli::job

@@ -27,6 +27,8 @@ int Refresh(const CommandLine& line, const Arguments& arguments);
 int Include(const CommandLine& line, const Arguments& arguments);
 int Exclude(const CommandLine& line, const Arguments& arguments);
 int Owner(const CommandLine& line, const Arguments& arguments);
+// Clears the mark "compare" of tables.
+int Compared(const CommandLine& line, const Arguments& arguments);
 int Stop(const CommandLine& line, const Arguments& arguments);
 int Remove(const CommandLine& line, const Arguments& arguments);
 

@@ -14,6 +14,7 @@ using Json = nlohmann::ordered_json;
 struct TableCount {
   std::size_t all = 0;
   std::size_t included = 0;
+  std::size_t to_compare = 0;
 };
 
 TableCount CountTables(const JobConfig& job) {
@@ -22,6 +23,7 @@ TableCount CountTables(const JobConfig& job) {
     for (const JobTable& table : schema.Tables()) {
       ++count.all;
       if (table.includeflag) ++count.included;
+      if (table.compare) ++count.to_compare;
     }
   }
   return count;
@@ -30,7 +32,8 @@ TableCount CountTables(const JobConfig& job) {
 std::string Summary(const JobConfig& job) {
   const TableCount count = CountTables(job);
   return std::to_string(count.all) + " of " + std::to_string(job.schemas.size()) + " owners, " +
-         std::to_string(count.included) + " included";
+         std::to_string(count.included) + " included" +
+         (count.to_compare == 0 ? "" : ", " + std::to_string(count.to_compare) + " to compare");
 }
 
 // The counters of "Total Done", "Need To Do", "Has Done" and "Blocked".
@@ -55,7 +58,8 @@ Json JobObject(const JobConfig& job, const JobRun& run, JobState state,
           {"has_done", progress.batch_applied},
           {"blocked", run.blocked_count.Get()},
           {"tables", tables.all},
-          {"tables_included", tables.included}};
+          {"tables_included", tables.included},
+          {"tables_to_compare", tables.to_compare}};
 }
 
 Json TableObject(const JobTable& table) {
@@ -65,7 +69,8 @@ Json TableObject(const JobTable& table) {
           {"begin_rows", table.beginrows.Get()},
           {"rows", table.rows.Get()},
           {"total_synced", table.totalsynced.Get()},
-          {"blocked", table.RecordsBlocked.Get()}};
+          {"blocked", table.RecordsBlocked.Get()},
+          {"compare", table.compare.Get()}};
 }
 
 }  // namespace
@@ -120,12 +125,13 @@ std::string JobText(const Workspace& workspace, std::size_t index) {
                                 {"Tables", Summary(config)}});
   std::vector<std::vector<std::string>> rows = {{"Table Name", "Source Owner", "Remote Owner",
                                                  "Included", "Begin Rows", "Current Rows",
-                                                 "Total Synced", "Total Blocked"}};
+                                                 "Total Synced", "Total Blocked", "Compare"}};
   for (const auto& [owner, schema] : config.schemas) {
     for (const JobTable& table : schema.Tables()) {
       rows.push_back({table.name, owner, table.desowner, table.includeflag ? "yes" : "no",
                       std::to_string(table.beginrows), std::to_string(table.rows),
-                      std::to_string(table.totalsynced), std::to_string(table.RecordsBlocked)});
+                      std::to_string(table.totalsynced), std::to_string(table.RecordsBlocked),
+                      table.compare ? "yes" : ""});
     }
   }
   if (rows.size() > 1) text += "\n" + TextTable(rows);

@@ -18,6 +18,7 @@ void WriteTable(XmlWriter& writer, const JobTable& table) {
   writer.Number("RecordsBlocked", table.RecordsBlocked);
   writer.Number("synced", table.synced);
   writer.Leaf("includeflag", BoolText(table.includeflag));
+  if (table.compare) writer.Leaf("compare", BoolText(true));
   writer.Close();
 }
 
@@ -32,6 +33,7 @@ JobTable ReadTable(const XmlNode& node) {
   table.RecordsBlocked = fields.Number("RecordsBlocked");
   table.synced = fields.Number("synced");
   table.includeflag = fields.Text("includeflag") != "false";
+  table.compare = fields.Text("compare") == "true";
   return table;
 }
 

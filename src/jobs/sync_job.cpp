@@ -41,6 +41,17 @@ bool TablesFetched(const SyncJob& job) {
   return job.config.table_list_fetched;
 }
 
+bool MarkToCompare(SyncJob& job, std::string_view owner, std::string_view table) {
+  const MutexLock lock(job.config_mutex);
+  const auto schema = job.config.schemas.find(owner);
+  if (schema == job.config.schemas.end()) return false;
+  JobTable* const found = schema->second.Find(table);
+  if (found == nullptr || found->compare) return false;
+  found->compare = true;
+  ++job.config.tables_revision;
+  return true;
+}
+
 JobTable& JobSchema::Append(JobTable table) {
   JobTable& added = tables_.emplace_back(std::move(table));
   by_name_.try_emplace(added.name, &added);

@@ -67,6 +67,9 @@ struct JobTable {
   SharedNumber<std::int32_t> totalsynced{};     // changes applied
   SharedNumber<std::int32_t> RecordsBlocked{};  // changes set aside
   SharedNumber<std::int32_t> synced{};
+  // "compare": it may differ from the destination's, for a change was not applied. Set by the
+  // worker, cleared by the operator, who alone knows what became of it.
+  SharedNumber<bool> compare{};
   bool includeflag = true;
 };
 
@@ -158,6 +161,10 @@ struct SyncJob {
 
 // Its name as it stands, copied under its lock.
 std::string NameOf(const SyncJob& job);
+
+// Gives the table the mark "compare". False when it bears it, or the job has no such table. Any
+// thread; the job's file gets it with the next save.
+bool MarkToCompare(SyncJob& job, std::string_view owner, std::string_view table);
 
 // Its owners and tables are known: a job can not run before.
 bool TablesFetched(const SyncJob& job);

@@ -59,28 +59,34 @@ void Redirect(JobTable& table, const TableChoice& choice) {
   table.desowner = choice.new_owner.empty() ? choice.owner : choice.new_owner;
 }
 
-// Returns how many tables there were.
+// change(table) for each of the tables of the owner; returns how many there were.
+template <typename Change>
+std::size_t ForEachTable(SchemaMap& schemas, const std::string& owner,
+                         const std::vector<std::string>& tables, bool all_tables, Change change) {
+  const auto found = schemas.find(owner);
+  if (found == schemas.end()) return 0;
+  JobSchema& schema = found->second;
+  std::size_t count = 0;
+  const auto take = [&](JobTable& table) {
+    change(table);
+    ++count;
+  };
+  if (all_tables) {
+    for (JobTable& table : schema.Tables()) take(table);
+    return count;
+  }
+  for (const std::string& name : tables) {
+    if (JobTable* const table = schema.Find(name)) take(*table);
+  }
+  return count;
+}
+
 std::size_t Apply(SyncJob& job, const TableChoice& choice) {
   const MutexLock lock(job.config_mutex);
-  JobConfig& config = job.config;
-  config.table_list_changed = true;
-  ++config.tables_revision;
-  const auto found = config.schemas.find(choice.owner);
-  if (found == config.schemas.end()) return 0;
-  JobSchema& schema = found->second;
-  std::size_t changed = 0;
-  const auto redirect = [&](JobTable& table) {
-    Redirect(table, choice);
-    ++changed;
-  };
-  if (choice.all_tables) {
-    for (JobTable& table : schema.Tables()) redirect(table);
-    return changed;
-  }
-  for (const std::string& name : choice.tables) {
-    if (JobTable* const table = schema.Find(name)) redirect(*table);
-  }
-  return changed;
+  job.config.table_list_changed = true;
+  ++job.config.tables_revision;
+  return ForEachTable(job.config.schemas, choice.owner, choice.tables, choice.all_tables,
+                      [&](JobTable& table) { Redirect(table, choice); });
 }
 
 // The flag stays raised behind an inclusion and is lowered behind an exclusion.
@@ -157,6 +163,22 @@ FilterResult FilterTables(Workspace& workspace, std::size_t index, const TableCh
   }
   result.changed = Apply(job, choice);
   SaveFiltered(workspace, job, choice, result.unsaved);
+  return result;
+}
+
+FilterResult ClearCompareMarks(Workspace& workspace, std::size_t index, const std::string& owner,
+                               const std::vector<std::string>& tables, bool all_tables) {
+  SyncJob& job = workspace.Jobs().At(index);
+  FilterResult result;
+  {
+    const MutexLock lock(job.config_mutex);
+    ForEachTable(job.config.schemas, owner, tables, all_tables, [&](JobTable& table) {
+      if (table.compare) ++result.changed;
+      table.compare = false;
+    });
+    if (result.changed > 0) ++job.config.tables_revision;
+  }
+  workspace.SaveJobs(result.unsaved);
   return result;
 }
 

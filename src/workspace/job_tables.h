@@ -54,4 +54,9 @@ struct FilterResult {
 // Includes, excludes or redirects tables of a resting job.
 FilterResult FilterTables(Workspace& workspace, std::size_t index, const TableChoice& choice);
 
+// Takes the mark "compare" from tables of one source owner, in whatever state the job is. What is
+// all_tables, and which names count, is as above.
+FilterResult ClearCompareMarks(Workspace& workspace, std::size_t index, const std::string& owner,
+                               const std::vector<std::string>& tables, bool all_tables);
+
 }  // namespace quillmere

@@ -296,6 +296,14 @@ class Jobs(Site):
                      "drop table SHOP.SECRET;\n")
         self.cli("job", "refresh", "Renamed", text="3 of 1 owners, 3 included")
         self.cli("job", "show", "J", status=1, text="There is no job J")
+        own_file = self.work / "jobs" / "Renamed" / "Renamed.xml"
+        own_file.write_text(own_file.read_text().replace(
+            "<name>NEW</name>", "<name>NEW</name>\n<compare>true</compare>"))
+        self.cli("job", "show", "Renamed", text="1 to compare")
+        marked = json.loads(self.cli("job", "show", "Renamed", "--json"))
+        self.assertEqual([t["name"] for t in marked["schemas"][0]["tables"] if t["compare"]], ["NEW"])
+        self.cli("job", "compared", "Renamed", "SHOP", "--all", text="1 marks taken away")
+        self.assertNotIn("compare", own_file.read_text())
         shown = json.loads(self.cli("job", "show", "Renamed", "--json"))
         self.assertEqual((shown["state"], shown["interval"], shown["source"]), ("Stopped", 0, "A"))
         tables = {t["name"]: (t["included"], t["remote_owner"])

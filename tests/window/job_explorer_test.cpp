@@ -95,10 +95,10 @@ TEST_F(JobExplorer, TablesAreExcludedRedirectedAndIncluded) {
   OpenWithJob();
   SelectNode({"J", "Include"});
   EXPECT_EQ(Shown(), (Names{"FileNew", "Exclude", "ChangeRemoteOwner"}));
-  const std::vector<Row> all = {{"ITEM", "SHOP", "SHOP", "0", "0", "0"},
-                                {"NOTE", "SHOP", "SHOP", "0", "0", "0"},
-                                {"SECRET", "SHOP", "SHOP", "0", "0", "0"},
-                                {"VISIT", "CRM", "CRM", "0", "0", "0"}};
+  const std::vector<Row> all = {{"ITEM", "SHOP", "SHOP", "0", "0", "0", ""},
+                                {"NOTE", "SHOP", "SHOP", "0", "0", "0", ""},
+                                {"SECRET", "SHOP", "SHOP", "0", "0", "0", ""},
+                                {"VISIT", "CRM", "CRM", "0", "0", "0", ""}};
   WaitForRows("JobMgrLV", all);
 
   ClickAction("Exclude");
@@ -133,12 +133,12 @@ TEST_F(JobExplorer, TablesAreExcludedRedirectedAndIncluded) {
 
   SelectNode({"J", "Exclude"});
   EXPECT_EQ(Shown(), (Names{"FileNew", "Include"}));
-  WaitForRows("JobMgrLV", {{"NOTE", "SHOP", "0", "0"}, {"SECRET", "SHOP", "0", "0"}});
+  WaitForRows("JobMgrLV", {{"NOTE", "SHOP", "0", "0", ""}, {"SECRET", "SHOP", "0", "0", ""}});
   SelectRows("JobMgrLV", {"NOTE"});
   ClickAction("Include");
   Enter("EditNewOwner", "new Owner");
   Click("SubmitBtn");
-  WaitForRows("JobMgrLV", {{"SECRET", "SHOP", "0", "0"}});
+  WaitForRows("JobMgrLV", {{"SECRET", "SHOP", "0", "0", ""}});
   SelectNode({"J", "Include"});
   Row taken = all[1];
   taken[2] = "new Owner";
@@ -149,6 +149,18 @@ TEST_F(JobExplorer, TablesAreExcludedRedirectedAndIncluded) {
   Show();
   SelectNode({"J", "Include"});
   WaitForRows("JobMgrLV", {redirected, taken, all[3]});
+
+  Ui([this] { MarkToCompare(Work().Jobs().At(0), "SHOP", "NOTE"); });
+  SelectNode({"J"});
+  SelectNode({"J", "Include"});
+  Row marked = taken;
+  marked[6] = "compare";
+  WaitForRows("JobMgrLV", {redirected, marked, all[3]});
+  SelectRows("JobMgrLV", {"NOTE"});
+  RightClickCell("JobMgrLV", 1, 0);
+  ChooseInPopup("Compared");
+  AnswerBox("Have the selected tables been compared? Their mark is taken away.", "Yes");
+  WaitForRows("JobMgrLV", {redirected, taken, all[3]});
 }
 
 TEST_F(JobExplorer, RefreshKeepsWhatWasChosenAndSeesWhatIsNew) {
@@ -158,17 +170,17 @@ TEST_F(JobExplorer, RefreshKeepsWhatWasChosenAndSeesWhatIsNew) {
   SelectNode({"J"});
   ClickAction("Refresh");
   SelectNode({"J", "Include"});
-  WaitForRows("JobMgrLV", {{"FRESH", "SHOP", "SHOP", "0", "0", "0"},
-                           {"ITEM", "SHOP", "SHOP", "0", "0", "0"},
-                           {"VISIT", "CRM", "CRM", "0", "0", "0"}});
+  WaitForRows("JobMgrLV", {{"FRESH", "SHOP", "SHOP", "0", "0", "0", ""},
+                           {"ITEM", "SHOP", "SHOP", "0", "0", "0", ""},
+                           {"VISIT", "CRM", "CRM", "0", "0", "0", ""}});
   SelectNode({"J", "Exclude"});
-  WaitForRows("JobMgrLV", {{"NOTE", "SHOP", "0", "0"}});
+  WaitForRows("JobMgrLV", {{"NOTE", "SHOP", "0", "0", ""}});
   std::filesystem::rename(folder_ / "sandbox/A.db", folder_ / "sandbox/gone");
   SelectNode({"J"});
   ClickAction("Refresh");
   WaitForMessage("Can not connect to source, refresh failed");
   SelectNode({"J", "Exclude"});
-  WaitForRows("JobMgrLV", {{"NOTE", "SHOP", "0", "0"}});
+  WaitForRows("JobMgrLV", {{"NOTE", "SHOP", "0", "0", ""}});
 }
 
 TEST_F(JobExplorer, EveryNodeHasItsOwnColumns) {
@@ -184,13 +196,13 @@ TEST_F(JobExplorer, EveryNodeHasItsOwnColumns) {
       {{}, jobs, {120, 120, 90, 90, 90, 80}, false},
       {{"J"}, jobs, {120, 120, 90, 90, 90, 80}, false},
       {{"J", "Include"},
-       {"Table Name", "Source Owner", "Remote Owner", "Begin Rows", "Current Rows",
-        "Total Synced "},
-       {180, 60, 60, 60, 60, 60},
+       {"Table Name", "Source Owner", "Remote Owner", "Begin Rows", "Current Rows", "Total Synced ",
+        "Compare"},
+       {180, 60, 60, 60, 60, 60, 70},
        true},
       {{"J", "Exclude"},
-       {"Table Name", "Source Owner", "Rows", "Total Blocked "},
-       {210, 80, 80, 80},
+       {"Table Name", "Source Owner", "Rows", "Total Blocked ", "Compare"},
+       {210, 80, 80, 80, 70},
        true},
   };
   for (const Layout& layout : layouts) {

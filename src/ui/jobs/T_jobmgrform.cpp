@@ -108,6 +108,8 @@ void TJobMgrForm::MakeMenus() {
   AddEntry(*table_menu_, "Exclude1", *actions_.Exclude);
   AddEntry(*table_menu_, "Include1", *actions_.Include);
   AddEntry(*table_menu_, "Migrate1", *actions_.Migrate);
+  table_menu_->addSeparator();
+  AddEntry(*table_menu_, "Compared1", *actions_.Compared);
   QMenu* const tree_menu = make("PMTree");
   AddEntry(*tree_menu, "expand1", *actions_.expand);
   AddEntry(*tree_menu, "collapse1", *actions_.collapse);
@@ -131,6 +133,7 @@ void TJobMgrForm::ConnectActions() {
   on(actions_.Include, [this] { FilterSelected(TableFilter::Include); });
   on(actions_.Exclude, [this] { FilterSelected(TableFilter::Exclude); });
   on(actions_.ChangeRemoteOwner, [this] { FilterSelected(TableFilter::ChangeOwner); });
+  on(actions_.Compared, [this] { ClearSelectedMarks(); });
   on(actions_.expand, [this] { frame_.Tree().expandAll(); });
   on(actions_.collapse, [this] { frame_.Tree().collapseAll(); });
 
@@ -205,6 +208,7 @@ void TJobMgrForm::ShowJobs(const JobNodeRef& node) {
 void TJobMgrForm::ShowTables(const JobNodeRef& node, TableRows& rows, const QString& layout) {
   const SyncJob& job = jobs_.At(node.job);
   rows.Fill(job);
+  actions_.Compared->setVisible(rows.AnyMarked());
   frame_.List().SetEmptyText(WhatToDoWithoutTables(job, node.kind));
   frame_.List().ShowRows(rows, layout, true);
   frame_.Filter().SetModel(&rows);

@@ -80,9 +80,10 @@ class TJobMgrForm : public QWidget {
   void RefreshSelected();
   void RequestSelected(JobRequest request);
   void FilterSelected(TableFilter filter);
+  void ClearSelectedMarks();
   // Takes up owner and tables of the selected rows. False when they are not those of one owner; the
   // operator has been told.
-  bool ChooseSelected(const TableRows& rows, TableChoice& choice);
+  bool ChooseSelected(TableChoice& choice);
 
   UiContext& context_;
   JobList& jobs_;

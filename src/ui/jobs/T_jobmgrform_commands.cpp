@@ -93,7 +93,11 @@ void TJobMgrForm::RequestSelected(JobRequest request) {
   if (!refused.empty()) ShowNotice(this, refused);
 }
 
-bool TJobMgrForm::ChooseSelected(const TableRows& rows, TableChoice& choice) {
+bool TJobMgrForm::ChooseSelected(TableChoice& choice) {
+  const JobNode kind = Current().kind;
+  if (kind != JobNode::Exclude && kind != JobNode::Include) return false;
+  const TableRows& rows =
+      kind == JobNode::Exclude ? static_cast<const TableRows&>(excluded_) : included_;
   std::vector<std::string_view> owners;
   for (const std::size_t row : frame_.List().SelectedRows()) {
     owners.push_back(rows.RowAt(row).owner);
@@ -110,14 +114,24 @@ bool TJobMgrForm::ChooseSelected(const TableRows& rows, TableChoice& choice) {
 
 void TJobMgrForm::FilterSelected(TableFilter filter) {
   const JobNodeRef node = Current();
-  const bool excluded = node.kind == JobNode::Exclude;
-  if (!excluded && node.kind != JobNode::Include) return;
   TableChoice choice;
   choice.filter = filter;
-  const TableRows& rows = excluded ? static_cast<const TableRows&>(excluded_) : included_;
-  if (!ChooseSelected(rows, choice)) return;
+  if (!ChooseSelected(choice)) return;
   TFilterForm form(context_, this);
   if (form.Execute(node.job, choice)) ShowList(node);
+}
+
+void TJobMgrForm::ClearSelectedMarks() {
+  const JobNodeRef node = Current();
+  TableChoice choice;
+  if (!ChooseSelected(choice) ||
+      !Confirm(this, "Have the selected tables been compared? Their mark is taken away.")) {
+    return;
+  }
+  const FilterResult result =
+      ClearCompareMarks(context_.workspace, node.job, choice.owner, choice.tables, false);
+  ShowList(node);
+  if (!result.unsaved.empty()) ShowFailure(this, result.unsaved);
 }
 
 }  // namespace quillmere

@@ -48,6 +48,7 @@ JobActionList::JobActionList(QWidget* form)
       ChangeRemoteOwner(Make(form, "ChangeRemoteOwner", "ChangeRemoteOwner", "owner")),
       Include(Make(form, "Include", "Include", "include")),
       Exclude(Make(form, "Exclude", "Exclude", "exclude")),
+      Compared(Make(form, "Compared", "Compared", "compared")),
       Migrate(Make(form, "Migrate", "Migrate", "migrate")),
       Refresh(Make(form, "Refresh", "Refresh", "refresh")),
       expand(Make(form, "expand", "expand", "expand")),
@@ -94,6 +95,7 @@ void JobActionList::Show(const JobActions& visible) {
   Include->setVisible(visible.include);
   Exclude->setVisible(visible.exclude);
   ChangeRemoteOwner->setVisible(visible.change_remote_owner);
+  Compared->setVisible(false);  // who shows tables knows whether there is any
   Migrate->setVisible(visible.migrate);
   ShowSeparators();
 }

@@ -28,7 +28,8 @@ struct JobActionList {
   QAction* ChangeRemoteOwner;
   QAction* Include;
   QAction* Exclude;
-  QAction* Migrate;  // does nothing
+  QAction* Compared;  // shown while a table in the list bears the mark
+  QAction* Migrate;   // does nothing
   QAction* Refresh;
   QAction* expand;
   QAction* collapse;

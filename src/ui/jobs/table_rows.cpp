@@ -23,6 +23,13 @@ QVariant ExcludedExtra(const TableRow& row, int role) {
   return NameExtra(row, role, "table-excluded");
 }
 
+QVariant CompareExtra(const TableRow& row, int role) {
+  if (role != Qt::ToolTipRole || row.compare.empty()) return {};
+  return QStringLiteral(
+      "A change of this table was not applied, see setaside.sql in the job's folder. Compare the "
+      "table with the destination's, then choose Compared in its menu");
+}
+
 // Copies tables one after another; few owners stand behind many tables.
 class Copier {
  public:
@@ -39,6 +46,7 @@ class Copier {
     row.rows = table.rows;
     row.totalsynced = table.totalsynced;
     row.blocked = table.RecordsBlocked;
+    if (table.compare) row.compare = "compare";
     rows_.push_back(row);
   }
 
@@ -85,19 +93,26 @@ void TableRows::Fill(const SyncJob& job) {
   Take(std::move(rows), same, [&] { texts_ = std::move(texts); });
 }
 
+bool TableRows::AnyMarked() const {
+  return std::any_of(Rows().begin(), Rows().end(),
+                     [](const TableRow& row) { return !row.compare.empty(); });
+}
+
 IncludedTables::IncludedTables(QObject* parent)
     : TableRows({Text<&TableRow::name>("Table Name", 180, IncludedExtra),
                  Text<&TableRow::owner>("Source Owner", 60),
                  Text<&TableRow::desowner>("Remote Owner", 60),
                  Number<&TableRow::beginrows>("Begin Rows", 60),
                  Number<&TableRow::rows>("Current Rows", 60),
-                 Number<&TableRow::totalsynced>("Total Synced ", 60)},
+                 Number<&TableRow::totalsynced>("Total Synced ", 60),
+                 Text<&TableRow::compare>("Compare", 70, CompareExtra)},
                 true, parent) {}
 
 ExcludedTables::ExcludedTables(QObject* parent)
     : TableRows({Text<&TableRow::name>("Table Name", 210, ExcludedExtra),
                  Text<&TableRow::owner>("Source Owner", 80), Number<&TableRow::rows>("Rows", 80),
-                 Number<&TableRow::blocked>("Total Blocked ", 80)},
+                 Number<&TableRow::blocked>("Total Blocked ", 80),
+                 Text<&TableRow::compare>("Compare", 70, CompareExtra)},
                 false, parent) {}
 
 }  // namespace quillmere

@@ -15,6 +15,7 @@ namespace quillmere {
 
 struct TableRow {
   std::string_view name, owner, desowner;
+  std::string_view compare;  // empty without the mark
   std::int32_t beginrows = 0, rows = 0, totalsynced = 0, blocked = 0;
 };
 
@@ -22,6 +23,9 @@ struct TableRow {
 class TableRows : public RowList<TableRow> {
  public:
   void Fill(const SyncJob& job);
+
+  // Some table bears the mark "compare".
+  bool AnyMarked() const;
 
  protected:
   TableRows(std::vector<ListColumn> columns, bool included, QObject* parent);

@@ -92,6 +92,7 @@ TEST_F(Jobs, TablesAreListedByTheirFlag) {
   client.beginrows = 1;
   client.rows = 2;
   client.totalsynced = 3;
+  client.compare = true;
   AddTable(job, "CRM", "LETTER", true);
   JobTable& log = AddTable(job, "SHOP", "LOG", false);
   log.rows = 10;
@@ -99,17 +100,18 @@ TEST_F(Jobs, TablesAreListedByTheirFlag) {
   IncludedTables included;
   EXPECT_THAT(Captions(included),
               ElementsAre("Table Name 180", "Source Owner 60", "Remote Owner 60", "Begin Rows 60",
-                          "Current Rows 60", "Total Synced  60"));
+                          "Current Rows 60", "Total Synced  60", "Compare 70"));
   included.Fill(jobs.At(job));
   ASSERT_EQ(included.rowCount(), 2);
-  EXPECT_THAT(Cells(included, 0), ElementsAre("CLIENT", "SHOP", "ARCHIVE", "1", "2", "3"));
-  EXPECT_THAT(Cells(included, 1), ElementsAre("LETTER", "CRM", "CRM", "0", "0", "0"));
+  EXPECT_THAT(Cells(included, 0),
+              ElementsAre("CLIENT", "SHOP", "ARCHIVE", "1", "2", "3", "compare"));
+  EXPECT_THAT(Cells(included, 1), ElementsAre("LETTER", "CRM", "CRM", "0", "0", "0", ""));
   ExcludedTables excluded;
-  EXPECT_THAT(Captions(excluded),
-              ElementsAre("Table Name 210", "Source Owner 80", "Rows 80", "Total Blocked  80"));
+  EXPECT_THAT(Captions(excluded), ElementsAre("Table Name 210", "Source Owner 80", "Rows 80",
+                                              "Total Blocked  80", "Compare 70"));
   excluded.Fill(jobs.At(job));
   ASSERT_EQ(excluded.rowCount(), 1);
-  EXPECT_THAT(Cells(excluded, 0), ElementsAre("LOG", "SHOP", "10", "4"));
+  EXPECT_THAT(Cells(excluded, 0), ElementsAre("LOG", "SHOP", "10", "4", ""));
 }
 
 TEST_F(Jobs, TableListOutlivesTheTables) {
