@@ -8,6 +8,7 @@
 #include <string>
 
 #include "engine/engine_context.h"
+#include "engine/rewriter.h"
 
 namespace quillmere {
 
@@ -30,6 +31,9 @@ class FollowWay {
   // The batch is worked off and committed, or there was none. The record that is written next has
   // the positions that this leaves.
   virtual void Finish() = 0;
+
+  // How statements name their table on the destination.
+  virtual NameQuotes Quotes() const = 0;
 };
 
 std::unique_ptr<FollowWay> WayOf(EngineContext& context, std::size_t index);

@@ -17,6 +17,7 @@ class FollowRows final : public FollowWay {
   bool Capture(OracleSession& source, std::string& error) override;
   // The positions move here, in the write that also says that no batch is pending.
   void Finish() override;
+  NameQuotes Quotes() const override { return NameQuotes::Dropped; }
 
   // The part of a capture that reads the redo, on a session whose logs are set. On failure the
   // reason is in the session's LastError().

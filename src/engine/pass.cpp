@@ -115,7 +115,7 @@ bool Pass::ApplyOne(OracleSession& destination, const PendingBatch::Entry& entry
     CountBlocked(tally);
     return true;
   }
-  Rewrite(parsed, verdict.owner, to_execute_);
+  Rewrite(parsed, verdict.owner, way_->Quotes(), to_execute_);
   if (context_.settings.debug) {
     Information("Source Schema is " + std::string(parsed.owner));
     context_.log.WriteGeneral(to_execute_);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "engine/rewriter.h"
 
+#include <algorithm>
+
 #include "foundation/text.h"
 #include "oracle/H_oracle.h"
 
@@ -17,15 +19,22 @@ std::string_view TakeUpTo(std::string_view& text, char end) {
 
 // A name in double quotes is taken to its closing quote, whatever stands in it; another one up to
 // the end character.
-std::string_view TakeName(std::string_view& text, char end) {
+std::string_view TakeName(std::string_view& text, char end, bool& quoted) {
   text = TrimLeft(text, " ");
-  if (!text.starts_with('"')) return TrimRight(TakeUpTo(text, end), " ");
+  quoted = text.starts_with('"');
+  if (!quoted) return TrimRight(TakeUpTo(text, end), " ");
   text.remove_prefix(1);
   const std::size_t close = text.find('"');
   if (close == std::string_view::npos) return {};
   const std::string_view name = text.substr(0, close);
   text.remove_prefix(close + 1);
   return name;
+}
+
+void AppendName(std::string& text, std::string_view name, bool in_quotes) {
+  if (in_quotes) text += '"';
+  text += name;
+  if (in_quotes) text += '"';
 }
 
 }  // namespace
@@ -41,10 +50,11 @@ ParsedStatement ParseStatement(std::string_view statement) {
     TakeUpTo(text, ' ');  // INTO or FROM
     text = TrimLeft(text, " ");
   }
-  const std::string_view owner = TakeName(text, '.');
+  const std::string_view owner = TakeName(text, '.', parsed.owner_quoted);
   if (!text.starts_with('.')) return parsed;
   text.remove_prefix(1);
-  const std::string_view table = TakeName(text, parsed.verb == Verb::Insert ? '(' : ' ');
+  const std::string_view table =
+      TakeName(text, parsed.verb == Verb::Insert ? '(' : ' ', parsed.table_quoted);
   if (parsed.verb == Verb::Insert) {  // the list stands right behind the name, quoted or not
     const std::string_view list = TrimLeft(text, " ");
     if (list.starts_with('(')) text = list;
@@ -73,19 +83,31 @@ Verdict Decide(SyncJob& job, const ParsedStatement& parsed) {
   return verdict;
 }
 
-void Rewrite(const ParsedStatement& parsed, std::string_view owner, std::string& to_execute) {
+bool NeedsQuotes(std::string_view name) {
+  const auto is_letter = [](char c) { return c >= 'A' && c <= 'Z'; };
+  const auto is_plain = [&](char c) {
+    return is_letter(c) || (c >= '0' && c <= '9') || c == '_' || c == '$' || c == '#';
+  };
+  return name.empty() || !is_letter(name.front()) ||
+         !std::all_of(name.begin(), name.end(), is_plain);
+}
+
+void Rewrite(const ParsedStatement& parsed, std::string_view owner, NameQuotes quotes,
+             std::string& to_execute) {
   constexpr std::string_view kKeywords[] = {"INTO", "FROM", ""};  // an update has none
   const std::string_view keyword = kKeywords[static_cast<std::size_t>(parsed.verb)];
   to_execute.clear();
   to_execute.reserve(parsed.verb_text.size() + keyword.size() + owner.size() + parsed.table.size() +
-                     parsed.rest.size() + 3);
+                     parsed.rest.size() + 7);
   for (const char c : parsed.verb_text) to_execute += UpperCase(c);
   to_execute += ' ';
   to_execute += keyword;
   to_execute += ' ';
-  to_execute += owner;
+  const bool kept = quotes == NameQuotes::Kept;
+  AppendName(to_execute, owner,
+             kept && parsed.owner_quoted && owner == parsed.owner && NeedsQuotes(owner));
   to_execute += '.';
-  to_execute += parsed.table;
+  AppendName(to_execute, parsed.table, kept && parsed.table_quoted && NeedsQuotes(parsed.table));
   to_execute += parsed.rest;
 }
 

@@ -18,7 +18,8 @@ struct ParsedStatement {
   std::string_view verb_text;
   Verb verb = Verb::Update;
   std::string_view owner, table;  // without their double quotes
-  std::string_view rest;          // from where parsing stopped
+  bool owner_quoted = false, table_quoted = false;
+  std::string_view rest;  // from where parsing stopped
 };
 
 ParsedStatement ParseStatement(std::string_view statement);
@@ -39,9 +40,19 @@ struct Verdict {
 // while the job runs.
 Verdict Decide(SyncJob& job, const ParsedStatement& parsed);
 
+// False for a name that means the same without quotes: capital letters, digits, _ $ and #, a letter
+// first. Other alphabets are taken for letters that need them.
+bool NeedsQuotes(std::string_view name);
+
+enum class NameQuotes {
+  Dropped,
+  Kept,  // where they were and the name needs them; an owner that an operator chose stays as typed
+};
+
 // The statement for the destination, where the table belongs to that owner. Overwrites to_execute,
 // whose memory is used again from call to call.
-void Rewrite(const ParsedStatement& parsed, std::string_view owner, std::string& to_execute);
+void Rewrite(const ParsedStatement& parsed, std::string_view owner, NameQuotes quotes,
+             std::string& to_execute);
 
 // "INSERT INTO", "DELETE FROM" or the verb in upper case.
 std::string OperationName(const ParsedStatement& parsed);

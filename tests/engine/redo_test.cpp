@@ -236,6 +236,8 @@ class Rewriter : public ::testing::Test {
     shop.Append({.name = "ITEMS", .desowner = "ARCHIVE"});
     shop.Append({.name = "SECRET", .desowner = "SHOP", .includeflag = false});
     shop.Append({.name = "EMPTYOWNER"});
+    shop.Append({.name = "MOVED", .desowner = "shop"});
+    config_.schemas["shop"];
     config_.schemas["A.B"].Append({.name = "T (1", .desowner = "AB"});
     config_.schemas["SYS"].Append({.name = "TAB$", .desowner = "SYS"});
   }
@@ -245,6 +247,7 @@ class Rewriter : public ::testing::Test {
 
 struct RewriteCase {
   std::string what, statement, to_execute, counted;
+  std::string kept = {};  // where quotes are kept, if that is something else
 };
 
 TEST_F(Rewriter, AcceptsAndRewrites) {
@@ -273,7 +276,17 @@ TEST_F(Rewriter, AcceptsAndRewrites) {
            {"no destination owner", "delete from SHOP.EMPTYOWNER where A = 1",
             "DELETE FROM SHOP.EMPTYOWNER where A = 1", "EMPTYOWNER"},
            {"names with a dot, a blank and a parenthesis", "update \"A.B\".\"T (1\" set A = 1",
-            "UPDATE  AB.T (1 set A = 1", "T (1"},
+            "UPDATE  AB.T (1 set A = 1", "T (1", "UPDATE  AB.\"T (1\" set A = 1"},
+           {"small letters", "delete from \"shop\".\"a_1\" where A = 1",
+            "DELETE FROM shop.a_1 where A = 1", "", "DELETE FROM \"shop\".\"a_1\" where A = 1"},
+           {"names of capital letters and more", "delete from \"SHOP\".\"A_1$#\" where A = 1",
+            "DELETE FROM SHOP.A_1$# where A = 1", ""},
+           {"a digit first", "delete from \"SHOP\".\"1A\" where A = 1",
+            "DELETE FROM SHOP.1A where A = 1", "", "DELETE FROM SHOP.\"1A\" where A = 1"},
+           {"an owner as the operator typed it", "delete from \"SHOP\".\"MOVED\" where A = 1",
+            "DELETE FROM shop.MOVED where A = 1", "MOVED"},
+           {"quotes that were not there", "delete from shop.a where A = 1",
+            "DELETE FROM shop.a where A = 1", ""},
            {"dots and parentheses in values",
             "insert into \"SHOP\".\"ORDERS\"(\"A\") values ('x.(y')",
             "INSERT INTO SHOP.ORDERS(\"A\") values ('x.(y')", "ORDERS"},
@@ -284,8 +297,10 @@ TEST_F(Rewriter, AcceptsAndRewrites) {
     const ParsedStatement parsed = ParseStatement(c.statement);
     const Verdict verdict = Decide(job_, parsed);
     ASSERT_EQ(verdict.decision, Decision::Accepted);
-    Rewrite(parsed, verdict.owner, to_execute);
+    Rewrite(parsed, verdict.owner, NameQuotes::Dropped, to_execute);
     EXPECT_EQ(to_execute, c.to_execute);
+    Rewrite(parsed, verdict.owner, NameQuotes::Kept, to_execute);
+    EXPECT_EQ(to_execute, c.kept.empty() ? c.to_execute : c.kept);
     EXPECT_EQ(verdict.table == nullptr ? "" : verdict.table->name, c.counted);
   }
 }
@@ -295,7 +310,7 @@ TEST_F(Rewriter, Blocks) {
   for (const RewriteCase& c : std::vector<RewriteCase>{
            {"excluded", "insert into \"SHOP\".\"SECRET\"(\"A\") values ('1')", "", "SECRET"},
            {"unknown owner", "insert into \"OTHER\".\"ORDERS\"(\"A\") values ('1')", "", ""},
-           {"owner in another case", "delete from shop.ORDERS where A = 1", "", ""},
+           {"owner in another case", "delete from Shop.ORDERS where A = 1", "", ""},
            {"system owner, though listed", "delete from \"SYS\".\"TAB$\" where A = 1", "", ""},
            {"empty", "", "", ""},
            {"blanks", "   ", "", ""},
@@ -320,7 +335,7 @@ TEST_F(Rewriter, SurvivesAnyText) {
     for (auto n = random() % 60; n > 0; --n) text += alphabet[random() % alphabet.size()];
     const ParsedStatement parsed = ParseStatement(text);
     std::string to_execute;
-    Rewrite(parsed, Decide(job_, parsed).owner, to_execute);
+    Rewrite(parsed, Decide(job_, parsed).owner, NameQuotes::Kept, to_execute);
     Taken taken;
     RedoAssembler assembler;
     assembler.Add(0, text, taken);
