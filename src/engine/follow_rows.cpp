@@ -6,21 +6,16 @@
 
 #include "engine/redo_assembler.h"
 #include "engine/rewriter.h"
-#include "engine/set_aside.h"
-#include "engine/statement_safety.h"
 #include "jobs/run_state_files.h"
 
 namespace quillmere {
 namespace {
 
-// Judges complete statements, and takes those of rows below the cut-off.
-class BatchSink final : public RedoSink, private RedoAssembler::Taker {
+// Puts rows together and takes in the statements of those below the cut-off.
+class RowSink final : public RedoSink, private RedoAssembler::Taker {
  public:
-  BatchSink(EngineContext& context, std::size_t index)
-      : context_(context),
-        index_(index),
-        job_(context.jobs.At(index)),
-        cutoff_scn_(job_.run.positions.cutoff_scn) {}
+  RowSink(const SyncJob& job, Intake& intake)
+      : job_(job), intake_(intake), cutoff_scn_(job.run.positions.cutoff_scn) {}
 
   bool OnRedo(std::int64_t scn, std::string_view text, std::string& reason) override {
     largest_scn_ = std::max(largest_scn_, scn);
@@ -40,46 +35,17 @@ class BatchSink final : public RedoSink, private RedoAssembler::Taker {
     return false;
   }
 
-  // What the operator is to know of a capture that succeeded.
-  void Tell() const {
-    for (const std::string& line : set_aside_.Messages()) context_.listener.OnError(index_, line);
-    if (comments_ == 0) return;
-    context_.listener.OnInformation(index_, "Rows of the redo that are no statement left out: " +
-                                                std::to_string(comments_) + ". " + first_comment_);
-  }
-
   std::int64_t LargestScn() const { return largest_scn_; }
 
  private:
   void OnStatement(std::int64_t scn, std::string_view mined) override {
-    if (scn >= cutoff_scn_) return;
-    const Judgement judgement = JudgeStatement(mined);
-    if (judgement.safety != Safety::Safe) return TakeAside(scn, mined, judgement.safety);
-    job_.run.pending_batch.Append(judgement.kept);
-    if (context_.settings.debug) {
-      context_.log.WriteGeneral(std::to_string(scn) + ", " + std::string(judgement.kept));
-    }
+    if (scn < cutoff_scn_) intake_.Take(scn, mined);
   }
-
   void OnUnfinished(std::int64_t scn, std::string_view mined) override {
-    if (scn < cutoff_scn_) TakeAside(scn, mined, Safety::Unfinished);
+    if (scn < cutoff_scn_) intake_.TakeUnfinished(scn, mined);
   }
-
   void OnComment(std::int64_t scn, std::string_view text) override {
-    if (scn >= cutoff_scn_ || ++comments_ > 1) return;
-    first_comment_ =
-        "The first, at SCN " + std::to_string(scn) + ": " + std::string(text.substr(0, 80));
-  }
-
-  // In its place the batch gets what is blocked without being looked at.
-  void TakeAside(std::int64_t scn, std::string_view mined, Safety why) {
-    job_.run.pending_batch.AppendSetAside();
-    const ParsedStatement parsed = ParseStatement(mined);
-    const bool table_is_known = why != Safety::NoTable && why != Safety::UnknownObject &&
-                                !parsed.owner.empty() && !parsed.table.empty();
-    if (table_is_known && Decide(job_, parsed).decision != Decision::Accepted) return;
-    context_.log.WriteGeneral(std::to_string(scn) + ", not applied: " + std::string(mined));
-    set_aside_.Add(scn, parsed.owner, parsed.table, why, mined);
+    if (scn < cutoff_scn_) intake_.PassOver(scn, text);
   }
 
   // The one that went wrong, which need not be the one of the last row.
@@ -90,16 +56,34 @@ class BatchSink final : public RedoSink, private RedoAssembler::Taker {
     return text + ", " + std::string(parsed.owner) + "." + std::string(parsed.table);
   }
 
-  EngineContext& context_;
-  const std::size_t index_;
-  SyncJob& job_;
+  const SyncJob& job_;
+  Intake& intake_;
   const std::int64_t cutoff_scn_;
   RedoAssembler assembler_;
-  SetAside set_aside_;
   std::int64_t largest_scn_ = -1;
-  std::size_t comments_ = 0;
-  std::string first_comment_;
 };
+
+// A name without quotes is another name to the destination, unless it is plain.
+std::string WarningOfNames(const SyncJob& job) {
+  constexpr std::size_t kMostNamed = 3;
+  std::string names;
+  std::size_t count = 0;
+  const MutexLock lock(job.config_mutex);
+  for (const auto& [owner, schema] : job.config.schemas) {
+    for (const JobTable& table : schema.Tables()) {
+      const bool owner_kept = table.desowner.empty() || table.desowner == owner;
+      if (!table.includeflag || !(NeedsQuotes(table.name) || (owner_kept && NeedsQuotes(owner)))) {
+        continue;
+      }
+      if (++count <= kMostNamed) names += (count == 1 ? "" : ", ") + owner + "." + table.name;
+    }
+  }
+  if (count == 0) return {};
+  return "Tables whose names need quotes: " + std::to_string(count) + " (" + names +
+         (count > kMostNamed ? ", ..." : "") +
+         "). A job that follows rows writes names without quotes, so the destination refuses "
+         "changes of these tables or takes another table for them: exclude them";
+}
 
 // sqlerror.log holds the latest mining error only.
 void WriteSqlErrorFile(const EngineContext& context, std::string_view text) {
@@ -114,7 +98,7 @@ void WriteSqlErrorFile(const EngineContext& context, std::string_view text) {
 }  // namespace
 
 FollowRows::FollowRows(EngineContext& context, std::size_t index)
-    : context_(context), index_(index), job_(context.jobs.At(index)) {}
+    : context_(context), index_(index), job_(context.jobs.At(index)), intake_(context, index) {}
 
 bool FollowRows::Start(OracleSession& source, Positions& positions, std::string& error) {
   std::int64_t scn = 0;
@@ -123,6 +107,8 @@ bool FollowRows::Start(OracleSession& source, Positions& positions, std::string&
     return false;
   }
   positions = {scn, scn};
+  const std::string warning = WarningOfNames(job_);
+  if (!warning.empty()) context_.listener.OnError(index_, warning);
   return true;
 }
 
@@ -136,18 +122,23 @@ bool FollowRows::Capture(OracleSession& source, std::string& error) {
     error = "GetSqlStrings fail : " + source.LastError();
     return false;
   }
-  if (job_.run.pending_batch.Empty()) return true;
-  // Without its file the batch would not survive a restart: mine it again rather.
-  return WriteBatchFile(context_.files, context_.catalogue.FolderOf(NameOf(job_)),
-                        job_.run.pending_batch, error);
+  if (!job_.run.pending_batch.Empty()) {
+    if (!intake_.Keep(error)) return false;
+    // Without its file the batch would not survive a restart: mine it again rather.
+    if (!WriteBatchFile(context_.files, context_.catalogue.FolderOf(NameOf(job_)),
+                        job_.run.pending_batch, error)) {
+      return false;
+    }
+  }
+  intake_.Tell();
+  return true;
 }
 
 bool FollowRows::Mine(OracleSession& source) {
   JobRun& run = job_.run;
   run.next_positions = run.positions;
-  BatchSink sink(context_, index_);
+  RowSink sink(job_, intake_);
   if (!source.MineRedo(sink)) return false;
-  sink.Tell();
   if (sink.LargestScn() == -1) return true;
   // Wraps around like the 64-bit addition it is instead of being undefined.
   const auto behind_largest =

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "engine/follow.h"
+#include "engine/intake.h"
 
 namespace quillmere {
 
@@ -27,6 +28,7 @@ class FollowRows final : public FollowWay {
   EngineContext& context_;
   const std::size_t index_;
   SyncJob& job_;
+  Intake intake_;
 };
 
 }  // namespace quillmere

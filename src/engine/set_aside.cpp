@@ -11,13 +11,22 @@ namespace {
 constexpr std::size_t kMostTablesTold = 20;
 constexpr std::size_t kBeginning = 120;  // bytes
 
-// One line of it, not cut inside a character.
+std::string OnOneLine(std::string_view text) {
+  std::string line(text);
+  std::replace_if(line.begin(), line.end(), IsControlCharacter, ' ');
+  return line;
+}
+
+// Not cut inside a character.
 std::string BeginningOf(std::string_view text) {
   std::size_t end = std::min(text.size(), kBeginning);
   while (end > 0 && end < text.size() && ContinuesCharacter(text[end])) --end;
-  std::string beginning(text.substr(0, end));
-  std::replace_if(beginning.begin(), beginning.end(), IsControlCharacter, ' ');
-  return end < text.size() ? beginning + " ..." : beginning;
+  return OnOneLine(text.substr(0, end)) + (end < text.size() ? " ..." : "");
+}
+
+std::string NameOf(std::string_view owner, std::string_view table) {
+  if (table.empty()) return "a table that is not named";
+  return OnOneLine(owner) + "." + OnOneLine(table);
 }
 
 }  // namespace
@@ -30,9 +39,12 @@ void SetAside::Add(std::int64_t scn, std::string_view owner, std::string_view ta
     tables_.push_back({std::string(owner), std::string(table), 0, scn, why, BeginningOf(mined)});
   }
   ++tables_[place->second].count;
+  text_ += "-- SCN " + std::to_string(scn) + ", " + NameOf(owner, table) + ": ";
+  text_.append(WhyUnsafe(why)).append("\n").append(mined);
+  text_ += TrimRight(mined).ends_with(';') ? "\n\n" : ";\n\n";
 }
 
-std::vector<std::string> SetAside::Messages() const {
+std::vector<std::string> SetAside::Messages(std::string_view file) const {
   std::vector<std::string> messages;
   for (const Table& table : tables_) {
     if (messages.size() == kMostTablesTold) {
@@ -40,13 +52,11 @@ std::vector<std::string> SetAside::Messages() const {
                          " more tables");
       break;
     }
-    const std::string name =
-        table.name.empty() ? "a table that is not named" : table.owner + "." + table.name;
-    messages.push_back("Changes of " + name +
+    messages.push_back("Changes of " + NameOf(table.owner, table.name) +
                        " set aside and not applied: " + std::to_string(table.count) +
                        ". The first, at SCN " + std::to_string(table.first_scn) + ": " +
                        std::string(WhyUnsafe(table.first_why)) + ": " + table.beginning +
-                       ". Their texts are in ravelkin.log; repeat them on the destination by hand");
+                       ". All are in " + std::string(file) + "; compare the table");
   }
   return messages;
 }

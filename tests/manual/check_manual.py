@@ -18,7 +18,7 @@ SAID = re.compile(r"\b(?:ShowNotice|ShowFailure|Confirm|Refused|Done|Log\(\)\.Ad
 LITERAL = re.compile(r"""'(?:[^'\\]|\\.)'|"((?:[^"\\\n]|\\.)*)["]""")  # of characters, too: they are no texts
 # Statements, their parts and other texts that are no messages.
 NO_MESSAGE = re.compile(
-    r"^ ?(select|alter|create|drop table|drop index|begin (dbms|sys)|where|and |from |order |inner|owner )"
+    r"^ ?(--|select|alter|create|drop table|drop index|begin (dbms|sys)|where|and |from |order |inner|owner )"
     r"|^ ?(update |delete |insert |operation=|seg_owner|\(select|dbms_|D:P|C\.|Quillmere harbor|%|YYYY-)"
     r"|NOT EXISTS|NOT IN|NVL\(|=\(|constraint_type|table_name=|_name='|index_name|index_owner|and owner"
     r"|num_rows|dba_|(PRIMARY|FOREIGN) KEY|little-endian|^read the list",

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "engine/intake.h"
+
+#include "engine/rewriter.h"
+#include "jobs/set_aside_file.h"
+
+namespace quillmere {
+
+Intake::Intake(EngineContext& context, std::size_t index)
+    : context_(context), index_(index), job_(context.jobs.At(index)) {}
+
+void Intake::Take(std::int64_t scn, std::string_view mined, const RowFacts& facts) {
+  const Judgement judgement = JudgeStatement(mined, facts);
+  if (judgement.safety != Safety::Safe) return SetOneAside(scn, mined, judgement.safety);
+  job_.run.pending_batch.Append(judgement.kept);
+  if (context_.settings.debug) {
+    context_.log.WriteGeneral(std::to_string(scn) + ", " + std::string(judgement.kept));
+  }
+}
+
+void Intake::TakeUnfinished(std::int64_t scn, std::string_view mined) {
+  SetOneAside(scn, mined, Safety::Unfinished);
+}
+
+void Intake::PassOver(std::int64_t scn, std::string_view text) {
+  constexpr std::size_t kShown = 80;
+  if (++passed_over_ > 1) return;
+  first_passed_over_ = std::string(text.substr(0, kShown)) + " (SCN " + std::to_string(scn) + ")";
+}
+
+void Intake::SetOneAside(std::int64_t scn, std::string_view mined, Safety why) {
+  job_.run.pending_batch.AppendSetAside();
+  const ParsedStatement parsed = ParseStatement(mined);
+  const bool table_is_known = why != Safety::NoTable && why != Safety::UnknownObject &&
+                              !parsed.owner.empty() && !parsed.table.empty();
+  if (table_is_known && Decide(job_, parsed).decision != Decision::Accepted) return;
+  context_.log.WriteGeneral(std::to_string(scn) + ", not applied: " + std::string(mined));
+  set_aside_.Add(scn, parsed.owner, parsed.table, why, mined);
+}
+
+bool Intake::Keep(std::string& error) {
+  if (set_aside_.Tables().empty()) return true;
+  const JobFolder folder = context_.catalogue.FolderOf(NameOf(job_));
+  if (!AppendSetAside(context_.files, folder, set_aside_.Text(), error)) return false;
+  bool changed = false;
+  for (const SetAside::Table& table : set_aside_.Tables()) {
+    if (MarkToCompare(job_, table.owner, table.name)) changed = true;
+  }
+  // A mark that does not reach the disk is there until the program ends, and the change is kept.
+  std::string unsaved;
+  if (changed && !context_.catalogue.SaveAll(unsaved)) context_.listener.OnError(index_, unsaved);
+  return true;
+}
+
+void Intake::Tell() const {
+  const JobFolder folder = context_.catalogue.FolderOf(NameOf(job_));
+  const std::string file = PathText(folder.File(JobFile::SetAside));
+  for (const std::string& line : set_aside_.Messages(file)) {
+    context_.listener.OnError(index_, line);
+  }
+  if (passed_over_ == 0) return;
+  context_.listener.OnInformation(
+      index_, "Rows of the redo that are no statement left out: " + std::to_string(passed_over_) +
+                  ". The first: " + first_passed_over_);
+}
+
+}  // namespace quillmere
