@@ -3,7 +3,6 @@
 // and may be used on the thread that runs the jobs, of the message log its general log alone.
 #pragma once
 
-#include <atomic>
 #include <filesystem>
 
 #include "engine/runner_listener.h"

@@ -32,8 +32,8 @@ void ResolveLogOns(JobConfig& job, const LogOnLookup& log_ons);
 // rests in.
 using RunStateRestorer = std::function<JobState(SyncJob& job)>;
 
-// What it refers to must outlive it. Where a file can not be read or written, the reason
-// names it; what is in memory stays, and so do the files, which are replaced whole or not at all.
+// Where a file can not be read or written, the reason names it; what is in memory stays, and so do
+// the files, which are replaced whole or not at all.
 class JobCatalogue {
  public:
   // All but the folder's path must outlive the catalogue.
@@ -44,7 +44,7 @@ class JobCatalogue {
   JobFolder FolderOf(std::string_view name) const { return {working_folder_, name}; }
 
   // Why the name cannot be given to the job at index (kNotFound: a new one); empty when it can. Any
-  // thread, as JobFolder.
+  // thread, as FolderOf.
   std::string WhyNameRefused(std::string_view name, std::size_t index) const;
 
   // Builds the list anew from the files. Call once, before the worker runs. User-interface thread.
