@@ -51,6 +51,16 @@ class Migration {
   // something. Otherwise source_text_ says why not.
   bool Whole(bool answered);
 
+  // The same for the columns of an object. One that has none is gone: nothing is to be dropped for
+  // it.
+  template <typename Columns>
+  bool Listed(bool answered, const Columns& columns, const SchemaItem& item) {
+    if (!Whole(answered)) return false;
+    if (!columns.empty()) return true;
+    source_text_ = item.owner + "." + item.name + " is gone from the source";
+    return false;
+  }
+
   // Always false. The step's own text, where it has one, is followed by the server's.
   bool Fail(const std::string& step, const std::string& server_text);
   bool SourceFailed(const std::string& step) { return Fail(step, source_text_); }
@@ -87,14 +97,14 @@ bool Migration::PrimaryKey(const SchemaItem& item) {
   if (!target_.CountTables(item.owner, item.table, count)) {
     return TargetFailed("Table: " + item.table + " not exist. Can't migrate key: " + item.name);
   }
+  std::vector<std::string> columns;
+  if (!Listed(source_.ListConstraintColumns(item.owner, item.name, columns), columns, item)) {
+    return SourceFailed("");
+  }
   const KeyInfo key{item.owner, item.table, item.name, {}};
   if (options_.drop_target &&
       target_.CountPrimaryKeysNamed(item.owner, item.table, item.name, count) && count > 0) {
     target_.DropConstraint(key);
-  }
-  std::vector<std::string> columns;
-  if (!Whole(source_.ListConstraintColumns(item.owner, item.name, columns))) {
-    return SourceFailed("");
   }
   return target_.AddPrimaryKey(key, columns) || TargetFailed("");
 }
@@ -104,14 +114,15 @@ bool Migration::Index(const SchemaItem& item) {
   if (!target_.CountTables(item.owner, item.table, count)) {
     return TargetFailed("Table: " + item.table + " not exist. Can't migrate index: " + item.name);
   }
+  std::vector<std::string> columns;
+  if (!Listed(source_.ListIndexColumns(item.table, item.owner, item.name, columns), columns,
+              item)) {
+    return SourceFailed("");
+  }
   const IndexRef index{item.owner, item.table, item.owner, item.name};
   if (options_.drop_target && target_.CountIndexesNamed(item.owner, item.table, item.name, count) &&
       count > 0) {
     target_.DropIndex(index);
-  }
-  std::vector<std::string> columns;
-  if (!Whole(source_.ListIndexColumns(item.table, item.owner, item.name, columns))) {
-    return SourceFailed("");
   }
   return target_.CreateIndex(index, columns) || TargetFailed("");
 }
@@ -129,7 +140,7 @@ bool Migration::Table(const SchemaItem& item) {
   TableParts parts;
   if (options_.include_primary_key && !ReadKey(item, parts)) return false;
   if (options_.include_index && !ReadIndexes(item, parts)) return false;
-  if (!Whole(source_.ListColumns(item.table, item.owner, parts.columns))) {
+  if (!Listed(source_.ListColumns(item.table, item.owner, parts.columns), parts.columns, item)) {
     return SourceFailed("Can't not get source table's columns");
   }
   if (exists && !target_.DropTable(item.owner, item.table, true)) {
@@ -147,8 +158,9 @@ bool Migration::ReadKey(const SchemaItem& item, TableParts& parts) {
   if (!Whole(source_.GetPrimaryKey(item.owner, item.table, parts.key))) {
     return SourceFailed("Can't not get source table's primary key.");
   }
-  if (!Whole(source_.ListConstraintColumns(item.owner, parts.key.constraint_name,
-                                           parts.key_columns))) {
+  if (!Listed(
+          source_.ListConstraintColumns(item.owner, parts.key.constraint_name, parts.key_columns),
+          parts.key_columns, {item.owner, item.table, parts.key.constraint_name})) {
     return SourceFailed("Can't not get primary key's content");
   }
   parts.has_key = true;
@@ -167,7 +179,8 @@ bool Migration::ReadIndexes(const SchemaItem& item, TableParts& parts) {
   }
   for (const IndexInfo& info : indexes) {
     IndexWithColumns index{{item.owner, item.table, item.owner, info.index_name}, {}};
-    if (!Whole(source_.ListIndexColumns(item.table, item.owner, info.index_name, index.columns))) {
+    if (!Listed(source_.ListIndexColumns(item.table, item.owner, info.index_name, index.columns),
+                index.columns, {item.owner, item.table, info.index_name})) {
       return SourceFailed("Can't not get source table's index content");
     }
     parts.indexes.push_back(std::move(index));

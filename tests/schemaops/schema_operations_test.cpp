@@ -17,6 +17,16 @@ const std::string kNoKeyIndexes =
     "C.TABLE_NAME=I.TABLE_NAME AND C.OWNER=I.OWNER AND C.CONSTRAINT_TYPE IN ('P','U')  AND "
     "I.UNIQUENESS='UNIQUE') ";
 
+const std::string kColumns =
+    "select column_name, substr(data_type,0,30), data_length, NVL(data_precision,0),   "
+    "NVL(data_scale,0), nullable from dba_tab_columns where table_name='ORDERS' and owner ='SHOP'";
+const std::string kKeyColumns =
+    "select substr(column_name,0, 50) from dba_cons_columns where owner ='SHOP' and "
+    "constraint_name='PK'";
+const std::string kIndexColumns =
+    "select substr(column_name,0, 50) from dba_ind_columns where table_name='ORDERS' and "
+    "index_owner ='SHOP' and index_name='IX'";
+
 std::string CountOf(const std::string& what) {
   return "select count(*) from  " + what + "  where owner='SHOP' and table_name='ORDERS'";
 }
@@ -43,12 +53,8 @@ class SchemaOperationsTest : public SchemaOpsTest {
          "and I.table_name='ORDERS'" +
              kNoKeyIndexes,
          {{"IX", "NORMAL", "VALID"}}},
-        {"select substr(column_name,0, 50) from dba_cons_columns where owner ='SHOP' and "
-         "constraint_name='PK'",
-         {{"ID"}, {"PART"}}},
-        {"select substr(column_name,0, 50) from dba_ind_columns where table_name='ORDERS' and "
-         "index_owner ='SHOP' and index_name='IX'",
-         {{"AT"}}}};
+        {kKeyColumns, {{"ID"}, {"PART"}}},
+        {kIndexColumns, {{"AT"}}}};
     for (const auto& [sql, rows] : answers) script_.Answer(sql, rows);
     TargetTables("0");
     AnswerColumns("ID");
@@ -59,11 +65,7 @@ class SchemaOperationsTest : public SchemaOpsTest {
   }
 
   void AnswerColumns(const std::string& name) {
-    script_.Answer(
-        "select column_name, substr(data_type,0,30), data_length, NVL(data_precision,0),   "
-        "NVL(data_scale,0), nullable from dba_tab_columns where table_name='ORDERS' and owner "
-        "='SHOP'",
-        {{name, "NUMBER", "22", "0", "0", "N"}});
+    script_.Answer(kColumns, {{name, "NUMBER", "22", "0", "0", "N"}});
   }
 
   // options: d drops the target, k takes the key along, i the indexes.
@@ -165,6 +167,16 @@ TEST_F(SchemaOperationsTest, MigrateRefusesWhatWouldLoseSomethingAndTracesWhatIt
   EXPECT_EQ(Migrate(kTable, "d").failed, 1u);
   EXPECT_THAT(heard_.lines.back(), HasSubstr("Can't not get source table's columns: column of "
                                              "SHOP.ORDERS beginning with ID2"));
+  // Nor is anything dropped for what the source has no more.
+  for (const auto& [columns, kind, object] : {std::tuple(kColumns, kTable, "SHOP.ORDERS"),
+                                              {kIndexColumns, kIndex, "SHOP.IX"},
+                                              {kKeyColumns, kKey, "SHOP.PK"}}) {
+    script_.Answer(columns, {});
+    for (const ObjectKind migrated : {kind, kTable}) {
+      EXPECT_EQ(Migrate(migrated, "dki").failed, 1u);
+      EXPECT_THAT(heard_.lines.back(), HasSubstr(std::string(object) + " is gone from the source"));
+    }
+  }
   target_.name = source_.name;
   EXPECT_THAT(Migrate(kTable, "d").refused, HasSubstr("source itself"));
   EXPECT_THAT(TakeChanges(), IsEmpty());
