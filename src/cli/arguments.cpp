@@ -15,13 +15,13 @@
 #include "cli/sql_command.h"
 #include "cli/terminal.h"
 #include "foundation/version.h"
+#include "workspace/job_operations.h"
 
 namespace quillmere::cli {
 namespace {
 
-constexpr int kLongestInterval = 10000;  // minutes
-constexpr double kLongestRun = 1e9;      // seconds
-constexpr int kLongestSweep = 60'000;    // milliseconds
+constexpr double kLongestRun = 1e9;    // seconds
+constexpr int kLongestSweep = 60'000;  // milliseconds
 
 struct SqlArguments {
   std::string source, file;

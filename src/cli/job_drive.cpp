@@ -14,7 +14,6 @@ using std::chrono::steady_clock;
 
 constexpr milliseconds kTurn{100};  // how late a request to end may be noticed
 constexpr milliseconds kEndTurn{20};
-constexpr std::chrono::seconds kLogLimitPause{100};
 constexpr std::chrono::seconds kProgressPause{1};
 
 // Statements of all jobs since each was started.
@@ -45,7 +44,7 @@ JobDrive::JobDrive(Workspace& workspace, const Options& options)
 int JobDrive::Run() {
   begin_ = steady_clock::now();
   next_progress_ = begin_ + kProgressPause;
-  next_limit_ = begin_ + kLogLimitPause;
+  next_limit_ = begin_ + MessageLog::kLimitPause;
   last_progress_ = begin_;
   const Totals totals = Count(workspace_.Jobs());
   last_handled_ = totals.applied + totals.blocked;
@@ -132,7 +131,7 @@ void JobDrive::DoPeriodicWork() {
   }
   if (now >= next_limit_) {
     workspace_.Log().LimitFiles();
-    next_limit_ = now + kLogLimitPause;
+    next_limit_ = now + MessageLog::kLimitPause;
   }
 }
 

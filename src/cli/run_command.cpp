@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "cli/job_drive.h"
+#include "workspace/job_operations.h"
 
 namespace quillmere::cli {
 namespace {
@@ -31,16 +32,13 @@ bool FindAll(const Workspace& workspace, const std::vector<std::string>& names, 
 
 // For a service: jobs that were interrupted come back paused, and go on; a stopped one was stopped
 // by somebody. One that can not go on does not hold the others. False: none goes on.
-bool ContinueAll(const Workspace& workspace, EngineContext& engine) {
+bool ContinueAll(Workspace& workspace, EngineContext& engine) {
   bool some = false;
   for (std::size_t index = 0; index < workspace.Jobs().Count(); ++index) {
     if (workspace.Jobs().State(index) != JobState::Paused) continue;
-    std::string reason;
-    if (RequestRun(engine, index, reason)) {
-      some = true;
-    } else {
-      Fail("Job " + NameOf(workspace.Jobs().At(index)) + ": " + reason);
-    }
+    const Outcome run = RunJob(workspace, engine, index);
+    if (!run) Fail("Job " + NameOf(workspace.Jobs().At(index)) + ": " + run.text);
+    some = some || run.done;
   }
   return some;
 }
@@ -66,10 +64,8 @@ int Run(const CommandLine& line, const RunArguments& arguments) {
   options.progress = arguments.progress;
   JobDrive drive(*workspace, options);
   for (const std::size_t job : jobs) {
-    std::string reason;
-    if (!RequestRun(drive.Engine(), job, reason)) {
-      return Fail("Job " + NameOf(workspace->Jobs().At(job)) + ": " + reason);
-    }
+    const Outcome run = RunJob(*workspace, drive.Engine(), job);
+    if (!run) return Fail("Job " + NameOf(workspace->Jobs().At(job)) + ": " + run.text);
   }
   if (arguments.go_on_all && !ContinueAll(*workspace, drive.Engine()) && jobs.empty()) {
     return Fail("No job goes on; begin one with --start");

@@ -3,6 +3,7 @@
 // working folder. Owned by the workspace.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -41,8 +42,9 @@ class MessageLog {
   bool WriteGeneral(std::string_view text);
 
   // Empties a log file that grew above its limit (2 MiB and 10 MiB) and starts it with a fresh
-  // line. Called every 100 s. User-interface thread.
+  // line. To be called at every pause. User-interface thread.
   void LimitFiles();
+  static constexpr std::chrono::seconds kLimitPause{100};
 
   const std::deque<Entry>& Entries() const { return entries_; }
 

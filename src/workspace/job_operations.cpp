@@ -46,6 +46,27 @@ std::string RefreshFromNewSource(Workspace& workspace, std::size_t index) {
   return read.text;
 }
 
+// Whatever job they are of.
+JobRefusal WhyPropertiesRefused(const JobProperties& trimmed, std::size_t data_sources) {
+  if (data_sources < kSourcesForAJob) {
+    return {"At least 2 data sources needed, add them first please", JobField::DataSources};
+  }
+  const bool zero_is_meant = trimmed.interval == 0 && trimmed.zero_allowed;
+  if (trimmed.interval <= 0 && !zero_is_meant) {
+    return {"Synchronize Interval must > 0", JobField::Interval};
+  }
+  for (const auto& [text, field] : {std::pair(&trimmed.name, JobField::Name),
+                                    {&trimmed.description, JobField::Description},
+                                    {&trimmed.source, JobField::Source},
+                                    {&trimmed.destination, JobField::Destination}}) {
+    if (text->empty()) return {"Obligatory field can not be empty", field};
+  }
+  if (trimmed.source == trimmed.destination) {
+    return {"Data Source Can't be same", JobField::Destination};
+  }
+  return {};
+}
+
 }  // namespace
 
 JobProperties PropertiesOf(const SyncJob& job) {
@@ -68,28 +89,15 @@ std::int32_t ParseInterval(std::string_view text) {
   return ParseNumber(Trim(text), value) ? value : 0;
 }
 
-std::string WhyPropertiesRefused(const JobProperties& trimmed, std::size_t data_sources) {
-  if (data_sources < 2) return "At least 2 data sources needed, add them first please";
-  const bool zero_is_meant = trimmed.interval == 0 && trimmed.zero_allowed;
-  if (trimmed.interval <= 0 && !zero_is_meant) return "Synchronize Interval must > 0";
-  if (trimmed.name.empty() || trimmed.description.empty() || trimmed.source.empty() ||
-      trimmed.destination.empty()) {
-    return "Obligatory field can not be empty";
-  }
-  if (trimmed.source == trimmed.destination) return "Data Source Can't be same";
-  return {};
-}
-
-std::string WhyJobRefused(const Workspace& workspace, const JobProperties& trimmed,
-                          std::size_t index) {
-  std::string refused = WhyPropertiesRefused(trimmed, workspace.Registry().CountInUse());
-  if (!refused.empty()) return refused;
+JobRefusal WhyJobRefused(const Workspace& workspace, const JobProperties& trimmed,
+                         std::size_t index) {
+  JobRefusal refused = WhyPropertiesRefused(trimmed, workspace.Registry().CountInUse());
   // A name that stays is not judged: it was good enough so far.
-  if (index != JobList::kNotFound &&
-      PropertiesOf(workspace.Jobs().At(index)).name == trimmed.name) {
-    return {};
-  }
-  return workspace.Catalogue().WhyNameRefused(trimmed.name, index);
+  const bool name_stays =
+      index != JobList::kNotFound && PropertiesOf(workspace.Jobs().At(index)).name == trimmed.name;
+  if (!refused && !name_stays)
+    refused.reason = workspace.Catalogue().WhyNameRefused(trimmed.name, index);
+  return refused;
 }
 
 std::string DescriptionAsKept(std::string_view description) {
@@ -113,8 +121,10 @@ std::string ProposeJobName(const JobList& jobs) {
 Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_t& index) {
   index = JobList::kNotFound;
   const JobProperties trimmed = Trimmed(properties);
-  std::string reason = WhyJobRefused(workspace, trimmed, index);
-  if (!reason.empty()) return Outcome::Refused(std::move(reason));
+  if (JobRefusal refused = WhyJobRefused(workspace, trimmed, index)) {
+    return Outcome::Refused(std::move(refused.reason));
+  }
+  std::string reason;
   FileSystem& files = workspace.Files();
   const JobFolder folder = workspace.Catalogue().FolderOf(trimmed.name);
   if (!MakeFolders(files, folder.Path(), reason) || !folder.SetOldFilesAside(files, reason)) {
@@ -147,8 +157,10 @@ Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& pr
   const JobProperties old = PropertiesOf(job);
   const JobProperties trimmed = Trimmed(properties);
   if (!Rests(state)) return Outcome::Refused(WhyBusy(old.name));
-  std::string reason = WhyJobRefused(workspace, trimmed, index);
-  if (!reason.empty()) return Outcome::Refused(std::move(reason));
+  if (JobRefusal refused = WhyJobRefused(workspace, trimmed, index)) {
+    return Outcome::Refused(std::move(refused.reason));
+  }
+  std::string reason;
   const bool source_changed = trimmed.source != old.source;
   if ((source_changed || trimmed.destination != old.destination) && state != JobState::Stopped) {
     return Outcome::Refused(
@@ -182,6 +194,17 @@ Outcome DeleteJob(Workspace& workspace, std::size_t index) {
   std::string text = "job: " + name + " deleted.";
   workspace.Log().Add(text, false);
   return removed ? Outcome::Done(std::move(text)) : Outcome::Refused(text + " " + reason);
+}
+
+Outcome RunJob(Workspace& workspace, EngineContext& engine, std::size_t index) {
+  const SyncJob& job = workspace.Jobs().At(index);
+  const JobProperties properties = PropertiesOf(job);
+  for (const std::string& name : {properties.source, properties.destination}) {
+    if (!TablesFetched(job) || workspace.Registry().IndexOf(name) >= 0) continue;
+    return Outcome::Refused(name + " is not registered any more");
+  }
+  std::string reason;
+  return RequestRun(engine, index, reason) ? Outcome::Done() : Outcome::Refused(std::move(reason));
 }
 
 std::string WhyExplorerStaysOpen(const JobList& jobs) {

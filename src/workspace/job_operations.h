@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Creating, changing and deleting jobs. User-interface thread.
+// Creating, changing and deleting jobs. User-interface thread, but for what takes values only. An
+// index is that of a job that is there; what an operation does, it has also saved, unless the
+// outcome says why not.
 #pragma once
 
 #include <cstddef>
@@ -26,13 +28,22 @@ JobProperties Trimmed(JobProperties properties);
 
 // The minutes entered as text; what is no number counts as 0.
 std::int32_t ParseInterval(std::string_view text);
+inline constexpr std::size_t kSourcesForAJob = 2;
+inline constexpr std::int32_t kLongestInterval = 10000;  // that a face offers, in minutes
 
-// Why trimmed properties cannot be stored, whatever their job; empty when they can.
-std::string WhyPropertiesRefused(const JobProperties& trimmed, std::size_t data_sources);
+// What is to be mended. DataSources: there are not enough of them.
+enum class JobField { Name, Description, Source, Destination, Interval, DataSources };
 
-// The same with the rules for names: for the job at index, or a new one (JobList::kNotFound).
-std::string WhyJobRefused(const Workspace& workspace, const JobProperties& trimmed,
-                          std::size_t index);
+struct JobRefusal {
+  std::string reason;
+  JobField field = JobField::Name;
+  explicit operator bool() const { return !reason.empty(); }
+};
+
+// Why trimmed properties cannot be stored as those of the job at index, or of a new one
+// (JobList::kNotFound). Nothing is refused when they can.
+JobRefusal WhyJobRefused(const Workspace& workspace, const JobProperties& trimmed,
+                         std::size_t index);
 
 // "Job" and the smallest number from 1 that no job has.
 std::string ProposeJobName(const JobList& jobs);
@@ -41,18 +52,24 @@ std::string ProposeJobName(const JobList& jobs);
 // empty lines, makes tabs blanks and breaks lines that are too long for it.
 std::string DescriptionAsKept(std::string_view description);
 
-// Makes a stopped job, reads its tables from the source and saves the catalogue. The job stays when
-// its tables could not be read: table_list_fetched is false then, and the outcome's text and the
-// log say why. index: where it stands, or kNotFound.
+// Makes a stopped job, reads its tables from the source (which blocks) and saves the catalogue. The
+// job stays when its tables could not be read: table_list_fetched is false then, and the outcome's
+// text and the log say why. index: where it stands, or kNotFound when nothing was made; a job that
+// could not be saved stands there all the same.
 Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_t& index);
 
 // Stores changed properties of a stopped or paused job. When the source changed, its tables are
-// read anew; if that fails, table_list_fetched is false, and the outcome's text and the log say
-// why.
+// read anew (which blocks); if that fails, table_list_fetched is false, and the outcome's text and
+// the log say why. What is refused leaves everything as it was; what cannot be saved is in force.
 Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& properties);
 
-// A stopped job only. Its files go; its folder stays when there is anything else in it.
+// A stopped job only. Its files go; its folder stays when there is anything else in it. Files that
+// cannot be removed are told; the job is gone then, too.
 Outcome DeleteJob(Workspace& workspace, std::size_t index);
+
+// Asks the engine to start a stopped job or to continue a paused one. Refused while a data source
+// of the job is not registered, or its tables were never read.
+Outcome RunJob(Workspace& workspace, EngineContext& engine, std::size_t index);
 
 // Why the jobs keep a window from closing; empty when they do not. The first is asked by the job
 // explorer, the second by the main window.

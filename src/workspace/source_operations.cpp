@@ -119,6 +119,13 @@ Outcome RefreshDataSource(Workspace& workspace, std::size_t index, ProgressListe
   return Outcome::Refused(std::move(reason));
 }
 
+Outcome MarkConnected(Workspace& workspace, std::size_t index, bool connected) {
+  DataSource& source = workspace.Registry().At(index);
+  source.state = connected ? ConnectionState::Connected : ConnectionState::Disconnected;
+  source.needsave = true;
+  return connected ? Outcome::Done() : SaveRegistry(workspace);
+}
+
 bool IsUsedByRunningJob(const JobList& jobs, std::string_view data_source) {
   for (std::size_t index = 0; index < jobs.Count(); ++index) {
     if (!IsRunning(jobs.State(index))) continue;

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Adding, changing, testing and removing data sources. User-interface thread.
+// Adding, changing, testing and removing data sources. User-interface thread; whatever connects
+// blocks it. An index is that of a slot in use. Passwords are clear in memory and in nothing that
+// is written, shown or logged.
 #pragma once
 
 #include <cstddef>
@@ -18,7 +20,7 @@ namespace quillmere {
 std::string WhyLoginRefused(const LogOn& login);
 std::string WhyNewSourceRefused(const Workspace& workspace, const LogOn& login);
 
-// Connects the session, unless the values or the server refuse.
+// Connects the session, unless the values or the server refuse. The session's thread.
 Outcome Connect(OracleSession& session, const LogOn& login);
 
 // Connects, reads version and catalogue, registers and saves. Nothing is registered when the
@@ -32,13 +34,18 @@ Outcome SaveDataSource(Workspace& workspace, const LogOn& login);
 // Connects with the stored log-on and tells how that went.
 Outcome TestDataSource(Workspace& workspace, std::size_t index);
 
-// Empties the slot, removes the file with the password, and saves.
+// Empties the slot, removes the file with the password, and saves. A file that cannot be removed
+// keeps the data source.
 Outcome RemoveDataSource(Workspace& workspace, std::size_t index);
 
 // Reads the catalogue into the record anew and saves. A failure is in the log, too.
 // session: a connection that is there already; null makes one with the stored log-on.
 Outcome RefreshDataSource(Workspace& workspace, std::size_t index, ProgressListener& progress,
                           OracleSession* session = nullptr);
+
+// Marks the data source connected or not. That it is not is saved: a connection does not outlive
+// the program, so that there is one need not be. The lists stay.
+Outcome MarkConnected(Workspace& workspace, std::size_t index, bool connected);
 
 // True when a job that names it as source or destination is running.
 bool IsUsedByRunningJob(const JobList& jobs, std::string_view data_source);

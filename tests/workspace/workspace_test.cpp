@@ -101,36 +101,60 @@ TEST_F(JobOperations, PropertiesThatCannotBeStoredAreRefused) {
     const char* what;
     JobProperties properties;
     std::string reason;
+    JobField field;
   };
   const std::string empty = "Obligatory field can not be empty";
+  const std::string minutes = "Synchronize Interval must > 0";
   const std::vector<Row> rows = {
-      {"interval before fields", {"", "", "", "", 0}, "Synchronize Interval must > 0"},
-      {"negative", {"J", "d", "A", "B", -1}, "Synchronize Interval must > 0"},
-      {"negative and zero allowed",
-       {"J", "d", "A", "B", -1, true},
-       "Synchronize Interval must > 0"},
-      {"blank name", {" \t ", "d", "A", "B", 1}, empty},
-      {"no description", {"J", " ", "A", "B", 1}, empty},
-      {"no source", {"J", "d", "", "B", 1}, empty},
-      {"no destination", {"J", "d", "A", " ", 1}, empty},
-      {"same source", {"J", "d", " A", "A ", 1}, "Data Source Can't be same"},
-      {"name of a file", {"a/b", "d", "A", "B", 1}, "A name must not contain '/'"},
-      {"name in other case", {"jOB1", "d", "A", "B", 1}, "There is a job Job1 already"},
+      {"interval before fields", {"", "", "", "", 0}, minutes, JobField::Interval},
+      {"negative", {"J", "d", "A", "B", -1}, minutes, JobField::Interval},
+      {"negative, zero allowed", {"J", "d", "A", "B", -1, true}, minutes, JobField::Interval},
+      {"blank name", {" \t ", "d", "A", "B", 1}, empty, JobField::Name},
+      {"no description", {"J", " ", "A", "B", 1}, empty, JobField::Description},
+      {"no source", {"J", "d", "", "B", 1}, empty, JobField::Source},
+      {"no destination", {"J", "d", "A", " ", 1}, empty, JobField::Destination},
+      {"same", {"J", "d", " A", "A ", 1}, "Data Source Can't be same", JobField::Destination},
+      {"no file", {"a/b", "d", "A", "B", 1}, "A name must not contain '/'", JobField::Name},
+      {"taken", {"jOB1", "d", "A", "B", 1}, "There is a job Job1 already", JobField::Name},
   };
   std::size_t index = 0;
-  EXPECT_EQ(AddJob(*workspace, {"J", "d", "A", "B", 1}, index).text,
-            "At least 2 data sources needed, add them first please");
+  const JobRefusal no_sources = WhyJobRefused(*workspace, {}, JobList::kNotFound);
+  EXPECT_EQ(no_sources.reason, "At least 2 data sources needed, add them first please");
+  EXPECT_EQ(no_sources.field, JobField::DataSources);
   AddSources();
   NewJob();
   for (const Row& row : rows) {
     EXPECT_EQ(AddJob(*workspace, row.properties, index).text, row.reason) << row.what;
     EXPECT_EQ(index, JobList::kNotFound) << row.what;
+    const JobRefusal refused = WhyJobRefused(*workspace, Trimmed(row.properties), index);
+    EXPECT_EQ(refused.field, row.field) << row.what;
   }
   EXPECT_EQ(workspace->Jobs().Count(), 1U);
-  for (const auto& [text, minutes] : std::vector<std::pair<const char*, int>>{
+  EXPECT_FALSE(WhyJobRefused(*workspace, {"Job1", "d", "A", "B", 1}, 0)) << "its own name";
+  for (const auto& [text, number] : std::vector<std::pair<const char*, int>>{
            {"15", 15}, {" 7 ", 7}, {"", 0}, {"x", 0}, {"5x", 0}, {"99999999999", 0}}) {
-    EXPECT_EQ(ParseInterval(text), minutes) << text;
+    EXPECT_EQ(ParseInterval(text), number) << text;
   }
+}
+
+TEST_F(JobOperations, RunWhileTheirDataSourcesAreRegistered) {
+  struct Silent final : RunnerListener {
+    void OnJobChanged(std::size_t, bool) override {}
+    void OnError(std::size_t, std::string_view) override {}
+    void OnInformation(std::size_t, std::string_view) override {}
+  } listener;
+  AddSources();
+  const std::size_t job = NewJob();
+  EngineContext engine = workspace->EngineFor(listener);
+  ASSERT_TRUE(RemoveDataSource(*workspace, 1).done);
+  for (const JobState state : {JobState::Stopped, JobState::Paused}) {
+    workspace->Jobs().SetState(job, state);
+    EXPECT_EQ(RunJob(*workspace, engine, job).text, "B is not registered any more");
+    EXPECT_EQ(workspace->Jobs().State(job), state);
+  }
+  ASSERT_TRUE(AddDataSource(*workspace, {"B", "u", "p"}, progress).done);
+  EXPECT_TRUE(RunJob(*workspace, engine, job).done);
+  EXPECT_EQ(workspace->Jobs().State(job), JobState::Started);
 }
 
 TEST_F(JobOperations, ANewJobIsStoppedReadsItsTablesAndIsSaved) {

@@ -44,7 +44,7 @@ void SourceConnection::Connect(std::size_t index, const std::function<void()>& l
     workspace.Log().Add(tested.text, true);
     if (!LogIn(index, session)) return;
   }
-  SetState(index, ConnectionState::Connected);
+  static_cast<void>(MarkConnected(workspace, index, true));
   logged_on();
   Refresh(index, session.get());
 }
@@ -79,7 +79,7 @@ bool SourceConnection::LogIn(std::size_t index, std::unique_ptr<OracleSession>& 
 
 void SourceConnection::Refresh(std::size_t index, OracleSession* session) {
   Workspace& workspace = context_.workspace;
-  DataSource& source = workspace.Registry().At(index);
+  const DataSource& source = workspace.Registry().At(index);
   Outcome outcome;
   bool begun = false;
   bool cancelled = false;
@@ -103,21 +103,8 @@ void SourceConnection::Refresh(std::size_t index, OracleSession* session) {
 }
 
 void SourceConnection::Disconnect(std::size_t index) {
-  SetState(index, ConnectionState::Disconnected);
-  SaveRegistry();
-}
-
-void SourceConnection::SetState(std::size_t index, ConnectionState state) {
-  DataSource& source = context_.workspace.Registry().At(index);
-  source.state = state;
-  source.needsave = true;
-}
-
-void SourceConnection::SaveRegistry() {
-  std::string reason;
-  if (context_.workspace.Registry().Save(reason)) return;
-  context_.workspace.Log().Add(reason, true);
-  ShowFailure(parent_, reason);
+  const Outcome saved = MarkConnected(context_.workspace, index, false);
+  if (!saved) ShowFailure(parent_, saved.text);
 }
 
 }  // namespace quillmere

@@ -34,8 +34,6 @@ class SourceConnection {
   bool LogIn(std::size_t index, std::unique_ptr<OracleSession>& session);
   // session: the connection to read on; null takes the stored log-on.
   void Refresh(std::size_t index, OracleSession* session);
-  void SetState(std::size_t index, ConnectionState state);
-  void SaveRegistry();
 
   UiContext& context_;
   QWidget* const parent_;

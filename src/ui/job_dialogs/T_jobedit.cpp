@@ -203,7 +203,7 @@ QWidget* TJobEditForm::Widget(JobField field) const {
       return destination_;
     case JobField::Interval:
       return interval_;
-    case JobField::NewSource:
+    case JobField::DataSources:
       break;
   }
   return new_source_;
@@ -211,11 +211,8 @@ QWidget* TJobEditForm::Widget(JobField field) const {
 
 void TJobEditForm::OkBtnClick() {
   JobProperties entered = Entered();
-  const std::string refused = WhyJobRefused(context_.workspace, entered, index_);
-  if (!refused.empty()) {
-    const std::size_t sources = context_.workspace.Registry().CountInUse();
-    return ShowNotice(this, refused, Widget(FieldToCorrect(entered, sources)));
-  }
+  const JobRefusal refused = WhyJobRefused(context_.workspace, entered, index_);
+  if (refused) return ShowNotice(this, refused.reason, Widget(refused.field));
   if (!AgreesToDescription(entered.description)) return description_->setFocus();
   properties_ = std::move(entered);
   accept();

@@ -7,10 +7,10 @@
 
 #include "ui/H_global.h"
 #include "ui/job_dialogs/interval_field.h"
-#include "ui/job_dialogs/job_advice.h"
 #include "ui/job_dialogs/source_choice.h"
 #include "ui/sources/source_list_model.h"
 #include "ui/toolkit/row_table.h"
+#include "workspace/job_operations.h"
 
 class QFormLayout;
 class QPlainTextEdit;

@@ -2,11 +2,16 @@
 #include "ui/job_dialogs/interval_field.h"
 
 #include <QLineEdit>
+#include <algorithm>
 
-#include "ui/job_dialogs/job_advice.h"
 #include "ui/toolkit/text.h"
+#include "workspace/job_operations.h"
 
 namespace quillmere {
+
+int SteppedInterval(int minutes, int steps) {
+  return std::clamp(std::clamp(minutes, 0, kLongestInterval) + steps, 0, kLongestInterval);
+}
 
 IntervalField::IntervalField(QWidget* parent) : QAbstractSpinBox(parent) {
   lineEdit()->setText(QStringLiteral("0"));
@@ -25,7 +30,7 @@ QValidator::State IntervalField::validate(QString&, int&) const {
 QAbstractSpinBox::StepEnabled IntervalField::stepEnabled() const {
   const int minutes = ParseInterval(ToBytes(lineEdit()->text()));
   StepEnabled enabled = StepNone;
-  if (minutes < kMostInterval) enabled |= StepUpEnabled;
+  if (minutes < kLongestInterval) enabled |= StepUpEnabled;
   if (minutes > 0) enabled |= StepDownEnabled;
   return enabled;
 }

@@ -7,6 +7,9 @@
 
 namespace quillmere {
 
+// The minutes after so many steps of the buttons, which stop at 0 and at the longest interval.
+int SteppedInterval(int minutes, int steps);
+
 class IntervalField : public QAbstractSpinBox {
   Q_OBJECT
 

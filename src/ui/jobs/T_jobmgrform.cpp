@@ -20,7 +20,6 @@ namespace quillmere {
 namespace {
 
 constexpr int kRefreshMs = 10'000;
-constexpr std::size_t kSourcesForAJob = 2;
 
 bool IsTableNode(JobNode kind) {
   return kind == JobNode::Include || kind == JobNode::Exclude;

@@ -77,10 +77,10 @@ void TJobMgrForm::RequestSelected(JobRequest request) {
   if (node.kind != JobNode::Job) return;
   const std::string name = PropertiesOf(jobs_.At(node.job)).name;
   if (!Confirm(this, RequestQuestion(request, StateOf(node), name))) return;
-  std::string refused;
+  Outcome asked = Outcome::Done();
   switch (request) {
     case JobRequest::Run:
-      RequestRun(worker_.Engine(), node.job, refused);
+      asked = RunJob(context_.workspace, worker_.Engine(), node.job);
       break;
     case JobRequest::Pause:
       RequestPause(jobs_, node.job);
@@ -90,7 +90,7 @@ void TJobMgrForm::RequestSelected(JobRequest request) {
       break;
   }
   Rebuild();
-  if (!refused.empty()) ShowNotice(this, refused);
+  if (!asked) ShowNotice(this, asked.text);
 }
 
 bool TJobMgrForm::ChooseSelected(TableChoice& choice) {

@@ -29,7 +29,6 @@ namespace {
 
 constexpr QSize kFirstSize(850, 611);
 constexpr int kMessagesHeight = 81;
-constexpr int kClearMs = 100'000;
 
 const QString kPlace = QStringLiteral("main");
 const QString kPage = QStringLiteral("main/page");
@@ -63,7 +62,7 @@ TMainForm::TMainForm(UiContext& context, std::chrono::milliseconds sweep_pause)
   new HintWatcher([this](const QString& hint) { ShowTip(hint); }, this);
   clear_timer_.setObjectName(QStringLiteral("TimerClear"));
   connect(&clear_timer_, &QTimer::timeout, this, [this] { context_.workspace.Log().LimitFiles(); });
-  clear_timer_.start(kClearMs);
+  clear_timer_.start(MessageLog::kLimitPause);
   PlaceWindow();
 }
 
