@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Which tables a job carries, and to which owner: read from its source, included, excluded, given
-// another owner. User-interface thread; the job must rest.
+// another owner. User-interface thread; the job must rest. Reading blocks as long as the source
+// takes.
 #pragma once
 
 #include <cstddef>
@@ -24,8 +25,8 @@ Outcome ReadTables(Workspace& workspace, std::size_t index);
 // The same as an action of its own: saves the catalogue in any case.
 Outcome RefreshTables(Workspace& workspace, std::size_t index);
 
-// The lists that a refresh makes. known: the job's present ones, empty when its tables were never
-// fetched.
+// The lists that a refresh makes; any thread. known: the job's present ones, empty when its tables
+// were never fetched.
 SchemaMap MergeTables(const std::vector<std::string>& owners, const std::vector<TableInfo>& tables,
                       const SchemaMap& known);
 

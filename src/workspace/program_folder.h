@@ -6,8 +6,8 @@
 
 namespace quillmere {
 
-// The folder of the program's file; empty when the system does not tell. Each platform has a file
-// of its own.
+// The folder of the program's file; empty when the system does not tell. Any thread. Each platform
+// has a file of its own.
 std::filesystem::path ProgramFolder();
 
 }  // namespace quillmere

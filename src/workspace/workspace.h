@@ -17,8 +17,10 @@
 
 namespace quillmere {
 
-// Made by main before it starts threads, and passed on; outlives them. What a part of it may be
-// asked on which thread, its own header says.
+// Made by main before it starts threads, and passed on; outlives them. The parts live as long as it
+// does; what one may be asked on which thread, its own header says. The calls of the workspace
+// itself are the user-interface thread's (the command line's main thread), but for Folder and
+// TimeSource.
 class Workspace {
  public:
   enum class Access {
@@ -40,7 +42,8 @@ class Workspace {
   };
 
   // Loads settings, data sources and jobs. What could not be read is in the log. Null and a reason
-  // when the folder cannot be worked on.
+  // when the folder cannot be worked on; nothing is changed then, but that the folder may have been
+  // made. Options' pointers must outlive the workspace.
   static std::unique_ptr<Workspace> Open(const Options& options, std::string& reason);
 
   Workspace(const Workspace&) = delete;
@@ -70,7 +73,7 @@ class Workspace {
   // registry. User-interface thread.
   void RefreshJobLogOns();
 
-  // Saves all jobs; a failure goes to the log, too.
+  // Saves all jobs; a failure goes to the log, too, and what it concerns is on disk as it was.
   bool SaveJobs(std::string& reason);
 
   std::filesystem::path SettingsFile() const { return folder_ / "config" / "settings.xml"; }

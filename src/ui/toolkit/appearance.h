@@ -24,14 +24,15 @@ class Appearance {
  public:
   enum class Scheme { System, Light, Dark };
 
-  // Before any window is made. Both must outlive it.
+  // One a program, before any window is made: it sets style, palette and style sheet of the
+  // application. Both must outlive it.
   Appearance(FileSystem& files, WindowMemory& memory);
 
   // Applies what was chosen last time. A skin that is gone is left out and said in `problem`.
   void Restore(std::string& problem);
 
   Scheme ChosenScheme() const { return scheme_; }
-  void SetScheme(Scheme scheme);
+  void SetScheme(Scheme scheme);  // applied and remembered at once, like a skin
 
   // Applies a style sheet file; false: the reason, and the look is as before.
   bool LoadSkin(const std::filesystem::path& file, std::string& reason);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The program's light and dark palettes, and the changes a skin makes to them. Internal to the
-// toolkit.
+// toolkit. User-interface thread.
 #pragma once
 
 #include <QColor>

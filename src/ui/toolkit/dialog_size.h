@@ -10,7 +10,7 @@ namespace quillmere {
 class WindowMemory;
 
 // From the dialog's constructor, when all is laid out: the size of the last time, else the given
-// one. WindowMemory::KeepGeometry in its destructor keeps it.
+// one (pixels). WindowMemory::KeepGeometry in its destructor keeps it, under the same name.
 void RestoreSize(QDialog& dialog, const WindowMemory& memory, const QString& name, int width,
                  int height);
 

@@ -22,11 +22,12 @@ class ExplorerFrame : public QWidget {
   Q_OBJECT
 
  public:
-  // name: under which the splitter's place is remembered.
+  // name: under which the splitter's place is remembered. memory must outlive the frame.
   ExplorerFrame(WindowMemory& memory, const QString& name, const QString& heading,
                 QWidget* parent = nullptr);
   ~ExplorerFrame() override;
 
+  // The frame's own, for as long as it lives.
   QToolBar& Tools() { return *tools_; }
   QTreeView& Tree() const { return *tree_; }  // right presses do nothing at all in it
   QWidget& Head() { return *head_; }

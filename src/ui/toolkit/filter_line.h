@@ -15,7 +15,8 @@ class FilterLine : public QLineEdit {
  public:
   explicit FilterLine(QWidget* parent = nullptr);
 
-  // Filters this list from now on, with an empty field.
+  // Filters this list from now on, with an empty field; the list before it is shown whole again.
+  // Both must live until then. Null: none.
   void SetModel(RowModel* model);
 
  protected:

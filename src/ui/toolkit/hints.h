@@ -10,10 +10,12 @@ class QWidget;
 
 namespace quillmere {
 
+// Of the widget and all in it that has none of its own.
 void SetHint(QWidget* widget, const QString& text);
 
 // Watches the mouse over the widgets of an application and tells the hint of the widget under it,
-// or of the nearest one around it that has one; empty outside of all.
+// or of the nearest one around it that has one; empty outside of all. Watches until it is
+// destroyed; show is called on the user-interface thread and must stay callable until then.
 class HintWatcher : public QObject {
   Q_OBJECT
 

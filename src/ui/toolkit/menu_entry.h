@@ -9,8 +9,8 @@ class QMenu;
 
 namespace quillmere {
 
-// Shows, enables and does what the action does, and names its shortcut. Owned by the menu. caption:
-// the action's when empty.
+// Shows, enables and does what the action does, and names its shortcut. Owned by the menu; without
+// effect once the action is gone. caption: the action's when empty.
 QAction* AddEntry(QMenu& menu, const char* name, QAction& action, const QString& caption = {});
 
 }  // namespace quillmere

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The message boxes. Modal; they end with OK, or with what the program's end makes of them.
+// The message boxes. Each blocks its caller until it is answered; events are served meanwhile, so
+// that the program may have been asked to end when it returns (the answer is No then). Texts are
+// bytes and shown as they are, never as mark-up. User-interface thread.
 #pragma once
 
 #include <string_view>

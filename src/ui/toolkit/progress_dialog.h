@@ -14,7 +14,8 @@ class QWidget;
 namespace quillmere {
 
 // On screen, painted, from its construction until it is destroyed. The window goes on painting at
-// each step it hears of; until the next step it cannot.
+// each step it hears of; until the next step it cannot. OnProgress answers false from the first
+// Cancel on. Not from within another one's step. parent must outlive it.
 class ProgressDialog final : public SchemaListener {
  public:
   ProgressDialog(QWidget* parent, const QString& title, std::string_view first_step);

@@ -53,16 +53,18 @@ class RowModel : public QAbstractTableModel {
   Qt::SortOrder SortDirection() const { return sort_order_; }
 
  protected:
-  // What the derived class knows. Cells are asked for source rows.
+  // What the derived class knows. Cells are asked for source rows; a text must live until the rows
+  // are replaced. Asked on the user-interface thread only, while sorting and painting: nothing here
+  // may block.
   virtual std::size_t SourceRows() const = 0;
   virtual std::string_view CellText(std::size_t row, int column) const = 0;
   virtual std::int64_t CellNumber(std::size_t row, int column) const;
   // Icons, tooltips, colours...: any role but the display and alignment roles.
   virtual QVariant CellExtra(std::size_t row, int column, int role) const;
 
-  // `replace` puts fresh rows in the place of the present ones. same_rows: source rows stand for
-  // what they stood for before and only other cells may have changed; selection and scroll position
-  // then stay.
+  // `replace`, called once and at once, puts fresh rows in the place of the present ones.
+  // same_rows: source rows stand for what they stood for before and only other cells may have
+  // changed; selection and scroll position then stay.
   void ReplaceRows(bool same_rows, const std::function<void()>& replace);
 
  private:

@@ -16,11 +16,14 @@ class RowTable : public QTableView {
   Q_OBJECT
 
  public:
+  // memory must outlive it: it keeps the widths when another list is shown and at the end.
   explicit RowTable(WindowMemory& memory, QWidget* parent = nullptr);
   ~RowTable() override;
 
-  // Shows another list. The model is not owned. layout: the name under which its column widths are
-  // remembered. Extended selection when several rows may be selected.
+  // Shows another list. The model is not owned and must live until another one is shown, or the
+  // table is gone. layout: the name under which its column widths are remembered. Extended
+  // selection when several rows may be selected. The selection model is a new one with every other
+  // list.
   void ShowRows(RowModel& model, const QString& layout, bool several);
 
   // What an empty list says: what to do next.

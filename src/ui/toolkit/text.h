@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Between the bytes of the core and the characters of the widgets.
+// Between the bytes of the core and the characters of the widgets. Any thread, but for what takes a
+// widget.
 #pragma once
 
 #include <QString>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Remembers how the operator arranged the windows: config/window.ini in the working folder. Losing
-// it loses nothing else. User-interface thread.
+// it loses nothing else: a file that cannot be read is as good as none, and one that cannot be
+// written is not told. User-interface thread.
 #pragma once
 
 #include <QByteArray>
