@@ -230,32 +230,17 @@ void Driver::ClickAction(std::string_view name) {
   Click(button);
 }
 
-QModelIndex Driver::Cell(QAbstractItemView* view, int row, int column) {
-  QModelIndex index;
+void Driver::ClickCell(std::string_view name, int row, int column, XDisplay::Button button,
+                       int times) {
+  auto* view = Find<QAbstractItemView>(name);
+  QPersistentModelIndex index;
   WaitFor("row " + std::to_string(row), [&] {
     index = view->model() == nullptr ? QModelIndex() : view->model()->index(row, column);
     if (index.isValid()) view->scrollTo(index);
     return index.isValid();
   });
-  return index;
-}
-
-void Driver::ClickCell(std::string_view name, int row, int column, XDisplay::Button button,
-                       int times) {
-  auto* view = Find<QAbstractItemView>(name);
-  const QPersistentModelIndex index = Cell(view, row, column);
   ClickAt(
       view->viewport(), [=] { return view->visualRect(index).center(); }, button, times);
-}
-
-void Driver::ClickCell(std::string_view view, int row, int column) {
-  ClickCell(view, row, column, XDisplay::kLeft, 1);
-}
-void Driver::DoubleClickCell(std::string_view view, int row, int column) {
-  ClickCell(view, row, column, XDisplay::kLeft, 2);
-}
-void Driver::RightClickCell(std::string_view view, int row, int column) {
-  ClickCell(view, row, column, XDisplay::kRight, 1);
 }
 
 void Driver::ClickNode(std::string_view name, const Path& path, XDisplay::Button button) {
@@ -276,18 +261,23 @@ void Driver::ClickNode(std::string_view name, const Path& path, XDisplay::Button
       button, 1);
 }
 
+int Driver::RowOf(QAbstractItemView* view, std::string_view first_cell) {
+  int row = -1;
+  WaitFor("a row " + std::string(first_cell), [&] {
+    const QAbstractItemModel* model = view->model();
+    for (int i = 0; model != nullptr && i < model->rowCount(); ++i) {
+      if (model->index(i, 0).data().toString() == Text(first_cell)) row = i;
+    }
+    return row >= 0;
+  });
+  return row;
+}
+
 void Driver::SelectRows(std::string_view name, const std::vector<std::string>& first_cells) {
   Note("select rows");
   bool first = true;
   for (const std::string& cell : first_cells) {
-    int row = -1;
-    auto* view = Find<QAbstractItemView>(name);
-    WaitFor("a row " + cell, [&] {
-      for (int i = 0; view->model() != nullptr && i < view->model()->rowCount(); ++i) {
-        if (Bytes(view->model()->index(i, 0).data().toString()) == cell) row = i;
-      }
-      return row >= 0;
-    });
+    const int row = RowOf(Find<QAbstractItemView>(name), cell);
     if (!first) screen_.Hold("ctrl", true);
     ClickCell(name, row, 0);
     if (!first) screen_.Hold("ctrl", false);
@@ -297,27 +287,16 @@ void Driver::SelectRows(std::string_view name, const std::vector<std::string>& f
 
 void Driver::TickRow(std::string_view name, std::string_view text) {
   auto* view = Find<QAbstractItemView>(name);
-  QModelIndex index;
-  WaitFor("a row " + std::string(text), [&] {
-    for (int i = 0; i < view->model()->rowCount(); ++i) {
-      if (view->model()->index(i, 0).data().toString() == Text(text)) {
-        index = view->model()->index(i, 0);
-      }
-    }
-    return index.isValid();
+  const int row = RowOf(view, text);
+  ClickAt(view->viewport(), [=] {
+    QStyleOptionViewItem option;
+    option.initFrom(view);
+    option.rect = view->visualRect(view->model()->index(row, 0));
+    option.features = QStyleOptionViewItem::HasCheckIndicator;
+    return view->style()
+        ->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, view)
+        .center();
   });
-  ClickAt(
-      view->viewport(),
-      [=] {
-        QStyleOptionViewItem option;
-        option.initFrom(view);
-        option.rect = view->visualRect(index);
-        option.features = QStyleOptionViewItem::HasCheckIndicator;
-        return view->style()
-            ->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, view)
-            .center();
-      },
-      XDisplay::kLeft, 1);
 }
 
 void Driver::ChooseInMenu(const std::vector<std::string>& path) {
@@ -394,19 +373,14 @@ void Driver::WaitForFocus() {
   });
 }
 
-void Driver::Press(std::string_view keys) {
+void Driver::Press(std::string_view keys, bool arrives) {
   Note("press " + std::string(keys));
   WaitForFocus();
   const int before = arrivals_.keys;
   if (!screen_.Press(keys)) GiveUp("no such keys: " + std::string(keys));
+  if (!arrives) return;
   const int strokes = static_cast<int>(std::count(keys.begin(), keys.end(), '+')) + 1;
   WaitFor("the keys to arrive", [&] { return arrivals_.keys >= before + strokes; });
-}
-
-void Driver::PressForManager(std::string_view keys) {
-  Note("press " + std::string(keys));
-  WaitForFocus();
-  if (!screen_.Press(keys)) GiveUp("no such keys: " + std::string(keys));
 }
 
 void Driver::Type(std::string_view text) {
@@ -480,17 +454,6 @@ void Driver::WaitForRows(std::string_view name, const std::vector<Row>& expected
   if (rows == expected) return Note("see the rows of " + std::string(name));
   GiveUp("rows of " + std::string(name) + ": " + testing::PrintToString(rows) + "\ninstead of " +
          testing::PrintToString(expected));
-}
-
-Row Driver::Captions(std::string_view name) {
-  const auto* view = Find<QAbstractItemView>(name);
-  return Ui([view] {
-    Row captions;
-    for (int column = 0; column < view->model()->columnCount(); ++column) {
-      captions.push_back(Bytes(view->model()->headerData(column, Qt::Horizontal).toString()));
-    }
-    return captions;
-  });
 }
 
 std::string Driver::SelectedRow(std::string_view name) {

@@ -64,9 +64,11 @@ class Driver {
   void Click(QWidget* widget);
   void Click(std::string_view name) { Click(Find(name)); }
   void ClickAction(std::string_view name);  // by the button of a visible tool bar
-  void ClickCell(std::string_view view, int row, int column);
-  void DoubleClickCell(std::string_view view, int row, int column);
-  void RightClickCell(std::string_view view, int row, int column);
+  void ClickCell(std::string_view view, int row, int column,
+                 XDisplay::Button button = XDisplay::kLeft, int times = 1);
+  void DoubleClickCell(std::string_view view, int row, int column) {
+    ClickCell(view, row, column, XDisplay::kLeft, 2);
+  }
   void ClickNode(std::string_view tree, const Path& path, XDisplay::Button = XDisplay::kLeft);
   void SelectRows(std::string_view view, const std::vector<std::string>& first_cells);
   void TickRow(std::string_view view, std::string_view text);  // its check box
@@ -77,9 +79,9 @@ class Driver {
   std::vector<std::string> PopupEntries();
   void Choose(std::string_view combo, std::string_view text);
 
-  void Press(std::string_view keys);
-  void PressForManager(std::string_view keys);  // which takes them: they do not arrive here
-  void Type(std::string_view text);             // what no key is for comes by way of the clipboard
+  // arrives: not when the window manager takes the keys.
+  void Press(std::string_view keys, bool arrives = true);
+  void Type(std::string_view text);  // what no key is for comes by way of the clipboard
   void Enter(std::string_view field, std::string_view text);  // instead of what is there
   void MoveOver(QWidget* widget);
 
@@ -90,7 +92,6 @@ class Driver {
   // What an operator reads.
   std::vector<Row> Rows(std::string_view view);
   void WaitForRows(std::string_view view, const std::vector<Row>& expected);
-  Row Captions(std::string_view view);
   std::string SelectedRow(std::string_view view);  // its first cell; "(none)"
   std::string TextOf(std::string_view name);       // of a label, field or combo box
   std::string FocusName();
@@ -110,9 +111,8 @@ class Driver {
 
   void RunOnUi(std::function<void()> work);
   QWidget* FindWidget(std::string_view name, const QMetaObject& type);
+  int RowOf(QAbstractItemView* view, std::string_view first_cell);
   QPoint OnScreen(QWidget* widget, const std::function<QPoint()>& place);
-  QModelIndex Cell(QAbstractItemView* view, int row, int column);
-  void ClickCell(std::string_view view, int row, int column, XDisplay::Button, int times);
   void WaitForFocus();
   [[noreturn]] void GiveUp(const std::string& reason);
   void Note(std::string step);

@@ -2,12 +2,7 @@
 // The job explorer: what it shows, and a job from its first entry to its end.
 #include <gtest/gtest.h>
 
-#include <QHeaderView>
-#include <QTableView>
-#include <QTreeView>
-
 #include "window/program_fixture.h"
-#include "workspace/job_tables.h"
 
 namespace quillmere::window {
 namespace {
@@ -120,7 +115,7 @@ TEST_F(JobExplorer, TablesAreExcludedRedirectedAndIncluded) {
   EXPECT_NE(folder_.Read("jobs/J/J.xml").find("<includeflag>false<"), std::string::npos) << "saved";
 
   SelectRows("JobMgrLV", {"ITEM"});
-  RightClickCell("JobMgrLV", 0, 0);
+  ClickCell("JobMgrLV", 0, 0, XDisplay::kRight);
   EXPECT_EQ(PopupEntries(), (Names{"ChangeRemoteOwner", "Exclude"}));
   ChooseInPopup("ChangeRemoteOwner");
   Enter("EditNewOwner", "ARCHIVE");
@@ -157,75 +152,40 @@ TEST_F(JobExplorer, TablesAreExcludedRedirectedAndIncluded) {
   marked[6] = "compare";
   WaitForRows("JobMgrLV", {redirected, marked, all[3]});
   SelectRows("JobMgrLV", {"NOTE"});
-  RightClickCell("JobMgrLV", 1, 0);
+  ClickCell("JobMgrLV", 1, 0, XDisplay::kRight);
   ChooseInPopup("Compared");
   AnswerBox("Have the selected tables been compared? Their mark is taken away.", "Yes");
   WaitForRows("JobMgrLV", {redirected, taken, all[3]});
 }
 
-TEST_F(JobExplorer, RefreshKeepsWhatWasChosenAndSeesWhatIsNew) {
+TEST_F(JobExplorer, ARefreshSeesWhatIsNew) {
   OpenWithJob();
-  Ui([this] { FilterTables(Work(), 0, {TableFilter::Exclude, "SHOP", {"NOTE"}}); });
   Sql("A", "create table SHOP.FRESH (ID number(10));\ndrop table SHOP.SECRET;");
   SelectNode({"J"});
   ClickAction("Refresh");
   SelectNode({"J", "Include"});
-  WaitForRows("JobMgrLV", {{"FRESH", "SHOP", "SHOP", "0", "0", "0", ""},
-                           {"ITEM", "SHOP", "SHOP", "0", "0", "0", ""},
-                           {"VISIT", "CRM", "CRM", "0", "0", "0", ""}});
-  SelectNode({"J", "Exclude"});
-  WaitForRows("JobMgrLV", {{"NOTE", "SHOP", "0", "0", ""}});
+  const std::vector<Row> tables = {{"FRESH", "SHOP", "SHOP", "0", "0", "0", ""},
+                                   {"ITEM", "SHOP", "SHOP", "0", "0", "0", ""},
+                                   {"NOTE", "SHOP", "SHOP", "0", "0", "0", ""},
+                                   {"VISIT", "CRM", "CRM", "0", "0", "0", ""}};
+  WaitForRows("JobMgrLV", tables);
   std::filesystem::rename(folder_ / "sandbox/A.db", folder_ / "sandbox/gone");
   SelectNode({"J"});
   ClickAction("Refresh");
   WaitForMessage("Can not connect to source, refresh failed");
-  SelectNode({"J", "Exclude"});
-  WaitForRows("JobMgrLV", {{"NOTE", "SHOP", "0", "0", ""}});
+  SelectNode({"J", "Include"});
+  WaitForRows("JobMgrLV", tables);
 }
 
-TEST_F(JobExplorer, EveryNodeHasItsOwnColumns) {
+TEST_F(JobExplorer, ADoubleClickLeadsToTheJobAndARightPressNowhere) {
   OpenWithJob();
-  struct Layout {
-    Path node;
-    Row captions;
-    std::vector<int> widths;
-    bool several;
-  };
-  const Row jobs = {"JOB ID", "Status", "Total Done", "Need To Do", "Has Done", "Blocked"};
-  const Layout layouts[] = {
-      {{}, jobs, {120, 120, 90, 90, 90, 80}, false},
-      {{"J"}, jobs, {120, 120, 90, 90, 90, 80}, false},
-      {{"J", "Include"},
-       {"Table Name", "Source Owner", "Remote Owner", "Begin Rows", "Current Rows", "Total Synced ",
-        "Compare"},
-       {180, 60, 60, 60, 60, 60, 70},
-       true},
-      {{"J", "Exclude"},
-       {"Table Name", "Source Owner", "Rows", "Total Blocked ", "Compare"},
-       {210, 80, 80, 80, 70},
-       true},
-  };
-  for (const Layout& layout : layouts) {
-    SCOPED_TRACE(layout.node.empty() ? "root" : layout.node.back());
-    SelectNode(layout.node);
-    EXPECT_EQ(Captions("JobMgrLV"), layout.captions);
-    auto* list = Find<QTableView>("JobMgrLV");
-    EXPECT_EQ(Widths("JobMgrLV"), layout.widths);
-    EXPECT_EQ(Ui([&] { return list->selectionMode() == QTableView::ExtendedSelection; }),
-              layout.several);
-  }
-  // A double click on a job leads to it; a right press in the tree changes nothing.
   SelectNode({});
   DoubleClickCell("JobMgrLV", 0, 0);
-  const auto selected = [this] {
-    auto* tree = Find<QTreeView>("JobMgrTV");
-    return Ui([tree] { return tree->currentIndex().data().toString().toStdString(); });
-  };
-  EXPECT_EQ(selected(), "J");
+  EXPECT_EQ(SelectedRow("JobMgrTV"), "J");
   ClickNode("JobMgrTV", {"All Jobs", "J", "Exclude"}, XDisplay::kRight);
   ClickNode("JobMgrTV", {"All Jobs"}, XDisplay::kRight);
-  EXPECT_EQ(selected(), "J");
-  EXPECT_EQ(Captions("JobMgrLV"), jobs);
+  EXPECT_EQ(SelectedRow("JobMgrTV"), "J");
+  EXPECT_EQ(Shown(), (Names{"FileNew", "FileOpen", "Refresh", "FileDelete", "RunRun"}));
 }
 
 TEST_F(JobExplorer, TheTimerRepaintsWhatRuns) {
@@ -272,13 +232,6 @@ TEST_F(JobExplorer, WhatCannotBeDoneIsSaid) {
   AnswerBox("Pause J?", "No");
   Request("RunPause", "Pause J?");
   WaitForState("J", JobState::Paused);
-  // Its data sources may not be changed before it is stopped; both stay as they were.
-  ClickAction("FileOpen");
-  Choose("CBSrcDSN", "B");
-  Choose("CBDesDSN", "A");
-  Click("OkBtn");
-  AnswerBox("You can't change data source after a job is runned, Stop the job first please.");
-  EXPECT_EQ(Ui([this] { return ConfigOf(Work().Jobs().At(0)).src_database_name; }), "A");
 }
 
 }  // namespace

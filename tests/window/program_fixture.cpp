@@ -7,7 +7,6 @@
 #include <QToolButton>
 #include <cstdlib>
 
-#include "ui/toolkit/row_table.h"
 #include "workspace/job_operations.h"
 #include "workspace/program_folder.h"
 #include "workspace/source_operations.h"
@@ -152,17 +151,6 @@ std::vector<std::string> ProgramTest::ActionsShown(std::string_view tool_bar) {
       }
     }
     return shown;
-  });
-}
-
-std::vector<int> ProgramTest::Widths(std::string_view view) {
-  const auto* list = Find<RowTable>(view);
-  return Ui([list] {
-    std::vector<int> widths;
-    for (const RowModel::Column& column : static_cast<const RowModel*>(list->model())->Columns()) {
-      widths.push_back(std::min(column.width, list->columnWidth(static_cast<int>(widths.size()))));
-    }
-    return widths;
   });
 }
 

@@ -46,8 +46,6 @@ class ProgramTest : public testing::Test, protected Driver {
   void SelectNode(const Path& below_root);  // of the job explorer
   void ShowDatabases();                     // the database manager's page
   std::vector<std::string> ActionsShown(std::string_view tool_bar);
-  // Of the list's columns: as wide as it should be, or less. A caption may make one wider.
-  std::vector<int> Widths(std::string_view view);
   // At the end of so many lines of the message list.
   void WaitForMessage(const std::string& text, int times = 1);
   JobState StateOf(const std::string& job);

@@ -103,51 +103,6 @@ std::vector<std::string> Cells(const RowModel& list, int row) {
   return cells;
 }
 
-std::vector<std::string> Columns(const RowModel& list) {
-  std::vector<std::string> columns;
-  for (const RowModel::Column& column : list.Columns()) {
-    columns.push_back(column.caption.toStdString() + " " + std::to_string(column.width));
-  }
-  return columns;
-}
-
-TEST_F(DatabaseModels, ListsShowTheRecordsUnderTheirColumns) {
-  DataSource source = Source("A");
-  source.primary_keys = {{"SHOP", "ORDERS", "PK_O", "ENABLED"}};
-  source.indexes = {{"SHOP", "ORDERS", "IXOWNER", "IX_O", "NORMAL", "VALID", 1}};
-  source.tables = {{"SHOP", "ORDERS", "USERS", "TABLE", 42}};
-  KeyList keys;
-  keys.Show(&source);
-  EXPECT_THAT(Columns(keys),
-              ElementsAre("Key Name 210", "Table Owner 110", "Table Name 110", "Status 90"));
-  EXPECT_THAT(Cells(keys, 0), ElementsAre("PK_O", "SHOP", "ORDERS", "ENABLED"));
-  EXPECT_EQ(keys.ItemAt(0).name, "PK_O");
-  IndexList indexes;
-  indexes.Show(&source);
-  EXPECT_THAT(Columns(indexes), ElementsAre("Index Name 210", "Index Type 80", "Index Owner 110",
-                                            "Table Owner 110", "Table Name 110", "Status 90"));
-  EXPECT_THAT(Cells(indexes, 0),
-              ElementsAre("IX_O", "NORMAL", "IXOWNER", "SHOP", "ORDERS", "VALID"));
-  TableList tables;
-  tables.Show(&source);
-  EXPECT_THAT(Columns(tables), ElementsAre("Table Name 210", "Table Owner 80", "Table Space 110",
-                                           "Rows 80", "Type 80"));
-  EXPECT_THAT(Cells(tables, 0), ElementsAre("ORDERS", "SHOP", "USERS", "42", "TABLE"));
-
-  registry_.Add(source);
-  DataSourceList sources;
-  sources.Show(registry_);
-  EXPECT_THAT(Columns(sources),
-              ElementsAre("Data Source 130", "Version 100", "UserName 90", "Mode 80"));
-  EXPECT_THAT(Cells(sources, 0), ElementsAre("A", "9.2.0.1.0", "SYSTEM", "NORMAL"));
-  MetaTypeList types;
-  EXPECT_THAT(Columns(types), ElementsAre(testing::StartsWith("Meta Types ")));
-  EXPECT_EQ(types.index(0, 0).data().toString(), "PRIMARY KEY");
-  EXPECT_EQ(types.index(1, 0).data().toString(), "INDEX");
-  EXPECT_EQ(types.index(2, 0).data().toString(), "TABLE");
-  EXPECT_EQ(types.RowAt(types.SourceRow(2)).kind, NodeKind::Table);
-}
-
 TEST_F(DatabaseModels, AListDoesNotReachIntoTheRegistry) {
   DataSource source = Source("A");
   source.tables = {{"SHOP", "ORDERS", "USERS", "", 9}, {"CRM", "ITEMS", "USERS", "", 100}};

@@ -13,149 +13,97 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-TEST(DatabaseTexts, ActionsAreVisibleByNodeAndConnection) {
-  struct Row {
-    const char* what;
-    NodeKind kind;
-    bool connected;
-    VisibleActions visible;
-  };
-  const std::vector<Row> rows = {
-      {"nothing", NodeKind::None, false, {}},
-      {"root", NodeKind::Root, true, {}},
-      {"not connected", NodeKind::DataSource, false, {.connect = true}},
-      {"connected", NodeKind::DataSource, true, {.disconnect = true, .refresh = true}},
-      {"keys", NodeKind::PrimaryKey, true, {.meta = true}},
-      {"indexes", NodeKind::Index, false, {.meta = true}},
-      {"tables", NodeKind::Table, true, {.meta = true}},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(VisibleActionsFor(row.kind, row.connected), row.visible) << row.what;
-  }
-  EXPECT_TRUE(MayOpenManager(19));
-  EXPECT_FALSE(MayOpenManager(20));
-}
-
 TEST(DatabaseTexts, CountsSayWhatIsShownOfHowMany) {
   struct Row {
-    DatabaseNode node;
+    NodeKind kind;
     ListCounts counts;
     const char* text;
   };
-  const std::vector<Row> rows = {
-      {{NodeKind::Root, ""}, {1, 1, 0}, "1 data source"},
-      {{NodeKind::Index, "A"}, {1, 1, 1}, "1 index"},
-      {{NodeKind::Table, "A"}, {12, 2500, 0}, "12 of 2,500 tables"},
-      {{NodeKind::PrimaryKey, "A"}, {9, 9, 3}, "9 primary keys, 3 selected"},
-      {{NodeKind::DataSource, "A"}, {3, 3, 1}, "Connected"},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(ToBytes(CountText(row.node, row.counts, ConnectionState::Connected)), row.text);
+  for (const Row& row :
+       {Row{NodeKind::Root, {1, 1, 0}, "1 data source"}, Row{NodeKind::Index, {1, 1, 1}, "1 index"},
+        Row{NodeKind::Table, {12, 2500, 0}, "12 of 2,500 tables"},
+        Row{NodeKind::PrimaryKey, {9, 9, 3}, "9 primary keys, 3 selected"},
+        Row{NodeKind::DataSource, {3, 3, 1}, "Connected"}}) {
+    EXPECT_EQ(ToBytes(CountText({row.kind, "A"}, row.counts, ConnectionState::Connected)),
+              row.text);
   }
-  EXPECT_EQ(ConnectionText(ConnectionState::Disconnected), "DisConnected");
-  EXPECT_EQ(ConnectionText(ConnectionState::Registered), "");
-  const DatabaseNode tables{NodeKind::Table, "HQ"};
-  EXPECT_THAT(ToBytes(EmptyText(tables, ConnectionState::Connected)), HasSubstr("refresh"));
-  EXPECT_THAT(ToBytes(EmptyText(tables, ConnectionState::Disconnected)),
-              HasSubstr("connect to it"));
 }
 
 TEST(DatabaseTexts, ADropSaysWhatGoesAlong) {
-  EXPECT_EQ(DropCountLine(ObjectKind::Table, 3), "3 Table(s) to drop:");
-  EXPECT_EQ(DropCountLine(ObjectKind::PrimaryKey, 1), "1 primary key(s) to drop:");
-  EXPECT_EQ(DropCountLine(ObjectKind::Index, 2), "2 indexe(s) to drop:");
-  const auto advice = [](ObjectKind kind, std::size_t count, bool cascade) {
-    return ToBytes(DropAdvice(kind, count, "SHOP_HQ", cascade));
+  struct Row {
+    ObjectKind kind;
+    std::size_t count;
+    bool cascade;
+    testing::Matcher<std::string> says;
   };
-  EXPECT_THAT(advice(ObjectKind::Table, 3, false),
-              AllOf(StartsWith("3 tables of SHOP_HQ will be dropped with all their rows. This "
-                               "cannot be undone."),
-                    HasSubstr("stays and is reported as failed")));
-  EXPECT_THAT(advice(ObjectKind::Table, 1, true),
-              AllOf(StartsWith("1 table of SHOP_HQ will be dropped with all its rows."),
-                    HasSubstr("that reference it are dropped, too")));
-  EXPECT_THAT(advice(ObjectKind::PrimaryKey, 1, false),
-              HasSubstr("with it every foreign key that references it, whoever owns it"));
+  for (const Row& row : std::vector<Row>{
+           {ObjectKind::Table, 3, false,
+            AllOf(StartsWith("3 tables of HQ will be dropped with all their rows. This cannot"),
+                  HasSubstr("stays and is reported as failed"))},
+           {ObjectKind::Table, 1, true,
+            AllOf(StartsWith("1 table of HQ will be dropped with all its rows."),
+                  HasSubstr("that reference it are dropped, too"))},
+           {ObjectKind::PrimaryKey, 1, false,
+            HasSubstr("with it every foreign key that references it, whoever owns it")}}) {
+    EXPECT_THAT(ToBytes(DropAdvice(row.kind, row.count, "HQ", row.cascade)), row.says);
+  }
 }
 
 TEST(DatabaseTexts, AMigrationSaysWhatItsOptionsDo) {
-  EXPECT_EQ(MigrateCountLine(ObjectKind::Index, 2), "2 indexe(s) to migrate:");
   struct Row {
     const char* what;
     ObjectKind kind;
     const char* target;
-    MigrateOptions options;
-    bool prompt;
-    testing::Matcher<std::string> text;
+    const char* ticked;  // d: drop target, p: prompt, k: with key, i: with indexes
+    testing::Matcher<std::string> says;
   };
   const auto table = ObjectKind::Table;
-  const std::vector<Row> rows = {
-      {"no target", table, "", {true, true, true}, true, StartsWith("Choose the data source")},
-      {"plain",
-       table,
-       "COPY",
-       {},
-       false,
-       AllOf(StartsWith("2 tables of HQ will be created on COPY. No rows"),
-             HasSubstr("is left as it is"), Not(HasSubstr("undone")))},
-      {"key", table, "COPY", {false, true, false}, false, HasSubstr("on COPY, with primary keys.")},
-      {"key and indexes",
-       table,
-       "COPY",
-       {false, true, true},
-       false,
-       AllOf(HasSubstr("with primary keys and indexes"), Not(HasSubstr("only together")))},
-      {"indexes alone",
-       table,
-       "COPY",
-       {false, false, true},
-       false,
-       AllOf(HasSubstr("only together with primary keys"), Not(HasSubstr("and indexes")))},
-      {"drop",
-       table,
-       "COPY",
-       {true, false, false},
-       false,
-       AllOf(HasSubstr("with all its rows"), HasSubstr("This cannot be undone."))},
-      {"drop a key",
-       ObjectKind::PrimaryKey,
-       "COPY",
-       {true, false, false},
-       false,
-       AllOf(HasSubstr("is dropped first. This cannot be undone."), Not(HasSubstr("rows")))},
-      {"prompt", table, "COPY", {}, true, HasSubstr("\"Prompt Before Drop\" changes nothing")},
-  };
-  for (const Row& row : rows) {
-    MigratePlan plan;
-    plan.kind = row.kind;
-    plan.count = 2;
-    plan.source = "HQ";
-    plan.target = row.target;
-    plan.choices = {row.options, row.prompt};
-    EXPECT_THAT(ToBytes(MigrateAdvice(plan)), row.text) << row.what;
+  for (const Row& row : std::vector<Row>{
+           {"no target", table, "", "dpki", StartsWith("Choose the data source")},
+           {"plain", table, "COPY", "",
+            AllOf(StartsWith("2 tables of HQ will be created on COPY. No rows"),
+                  HasSubstr("is left as it is"), Not(HasSubstr("undone")))},
+           {"key", table, "COPY", "k", HasSubstr("on COPY, with primary keys.")},
+           {"key and indexes", table, "COPY", "ki",
+            AllOf(HasSubstr("with primary keys and indexes"), Not(HasSubstr("only together")))},
+           {"indexes alone", table, "COPY", "i",
+            AllOf(HasSubstr("only together with primary keys"), Not(HasSubstr("and indexes")))},
+           {"drop", table, "COPY", "d",
+            AllOf(HasSubstr("with all its rows"), HasSubstr("This cannot be undone."))},
+           {"drop a key", ObjectKind::PrimaryKey, "COPY", "d",
+            AllOf(HasSubstr("is dropped first. This cannot be undone."), Not(HasSubstr("rows")))},
+           {"prompt", table, "COPY", "p", HasSubstr("\"Prompt Before Drop\" changes nothing")}}) {
+    const auto ticked = [&](char option) {
+      return std::string_view(row.ticked).find(option) != std::string_view::npos;
+    };
+    const MigratePlan plan{
+        row.kind, 2, "HQ", row.target, {{ticked('d'), ticked('k'), ticked('i')}, ticked('p')}};
+    EXPECT_THAT(ToBytes(MigrateAdvice(plan)), row.says) << row.what;
   }
 }
 
 TEST(DatabaseTexts, ARunIsSummedUpUnlessAllWasDone) {
-  const auto summary = [](std::size_t succeeded, std::size_t failed, bool cancelled, bool logged,
-                          std::size_t total) {
-    SchemaRun run;
-    run.succeeded = succeeded;
-    run.failed = failed;
-    run.cancelled = cancelled;
-    run.logged = logged;
-    run.first_failure = "Drop Table T failed, reason: no";
-    return RunSummary(run, total);
+  struct Row {
+    std::size_t succeeded, failed, total;
+    bool cancelled, logged;
+    testing::Matcher<std::string> says;
   };
-  EXPECT_EQ(summary(3, 0, false, true, 3), "");
-  EXPECT_THAT(summary(0, 1, false, true, 1), StartsWith("Drop Table T failed, reason: no\n"));
-  EXPECT_THAT(summary(3, 2, false, true, 5),
-              StartsWith("2 of 5 failed, the first one with:\nDrop Table T failed"));
-  EXPECT_THAT(
-      summary(3, 1, true, true, 9),
-      AllOf(HasSubstr("1 of 9 failed"), HasSubstr("3 of 9 were done and stay done, 5 were")));
-  EXPECT_EQ(summary(0, 0, true, true, 9), "Cancelled, nothing was changed");
-  EXPECT_THAT(summary(3, 0, false, false, 3), HasSubstr("error.log cannot be written"));
+  for (const Row& row : std::vector<Row>{
+           {3, 0, 3, false, true, ""},
+           {0, 1, 1, false, true, StartsWith("Drop Table T failed, reason: no\n")},
+           {3, 2, 5, false, true, StartsWith("2 of 5 failed, the first one with:\nDrop Table T")},
+           {3, 1, 9, true, true,
+            AllOf(HasSubstr("1 of 9 failed"), HasSubstr("3 of 9 were done and stay done, 5 were"))},
+           {0, 0, 9, true, true, "Cancelled, nothing was changed"},
+           {3, 0, 3, false, false, HasSubstr("error.log cannot be written")}}) {
+    SchemaRun run;
+    run.succeeded = row.succeeded;
+    run.failed = row.failed;
+    run.cancelled = row.cancelled;
+    run.logged = row.logged;
+    run.first_failure = "Drop Table T failed, reason: no";
+    EXPECT_THAT(RunSummary(run, row.total), row.says);
+  }
 }
 
 }  // namespace

@@ -11,20 +11,16 @@ namespace {
 // A letter for each action that shows, "FileNew" aside: open, Delete, refresh, run, pause, stop,
 // include, exclude, change owner, migrate.
 std::string Letters(const JobActions& actions) {
+  constexpr std::pair<bool JobActions::*, char> kLetters[] = {
+      {&JobActions::file_open, 'o'}, {&JobActions::file_delete, 'D'},
+      {&JobActions::refresh, 'f'},   {&JobActions::run, 'r'},
+      {&JobActions::pause, 'p'},     {&JobActions::stop, 's'},
+      {&JobActions::include, 'i'},   {&JobActions::exclude, 'e'},
+      {&JobActions::migrate, 'm'},   {&JobActions::change_remote_owner, 'c'}};
   std::string letters;
-  const auto add = [&](bool shown, char letter) {
-    if (shown) letters += letter;
-  };
-  add(actions.file_open, 'o');
-  add(actions.file_delete, 'D');
-  add(actions.refresh, 'f');
-  add(actions.run, 'r');
-  add(actions.pause, 'p');
-  add(actions.stop, 's');
-  add(actions.include, 'i');
-  add(actions.exclude, 'e');
-  add(actions.change_remote_owner, 'c');
-  add(actions.migrate, 'm');
+  for (const auto& [action, letter] : kLetters) {
+    if (actions.*action) letters += letter;
+  }
   return letters;
 }
 
@@ -50,22 +46,6 @@ TEST(JobActions, ShowByNodeAndState) {
       EXPECT_TRUE(shown.file_new) << row.name;
     }
   }
-}
-
-TEST(JobActions, TimerLeavesAloneWhatRests) {
-  EXPECT_TRUE(RepaintsOnTimer(JobNode::AllJobs, JobState::Empty));
-  EXPECT_FALSE(RepaintsOnTimer(JobNode::None, JobState::Empty));
-  for (const JobNode node : {JobNode::Job, JobNode::Include, JobNode::Exclude}) {
-    EXPECT_TRUE(RepaintsOnTimer(node, JobState::Started));
-    EXPECT_FALSE(RepaintsOnTimer(node, JobState::Paused));
-    EXPECT_FALSE(RepaintsOnTimer(node, JobState::Stopped));
-  }
-}
-
-TEST(JobActions, FilterTakesRowsOfOneOwner) {
-  EXPECT_EQ(WhyNoFilter({}), "Plsease select a item first");
-  EXPECT_EQ(WhyNoFilter({"SHOP", "SHOP", "shop"}), "can only select one owner's table");
-  EXPECT_EQ(WhyNoFilter({"SHOP", "SHOP"}), "");
 }
 
 }  // namespace

@@ -24,14 +24,6 @@ std::vector<std::string> Cells(const QAbstractItemModel& model, int row) {
   return cells;
 }
 
-std::vector<std::string> Captions(const RowModel& model) {
-  std::vector<std::string> captions;
-  for (const RowModel::Column& column : model.Columns()) {
-    captions.push_back(column.caption.toStdString() + " " + std::to_string(column.width));
-  }
-  return captions;
-}
-
 struct Jobs : ::testing::Test {
   std::size_t Add(const std::string& name, JobState state, JobList::Progress progress = {}) {
     const std::size_t index = jobs.Claim();
@@ -58,8 +50,6 @@ TEST_F(Jobs, AreListedWithStateAndCounters) {
   jobs.At(shop).run.applied_count = 5000;
   jobs.At(shop).run.blocked_count = 7;
   JobRows rows;
-  EXPECT_THAT(Captions(rows), ElementsAre("JOB ID 120", "Status 120", "Total Done 90",
-                                          "Need To Do 90", "Has Done 90", "Blocked 80"));
   rows.Fill(jobs);
   EXPECT_THAT(Cells(rows, 0), ElementsAre("crm", "Stopped", "0", "0", "0", "0"));
   EXPECT_THAT(Cells(rows, 1), ElementsAre("shop", "Started", "5000", "100", "300", "7"));
@@ -98,47 +88,31 @@ TEST_F(Jobs, TablesAreListedByTheirFlag) {
   log.rows = 10;
   log.RecordsBlocked = 4;
   IncludedTables included;
-  EXPECT_THAT(Captions(included),
-              ElementsAre("Table Name 180", "Source Owner 60", "Remote Owner 60", "Begin Rows 60",
-                          "Current Rows 60", "Total Synced  60", "Compare 70"));
   included.Fill(jobs.At(job));
   ASSERT_EQ(included.rowCount(), 2);
   EXPECT_THAT(Cells(included, 0),
               ElementsAre("CLIENT", "SHOP", "ARCHIVE", "1", "2", "3", "compare"));
   EXPECT_THAT(Cells(included, 1), ElementsAre("LETTER", "CRM", "CRM", "0", "0", "0", ""));
   ExcludedTables excluded;
-  EXPECT_THAT(Captions(excluded), ElementsAre("Table Name 210", "Source Owner 80", "Rows 80",
-                                              "Total Blocked  80", "Compare 70"));
   excluded.Fill(jobs.At(job));
   ASSERT_EQ(excluded.rowCount(), 1);
   EXPECT_THAT(Cells(excluded, 0), ElementsAre("LOG", "SHOP", "10", "4", ""));
 }
 
-TEST_F(Jobs, TableListOutlivesTheTables) {
-  const std::size_t job = Add("shop", JobState::Stopped);
-  const std::string name(200, 'T');
-  AddTable(job, "SHOP", name, true);
-  IncludedTables rows;
-  rows.Fill(jobs.At(job));
-  ConfigOf(jobs.At(job)).schemas.clear();
-  EXPECT_EQ(rows.index(0, 0).data().toString().toStdString(), name);
-  EXPECT_EQ(rows.RowAt(0).owner, "SHOP");
-  rows.Fill(jobs.At(job));
-  EXPECT_EQ(rows.rowCount(), 0);
-}
-
-TEST_F(Jobs, TableListStaysOnlyForTheSameJob) {
+TEST_F(Jobs, TableListOutlivesTheTablesAndStaysOnlyForItsJob) {
   const std::size_t first = Add("first", JobState::Started);
   const std::size_t second = Add("second", JobState::Started);
-  JobTable& table = AddTable(first, "SHOP", "CLIENT", true);
-  AddTable(second, "SHOP", "CLIENT", true);
+  const std::string name(200, 'T');
+  AddTable(second, "SHOP", name, true);
+  JobTable& table = AddTable(first, "SHOP", name, true);
   IncludedTables rows;
   rows.Fill(jobs.At(first));
   const QSignalSpy resets(&rows, &QAbstractItemModel::modelReset);
   table.totalsynced = 9;
   rows.Fill(jobs.At(first));
   EXPECT_EQ(resets.count(), 0);
-  EXPECT_EQ(rows.index(0, 5).data().toString().toStdString(), "9");
+  ConfigOf(jobs.At(first)).schemas.clear();
+  EXPECT_THAT(Cells(rows, 0), ElementsAre(name, "SHOP", "SHOP", "0", "0", "9", ""));
   rows.Fill(jobs.At(second));
   EXPECT_EQ(resets.count(), 1);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ui/toolkit/row_model.h"
+#include "ui/toolkit/row_list.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,16 +17,13 @@ struct Row {
   std::int64_t rows = 0;
 };
 
-class Rows final : public RowModel {
+class Rows final : public RowList<Row> {
  public:
   Rows()
-      : RowModel({{QStringLiteral("Name"), 100, Kind::Text},
-                  {QStringLiteral("Owner"), 100, Kind::Text},
-                  {QStringLiteral("Rows"), 100, Kind::Number}}) {}
+      : RowList({Text<&Row::name>("Name", 100), Text<&Row::owner>("Owner", 100),
+                 Number<&Row::rows>("Rows", 100)}) {}
 
-  void Show(std::vector<Row> rows, bool same_rows = false) {
-    ReplaceRows(same_rows, [&] { rows_ = std::move(rows); });
-  }
+  void Show(std::vector<Row> rows, bool same_rows = false) { Take(std::move(rows), same_rows); }
 
   std::vector<std::string> Names() const {
     std::vector<std::string> names;
@@ -35,16 +32,6 @@ class Rows final : public RowModel {
     }
     return names;
   }
-
- protected:
-  std::size_t SourceRows() const override { return rows_.size(); }
-  std::string_view CellText(std::size_t row, int column) const override {
-    return column == 0 ? rows_[row].name : rows_[row].owner;
-  }
-  std::int64_t CellNumber(std::size_t row, int) const override { return rows_[row].rows; }
-
- private:
-  std::vector<Row> rows_;
 };
 
 std::vector<Row> FiveTables() {

@@ -34,11 +34,5 @@ TEST_F(FieldText, AnUntouchedFieldGivesItsBytesBack) {
   }
 }
 
-TEST_F(FieldText, CountsSpeakEnglish) {
-  EXPECT_EQ(Counted(0, QStringLiteral("table")), QStringLiteral("0 tables"));
-  EXPECT_EQ(Counted(1, QStringLiteral("table")), QStringLiteral("1 table"));
-  EXPECT_EQ(Counted(12500, QStringLiteral("row")), QStringLiteral("12,500 rows"));
-}
-
 }  // namespace
 }  // namespace quillmere
