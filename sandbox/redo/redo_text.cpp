@@ -8,151 +8,108 @@ namespace quillmere::sandbox {
 
 namespace {
 
-bool IsLarge(TypeCode code) {
-  ColumnType type;
-  type.code = code;
-  return type.IsLarge();
-}
-
-Kind KindOf(TypeCode code) {
-  ColumnType type;
-  type.code = code;
-  return type.kind();
-}
+using Changes = std::vector<std::pair<std::size_t, RowValue>>;
 
 std::string QuotedName(const std::string& name) {
   return "\"" + name + "\"";
 }
 
+// Writes one record; keeps the first error.
 class Writer {
  public:
   Writer(const RedoShape& shape, const RedoRecord& record, std::int64_t row,
          const EvalContext& context)
-      : shape_(shape), record_(record), row_(row), context_(context) {}
+      : shape_(shape),
+        record_(record),
+        row_(row),
+        context_(context),
+        target_(QuotedName(shape.owner) + "." + QuotedName(shape.name)) {}
 
   Status Write(std::vector<RedoStatement>* out) {
     switch (record_.operation) {
       case RedoOperation::Insert:
-        return WriteInsert(out);
+        WriteInsert(out);
+        break;
       case RedoOperation::Delete:
-        return WriteDelete(out);
+        out->push_back({RedoOperation::Delete, "delete from " + target_ + Conditions()});
+        break;
       case RedoOperation::Update:
-        return WriteUpdate(record_.changes, out);
+        WriteUpdate(record_.changes, out);
+        break;
     }
-    return {};
+    return status_;
   }
 
  private:
-  std::string Target() const { return QuotedName(shape_.owner) + "." + QuotedName(shape_.name); }
-
-  Status Literal(TypeCode type, const RowValue& value, std::string* out) const {
-    if (!value) {
-      *out += "NULL";
-      return {};
-    }
+  std::string Literal(TypeCode type, const RowValue& value) {
     const Kind kind = KindOf(type);
-    if (kind == Kind::Raw) {
-      *out += value->empty() && type == TypeCode::Blob ? "EMPTY_BLOB()"
-                                                       : "HEXTORAW(" + QuoteLiteral(*value) + ")";
-      return {};
+    if (!value) return "NULL";
+    if (kind == Kind::Lob && value->empty()) return "EMPTY_CLOB()";
+    if (kind == Kind::Raw && value->empty()) return "EMPTY_BLOB()";
+    if (kind == Kind::Raw) return "HEXTORAW(" + QuoteLiteral(*value) + ")";
+    std::string shown;
+    if (Status status = DisplayText(Datum::Of(kind, *value), context_, &shown); !status.ok()) {
+      status_ = status;
     }
-    if (kind == Kind::Lob && value->empty()) {
-      *out += "EMPTY_CLOB()";
-      return {};
+    shown = QuoteLiteral(shown);
+    if (kind == Kind::Date) {
+      return "TO_DATE(" + shown + ", " + QuoteLiteral(context_.nls.date_format) + ")";
     }
-    if (kind == Kind::Date || kind == Kind::Timestamp || kind == Kind::TimestampTz) {
-      std::string shown;
-      if (Status status = DisplayText(Datum::Of(kind, *value), context_, &shown); !status.ok()) {
-        return status;
-      }
-      if (kind == Kind::Date) {
-        *out +=
-            "TO_DATE(" + QuoteLiteral(shown) + ", " + QuoteLiteral(context_.nls.date_format) + ")";
-      } else {
-        *out += (kind == Kind::Timestamp ? "TO_TIMESTAMP(" : "TO_TIMESTAMP_TZ(") +
-                QuoteLiteral(shown) + ")";
-      }
-      return {};
-    }
-    *out += QuoteLiteral(*value);
-    return {};
+    if (kind == Kind::Timestamp) return "TO_TIMESTAMP(" + shown + ")";
+    if (kind == Kind::TimestampTz) return "TO_TIMESTAMP_TZ(" + shown + ")";
+    return shown;
   }
 
-  // What the insert itself says of a large value: its text follows in an update.
-  static RowValue Placeholder(TypeCode type, const RowValue& value) {
-    if (!value || type == TypeCode::Long || type == TypeCode::LongRaw) return value;
-    return std::string();
-  }
-
-  Status WriteInsert(std::vector<RedoStatement>* out) {
+  void WriteInsert(std::vector<RedoStatement>* out) {
     std::string names;
     std::string values;
-    std::vector<std::pair<std::size_t, RowValue>> later;
+    Changes later;
     for (std::size_t i = 0; i < shape_.columns.size(); ++i) {
       const RedoShape::Column& column = shape_.columns[i];
-      if (i > 0) {
-        names += ',';
-        values += ',';
-      }
-      names += QuotedName(column.name);
+      const bool is_long = column.type == TypeCode::Long || column.type == TypeCode::LongRaw;
       RowValue value = record_.row[i];
-      if (IsLarge(column.type)) {
-        RowValue placeholder = Placeholder(column.type, value);
-        if (placeholder != value) later.emplace_back(i, std::move(value));
-        value = std::move(placeholder);
+      // The insert itself says of a large object that it is empty: its text follows in an update.
+      if (IsLarge(column.type) && !is_long && value && !value->empty()) {
+        later.emplace_back(i, std::exchange(value, std::string()));
       }
-      if (Status status = Literal(column.type, value, &values); !status.ok()) return status;
+      const char* comma = i > 0 ? "," : "";
+      names += comma + QuotedName(column.name);
+      values += comma + Literal(column.type, value);
     }
     out->push_back({RedoOperation::Insert,
-                    "insert into " + Target() + "(" + names + ") values (" + values + ");"});
-    return later.empty() ? Status() : WriteUpdate(later, out);
+                    "insert into " + target_ + "(" + names + ") values (" + values + ");"});
+    if (!later.empty()) WriteUpdate(later, out);
   }
 
-  Status WriteUpdate(const std::vector<std::pair<std::size_t, RowValue>>& changes,
-                     std::vector<RedoStatement>* out) {
-    std::string text = "update " + Target() + " set ";
+  void WriteUpdate(const Changes& changes, std::vector<RedoStatement>* out) {
+    std::string text = "update " + target_ + " set ";
     for (std::size_t i = 0; i < changes.size(); ++i) {
       const RedoShape::Column& column = shape_.columns[changes[i].first];
-      if (i > 0) text += ", ";
-      text += QuotedName(column.name) + " = ";
-      if (Status status = Literal(column.type, changes[i].second, &text); !status.ok()) {
-        return status;
-      }
+      text += (i > 0 ? ", " : "") + QuotedName(column.name) + " = ";
+      text += Literal(column.type, changes[i].second);
     }
-    if (Status status = AppendConditions(&text); !status.ok()) return status;
-    out->push_back({RedoOperation::Update, std::move(text)});
-    return {};
+    out->push_back({RedoOperation::Update, text + Conditions()});
   }
 
-  Status WriteDelete(std::vector<RedoStatement>* out) {
-    std::string text = "delete from " + Target();
-    if (Status status = AppendConditions(&text); !status.ok()) return status;
-    out->push_back({RedoOperation::Delete, std::move(text)});
-    return {};
-  }
-
-  Status AppendConditions(std::string* text) {
-    *text += " where ";
+  std::string Conditions() {
+    std::string text = " where ";
     for (std::size_t i = 0; i < shape_.columns.size(); ++i) {
       const RedoShape::Column& column = shape_.columns[i];
       if (IsLarge(column.type)) continue;
-      *text += QuotedName(column.name);
-      if (record_.row[i]) {
-        *text += " = ";
-        if (Status status = Literal(column.type, record_.row[i], text); !status.ok()) return status;
-      } else {
-        *text += " IS NULL";
-      }
-      *text += " and ";
+      const RowValue& value = record_.row[i];
+      text += QuotedName(column.name);
+      text += value ? " = " + Literal(column.type, value) : " IS NULL";
+      text += " and ";
     }
-    *text += "ROWID = '" + RowAddress(shape_.table_id, row_) + "';";
-    return {};
+    return text + "ROWID = '" + RowAddress(shape_.table_id, row_) + "';";
   }
 
   const RedoShape& shape_;
   const RedoRecord& record_;
   std::int64_t row_;
   const EvalContext& context_;
+  std::string target_;
+  Status status_;
 };
 
 }  // namespace

@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: MIT
-// Writes changes as LogMiner does: quoted names, quoted values, the row address at the end.
+// Writes changes as LogMiner does: quoted names, quoted values, the row address at the end. Plain
+// functions, for any thread.
 #pragma once
 
 #include <string>
@@ -12,12 +12,13 @@ namespace quillmere::sandbox {
 // The longest piece of a statement that one row of v$logmnr_contents carries, in bytes.
 inline constexpr std::size_t kRedoPieceBytes = 4000;
 
-// One or two statements: large values of an insert follow in an update, as they do in the log.
 struct RedoStatement {
   RedoOperation operation = RedoOperation::Insert;
   std::string text;  // with its semicolon
 };
 
+// One or two statements: large values of an insert follow in an update, as they do in the log.
+// ORA-01578 for a record that does not fit; `out` then holds nothing of use.
 Status WriteRedo(const RedoShape& shape, const RedoRecord& record, std::int64_t row,
                  const EvalContext& context, std::vector<RedoStatement>* out);
 

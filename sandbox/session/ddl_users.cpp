@@ -3,7 +3,7 @@
 #include <initializer_list>
 
 #include "sandbox/session/ddl.h"
-#include "sandbox/store/password_hash.h"
+#include "sandbox/store/platform.h"
 
 namespace quillmere::sandbox {
 

@@ -4,7 +4,7 @@
 #include <thread>
 
 #include "sandbox/session/session.h"
-#include "sandbox/store/password_hash.h"
+#include "sandbox/store/platform.h"
 #include "sandbox/store/sql_runner.h"
 #include "sandbox/store/sqlite_functions.h"
 #include "sandbox/values/text.h"

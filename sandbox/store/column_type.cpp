@@ -1,132 +1,92 @@
 // SPDX-License-Identifier: MIT
 #include "sandbox/store/column_type.h"
 
+#include <algorithm>
+#include <array>
+
 #include "sandbox/store/sqlite_functions.h"
 
 namespace quillmere::sandbox {
 
 namespace {
 
-constexpr int kMaxUtf8Bytes = 4;
+// What may stand in the parentheses of a type.
+enum class Size { None, Length, Bytes, Number, Binary, Fraction };
 
-struct CharacterType {
+struct TypeRow {
   std::string_view name;
   TypeCode code;
-  int max_length;
-  bool national;
-  bool fixed;
   std::string_view reported;
+  Size size;
+  int length;  // in bytes; of what has a length the largest that it may have
 };
 
-constexpr CharacterType kCharacterTypes[] = {
-    {"VARCHAR2", TypeCode::Varchar2, 4000, false, false, "VARCHAR2"},
-    {"VARCHAR", TypeCode::Varchar2, 4000, false, false, "VARCHAR2"},
-    {"NVARCHAR2", TypeCode::Nvarchar2, 2000, true, false, "NVARCHAR2"},
-    {"CHAR", TypeCode::Char, 2000, false, true, "CHAR"},
-    {"CHARACTER", TypeCode::Char, 2000, false, true, "CHAR"},
-    {"NCHAR", TypeCode::Nchar, 1000, true, true, "NCHAR"},
+constexpr TypeRow kTypes[] = {
+    {"VARCHAR2", TypeCode::Varchar2, "VARCHAR2", Size::Length, 4000},
+    {"VARCHAR", TypeCode::Varchar2, "VARCHAR2", Size::Length, 4000},
+    {"NVARCHAR2", TypeCode::Nvarchar2, "NVARCHAR2", Size::Length, 2000},
+    {"CHAR", TypeCode::Char, "CHAR", Size::Length, 2000},
+    {"NCHAR", TypeCode::Nchar, "NCHAR", Size::Length, 1000},
+    {"RAW", TypeCode::Raw, "RAW", Size::Bytes, 2000},
+    {"NUMBER", TypeCode::Number, "NUMBER", Size::Number, 22},
+    {"NUMERIC", TypeCode::Number, "NUMBER", Size::Number, 22},
+    {"DECIMAL", TypeCode::Number, "NUMBER", Size::Number, 22},
+    {"INTEGER", TypeCode::Number, "NUMBER", Size::None, 22},
+    {"INT", TypeCode::Number, "NUMBER", Size::None, 22},
+    {"SMALLINT", TypeCode::Number, "NUMBER", Size::None, 22},
+    {"FLOAT", TypeCode::Float, "FLOAT", Size::Binary, 22},
+    {"DATE", TypeCode::Date, "DATE", Size::None, 7},
+    {"TIMESTAMP", TypeCode::Timestamp, "", Size::Fraction, 11},
+    {"TIMESTAMP WITH TIME ZONE", TypeCode::TimestampTz, " WITH TIME ZONE", Size::Fraction, 13},
+    {"TIMESTAMP WITH LOCAL TIME ZONE", TypeCode::TimestampLtz, " WITH LOCAL TIME ZONE",
+     Size::Fraction, 11},
+    {"CLOB", TypeCode::Clob, "CLOB", Size::None, 4000},
+    {"NCLOB", TypeCode::Nclob, "NCLOB", Size::None, 4000},
+    {"BLOB", TypeCode::Blob, "BLOB", Size::None, 4000},
+    {"LONG", TypeCode::Long, "LONG", Size::None, 0},
+    {"LONG RAW", TypeCode::LongRaw, "LONG RAW", Size::None, 0},
 };
 
-Status ResolveCharacter(const TypeName& name, const CharacterType& type, ColumnType* out) {
-  if (!name.first && !type.fixed) return Ora(906);
+Status SetLength(const TypeName& name, const TypeRow& row, ColumnType* out) {
+  if (!name.first && !out->IsFixedChar()) return Ora(906);
   const int length = name.first.value_or(1);
-  if (length == 0) return Ora(1723);
-  if (length < 0 || length > type.max_length) return Ora(910);
-  out->code = type.code;
-  out->name = type.reported;
-  out->char_length = length;
-  out->in_characters = type.national || name.in_characters;
+  if (length < 1 || length > row.length) return Ora(length == 0 ? 1723 : 910);
   out->data_length = length;
-  if (type.national) out->data_length = 2 * length;
-  if (!type.national && name.in_characters) {
-    out->data_length = std::min(kMaxUtf8Bytes * length, type.max_length);
+  if (row.size == Size::Bytes) return {};
+  const bool national = row.code == TypeCode::Nvarchar2 || row.code == TypeCode::Nchar;
+  constexpr int kMaxUtf8Bytes = 4;
+  out->char_length = length;
+  out->in_characters = national || name.in_characters;
+  if (national) {
+    out->data_length = 2 * length;
+  } else if (name.in_characters) {
+    out->data_length = std::min(kMaxUtf8Bytes * length, row.length);
   }
   return {};
 }
 
-Status ResolveNumber(const TypeName& name, ColumnType* out) {
-  out->code = TypeCode::Number;
-  out->name = "NUMBER";
-  out->data_length = 22;
-  if (name.name != "NUMBER" && name.name != "NUMERIC" && name.name != "DECIMAL" &&
-      name.name != "DEC") {
-    out->scale = 0;  // INTEGER, INT, SMALLINT
-    return {};
-  }
+Status SetNumber(const TypeName& name, ColumnType* out) {
   if (name.first && (*name.first < 1 || *name.first > 38)) return Ora(1727);
   if (name.second && (*name.second < -84 || *name.second > 127)) return Ora(1728);
   out->precision = name.first;
-  if (name.first || name.star_precision) out->scale = name.second.value_or(0);
-  if (name.name != "NUMBER" && !out->scale) out->scale = 0;
+  const bool scaled = name.first || name.star_precision || name.name != "NUMBER";
+  if (scaled) out->scale = name.second.value_or(0);
   return {};
 }
-
-Status ResolveTimestamp(const TypeName& name, ColumnType* out) {
-  const int scale = name.first.value_or(6);
-  if (scale < 0 || scale > 9) {
-    return {30088, "datetime/interval precision is out of range"};
-  }
-  out->scale = scale;
-  out->data_length = 11;
-  out->code = TypeCode::Timestamp;
-  out->name = "TIMESTAMP(" + std::to_string(scale) + ")";
-  if (name.name == "TIMESTAMP WITH TIME ZONE") {
-    out->code = TypeCode::TimestampTz;
-    out->data_length = 13;
-    out->name += " WITH TIME ZONE";
-  } else if (name.name == "TIMESTAMP WITH LOCAL TIME ZONE") {
-    out->code = TypeCode::TimestampLtz;
-    out->name += " WITH LOCAL TIME ZONE";
-  }
-  return {};
-}
-
-struct PlainType {
-  std::string_view name;
-  TypeCode code;
-  int data_length;
-};
-
-constexpr PlainType kPlainTypes[] = {
-    {"DATE", TypeCode::Date, 7},      {"CLOB", TypeCode::Clob, 4000},
-    {"NCLOB", TypeCode::Nclob, 4000}, {"BLOB", TypeCode::Blob, 4000},
-    {"LONG", TypeCode::Long, 0},      {"LONG RAW", TypeCode::LongRaw, 0},
-};
 
 }  // namespace
 
-Kind ColumnType::kind() const {
-  switch (code) {
-    case TypeCode::Varchar2:
-    case TypeCode::Nvarchar2:
-    case TypeCode::Char:
-    case TypeCode::Nchar:
-    case TypeCode::Long:
-      return Kind::Text;
-    case TypeCode::Number:
-    case TypeCode::Float:
-      return Kind::Number;
-    case TypeCode::Date:
-      return Kind::Date;
-    case TypeCode::Timestamp:
-    case TypeCode::TimestampLtz:
-      return Kind::Timestamp;
-    case TypeCode::TimestampTz:
-      return Kind::TimestampTz;
-    case TypeCode::Raw:
-    case TypeCode::Blob:
-    case TypeCode::LongRaw:
-      return Kind::Raw;
-    case TypeCode::Clob:
-    case TypeCode::Nclob:
-      return Kind::Lob;
-  }
-  return Kind::Text;
+Kind KindOf(TypeCode code) {
+  // In the order of TypeCode.
+  static constexpr std::array kKinds = {
+      Kind::Null,   Kind::Text, Kind::Text,      Kind::Text,        Kind::Text,      Kind::Number,
+      Kind::Number, Kind::Date, Kind::Timestamp, Kind::TimestampTz, Kind::Timestamp, Kind::Raw,
+      Kind::Lob,    Kind::Lob,  Kind::Raw,       Kind::Text,        Kind::Raw};
+  return kKinds.at(static_cast<std::size_t>(code));
 }
 
-bool ColumnType::IsLarge() const {
-  return code == TypeCode::Clob || code == TypeCode::Nclob || code == TypeCode::Blob ||
-         code == TypeCode::Long || code == TypeCode::LongRaw;
+bool IsLarge(TypeCode code) {
+  return code >= TypeCode::Clob;
 }
 
 std::string_view ColumnType::Collation() const {
@@ -135,34 +95,32 @@ std::string_view ColumnType::Collation() const {
 }
 
 Status ResolveType(const TypeName& name, ColumnType* out) {
-  for (const CharacterType& type : kCharacterTypes) {
-    if (type.name == name.name) return ResolveCharacter(name, type, out);
+  const auto row = std::find_if(std::begin(kTypes), std::end(kTypes),
+                                [&name](const TypeRow& type) { return type.name == name.name; });
+  if (row == std::end(kTypes)) return Ora(902, name.name);
+  *out = ColumnType();
+  out->code = row->code;
+  out->name = row->reported;
+  out->data_length = row->length;
+  switch (row->size) {
+    case Size::None:
+      if (row->code == TypeCode::Number) out->scale = 0;
+      return name.first ? Ora(907) : Status();
+    case Size::Length:
+    case Size::Bytes:
+      return SetLength(name, *row, out);
+    case Size::Number:
+      return SetNumber(name, out);
+    case Size::Binary:
+      out->precision = name.first.value_or(126);
+      return *out->precision < 1 || *out->precision > 126 ? Ora(1727) : Status();
+    case Size::Fraction:
+      out->scale = name.first.value_or(6);
+      out->name = "TIMESTAMP(" + std::to_string(*out->scale) + ")" + out->name;
+      if (*out->scale >= 0 && *out->scale <= 9) return {};
+      return {30088, "datetime/interval precision is out of range"};
   }
-  for (const std::string_view number :
-       {"NUMBER", "NUMERIC", "DECIMAL", "DEC", "INTEGER", "INT", "SMALLINT"}) {
-    if (name.name == number) return ResolveNumber(name, out);
-  }
-  if (name.name.starts_with("TIMESTAMP")) return ResolveTimestamp(name, out);
-  if (name.name == "FLOAT" || name.name == "REAL") {
-    const int precision = name.first.value_or(name.name == "REAL" ? 63 : 126);
-    if (precision < 1 || precision > 126) return Ora(1727);
-    *out = ColumnType{TypeCode::Float, "FLOAT", 22, precision, std::nullopt, 0, false};
-    return {};
-  }
-  if (name.name == "RAW") {
-    if (!name.first) return Ora(906);
-    if (*name.first < 1 || *name.first > 2000) return Ora(910);
-    *out = ColumnType{TypeCode::Raw, "RAW", *name.first, std::nullopt, std::nullopt, 0, false};
-    return {};
-  }
-  for (const PlainType& type : kPlainTypes) {
-    if (type.name != name.name) continue;
-    if (name.first) return Ora(907);
-    *out = ColumnType{
-        type.code, std::string(type.name), type.data_length, std::nullopt, std::nullopt, 0, false};
-    return {};
-  }
-  return Ora(902, name.name);
+  return {};
 }
 
 }  // namespace quillmere::sandbox

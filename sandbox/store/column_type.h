@@ -33,6 +33,10 @@ enum class TypeCode {
   LongRaw = 16
 };
 
+Kind KindOf(TypeCode code);
+// Large and LONG values: not in keys, not in the conditions of redo.
+bool IsLarge(TypeCode code);
+
 struct ColumnType {
   TypeCode code = TypeCode::Varchar2;
   std::string name;     // as the dictionary reports it: "TIMESTAMP(6)"
@@ -42,15 +46,14 @@ struct ColumnType {
   int char_length = 0;         // of character types
   bool in_characters = false;  // char_length counts characters, not bytes
 
-  Kind kind() const;
-  // Large and LONG values: not in keys, not in the conditions of redo.
-  bool IsLarge() const;
+  Kind kind() const { return KindOf(code); }
+  bool IsLarge() const { return sandbox::IsLarge(code); }
   bool IsFixedChar() const { return code == TypeCode::Char || code == TypeCode::Nchar; }
   // The order that SQLite keeps values of it in.
   std::string_view Collation() const;
 };
 
-// ORA-00902, 00906, 00910, 01727 or 01728 for what is no datatype.
+// ORA-00902, 00906, 00910, 01727 or 01728 for what is no datatype; `out` then means nothing.
 Status ResolveType(const TypeName& name, ColumnType* out);
 
 }  // namespace quillmere::sandbox

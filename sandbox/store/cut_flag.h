@@ -1,10 +1,8 @@
-// SPDX-License-Identifier: MIT
-// The side file that tells every attached session that its connection has been cut. A session
-// compares a counter in shared memory at each round trip, and holds the file's shared lock while
-// it commits, so that no commit can follow a cut.
+// The side file that tells every attached session that its connection has been cut. Every cut makes
+// it longer by a byte; a session compares its size at each round trip, and holds its shared lock
+// while it commits, so that no commit can follow a cut. Belongs to one link and is used as that is.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -21,20 +19,20 @@ class CutFlag {
   CutFlag(const CutFlag&) = delete;
   CutFlag& operator=(const CutFlag&) = delete;
 
-  std::uint64_t Count() const { return counter_->load(std::memory_order_acquire); }
+  // Larger after each cut; 0 when the file cannot be looked at, which is not what it was either.
+  std::uint64_t Count() const;
 
   // Cuts every session attached now: when it returns none of them can commit any more.
   Status Raise();
 
+  // Waits for a cut that is under way.
   Status LockForCommit();
   void Unlock();
 
  private:
-  CutFlag(std::intptr_t file, std::atomic<std::uint64_t>* counter)
-      : file_(file), counter_(counter) {}
+  explicit CutFlag(std::intptr_t file) : file_(file) {}
 
   std::intptr_t file_;
-  std::atomic<std::uint64_t>* counter_;  // in the mapped file
 };
 
 }  // namespace quillmere::sandbox

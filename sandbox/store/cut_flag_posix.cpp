@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -13,10 +13,8 @@ namespace quillmere::sandbox {
 
 namespace {
 
-static_assert(std::atomic<std::uint64_t>::is_always_lock_free, "the counter lies in shared memory");
-
-Status Failure(const std::filesystem::path& path) {
-  return {1110, "cannot use " + path.string() + ": " + std::strerror(errno)};
+Status Failure(const std::string& what) {
+  return {1110, "cannot " + what + ": " + std::strerror(errno)};
 }
 
 bool Lock(std::intptr_t file, int how) {
@@ -30,35 +28,33 @@ bool Lock(std::intptr_t file, int how) {
 }  // namespace
 
 Status CutFlag::Open(const std::filesystem::path& path, std::unique_ptr<CutFlag>* out) {
-  const int file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-  if (file < 0) return Failure(path);
-  const bool sized = ftruncate(file, sizeof(std::uint64_t)) == 0;
-  void* memory =
-      sized ? mmap(nullptr, sizeof(std::uint64_t), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0)
-            : MAP_FAILED;
-  if (memory == MAP_FAILED) {
-    const Status status = Failure(path);
-    close(file);
-    return status;
-  }
-  out->reset(new CutFlag(file, static_cast<std::atomic<std::uint64_t>*>(memory)));
+  constexpr int kFlags = O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC;
+  const int file = open(path.c_str(), kFlags, 0600);
+  if (file < 0) return Failure("use " + path.string());
+  out->reset(new CutFlag(file));
   return {};
 }
 
 CutFlag::~CutFlag() {
-  munmap(counter_, sizeof(std::uint64_t));
   close(static_cast<int>(file_));
 }
 
+std::uint64_t CutFlag::Count() const {
+  struct stat info {};
+  if (fstat(static_cast<int>(file_), &info) != 0) return 0;
+  return static_cast<std::uint64_t>(info.st_size) + 1;
+}
+
 Status CutFlag::Raise() {
-  if (!Lock(file_, LOCK_EX)) return {1110, std::strerror(errno)};
-  counter_->fetch_add(1, std::memory_order_acq_rel);
+  if (!Lock(file_, LOCK_EX)) return Failure("lock the cut file");
+  const bool written = write(static_cast<int>(file_), "x", 1) == 1;
+  Status status = written ? Status() : Failure("write the cut file");
   Unlock();
-  return {};
+  return status;
 }
 
 Status CutFlag::LockForCommit() {
-  return Lock(file_, LOCK_SH) ? Status() : Status(1110, std::strerror(errno));
+  return Lock(file_, LOCK_SH) ? Status() : Failure("lock the cut file");
 }
 
 void CutFlag::Unlock() {

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "sandbox/store/password_hash.h"
-#include "sandbox/store/private_file.h"
+#include "sandbox/store/platform.h"
+#include "sandbox/store/sql_runner.h"
 
 namespace quillmere::sandbox {
 
@@ -47,25 +47,21 @@ INSERT INTO qm_meta VALUES(1, 1, 1000, 1, 1, strftime('%Y-%m-%d %H:%M:%S', 'now'
 )sql";
 
 Status FillDatabase(SqliteConnection* connection, const std::string& password) {
-  Status status = connection->Exec("PRAGMA journal_mode = WAL");
-  if (status.ok()) status = connection->Exec("BEGIN");
-  if (status.ok()) status = connection->Exec(kSchema);
-  if (!status.ok()) return status;
-  for (const std::string_view user : {"SYS", "SYSTEM"}) {
-    std::unique_ptr<SqliteStatement> insert;
-    status = connection->Prepare(
+  SqlRunner sql(connection);
+  sql.Exec("PRAGMA journal_mode = WAL");
+  sql.Exec("BEGIN");
+  sql.Exec(kSchema);
+  for (const std::string user : {"SYS", "SYSTEM"}) {
+    const std::string hash = HashPassword(password);
+    if (hash.empty()) sql.Fail(Ora(988, "the password cannot be hashed on this system"));
+    sql.Run(
         "INSERT INTO qm_user(name, password, created)"
         " VALUES(?, ?, strftime('%Y-%m-%d %H:%M:%S', 'now'))",
-        &insert);
-    if (!status.ok()) return status;
-    const std::string hash = HashPassword(password);
-    if (hash.empty()) return Ora(988, "the password cannot be hashed on this system");
-    insert->BindText(1, user);
-    insert->BindText(2, hash);
-    if (status = insert->Run(); !status.ok()) return status;
+        user, hash);
   }
-  return connection->Exec(
-      "INSERT INTO qm_grant VALUES('SYS', 'SYSDBA', '', ''), ('SYSTEM', 'DBA', '', ''); COMMIT");
+  sql.Exec("INSERT INTO qm_grant VALUES('SYS', 'SYSDBA', '', ''), ('SYSTEM', 'DBA', '', '')");
+  sql.Exec("COMMIT");
+  return sql.status();
 }
 
 }  // namespace
@@ -86,36 +82,35 @@ bool FindDatabasePath(const std::filesystem::path& directory, const std::string&
 Status CreateDatabase(const DatabasePath& path, const std::string& password) {
   std::error_code error;
   std::filesystem::create_directories(path.file.parent_path(), error);
-  if (error)
+  if (error) {
     return {1119, "cannot make " + path.file.parent_path().string() + ": " + error.message()};
-  std::string reason;
-  if (!MakePrivateFile(path.file, &reason)) return {1119, reason};
+  }
+  if (Status status = MakePrivateFile(path.file); !status.ok()) return status;
   std::unique_ptr<SqliteConnection> connection;
   Status status = SqliteConnection::Open(path.file.string(), &connection);
   if (status.ok()) status = FillDatabase(connection.get(), password);
-  if (status.ok()) return {};
   connection.reset();
   for (const char* suffix : {"", "-wal", "-shm"}) {
-    std::filesystem::remove(path.file.string() + suffix, error);
+    if (!status.ok()) std::filesystem::remove(path.file.string() + suffix, error);
   }
   return status;
 }
 
 Status OpenDatabase(const DatabasePath& path, std::unique_ptr<SqliteConnection>* out) {
+  constexpr int kFormat = 1;
   std::error_code error;
-  if (!std::filesystem::exists(path.file, error)) return Ora(12154);
+  if (!std::filesystem::is_regular_file(path.file, error)) return Ora(12154);
   std::unique_ptr<SqliteConnection> connection;
   Status status = SqliteConnection::Open(path.file.string(), &connection);
   if (!status.ok()) return status;
   sqlite3_busy_timeout(connection->handle(), 5000);
-  std::unique_ptr<SqliteStatement> format;
-  status = connection->Prepare("SELECT format FROM qm_meta WHERE id = 1", &format);
-  bool row = false;
-  if (status.ok()) status = format->Step(&row);
-  if (status.code() == 600)
+  SqlRunner sql(connection.get());
+  const auto format = sql.Int("SELECT format FROM qm_meta WHERE id = 1");
+  if (sql.status().code() == 600) {
     return {1130, path.file.string() + " is not a database of this program"};
-  if (!status.ok()) return status;
-  if (!row || format->Int(0) != 1) {
+  }
+  if (!sql.ok()) return sql.status();
+  if (format != kFormat) {
     return {1130, path.file.string() + " was made by another version of this program"};
   }
   *out = std::move(connection);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Text measured in characters: UTF-8, where a byte that belongs to no character counts as one.
+// Plain functions, for any thread.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +16,6 @@ std::size_t ByteOfCharacter(std::string_view text, std::size_t character);
 std::size_t CutAtCharacter(std::string_view text, std::size_t bytes);
 std::string Upper(std::string_view text);
 std::string Lower(std::string_view text);
-void AppendUtf8(char32_t code, std::string* out);
 // 'it''s'
 std::string QuoteLiteral(std::string_view text);
 

@@ -1,15 +1,28 @@
 // SPDX-License-Identifier: MIT
 #include "sandbox/client.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <limits>
+#include <sstream>
 
 namespace quillmere::sandbox_test {
 
 using namespace oci;
+
+namespace {
+
+OraText* Text(const std::string& value) {
+  return const_cast<OraText*>(reinterpret_cast<const OraText*>(value.data()));
+}
+
+ub4 Size(const std::string& value) {
+  return static_cast<ub4>(value.size());
+}
+
+}  // namespace
 
 Client::Client() {
   OCIEnvCreate(&env, kDefault, nullptr, nullptr, nullptr, nullptr, 0, nullptr);
@@ -17,10 +30,6 @@ Client::Client() {
   server = static_cast<OCIServer*>(Alloc(kHtypeServer));
   svcctx = static_cast<OCISvcCtx*>(Alloc(kHtypeSvcCtx));
   session = static_cast<OCISession*>(Alloc(kHtypeSession));
-}
-
-Client::~Client() {
-  OCIHandleFree(env, kHtypeEnv);
 }
 
 void* Client::Alloc(ub4 type) {
@@ -33,9 +42,8 @@ std::string Client::LastError() const {
   std::array<OraText, 512> text{};
   sb4 code = 0;
   OCIErrorGet(error, 1, nullptr, &code, text.data(), text.size(), kHtypeError);
-  std::string message = reinterpret_cast<const char*>(text.data());
-  while (!message.empty() && message.back() == '\n') message.pop_back();
-  return message;
+  const std::string message = reinterpret_cast<const char*>(text.data());
+  return message.substr(0, message.find_last_not_of('\n') + 1);
 }
 
 std::string Client::Check(sword result) const {
@@ -45,125 +53,114 @@ std::string Client::Check(sword result) const {
 
 std::string Client::Connect(const std::string& database, const std::string& user,
                             const std::string& password, bool sysdba) {
-  const auto text = [](const std::string& value) {
-    return const_cast<OraText*>(reinterpret_cast<const OraText*>(value.data()));
-  };
-  const auto size = [](const std::string& value) { return static_cast<ub4>(value.size()); };
-  std::string failure =
-      Check(OCIServerAttach(server, error, text(database), static_cast<sb4>(size(database)), 0));
+  std::string failure = Check(
+      OCIServerAttach(server, error, Text(database), static_cast<sb4>(database.size()), kDefault));
   if (!failure.empty()) return failure;
   OCIAttrSet(svcctx, kHtypeSvcCtx, server, 0, kAttrServer, error);
-  OCIAttrSet(session, kHtypeSession, text(user), size(user), kAttrUsername, error);
-  OCIAttrSet(session, kHtypeSession, text(password), size(password), kAttrPassword, error);
+  OCIAttrSet(session, kHtypeSession, Text(user), Size(user), kAttrUsername, error);
+  OCIAttrSet(session, kHtypeSession, Text(password), Size(password), kAttrPassword, error);
   failure = Check(OCISessionBegin(svcctx, error, session, kCredRdbms, sysdba ? kSysdba : kDefault));
-  if (!failure.empty()) {
-    OCIServerDetach(server, error, kDefault);
-    return failure;
-  }
-  connected_ = true;
+  if (!failure.empty()) Drop();
+  if (!failure.empty()) return failure;
   return Check(OCIAttrSet(svcctx, kHtypeSvcCtx, session, 0, kAttrSession, error));
 }
 
 std::string Client::Disconnect() {
-  connected_ = false;
   const std::string failure = Check(OCISessionEnd(svcctx, error, session, kDefault));
-  OCIServerDetach(server, error, kDefault);
+  Drop();
   return failure;
 }
 
-void Client::Drop() {
-  connected_ = false;
-  OCIServerDetach(server, error, kDefault);
+OCIStmt* Client::Prepare(const std::string& sql) {
+  auto* statement = static_cast<OCIStmt*>(Alloc(kHtypeStmt));
+  OCIStmtPrepare(statement, error, Text(sql), Size(sql), kNtvSyntax, kDefault);
+  return statement;
 }
 
 std::string Client::Execute(const std::string& sql, ub4 mode) {
-  auto* statement = static_cast<OCIStmt*>(Alloc(kHtypeStmt));
-  std::string failure =
-      Check(OCIStmtPrepare(statement, error, reinterpret_cast<const OraText*>(sql.data()),
-                           static_cast<ub4>(sql.size()), kNtvSyntax, kDefault));
-  if (failure.empty()) {
-    failure = Check(OCIStmtExecute(svcctx, statement, error, 1, 0, nullptr, nullptr, mode));
-  }
+  if (sql.empty()) return "";
+  OCIStmt* statement = Prepare(sql);
+  const std::string failure =
+      Check(OCIStmtExecute(svcctx, statement, error, 1, 0, nullptr, nullptr, mode));
   OCIHandleFree(statement, kHtypeStmt);
   return failure;
 }
 
-std::string Client::ExecuteAll(const std::vector<std::string>& statements) {
-  for (const std::string& sql : statements) {
-    if (std::string failure = Execute(sql); !failure.empty()) return sql + ": " + failure;
-  }
-  return "";
-}
-
-std::string Client::Query(const std::string& sql, std::vector<Row>* rows, std::size_t columns) {
-  constexpr std::size_t kCapacity = 4000;
-  auto* statement = static_cast<OCIStmt*>(Alloc(kHtypeStmt));
+std::string Client::Ask(const std::string& sql, std::size_t columns) {
+  constexpr std::size_t kCapacity = 8000;
   std::vector<std::string> buffers(columns, std::string(kCapacity, '\0'));
   std::vector<sb2> indicators(columns);
   std::vector<ub2> lengths(columns);
-  rows->clear();
-  std::string failure =
-      Check(OCIStmtPrepare(statement, error, reinterpret_cast<const OraText*>(sql.data()),
-                           static_cast<ub4>(sql.size()), kNtvSyntax, kDefault));
-  for (std::size_t i = 0; failure.empty() && i < columns; ++i) {
+  OCIStmt* statement = Prepare(sql);
+  for (std::size_t i = 0; i < columns; ++i) {
     OCIDefine* define = nullptr;
-    failure =
-        Check(OCIDefineByPos(statement, &define, error, static_cast<ub4>(i + 1), buffers[i].data(),
-                             kCapacity, kSqltChr, &indicators[i], &lengths[i], nullptr, kDefault));
+    OCIDefineByPos(statement, &define, error, static_cast<ub4>(i + 1), buffers[i].data(), kCapacity,
+                   kSqltChr, &indicators[i], &lengths[i], nullptr, kDefault);
   }
-  if (failure.empty()) {
-    failure = Check(OCIStmtExecute(svcctx, statement, error, 0, 0, nullptr, nullptr, kDefault));
-  }
-  while (failure.empty()) {
-    const sword result = OCIStmtFetch2(statement, error, 1, kFetchNext, 0, kDefault);
-    if (result == kNoData) break;
-    failure = Check(result);
-    if (!failure.empty()) break;
-    Row& row = rows->emplace_back();
+  std::string rows;
+  sword result = OCIStmtExecute(svcctx, statement, error, 0, 0, nullptr, nullptr, kDefault);
+  while (result == kSuccess) {
+    result = OCIStmtFetch2(statement, error, 1, kFetchNext, 0, kDefault);
+    if (result != kSuccess) break;
     for (std::size_t i = 0; i < columns; ++i) {
-      row.push_back(indicators[i] < 0 ? "(null)" : buffers[i].substr(0, lengths[i]));
+      if (!rows.empty()) rows += i == 0 ? " / " : "|";
+      rows += indicators[i] < 0 ? "(null)" : buffers[i].substr(0, lengths[i]);
     }
   }
+  const std::string failure = result == kNoData ? "" : Check(result);
   OCIHandleFree(statement, kHtypeStmt);
-  return failure;
+  return failure.empty() ? rows : failure;
 }
 
-std::string Client::Value(const std::string& sql) {
-  std::vector<Row> rows;
-  const std::string failure = Query(sql, &rows, 1);
-  if (!failure.empty()) return failure;
-  return rows.size() == 1 ? rows[0][0] : std::to_string(rows.size()) + " rows";
+void Client::RunStep(const std::string& sql, const std::string& answer) {
+  const std::string row = answer.substr(0, answer.find(" / "));
+  const auto columns = static_cast<std::size_t>(std::count(row.begin(), row.end(), '|')) + 1;
+  const std::string got = sql.starts_with("select") ? Ask(sql, columns) : Execute(sql);
+  const bool error_wanted = answer.starts_with("ORA-");
+  EXPECT_EQ(error_wanted ? got.substr(0, answer.size()) : got, answer)
+      << sql.substr(0, 200) << ": " << got;
+}
+
+void Client::Run(const std::string& transcript, const std::string& before,
+                 const std::string& behind) {
+  std::istringstream lines(transcript);
+  std::vector<std::string> steps;
+  std::size_t margin = 0;
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t begin = line.find_first_not_of(' ');
+    if (begin == std::string::npos || line.substr(begin, 2) == "--") continue;
+    if (steps.empty()) margin = begin;
+    if (begin > margin) steps.back() += ' ';
+    if (begin <= margin) steps.emplace_back();
+    steps.back() += line.substr(begin);
+  }
+  for (const std::string& step : steps) {
+    const std::size_t arrow = std::min(step.find(" -> "), step.size());
+    RunStep(before + step.substr(0, arrow) + behind,
+            arrow == step.size() ? "" : step.substr(arrow + 4));
+  }
 }
 
 std::vector<std::string> Client::Mine(long long start_scn) {
-  std::vector<Row> rows;
+  const std::string file = Ask("select member from v$logfile where type='ONLINE'");
+  Run("begin dbms_logmnr.add_logfile(logfilename=>'" + file + "', options=>DBMS_LOGMNR.NEW); end;");
+  Run("begin dbms_logmnr.start_logmnr(options=>dbms_logmnr.dict_from_online_catalog + "
+      "dbms_logmnr.committed_data_only, startscn=>" +
+      std::to_string(start_scn) + "); end;");
+  // Each piece stands behind its flag, marked by a character that the tests have nowhere else.
+  const std::string rows =
+      Ask("select '\x01' || csf || sql_redo from v$logmnr_contents where ( operation='INSERT' or "
+          "operation='UPDATE' or operation='DELETE' ) and ( seg_owner NOT IN ('SYS', 'SYSTEM') ) ");
   std::vector<std::string> statements;
-  EXPECT_EQ(Query("select member from v$logfile where type='ONLINE'", &rows, 1), "");
-  std::string option = "DBMS_LOGMNR.NEW";
-  for (const Row& row : rows) {
-    std::string call = "begin dbms_logmnr.add_logfile(logfilename=>'";
-    call.append(row[0]).append("', options=>").append(option).append("); end;");
-    EXPECT_EQ(Execute(call), "");
-    option = "DBMS_LOGMNR.ADDFILE";
-  }
-  std::string start =
-      "begin dbms_logmnr.start_logmnr(options=>dbms_logmnr.dict_from_online_catalog";
-  start.append(" + dbms_logmnr.committed_data_only, startscn=>");
-  start.append(std::to_string(start_scn)).append("); end;");
-  EXPECT_EQ(Execute(start), "");
-  EXPECT_EQ(Query("select csf, sql_redo from v$logmnr_contents where ( operation='INSERT' or "
-                  "operation='UPDATE' or operation='DELETE' ) and ( seg_owner NOT IN ('SYS', "
-                  "'SYSTEM') ) ",
-                  &rows, 2),
-            "");
   std::string assembled;
-  for (const Row& row : rows) {
-    EXPECT_LE(row[1].size(), 4000U);
-    assembled += row[1];
-    if (row[0] == "0") statements.push_back(std::exchange(assembled, ""));
+  for (std::size_t at = rows.find('\x01'); at != std::string::npos;) {
+    const std::size_t next = rows.find(" / \x01", at);
+    assembled += rows.substr(at + 2, next == std::string::npos ? next : next - at - 2);
+    if (rows[at + 1] == '0') statements.push_back(std::exchange(assembled, ""));
+    at = next == std::string::npos ? next : next + 3;
   }
+  Run("begin dbms_logmnr.end_logmnr(); end;");
   EXPECT_EQ(assembled, "");
-  EXPECT_EQ(Execute("begin dbms_logmnr.end_logmnr(); end;"), "");
   return statements;
 }
 
@@ -176,32 +173,31 @@ SandboxTest::SandboxTest() {
   setenv("NLS_DATE_FORMAT", "YYYY-MM-DD HH24:MI:SS", 1);
   setenv("NLS_TIMESTAMP_FORMAT", "YYYY-MM-DD HH24:MI:SS.FF", 1);
   setenv("NLS_TIMESTAMP_TZ_FORMAT", "YYYY-MM-DD HH24:MI:SS.FF TZH:TZM", 1);
-  EXPECT_EQ(Tool("create SRC"), 0);
-  EXPECT_EQ(Tool("create DST"), 0);
+  EXPECT_EQ(Tool("create SRC") + Tool("create DST"), 0);
+  EXPECT_EQ(client_.ConnectSys("SRC"), "");
 }
 
 SandboxTest::~SandboxTest() {
+  client_.Drop();
   std::error_code ignored;
   std::filesystem::remove_all(folder_, ignored);
 }
 
 int SandboxTest::Tool(const std::string& arguments, std::string* output) {
-  std::string command = "'" QUILLMERE_SANDBOX_TOOL "' --workdir '";
-  command.append(folder_.string()).append("' ").append(arguments).append(" 2>&1");
-  FILE* pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr) return -1;
-  std::string text;
-  std::array<char, 4096> buffer{};
-  for (std::size_t size = 0; (size = fread(buffer.data(), 1, buffer.size(), pipe)) > 0;) {
-    text.append(buffer.data(), size);
+  const std::string printed = (folder_ / "printed").string();
+  const std::string command = "'" QUILLMERE_SANDBOX_TOOL "' --workdir '" + folder_.string() + "' " +
+                              arguments + " > '" + printed + "' 2>&1";
+  const int status = std::system(command.c_str());
+  if (output != nullptr) {
+    std::ifstream file(printed, std::ios::binary);
+    output->assign(std::istreambuf_iterator<char>(file), {});
   }
-  const int status = pclose(pipe);
-  if (output != nullptr) *output = text;
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-void SandboxTest::WriteFile(const std::string& name, const std::string& text) {
-  std::ofstream(folder_ / name, std::ios::binary) << text;
+int SandboxTest::Script(const std::string& database, const std::string& text, std::string* output) {
+  std::ofstream(folder_ / "script.sql", std::ios::binary) << text;
+  return Tool("sql " + database + " '" + (folder_ / "script.sql").string() + "'", output);
 }
 
 std::string SandboxTest::DatabaseFile(const std::string& name) const {

@@ -28,13 +28,11 @@ OciErrorGetFn OCIErrorGet;
 
 namespace quillmere::sandbox_test {
 
-using Row = std::vector<std::string>;  // "(null)" for NULL
-
 // One connection. Every call returns "" or the text of OCIErrorGet without its line end.
 class Client {
  public:
   Client();
-  ~Client();
+  ~Client() { OCIHandleFree(env, oci::kHtypeEnv); }
   Client(const Client&) = delete;
   Client& operator=(const Client&) = delete;
 
@@ -46,18 +44,22 @@ class Client {
   // Ends the session, which commits.
   std::string Disconnect();
   // Detaches without ending the session.
-  void Drop();
+  void Drop() { OCIServerDetach(server, error, oci::kDefault); }
 
   std::string Execute(const std::string& sql, oci::ub4 mode = oci::kDefault);
-  // Executes each in turn; the first error with its statement, or "".
-  std::string ExecuteAll(const std::vector<std::string>& statements);
-  std::string Query(const std::string& sql, std::vector<Row>* rows, std::size_t columns);
-  // The single value of a query, or the error.
-  std::string Value(const std::string& sql);
+  // The rows of a query, or the error.
+  std::string Ask(const std::string& sql, std::size_t columns = 1);
+  // Executes a transcript: a statement a line, or more when the next ones stand further in, each
+  // with its answer behind "->". That is an error by its beginning, or rows joined by " / " with
+  // columns joined by "|"; none means neither. Lines that begin with "--" are notes.
+  void Run(const std::string& transcript, const std::string& before = "",
+           const std::string& behind = "");
   // The statements mined from an SCN on, put together from their pieces.
   std::vector<std::string> Mine(long long start_scn);
-  // What the last call on the error handle left.
+
+  oci::OCIStmt* Prepare(const std::string& sql);
   std::string LastError() const;
+  std::string Check(oci::sword result) const;
 
   oci::OCIEnv* env = nullptr;
   oci::OCIError* error = nullptr;
@@ -67,12 +69,10 @@ class Client {
 
  private:
   void* Alloc(oci::ub4 type);
-  std::string Check(oci::sword result) const;
-
-  bool connected_ = false;
+  void RunStep(const std::string& sql, const std::string& answer);
 };
 
-// A fresh folder of databases, removed at the end; SRC and DST are there.
+// A fresh folder of databases, removed at the end; SRC and DST are there, and a client of SRC.
 class SandboxTest : public ::testing::Test {
  protected:
   SandboxTest();
@@ -80,10 +80,12 @@ class SandboxTest : public ::testing::Test {
 
   // Runs the tool with the folder as its working folder; what it printed goes to `output`.
   int Tool(const std::string& arguments, std::string* output = nullptr);
-  void WriteFile(const std::string& name, const std::string& text);
+  // Runs a script on a database by the tool.
+  int Script(const std::string& database, const std::string& text, std::string* output);
   std::string DatabaseFile(const std::string& name) const;
 
   std::filesystem::path folder_;
+  Client client_;
 };
 
 }  // namespace quillmere::sandbox_test

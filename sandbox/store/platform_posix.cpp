@@ -1,10 +1,13 @@
-// SPDX-License-Identifier: MIT
-#include <crypt.h>
+#include "sandbox/store/platform.h"
 
+#include <crypt.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
 #include <memory>
 #include <random>
-
-#include "sandbox/store/password_hash.h"
 
 namespace quillmere::sandbox {
 
@@ -18,6 +21,13 @@ std::string Crypt(const std::string& password, const std::string& setting) {
 }
 
 }  // namespace
+
+Status MakePrivateFile(const std::filesystem::path& path) {
+  const int file = open(path.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0600);
+  if (file >= 0) return close(file) == 0 ? Status() : Status(1119, std::strerror(errno));
+  if (errno == EEXIST) return {1119, path.string() + " exists already"};
+  return {1119, "cannot make " + path.string() + ": " + std::strerror(errno)};
+}
 
 std::string HashPassword(const std::string& password) {
   static constexpr char kSalt[] =
