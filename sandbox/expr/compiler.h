@@ -47,6 +47,7 @@ class ExpressionCompiler {
   // Compiles the inside of EXISTS; set by whoever knows the tables.
   using SubqueryCompiler = std::function<std::string(const Select&, const Scope& outer)>;
 
+  // `context` must outlive it.
   explicit ExpressionCompiler(const EvalContext* context) : context_(*context) {}
 
   void SetSubqueryCompiler(SubqueryCompiler compiler) { subquery_ = std::move(compiler); }

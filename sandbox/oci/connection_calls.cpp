@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
-#include <utility>
 
 #include "sandbox/oci/handles.h"
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cstring>
-#include <utility>
 
 #include "sandbox/oci/handles.h"
 

@@ -1,128 +1,101 @@
 // SPDX-License-Identifier: MIT
 #include "sandbox/redo/redo_record.h"
 
+#include <charconv>
+
 namespace quillmere::sandbox {
 
 namespace {
 
-void PutNumber(std::uint64_t value, std::string* out) {
-  while (value >= 0x80) {
-    out->push_back(static_cast<char>((value & 0x7F) | 0x80));
-    value >>= 7;
+// NULL is 0, a text its length plus one and its bytes; lengths in groups of seven bits.
+std::string EncodeValues(const RowValues& values) {
+  std::string bytes;
+  for (const RowValue& value : values) {
+    std::size_t size = value ? value->size() + 1 : 0;
+    for (; size >= 0x80; size >>= 7) bytes += static_cast<char>((size & 0x7F) | 0x80);
+    bytes += static_cast<char>(size);
+    bytes += value.value_or("");
   }
-  out->push_back(static_cast<char>(value));
+  return bytes;
 }
 
-// NULL is 0, a text its length plus one and its bytes.
-void PutValue(const RowValue& value, std::string* out) {
-  PutNumber(value ? value->size() + 1 : 0, out);
-  if (value) *out += *value;
-}
-
-void PutRow(const RowValues& row, std::string* out) {
-  PutNumber(row.size(), out);
-  for (const RowValue& value : row) PutValue(value, out);
-}
-
-class Bytes {
- public:
-  explicit Bytes(std::string_view bytes) : bytes_(bytes) {}
-
-  bool Number(std::uint64_t* out) {
-    *out = 0;
-    for (unsigned shift = 0; shift < 64 && at_ < bytes_.size(); shift += 7) {
-      const auto byte = static_cast<unsigned char>(bytes_[at_++]);
-      *out |= static_cast<std::uint64_t>(byte & 0x7FU) << shift;
-      if (byte < 0x80) return true;
+bool DecodeValues(std::string_view bytes, RowValues* out) {
+  out->clear();
+  for (std::size_t at = 0; at < bytes.size();) {
+    std::size_t size = 0;
+    unsigned char byte = 0x80;
+    for (unsigned shift = 0; byte >= 0x80; shift += 7) {
+      if (at >= bytes.size() || shift > 56) return false;
+      byte = static_cast<unsigned char>(bytes[at++]);
+      size |= static_cast<std::size_t>(byte & 0x7FU) << shift;
     }
-    return false;
+    RowValue& value = out->emplace_back();
+    if (size == 0) continue;
+    if (size - 1 > bytes.size() - at) return false;
+    value = std::string(bytes.substr(at, size - 1));
+    at += size - 1;
   }
+  return true;
+}
 
-  bool Value(RowValue* out) {
-    std::uint64_t size = 0;
-    if (!Number(&size)) return false;
-    out->reset();
-    if (size == 0) return true;
-    if (size - 1 > bytes_.size() - at_) return false;
-    *out = std::string(bytes_.substr(at_, size - 1));
-    at_ += size - 1;
-    return true;
-  }
-
-  bool Row(RowValues* out) {
-    std::uint64_t count = 0;
-    if (!Number(&count) || count > bytes_.size()) return false;
-    out->resize(count);
-    for (RowValue& value : *out) {
-      if (!Value(&value)) return false;
-    }
-    return true;
-  }
-
-  bool AtEnd() const { return at_ == bytes_.size(); }
-
- private:
-  std::string_view bytes_;
-  std::size_t at_ = 0;
-};
+// A position or a code below `limit`.
+bool ReadNumber(const RowValue& value, std::size_t limit, std::size_t* out) {
+  if (!value) return false;
+  const char* end = value->data() + value->size();
+  const auto [stop, error] = std::from_chars(value->data(), end, *out);
+  return error == std::errc() && stop == end && *out < limit;
+}
 
 }  // namespace
 
 std::string EncodeShapeColumns(const std::vector<Column>& columns) {
-  std::string bytes;
-  PutNumber(columns.size(), &bytes);
+  RowValues values;
   for (const Column& column : columns) {
-    PutNumber(static_cast<std::uint64_t>(column.type.code), &bytes);
-    PutValue(column.name, &bytes);
+    values.emplace_back(std::to_string(static_cast<int>(column.type.code)));
+    values.emplace_back(column.name);
   }
-  return bytes;
+  return EncodeValues(values);
 }
 
 bool DecodeShapeColumns(std::string_view bytes, std::vector<RedoShape::Column>* out) {
-  Bytes reader(bytes);
-  std::uint64_t count = 0;
-  if (!reader.Number(&count) || count > bytes.size()) return false;
-  out->resize(count);
-  for (RedoShape::Column& column : *out) {
-    std::uint64_t type = 0;
-    RowValue name;
-    if (!reader.Number(&type) || !reader.Value(&name) || !name) return false;
-    column.type = static_cast<TypeCode>(type);
-    column.name = std::move(*name);
+  constexpr std::size_t kTypes = static_cast<std::size_t>(TypeCode::LongRaw) + 1;
+  RowValues values;
+  out->clear();
+  if (!DecodeValues(bytes, &values) || values.size() % 2 != 0) return false;
+  for (std::size_t i = 0; i < values.size(); i += 2) {
+    std::size_t type = 0;
+    if (!ReadNumber(values[i], kTypes, &type) || !values[i + 1]) return false;
+    out->push_back({*values[i + 1], static_cast<TypeCode>(type)});
   }
-  return reader.AtEnd();
+  return true;
 }
 
+// The number of changes, each with its column and value, then the row.
 std::string EncodeRecord(const RedoRecord& record) {
-  std::string bytes;
-  PutRow(record.row, &bytes);
-  if (record.operation == RedoOperation::Update) {
-    PutNumber(record.changes.size(), &bytes);
-    for (const auto& [column, value] : record.changes) {
-      PutNumber(column, &bytes);
-      PutValue(value, &bytes);
-    }
+  RowValues values;
+  values.emplace_back(std::to_string(record.changes.size()));
+  for (const auto& [column, value] : record.changes) {
+    values.emplace_back(std::to_string(column));
+    values.push_back(value);
   }
-  return bytes;
+  values.insert(values.end(), record.row.begin(), record.row.end());
+  return EncodeValues(values);
 }
 
 bool DecodeRecord(RedoOperation operation, std::string_view bytes, RedoRecord* out) {
-  Bytes reader(bytes);
+  RowValues values;
+  std::size_t changes = 0;
+  if (!DecodeValues(bytes, &values) || values.empty()) return false;
+  if (!ReadNumber(values[0], (values.size() + 1) / 2, &changes)) return false;
   out->operation = operation;
-  out->changes.clear();
-  if (!reader.Row(&out->row)) return false;
-  if (operation == RedoOperation::Update) {
-    std::uint64_t count = 0;
-    if (!reader.Number(&count) || count > bytes.size()) return false;
-    out->changes.resize(count);
-    for (auto& [column, value] : out->changes) {
-      std::uint64_t position = 0;
-      if (!reader.Number(&position) || position >= out->row.size()) return false;
-      column = position;
-      if (!reader.Value(&value)) return false;
-    }
+  out->row.assign(values.begin() + 1 + 2 * static_cast<std::ptrdiff_t>(changes), values.end());
+  out->changes.resize(changes);
+  for (std::size_t i = 0; i < changes; ++i) {
+    auto& [column, value] = out->changes[i];
+    if (!ReadNumber(values[2 * i + 1], out->row.size(), &column)) return false;
+    value = std::move(values[2 * i + 2]);
   }
-  return reader.AtEnd();
+  return true;
 }
 
 }  // namespace quillmere::sandbox

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // How a change is kept: the values before and after it, beside a reference to the table's form at
 // that time. The text of the statement is made when somebody mines it, in the formats of that
-// session.
+// session. Plain values and functions, for any thread.
 #pragma once
 
 #include <cstdint>
@@ -43,7 +43,7 @@ std::string EncodeShapeColumns(const std::vector<Column>& columns);
 bool DecodeShapeColumns(std::string_view bytes, std::vector<RedoShape::Column>* out);
 
 std::string EncodeRecord(const RedoRecord& record);
-// False when the bytes are none of EncodeRecord.
+// False when the bytes are none of EncodeRecord's; `out` then means nothing.
 bool DecodeRecord(RedoOperation operation, std::string_view bytes, RedoRecord* out);
 
 }  // namespace quillmere::sandbox

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writes changes as LogMiner does: quoted names, quoted values, the row address at the end. Plain
 // functions, for any thread.
 #pragma once

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // An attachment to a database: what stands for the network between client and server. Shared by
-// the server handle and the sessions begun on it; used under the session's lock.
+// the server handle and the sessions begun on it, which all have the same environment's lock.
 #pragma once
 
 #include <chrono>
@@ -19,7 +19,8 @@ class Link {
   static Status AttachFile(const DatabasePath& path, std::shared_ptr<Link>* out);
 
   // One exchange with the server: waits for QUILLMERE_SANDBOX_LATENCY_US, then ORA-03113 when the
-  // connection has been cut since it was attached, and ORA-03114 ever after.
+  // connection has been cut since it was attached, and ORA-03114 ever after. On the caller's
+  // thread.
   Status RoundTrip();
   bool IsCut() const { return dead_ || cut_->Count() != seen_; }
 

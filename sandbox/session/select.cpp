@@ -168,34 +168,27 @@ Status Cursor::Read(DisplayRow* row, bool* found) {
 Status Cursor::Next(DisplayRow* row, bool* found) {
   *found = false;
   if (closed_) return Ora(1001);
-  if (detached_) {
-    if (rest_.empty()) return {};
-    *row = std::move(rest_.back());
-    rest_.pop_back();
-    *found = true;
-    return {};
+  if (statement_) {
+    Status status = Read(row, found);
+    // A statement stepped past its end would begin again.
+    if (!status.ok() || !*found) LetGo();
+    return status;
   }
-  Status status = Read(row, found);
-  // A statement stepped past its end would begin again.
-  if (!status.ok() || !*found) {
-    detached_ = true;
-    LetGo();
-  }
-  return status;
+  *found = !rest_.empty();
+  if (!*found) return {};
+  *row = std::move(rest_.front());
+  rest_.pop_front();
+  return {};
 }
 
 Status Cursor::Detach() {
-  if (detached_ || closed_) return {};
   Status status;
-  for (;;) {
+  for (bool found = statement_ != nullptr; found;) {
     DisplayRow row;
-    bool found = false;
     status = Read(&row, &found);
-    if (!status.ok() || !found) break;
-    rest_.push_back(std::move(row));
+    found = found && status.ok();
+    if (found) rest_.push_back(std::move(row));
   }
-  std::reverse(rest_.begin(), rest_.end());
-  detached_ = true;
   LetGo();
   return status;
 }

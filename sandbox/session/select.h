@@ -2,6 +2,7 @@
 // SELECT: compiled, then opened as a cursor. Used by the thread that holds the session.
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -24,7 +25,7 @@ struct SelectEnvironment {
   // ORA-00942 for what the user must not see, too.
   std::function<Status(const ObjectName&, TablePtr*)> find_table;
   std::function<Status(const DictionaryView&)> check_view;
-  // What stands in views for the session: ":user" and the like, each with its SQL.
+  // What stands in views for the session: ":log" and the like, each with its SQL.
   std::vector<std::pair<std::string, std::string>> placeholders;
   const EvalContext* context = nullptr;
 };
@@ -68,10 +69,9 @@ class Cursor {
 
   std::vector<SelectColumn> columns_;
   std::unique_ptr<SqliteConnection> connection_;  // none: the statement is on one of the session's
-  std::unique_ptr<SqliteStatement> statement_;
+  std::unique_ptr<SqliteStatement> statement_;    // none: what is left is in rest_
   const EvalContext& context_;
-  std::vector<DisplayRow> rest_;  // last row first
-  bool detached_ = false;
+  std::deque<DisplayRow> rest_;
   bool closed_ = false;
 };
 

@@ -56,7 +56,6 @@ Status Session::ExecuteSelect(const Select& select, StatementResult* result) {
        "r.scn, r.operation, r.row, r.data, r.shape, s.table_id, s.owner, s.name, s.columns"},
       {":start", std::to_string(miner_.start_scn())},
       {":end", std::to_string(miner_.end_scn())},
-      {":user", QuoteLiteral(context_.user)},
       {":log", QuoteLiteral(link_->path().file.string())},
   };
   environment.context = &context_;

@@ -70,7 +70,7 @@ class Session {
 
   // Names and rights
   Status FindTable(SqliteConnection* connection, ObjectName name, TablePtr* out);
-  bool HasPrivilege(const std::string& privilege) const;
+  // No owner and object: whether it has the privilege or role itself.
   bool MayChange(const std::string& owner, const std::string& object,
                  const std::string& privilege) const;
   Status CheckView(const DictionaryView& view) const;

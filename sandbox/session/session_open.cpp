@@ -116,13 +116,6 @@ Status Session::OpenWriter() {
   return {};
 }
 
-bool Session::HasPrivilege(const std::string& privilege) const {
-  if (sysdba_) return true;
-  return std::any_of(grants_.begin(), grants_.end(), [&privilege](const Grant& grant) {
-    return grant.object.empty() && (grant.privilege == privilege || grant.privilege == "DBA");
-  });
-}
-
 bool Session::MayChange(const std::string& owner, const std::string& object,
                         const std::string& privilege) const {
   if (sysdba_ || (!owner.empty() && owner == context_.user)) return true;
@@ -139,7 +132,7 @@ bool Session::MayChange(const std::string& owner, const std::string& object,
 
 Status Session::CheckView(const DictionaryView& view) const {
   const bool dictionary =
-      HasPrivilege("SELECT ANY DICTIONARY") || HasPrivilege("SELECT_CATALOG_ROLE");
+      MayChange("", "", "SELECT ANY DICTIONARY") || MayChange("", "", "SELECT_CATALOG_ROLE");
   const bool hidden = (view.access == ViewAccess::SysdbaOnly && !sysdba_) ||
                       (view.access == ViewAccess::Dictionary && !dictionary);
   if (hidden) return Ora(942);

@@ -9,7 +9,6 @@ namespace {
 
 // Deep enough for any statement people or programs write, shallow enough for any stack.
 constexpr int kMaxDepth = 200;
-constexpr std::size_t kMaxInList = 1000;
 
 Status TooDeep() {
   return Ora(900, "expression nests too deeply");
@@ -40,14 +39,15 @@ ExprPtr Parser::Make(ExprOp op, std::string_view text, ExprPtr first, ExprPtr se
   return expr;
 }
 
-// What stands between parentheses, one level deeper.
-ExprPtr Parser::Nested(ExprPtr (Parser::*inside)()) {
+// Around what may nest.
+void Parser::Open() {
   Need("(");
   if (++depth_ > kMaxDepth) Fail(TooDeep());
-  ExprPtr expr = (this->*inside)();
+}
+
+void Parser::Close() {
   --depth_;
   Need(")");
-  return expr;
 }
 
 // Chains of OR, AND and || become one node each, however long they are.
@@ -110,9 +110,6 @@ ExprPtr Parser::PredicateOf(ExprPtr left) {
       AddArgument(predicate.get(), Value());
     } while (Take(","));
     Need(")");
-    if (predicate->args.size() > kMaxInList + 1) {
-      Fail({1795, "maximum number of expressions in a list is 1000"});
-    }
   }
   return predicate;
 }
@@ -120,12 +117,10 @@ ExprPtr Parser::PredicateOf(ExprPtr left) {
 ExprPtr Parser::Exists() {
   Advance();
   ExprPtr exists = Make(ExprOp::Exists);
-  Need("(");
+  Open();
   Need("SELECT", 936);
-  if (++depth_ > kMaxDepth) Fail(TooDeep());
   exists->subquery = std::make_shared<Select>(Query());
-  --depth_;
-  Need(")");
+  Close();
   return exists;
 }
 
@@ -170,7 +165,12 @@ ExprPtr Parser::Factor() {
 
 ExprPtr Parser::Primary() {
   const Token& token = Current();
-  if (Is("(")) return Nested(&Parser::Condition);
+  if (Is("(")) {
+    Open();
+    ExprPtr inside = Condition();
+    Close();
+    return inside;
+  }
   if (Take("NULL")) return Make(ExprOp::Null);
   if (token.kind == TokenKind::String || token.kind == TokenKind::Number) {
     Advance();
@@ -207,19 +207,16 @@ ExprPtr Parser::NameOrCall() {
 }
 
 ExprPtr Parser::Arguments(ExprPtr call) {
-  Advance();
   call->op = ExprOp::Call;
-  if (Take(")")) return call;
+  Open();
   if (call->text == "COUNT" && Take("*")) {
     call->op = ExprOp::CountStar;
-  } else {
-    if (++depth_ > kMaxDepth) Fail(TooDeep());
+  } else if (!Is(")")) {
     do {
       AddArgument(call.get(), Value());
     } while (Take(","));
-    --depth_;
   }
-  Need(")");
+  Close();
   return call;
 }
 

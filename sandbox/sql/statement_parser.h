@@ -29,7 +29,8 @@ class Parser : public TokenReader {
   ExprPtr Primary();
   ExprPtr NameOrCall();
   ExprPtr Arguments(ExprPtr call);
-  ExprPtr Nested(ExprPtr (Parser::*inside)());
+  void Open();
+  void Close();
   ExprPtr Make(ExprOp op, std::string_view text = {}, ExprPtr first = nullptr,
                ExprPtr second = nullptr);
   void AddArgument(Expr* expr, ExprPtr argument);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The side file that tells every attached session that its connection has been cut. Every cut makes
 // it longer by a byte; a session compares its size at each round trip, and holds its shared lock
 // while it commits, so that no commit can follow a cut. Belongs to one link and is used as that is.

@@ -43,7 +43,7 @@ CREATE TABLE qm_shape(id INTEGER PRIMARY KEY AUTOINCREMENT, table_id INTEGER NOT
   owner TEXT NOT NULL, name TEXT NOT NULL, columns BLOB NOT NULL);
 CREATE TABLE qm_redo(scn INTEGER PRIMARY KEY, shape INTEGER NOT NULL, operation INTEGER NOT NULL,
   row INTEGER NOT NULL, data BLOB NOT NULL);
-INSERT INTO qm_meta VALUES(1, 1, 1000, 1, 1, strftime('%Y-%m-%d %H:%M:%S', 'now'));
+INSERT INTO qm_meta VALUES(1, 2, 1000, 1, 1, strftime('%Y-%m-%d %H:%M:%S', 'now'));
 )sql";
 
 Status FillDatabase(SqliteConnection* connection, const std::string& password) {
@@ -97,7 +97,7 @@ Status CreateDatabase(const DatabasePath& path, const std::string& password) {
 }
 
 Status OpenDatabase(const DatabasePath& path, std::unique_ptr<SqliteConnection>* out) {
-  constexpr int kFormat = 1;
+  constexpr int kFormat = 2;
   std::error_code error;
   if (!std::filesystem::is_regular_file(path.file, error)) return Ora(12154);
   std::unique_ptr<SqliteConnection> connection;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The file of a database: where it is, how it is made, how it is opened.
+// The file of a database: where it is, how it is made, how it is opened. Plain functions, for any
+// thread; `out` is untouched on failure.
 #pragma once
 
 #include <filesystem>
@@ -23,7 +24,8 @@ bool FindDatabasePath(const std::filesystem::path& directory, const std::string&
 // when the file exists. Nothing is left behind on failure.
 Status CreateDatabase(const DatabasePath& path, const std::string& password);
 
-// ORA-12154 when there is no such file.
+// ORA-12154 when there is no such file, 01130 or 01578 when it is none of ours. The connection
+// belongs to the thread that uses it.
 Status OpenDatabase(const DatabasePath& path, std::unique_ptr<SqliteConnection>* out);
 
 }  // namespace quillmere::sandbox

@@ -26,12 +26,8 @@ constexpr Definition kDefinitions[] = {
      "(SELECT 1)"},
     {"DBA_USERS", ViewAccess::Dictionary,
      "USERNAME name; n:USER_ID id; ACCOUNT_STATUS 'OPEN'; d:CREATED created;", "qm_user"},
-    {"ALL_USERS", ViewAccess::Everybody, "USERNAME name; n:USER_ID id; d:CREATED created;",
-     "qm_user"},
     {"DBA_ALL_TABLES", ViewAccess::Dictionary, kTables, "qm_table t"},
     {"DBA_TABLES", ViewAccess::Dictionary, kTables, "qm_table t"},
-    {"USER_TABLES", ViewAccess::Everybody, kTables.substr(kTables.find(';') + 1),
-     "qm_table t WHERE t.owner = :user"},
     {"DBA_TAB_COLUMNS", ViewAccess::Dictionary,
      "OWNER t.owner; TABLE_NAME t.name; COLUMN_NAME c.name; DATA_TYPE c.data_type;"
      "n:DATA_LENGTH c.data_length; n:DATA_PRECISION c.data_precision; n:DATA_SCALE c.data_scale;"

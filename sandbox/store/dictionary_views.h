@@ -22,8 +22,8 @@ struct DictionaryView {
   std::string_view name;
   ViewAccess access = ViewAccess::Everybody;
   std::vector<ViewColumn> columns;
-  // :log stands for the log file, :user for the session's user, :start and :end for the SCNs mined,
-  // :record for a record of the redo.
+  // :log stands for the log file, :start and :end for the SCNs mined, :record for a record of the
+  // redo.
   std::string sql;
 
   // -1 when there is none.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the platform gives: files that nobody but their owner may read, and one-way hashes. Plain
 // functions, for any thread.
 #pragma once

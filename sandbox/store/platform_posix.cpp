@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sandbox/store/platform.h"
 
 #include <crypt.h>

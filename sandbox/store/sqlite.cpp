@@ -7,6 +7,25 @@ namespace quillmere::sandbox {
 
 namespace {
 
+struct Failure {
+  int code;  // SQLite's
+  int number;
+  const char* text;
+};
+
+constexpr Failure kFailures[] = {
+    {SQLITE_BUSY, 54, "resource busy and acquire with NOWAIT specified or timeout expired: "},
+    {SQLITE_LOCKED, 54, "resource busy: "},
+    {SQLITE_NOMEM, 4030, "out of process memory: "},
+    {SQLITE_FULL, 1653, "unable to extend the database file: "},
+    {SQLITE_READONLY, 16000, "database open for read-only access: "},
+    {SQLITE_CORRUPT, 1578, "the database file is damaged: "},
+    {SQLITE_NOTADB, 1578, "the database file is damaged: "},
+    {SQLITE_IOERR, 1115, "I/O error on the database file: "},
+    {SQLITE_CANTOPEN, 1157, "cannot open the database file: "},
+    {SQLITE_TOOBIG, 1489, "value or statement too long: "},
+};
+
 // Functions of ours report their ORA- error as the text of a SQLite error.
 bool OwnError(std::string_view message, Status* out) {
   if (!message.starts_with("ORA-") || message.size() < 11) return false;
@@ -30,31 +49,10 @@ Status SqliteError(sqlite3* db) {
   }
   if (message.find("misuse of aggregate") != std::string::npos) return Ora(934);
   if (message.starts_with("ESCAPE expression")) return Ora(1425);
-  switch (code & 0xFF) {
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-      return Ora(54);
-    case SQLITE_NOMEM:
-      return Ora(4030);
-    case SQLITE_FULL:
-      return {1653, "unable to extend the database file: the disk is full"};
-    case SQLITE_READONLY:
-    case SQLITE_PERM:
-      return {16000, "database open for read-only access: " + message};
-    case SQLITE_CORRUPT:
-    case SQLITE_NOTADB:
-      return {1578, "the database file is damaged: " + message};
-    case SQLITE_IOERR:
-      return {1115, "I/O error on the database file: " + message};
-    case SQLITE_CANTOPEN:
-      return {1157, "cannot open the database file: " + message};
-    case SQLITE_TOOBIG:
-      return {1489, "value or statement too long: " + message};
-    case SQLITE_INTERRUPT:
-      return {1013, "user requested cancel of current operation"};
-    default:
-      return {600, "internal error: [storage] [" + std::to_string(code) + "] [" + message + "]"};
+  for (const Failure& failure : kFailures) {
+    if (failure.code == (code & 0xFF)) return {failure.number, failure.text + message};
   }
+  return {600, "internal error: [storage] [" + std::to_string(code) + "] [" + message + "]"};
 }
 
 void SqliteStatement::BindText(int index, std::string_view text) {

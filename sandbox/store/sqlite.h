@@ -53,7 +53,9 @@ class SqliteConnection {
   SqliteConnection(const SqliteConnection&) = delete;
   SqliteConnection& operator=(const SqliteConnection&) = delete;
 
+  // Statements without parameters; those before one that fails have run.
   Status Exec(const std::string& sql);
+  // The statement must be gone before the connection is.
   Status Prepare(const std::string& sql, std::unique_ptr<SqliteStatement>* out);
   // A statement kept for texts that come again and again; reset before it is handed out, so a
   // text must not be in use twice at a time.

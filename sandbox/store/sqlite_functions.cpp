@@ -85,48 +85,6 @@ int CompareNumbers(void*, int size_a, const void* a, int size_b, const void* b) 
                              {static_cast<const char*>(b), static_cast<std::size_t>(size_b)});
 }
 
-using Call = void (*)(sqlite3_context*, int, sqlite3_value**);
-
-class Registration {
- public:
-  Registration(sqlite3* db, const EvalContext* context) : db_(db), context_(context) {}
-
-  void Add(const std::string& name, Call call, int flags = SQLITE_DETERMINISTIC,
-           const Function* function = nullptr, Kind from = Kind::Null, Kind to = Kind::Null) {
-    const auto forget = [](void* data) { delete static_cast<Registered*>(data); };
-    failed_ |= sqlite3_create_function_v2(db_, name.c_str(), -1, SQLITE_UTF8 | flags,
-                                          new Registered{context_, function, from, to}, call,
-                                          nullptr, nullptr, forget);
-  }
-
-  void AddAll() {
-    for (const Function& function : Functions()) {
-      Add(SqliteName(function), CallFunction, SQLITE_DETERMINISTIC, &function);
-    }
-    for (int from = 1; from < kKindCount; ++from) {
-      for (int to = 1; to < kKindCount; ++to) {
-        const auto kind = static_cast<Kind>(from);
-        const auto wanted = static_cast<Kind>(to);
-        Add(SqliteConversionName(kind, wanted), CallConversion, SQLITE_DETERMINISTIC, nullptr, kind,
-            wanted);
-      }
-    }
-    Add("qm_rowid", CallRowAddress);
-    Add("qm_literal", CallLiteral, 0);
-    failed_ |= sqlite3_create_function_v2(db_, "qm_sum", 1, SQLITE_UTF8, nullptr, nullptr, SumStep,
-                                          SumFinal, nullptr);
-    failed_ |= sqlite3_create_collation_v2(db_, std::string(kNumberOrder).c_str(), SQLITE_UTF8,
-                                           nullptr, CompareNumbers, nullptr);
-  }
-
-  bool failed() const { return failed_ != SQLITE_OK; }
-
- private:
-  sqlite3* db_;
-  const EvalContext* context_;
-  int failed_ = SQLITE_OK;
-};
-
 }  // namespace
 
 Datum SqliteArgument(sqlite3_value* value, Kind kind) {
@@ -157,9 +115,32 @@ std::string SqliteConversionName(Kind from, Kind to) {
 }
 
 Status RegisterFunctions(SqliteConnection* connection, const EvalContext* context) {
-  Registration registration(connection->handle(), context);
-  registration.AddAll();
-  if (registration.failed()) return SqliteError(connection->handle());
+  sqlite3* db = connection->handle();
+  int failed = SQLITE_OK;
+  const auto add = [&](const std::string& name,
+                       void (*call)(sqlite3_context*, int, sqlite3_value**), const Registered& data,
+                       int flags) {
+    const auto forget = [](void* registered) { delete static_cast<Registered*>(registered); };
+    failed |= sqlite3_create_function_v2(db, name.c_str(), -1, SQLITE_UTF8 | flags,
+                                         new Registered(data), call, nullptr, nullptr, forget);
+  };
+  Registered data{context, nullptr, Kind::Null, Kind::Null};
+  add("qm_rowid", CallRowAddress, data, SQLITE_DETERMINISTIC);
+  add("qm_literal", CallLiteral, data, 0);
+  for (const Function& function : Functions()) {
+    data.function = &function;
+    add(SqliteName(function), CallFunction, data, SQLITE_DETERMINISTIC);
+  }
+  for (int pair = 0; pair < kKindCount * kKindCount; ++pair) {
+    data.from = static_cast<Kind>(pair / kKindCount);
+    data.to = static_cast<Kind>(pair % kKindCount);
+    add(SqliteConversionName(data.from, data.to), CallConversion, data, SQLITE_DETERMINISTIC);
+  }
+  failed |= sqlite3_create_function_v2(db, "qm_sum", 1, SQLITE_UTF8, nullptr, nullptr, SumStep,
+                                       SumFinal, nullptr);
+  failed |= sqlite3_create_collation_v2(db, std::string(kNumberOrder).c_str(), SQLITE_UTF8, nullptr,
+                                        CompareNumbers, nullptr);
+  if (failed != SQLITE_OK) return SqliteError(db);
   return connection->Exec("PRAGMA case_sensitive_like = ON");
 }
 

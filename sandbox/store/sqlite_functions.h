@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Makes the functions and orders of SQL known to a SQLite connection.
+// Makes the functions and orders of SQL known to a SQLite connection, on whose thread they run.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the dictionary knows of a table. Loaded once, then only read: shared freely within a
-// session.
+// session, and kept by whoever holds it when the table has changed.
 #pragma once
 
 #include <cstdint>

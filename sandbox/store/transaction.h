@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The one transaction of a session: begun by its first change, on a connection that only writes.
-// Hands out the SCNs of the changes made in it. Used under the session's lock.
+// Hands out the SCNs of the changes made in it. Used by the thread that holds the session.
 #pragma once
 
 #include <cstdint>
@@ -17,6 +17,7 @@ class Transaction {
   // `committing` runs the commit it is given when it may happen at all.
   using CommitGuard = std::function<Status(const std::function<Status()>&)>;
 
+  // `writer` must outlive it.
   Transaction(SqliteConnection* writer, CommitGuard guard)
       : writer_(writer), guard_(std::move(guard)) {}
 
@@ -51,6 +52,7 @@ class Transaction {
   Status KeepStatement() { return Run("RELEASE qm_statement"); }
   void UndoStatement();
 
+  // A savepoint of the same name moves. ORA-01086 for one that is not there; the work stays then.
   Status SetSavepoint(const std::string& name);
   Status RollbackTo(const std::string& name);
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Compares two databases: which tables there are, their columns, and their rows as multisets.
+// Compares two databases: which tables there are, their columns, and their rows as multisets. Both
+// may be in use: what is compared is what was committed at one moment.
 #pragma once
 
 #include <iosfwd>
@@ -18,7 +19,8 @@ struct CompareOptions {
   std::map<std::string, std::string> mapped;  // OWNER.TABLE of the first to that of the second
 };
 
-// `differences` counts what was found; the first of them are written to `out`.
+// `differences` counts what was found, also before a failure; the first of them are written to
+// `out`.
 Status CompareDatabases(const DatabasePath& first, const DatabasePath& second,
                         const CompareOptions& options, std::ostream& out, std::size_t* differences);
 

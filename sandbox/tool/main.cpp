@@ -38,28 +38,24 @@ int Fail(const std::string& reason, int code = kFailed) {
   return code;
 }
 
-bool ReadFile(const std::string& path, std::string* out) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) return false;
-  out->assign(std::istreambuf_iterator<char>(file), {});
-  return !file.bad();
-}
-
+// False, with the reason told, for what can be no database.
 bool Find(const Arguments& arguments, const std::string& name, DatabasePath* path) {
-  return FindDatabasePath(arguments.Directory(), name, path);
+  if (FindDatabasePath(arguments.Directory(), name, path)) return true;
+  Fail("'" + name + "' cannot be the name of a database");
+  return false;
 }
 
 int Create(const Arguments& arguments) {
   std::string password = "sandbox";
   if (!arguments.file.empty()) {
-    if (!ReadFile(arguments.file, &password)) return Fail("cannot read " + arguments.file);
-    password = password.substr(0, password.find_first_of("\r\n"));
+    std::ifstream file(arguments.file, std::ios::binary);
+    password.clear();
+    if (!file || !std::getline(file, password)) return Fail("cannot read " + arguments.file);
+    password = password.substr(0, password.find('\r'));
     if (password.empty()) return Fail(arguments.file + " holds no password in its first line");
   }
   DatabasePath path;
-  if (!Find(arguments, arguments.name, &path)) {
-    return Fail("'" + arguments.name + "' cannot be the name of a database", kWrongUsage);
-  }
+  if (!Find(arguments, arguments.name, &path)) return kWrongUsage;
   if (Status status = CreateDatabase(path, password); !status.ok()) return Fail(status.Text());
   std::cout << "Database " << arguments.name << " made: " << path.file.string()
             << "\nUsers SYS (log on AS SYSDBA) and SYSTEM have "
@@ -106,7 +102,7 @@ int Compare(const Arguments& arguments) {
   DatabasePath first;
   DatabasePath second;
   if (!Find(arguments, arguments.name, &first) || !Find(arguments, arguments.other, &second)) {
-    return Fail("no such database", kWrongUsage);
+    return kWrongUsage;
   }
   std::size_t differences = 0;
   Status status = CompareDatabases(first, second, options, std::cout, &differences);
@@ -117,12 +113,11 @@ int Compare(const Arguments& arguments) {
 
 int Cut(const Arguments& arguments) {
   DatabasePath path;
-  std::error_code error;
-  if (!Find(arguments, arguments.name, &path) || !std::filesystem::exists(path.file, error)) {
-    return Fail(Ora(12154).Text());
-  }
+  std::unique_ptr<SqliteConnection> connection;
   std::unique_ptr<CutFlag> flag;
-  Status status = CutFlag::Open(path.cut, &flag);
+  if (!Find(arguments, arguments.name, &path)) return kFailed;
+  Status status = OpenDatabase(path, &connection);
+  if (status.ok()) status = CutFlag::Open(path.cut, &flag);
   if (status.ok()) status = flag->Raise();
   if (!status.ok()) return Fail(status.Text());
   std::cout << "All connections to " << arguments.name << " are cut.\n";
@@ -132,9 +127,8 @@ int Cut(const Arguments& arguments) {
 int Scn(const Arguments& arguments) {
   DatabasePath path;
   std::unique_ptr<SqliteConnection> connection;
-  Status status =
-      Find(arguments, arguments.name, &path) ? OpenDatabase(path, &connection) : Ora(12154);
-  if (!status.ok()) return Fail(status.Text());
+  if (!Find(arguments, arguments.name, &path)) return kFailed;
+  if (Status status = OpenDatabase(path, &connection); !status.ok()) return Fail(status.Text());
   SqlRunner sql(connection.get());
   const auto scn = sql.Int("SELECT scn FROM qm_meta WHERE id = 1");
   if (!scn) return Fail(sql.status().Text());

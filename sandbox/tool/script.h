@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Runs a file of SQL statements in one session of a database.
+// Runs a file of SQL statements in one session of a database, on the calling thread.
 #pragma once
 
 #include <iosfwd>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The kinds of values that statements tell apart.
+// The kinds of values that statements tell apart. Plain values.
 #pragma once
 
 namespace quillmere::sandbox {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Row addresses: 18 characters, as Oracle spells them (object, file, block, row).
+// Row addresses: 18 characters, as Oracle spells them (object, file, block, row). For any thread.
 #pragma once
 
 #include <cstdint>

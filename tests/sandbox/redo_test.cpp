@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is mined, and that it makes the same tables elsewhere.
 #include <random>
 

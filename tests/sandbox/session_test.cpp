@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Handles, transactions, fetching, cut connections, the tool, and texts that are no SQL.
 #include <sys/stat.h>
 #include <sys/wait.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What statements mean, mean together, and are refused with.
 #include <ctime>
 
@@ -230,7 +231,8 @@ TEST_F(SqlTest, Refusals) {
     tall += " + id";
     nested = "(" + nested + (i % 2 == 0 ? " + 1)" : " * 1 - 1)");
   }
-  for (const std::string& value : {tall, nested, std::string(5000, '(') + "1"}) {
+  const std::string open(5000, '(');
+  for (const std::string& value : {tall, nested, open}) {
     client_.Run("update t set id = " + value + " -> ORA-00900");
   }
 }
