@@ -1,73 +1,194 @@
 // SPDX-License-Identifier: MIT
 #include "foundation/files.h"
 
-#include <signal.h>
-#include <sys/resource.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <thread>
 
+#include "support/memory_files.h"
 #include "support/temp_folder.h"
+#include "support/watched_files.h"
 
 namespace quillmere {
 namespace {
 
-using Names = std::vector<std::string>;
+using testing::MemoryFiles;
+using testing::WatchedFiles;
 
-unsigned ModeOf(const std::filesystem::path& path) {
-  struct stat status {};
-  return stat(path.c_str(), &status) == 0 ? status.st_mode & 0777 : 0;
-}
+// --- What every file system does alike ---------------------------------------------------------
 
-struct FilesTest : testing::Test {
+struct Disk {
+  virtual ~Disk() = default;
+  virtual FileSystem& Files() = 0;
+  virtual std::filesystem::path Folder() = 0;
+};
+struct RealDisk final : Disk {
+  FileSystem& Files() override { return folder.Files(); }
+  std::filesystem::path Folder() override { return folder.Path(); }
   TempFolder folder;
-  std::string error;
+};
+struct MemoryDisk final : Disk {
+  FileSystem& Files() override { return files; }
+  std::filesystem::path Folder() override { return "/work"; }
+  MemoryFiles files;
 };
 
-TEST_F(FilesTest, ReplacesWholeAndKeepsWhoMayRead) {
-  const std::string bytes("a\0b\r\nc\xFF", 8);
-  folder.Write("f", "old");
-  chmod((folder / "f").c_str(), 0640);
-  ASSERT_TRUE(ReplaceFile(folder.Files(), folder / "f", bytes, FileAccess::Everyone, error))
-      << error;
-  EXPECT_EQ(folder.Read("f"), bytes);
-  EXPECT_EQ(ModeOf(folder / "f"), 0640u);
-  ASSERT_TRUE(ReplaceFile(folder.Files(), folder / "f", "", FileAccess::OwnerOnly, error)) << error;
-  EXPECT_EQ(folder.Read("f"), "");
-  EXPECT_EQ(ModeOf(folder / "f"), 0600u);
-  EXPECT_EQ(folder.List(), Names{"f"});
+class EveryFileSystem : public ::testing::TestWithParam<bool> {
+ protected:
+  EveryFileSystem() {
+    if (GetParam()) disk_ = std::make_unique<RealDisk>();
+    if (!GetParam()) disk_ = std::make_unique<MemoryDisk>();
+  }
+  std::filesystem::path operator/(std::string_view name) { return disk_->Folder() / name; }
+  void Write(std::string_view name, std::string_view content) {
+    std::string error;
+    EXPECT_TRUE(ReplaceFile(files_(), *this / name, content, FileAccess::Everyone, error)) << error;
+  }
+  std::string Read(std::string_view name) {
+    std::string content;
+    return ReadFile(files_(), *this / name, content) ? content : "(none)";
+  }
+  FileSystem& files_() { return disk_->Files(); }
+  std::unique_ptr<Disk> disk_;
+};
+INSTANTIATE_TEST_SUITE_P(Files, EveryFileSystem, ::testing::Bool(),
+                         [](const auto& suite) { return suite.param ? "System" : "Memory"; });
+
+TEST_P(EveryFileSystem, TellsWhyAFileIsNotOpened) {
+  Write("file", "x");
+  ASSERT_TRUE(files_().MakeFolder(*this / "folder"));
+  using enum FileCode;
+  const struct {
+    const char* name;
+    FileCode read, made, appended, in_place;
+  } rows[] = {{"file", Ok, Exists, Ok, Ok},
+              {"folder", NotAFile, Exists, NotAFile, NotAFile},
+              {"none/below", Missing, Missing, Missing, Missing},
+              {"file/below", NotAFile, NotAFile, NotAFile, NotAFile}};
+  for (const auto& row : rows) {
+    const auto open = [&](OpenMode how) {
+      std::unique_ptr<OpenFile> file;
+      const FileStatus status = files_().Open(*this / row.name, how, FileSystem::kOwnerOnly, file);
+      EXPECT_EQ(status.reason.empty(), static_cast<bool>(status));
+      EXPECT_EQ(file != nullptr, static_cast<bool>(status));
+      return status.code;
+    };
+    EXPECT_EQ(open(OpenMode::Read), row.read) << row.name;
+    EXPECT_EQ(open(OpenMode::New), row.made) << row.name;
+    EXPECT_EQ(open(OpenMode::Append), row.appended) << row.name;
+    EXPECT_EQ(open(OpenMode::InPlace), row.in_place) << row.name;
+  }
+  EXPECT_EQ(Read("file"), "x") << "opening changes nothing";
 }
 
-TEST_F(FilesTest, AFailedReplacementLeavesTheOldFile) {
-  folder.Write("f", "old");
-  folder.Write("taken/inside", "x");
-  // Every write beyond 1000 bytes fails, as on a full disk.
-  rlimit old{}, small{};
-  getrlimit(RLIMIT_FSIZE, &old);
-  small = {1000, old.rlim_max};
-  const auto old_handler = signal(SIGXFSZ, SIG_IGN);
-  setrlimit(RLIMIT_FSIZE, &small);
-  const bool replaced = ReplaceFile(folder.Files(), folder / "f", std::string(5000, 'x'),
-                                    FileAccess::Everyone, error);
-  setrlimit(RLIMIT_FSIZE, &old);
-  signal(SIGXFSZ, old_handler);
-  EXPECT_FALSE(replaced);
-  EXPECT_EQ(folder.Read("f"), "old");
-  EXPECT_NE(error.find((folder / "f").string()), std::string::npos) << error;
-  EXPECT_FALSE(ReplaceFile(folder.Files(), folder / "taken", "x", FileAccess::Everyone, error));
-  EXPECT_FALSE(ReplaceFile(folder.Files(), folder / "no/such", "x", FileAccess::Everyone, error));
-  EXPECT_EQ(folder.List(), (Names{"f", "taken"})) << "no temporary file stays";
+TEST_P(EveryFileSystem, WritesWhereItIsTold) {
+  std::unique_ptr<OpenFile> file;
+  ASSERT_TRUE(files_().Open(*this / "f", OpenMode::Append, FileSystem::kOwnerOnly, file));
+  EXPECT_TRUE(file->Append("abc") && file->Append("defg") && file->Close());
+  ASSERT_TRUE(files_().Open(*this / "f", OpenMode::InPlace, FileSystem::kUsualMode, file));
+  EXPECT_TRUE(file->Write(1, "BC") && file->Write(8, "!") && file->Flush());
+  EXPECT_EQ(file->Size(), 9u);
+  char bytes[4] = {};
+  std::size_t got = 0;
+  EXPECT_TRUE(file->Read(6, bytes, 4, got));
+  EXPECT_EQ(std::string(bytes, got), std::string("g\0!", 3));
+  EXPECT_TRUE(file->Read(9, bytes, 4, got));
+  EXPECT_EQ(got, 0u);
+  EXPECT_TRUE(file->Truncate(3));
+  EXPECT_EQ(Read("f"), "aBC");
+  FileFacts facts;
+  ASSERT_TRUE(files_().Look(*this / "f", facts));
+  EXPECT_EQ(facts.kind, FileKind::File);
+  EXPECT_EQ(facts.size, 3u);
+  EXPECT_EQ(facts.mode, FileSystem::kOwnerOnly);
 }
 
-TEST_F(FilesTest, AReaderSeesTheOldOrTheNew) {
+TEST_P(EveryFileSystem, NamesAreMadeRenamedAndRemoved) {
+  FileSystem& files = files_();
+  using enum FileCode;
+  Write("a", "a");
+  Write("b", "b");
+  EXPECT_TRUE(files.Rename(*this / "a", *this / "b"));
+  EXPECT_EQ(Read("b"), "a");
+  EXPECT_EQ(files.Rename(*this / "a", *this / "c").code, Missing);
+  EXPECT_TRUE(files.MakeFolder(*this / "d"));
+  EXPECT_EQ(files.MakeFolder(*this / "d").code, Exists);
+  EXPECT_EQ(files.MakeFolder(*this / "no/d").code, Missing);
+  Write("d/x", "x");
+  EXPECT_EQ(files.Rename(*this / "b", *this / "d").code, NotAFile);
+  EXPECT_TRUE(files.Rename(*this / "d", *this / "e"));
+  EXPECT_EQ(Read("e/x"), "x") << "what is in a folder goes with it";
+  EXPECT_TRUE(files.AreSame(*this / "e", *this / "e/"));
+  EXPECT_FALSE(files.AreSame(*this / "e", *this / "b"));
+  EXPECT_EQ(files.RemoveFolder(*this / "e").code, Exists);
+  EXPECT_TRUE(files.RemoveFile(*this / "e/x"));
+  EXPECT_EQ(files.RemoveFile(*this / "e/x").code, Missing);
+  EXPECT_TRUE(files.RemoveFolder(*this / "e"));
+  EXPECT_EQ(files.FlushFolder(*this / "e").code, Missing);
+  std::vector<std::filesystem::path> names;
+  EXPECT_TRUE(files.List(disk_->Folder(), names));
+  EXPECT_EQ(names, std::vector<std::filesystem::path>{"b"});
+  FileFacts facts;
+  EXPECT_EQ(files.Look(*this / "e", facts).code, Missing);
+  EXPECT_EQ(files.Look(*this / "b/e", facts).code, NotAFile);
+}
+
+TEST_P(EveryFileSystem, ALockKeepsOthersOut) {
+  using Lock = OpenFile::LockKind;
+  std::unique_ptr<OpenFile> one, two;
+  ASSERT_TRUE(files_().Open(*this / "f", OpenMode::InPlace, FileSystem::kUsualMode, one));
+  ASSERT_TRUE(files_().Open(*this / "f", OpenMode::Read, FileSystem::kUsualMode, two));
+  EXPECT_TRUE(one->TryLock(Lock::Shared) && two->TryLock(Lock::Shared));
+  EXPECT_EQ(one->TryLock(Lock::Exclusive).code, FileCode::Busy);
+  two.reset();
+  EXPECT_TRUE(one->TryLock(Lock::Exclusive));
+  ASSERT_TRUE(files_().Open(*this / "f", OpenMode::Read, FileSystem::kUsualMode, two));
+  EXPECT_EQ(two->TryLock(Lock::Shared).code, FileCode::Busy);
+  EXPECT_TRUE(one->Close() && two->TryLock(Lock::Shared));
+}
+
+// --- What the system's one does besides --------------------------------------------------------
+
+TEST(SystemFiles, ModesPipesAndFullDisks) {
+  const TempFolder folder;
+  FileSystem& files = folder.Files();
+  const auto mode = [&](const char* name) {
+    struct stat status {};
+    return stat((folder / name).c_str(), &status) == 0 ? status.st_mode & 0777 : 0;
+  };
+  std::string error, content = "old";
+  folder.Write("f", "old");
+  chmod((folder / "f").c_str(), 0666);
+  const mode_t mask = umask(0077);
+  EXPECT_TRUE(ReplaceFile(files, folder / "f", "new", FileAccess::Everyone, error)) << error;
+  EXPECT_TRUE(ReplaceFile(files, folder / "g", "new", FileAccess::Everyone, error)) << error;
+  umask(mask);
+  EXPECT_EQ(mode("f"), 0666u) << "as the operator has set it";
+  EXPECT_EQ(mode("g"), 0600u);
+  EXPECT_TRUE(ReplaceFile(files, folder / "f", "", FileAccess::OwnerOnly, error));
+  EXPECT_EQ(mode("f"), 0600u);
+  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+  EXPECT_EQ(ReadFile(files, folder / "pipe", content).code, FileCode::NotAFile)
+      << "must not wait for a writer";
+  EXPECT_EQ(content, "");
+  EXPECT_TRUE(ReadFile(files, "/proc/self/status", content)) << "it hides its size";
+  EXPECT_FALSE(content.empty());
+  std::unique_ptr<OpenFile> full;
+  ASSERT_TRUE(files.Open("/dev/full", OpenMode::Append, FileSystem::kUsualMode, full));
+  EXPECT_EQ(full->Append("x").code, FileCode::NoSpace);
+}
+
+TEST(SystemFiles, AReaderSeesTheOldOrTheNew) {
+  const TempFolder folder;
   const std::string texts[] = {std::string(100'000, 'a'), std::string(50'000, 'b')};
-  ASSERT_TRUE(ReplaceFile(folder.Files(), folder / "f", texts[0], FileAccess::Everyone, error));
+  folder.Write("f", texts[0]);
   std::atomic<int> running{2};
   const auto write = [&](const std::string& text) {
     std::string reason;
-    for (int i = 0; i < 30; ++i) {
-      EXPECT_TRUE(ReplaceFile(folder.Files(), folder / "f", text, FileAccess::Everyone, reason))
-          << reason;
+    for (int i = 0; i < 10; ++i) {
+      EXPECT_TRUE(ReplaceFile(folder.Files(), folder / "f", text, FileAccess::Everyone, reason));
     }
     --running;
   };
@@ -79,65 +200,135 @@ TEST_F(FilesTest, AReaderSeesTheOldOrTheNew) {
   } while (running > 0);
   one.join();
   two.join();
-  EXPECT_EQ(folder.List(), Names{"f"});
+  EXPECT_EQ(folder.List(), std::vector<std::string>{"f"});
 }
 
-TEST_F(FilesTest, ReadingTellsMissingFromUnreadable) {
-  std::string content = "old";
-  EXPECT_TRUE(ReadFile(folder.Files(), folder / "none", content).Missing());
-  EXPECT_TRUE(content.empty());
-  EXPECT_EQ(ReadFile(folder.Files(), folder.Path(), content).code, FileCode::NotAFile);
-  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
-  EXPECT_EQ(ReadFile(folder.Files(), folder / "pipe", content).code, FileCode::NotAFile)
-      << "must not wait for a writer";
-  EXPECT_TRUE(ReadFile(folder.Files(), "/proc/self/status", content)) << "it hides its size";
-  EXPECT_FALSE(content.empty());
-}
+// --- Whole files, whatever fails ---------------------------------------------------------------
 
-TEST_F(FilesTest, AppendsAndEmpties) {
-  ASSERT_TRUE(AppendTextFile(folder.Files(), folder / "log", "one\n", error));
-  ASSERT_TRUE(AppendTextFile(folder.Files(), folder / "log", "two\n", error));
-  EXPECT_EQ(folder.Read("log"), "one\ntwo\n");
-  ASSERT_TRUE(EmptyFile(folder.Files(), folder / "log", error));
-  EXPECT_EQ(folder.Read("log"), "");
-  EXPECT_FALSE(AppendTextFile(folder.Files(), "/dev/full", "x", error));
-  EXPECT_NE(error.find("/dev/full"), std::string::npos) << error;
-}
-
-TEST_F(FilesTest, KeepsWhatCouldNotBeRead) {
-  EXPECT_TRUE(KeepBadFile(folder.Files(), folder / "f", error)) << "nothing to keep";
-  EXPECT_TRUE(KeepBadCopy(folder.Files(), folder / "f", FileAccess::Everyone, error));
-  folder.Write("f", "new");
-  folder.Write("f.bad", "older");
-  ASSERT_TRUE(KeepBadCopy(folder.Files(), folder / "f", FileAccess::OwnerOnly, error)) << error;
-  EXPECT_EQ(folder.Read("f.bad") + folder.Read("f"), "newnew");
-  EXPECT_EQ(ModeOf(folder / "f.bad"), 0600u);
-  folder.Write("f", "newer");
-  ASSERT_TRUE(KeepBadFile(folder.Files(), folder / "f", error)) << error;
-  EXPECT_EQ(folder.Read("f.bad"), "newer");
-  EXPECT_FALSE(folder.Exists("f"));
-  folder.Write("g", "x");
-  folder.Write("g.bad/inside", "x");
-  EXPECT_FALSE(KeepBadFile(folder.Files(), folder / "g", error));
-  EXPECT_TRUE(folder.Exists("g"));
-}
-
-TEST_F(FilesTest, RemovesCopiesAndLeftoversToo) {
-  for (const char* name :
-       {"a.xml", "a.xml.bad", "a.xml.tmp-1-2", "a.xml.bad.tmp-3-4", "b.xml", "aa.xml.tmp-1-2"}) {
-    folder.Write(name, "secret");
+// What stands below /work, each file with its content, each folder with its "/".
+std::string Listing(FileSystem& files, const std::filesystem::path& folder = "/work") {
+  std::vector<std::filesystem::path> names;
+  EXPECT_TRUE(files.List(folder, names));
+  std::string text;
+  for (const auto& name : names) {
+    std::string content;
+    const bool is_file = static_cast<bool>(ReadFile(files, folder / name, content));
+    text += name.string() + (is_file ? "=" + content + " " : "/ " + Listing(files, folder / name));
   }
-  ASSERT_TRUE(RemoveEveryTrace(folder.Files(), folder / "a.xml", error)) << error;
-  EXPECT_EQ(folder.List(), (Names{"aa.xml.tmp-1-2", "b.xml"}));
-  EXPECT_TRUE(RemoveEveryTrace(folder.Files(), folder / "a.xml", error)) << "gone already";
+  return text;
 }
 
-TEST_F(FilesTest, MakesMissingFolders) {
-  EXPECT_TRUE(MakeFolders(folder.Files(), folder / "a/b/c", error)) << error;
-  EXPECT_TRUE(MakeFolders(folder.Files(), folder / "a/b/c", error)) << "there already";
-  folder.Write("file", "");
-  EXPECT_FALSE(MakeFolders(folder.Files(), folder / "file", error));
-  EXPECT_FALSE(MakeFolders(folder.Files(), folder / "file/below", error));
+struct Deed {
+  std::string what;
+  std::function<bool(FileSystem&, std::string& error)> run;
+  std::string after;      // what stands then, and after a power cut
+  bool in_parts = false;  // a failure may leave it half done
+};
+
+const std::string kBefore =
+    "d/ x=in d f=old f.bad=bad f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other ";
+
+std::unique_ptr<MemoryFiles> DiskBefore() {
+  MemoryFiles files;
+  const auto write = [&](const char* path, const char* content) {
+    std::unique_ptr<OpenFile> file;
+    EXPECT_TRUE(files.Open(path, OpenMode::New, FileSystem::kUsualMode, file) &&
+                file->Append(content));
+  };
+  EXPECT_TRUE(files.MakeFolder("/work/d"));
+  write("/work/d/x", "in d");
+  write("/work/f", "old");
+  write("/work/f.bad", "bad");
+  write("/work/f.bad.tmp-3-4", "left");
+  write("/work/f.tmp-1-0", "left");
+  write("/work/ff.tmp-1-2", "other");
+  return files.AfterPowerCut([] { return true; });
+}
+
+const std::vector<Deed> kDeeds = {
+    {"replace",
+     [](FileSystem& files, std::string& error) {
+       return ReplaceFile(files, "/work/f", "new", FileAccess::Everyone, error);
+     },
+     "d/ x=in d f=new f.bad=bad f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other "},
+    {"make folders",
+     [](FileSystem& files, std::string& error) { return MakeFolders(files, "/work/n/m", error); },
+     "d/ x=in d f=old f.bad=bad f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other n/ m/ ", true},
+    {"rename a folder",
+     [](FileSystem& files, std::string& error) {
+       return RenamePath(files, "/work/d", "/work/e", error);
+     },
+     "e/ x=in d f=old f.bad=bad f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other "},
+    {"keep a bad file",
+     [](FileSystem& files, std::string& error) { return KeepBadFile(files, "/work/f", error); },
+     "d/ x=in d f.bad=old f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other "},
+    {"keep a bad copy",
+     [](FileSystem& files, std::string& error) {
+       return KeepBadCopy(files, "/work/f", FileAccess::OwnerOnly, error);
+     },
+     "d/ x=in d f=old f.bad=old f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other "},
+    {"remove for good",
+     [](FileSystem& files, std::string& error) {
+       error = RemoveForGood(files, "/work/f").reason;
+       return error.empty();
+     },
+     "d/ x=in d f.bad=bad f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other "},
+    {"remove every trace",
+     [](FileSystem& files, std::string& error) {
+       return RemoveEveryTrace(files, "/work/f", error);
+     },
+     "d/ x=in d ff.tmp-1-2=other ", true}};
+
+// Each operation in turn fails, and each in turn is the last before the power goes.
+TEST(WholeFiles, AreDoneOrNotAndDoneMeansOnTheDisk) {
+  for (const Deed& deed : kDeeds) {
+    for (int fault = 1, faults = 1; faults > 0; ++fault) {
+      SCOPED_TRACE(deed.what + ", operation " + std::to_string(fault));
+      const std::unique_ptr<MemoryFiles> disk = DiskBefore();
+      ASSERT_EQ(Listing(*disk), kBefore);
+      WatchedFiles files(*disk);
+      std::string failed, error;
+      int number = 0;
+      files.on_operation = [&](const testing::FileOperation& operation) {
+        if (++number != fault) return FileStatus{};
+        failed = operation.Text();
+        for (const bool kept : {false, true}) {
+          // Never half a file, and never none.
+          std::string f = disk->AfterPowerCut([&] { return kept; })->Content("/work/f");
+          if (deed.after.find(" f=") == std::string::npos && f == "(none)") f = "old";
+          EXPECT_TRUE(f == "old" || f == "new") << f << " before " << failed;
+        }
+        return FileStatus{FileCode::NoSpace, "No space left on device"};
+      };
+      const bool done = deed.run(files, error);
+      faults = failed.empty() ? 0 : 1;
+      if (done) {
+        EXPECT_EQ(Listing(*disk), deed.after) << failed;
+        EXPECT_EQ(Listing(*disk->AfterPowerCut([] { return false; })), deed.after) << failed;
+      } else {
+        EXPECT_NE(error.find("No space left on device"), std::string::npos) << error;
+        const std::string stands = Listing(*disk);
+        EXPECT_TRUE(deed.in_parts || stands == kBefore || stands == deed.after) << failed << stands;
+      }
+    }
+  }
+}
+
+TEST(WholeFiles, WhatIsNotThereNeedsNoCare) {
+  MemoryFiles files;
+  std::string error;
+  EXPECT_TRUE(KeepBadFile(files, "/work/f", error) && RemoveForGood(files, "/work/f") &&
+              RemoveEveryTrace(files, "/work/none/f", error) &&
+              MakeFolders(files, "/work", error) &&
+              KeepBadCopy(files, "/work/f", FileAccess::Everyone, error))
+      << error;
+  EXPECT_TRUE(AppendTextFile(files, "/work/f", "one\n", error) &&
+              AppendTextFile(files, "/work/f", "two\n", error));
+  EXPECT_EQ(files.Content("/work/f"), "one\ntwo\n");
+  EXPECT_FALSE(MakeFolders(files, "/work/f/g", error) || MakeFolders(files, "/work/f", error));
+  EXPECT_EQ(error, "Can not create folder /work/f: a file stands there");
+  EXPECT_TRUE(EmptyFile(files, "/work/f", error));
+  EXPECT_EQ(files.Content("/work/f"), "");
 }
 
 }  // namespace

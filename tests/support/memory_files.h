@@ -1,0 +1,58 @@
+// Files in memory that know what of them is on the disk: what was written and not flushed, and each
+// name that was made, renamed or removed in a folder not flushed since, a power cut may take back.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/file_system.h"
+
+namespace quillmere::testing {
+
+// Paths are absolute, with "/" between. The folders above the working folder are there.
+class MemoryFiles final : public FileSystem {
+ public:
+  explicit MemoryFiles(const Path& working_folder = "/work");
+
+  FileStatus Open(const Path& path, OpenMode how, Mode mode,
+                  std::unique_ptr<OpenFile>& file) override;
+  FileStatus Look(const Path& path, FileFacts& facts) override;
+  FileStatus List(const Path& folder, std::vector<Path>& names) override;
+  bool AreSame(const Path& a, const Path& b) override;
+  FileStatus Rename(const Path& from, const Path& to) override;
+  FileStatus RemoveFile(const Path& path) override;
+  FileStatus RemoveFolder(const Path& path) override;
+  FileStatus MakeFolder(const Path& path) override;
+  FileStatus FlushFolder(const Path& folder) override;
+  std::string_view LineEnd() const override { return "\n"; }
+  std::uint64_t ProcessId() const override { return 1; }
+
+  // Whether a change that was not flushed is on the disk all the same; asked for each in its order.
+  using Keep = std::function<bool()>;
+  // What stands when the power is back. Any combination of the changes may have been kept; a write
+  // as a whole where it lies within a sector, else sector by sector.
+  std::unique_ptr<MemoryFiles> AfterPowerCut(const Keep& keep) const;
+
+  // The file's content as the program sees it, or "(none)".
+  std::string Content(const Path& path) const;
+
+ private:
+  struct Node;
+  using NodePtr = std::shared_ptr<Node>;
+  class Handle;
+
+  NodePtr Find(const Path& path) const;
+  // The folder that path's last name is looked up in; null when it is not there.
+  NodePtr Parent(const Path& path, FileStatus& status) const;
+  static NodePtr AfterCut(const Node& node, const Keep& keep);
+
+  mutable std::mutex mutex_;  // guards the tree
+  NodePtr root_;
+};
+
+}  // namespace quillmere::testing
