@@ -10,12 +10,13 @@
 namespace quillmere {
 namespace {
 
+// Down to the disk: what an operator has asked for stays so whatever happens.
 bool WriteRecord(EngineContext& context, std::size_t index, JobState state, std::string& error) {
   const SyncJob& job = context.jobs.At(index);
   JobList::Progress progress;
   context.jobs.State(index, &progress);
   RunRecordWriter writer(context.files, context.catalogue.FolderOf(JobView(job).name));
-  return writer.Write(MakeRunRecord(job, state, progress), error);
+  return writer.Write(MakeRunRecord(job, state, progress), error) && writer.Flush(error);
 }
 
 // After every change of state: the record, then the window.

@@ -52,7 +52,9 @@ void SettleCommitPoint(FileSystem& files, const JobFolder& folder, RunRecord& re
     return;
   }
   record = commit_point;
-  if (!RunRecordWriter(files, folder).Write(record, error)) {
+  RunRecordWriter writer(files, folder);
+  // Down to the disk, or a power cut would bring back the record without the commit point.
+  if (!writer.Write(record, error) || !writer.Flush(error)) {
     problem = error + ": the record of the last pass could not be taken back on disk";
     return;  // the commit point stays: the next start tries again
   }
@@ -104,6 +106,7 @@ RunRecordWriter::RunRecordWriter(FileSystem& files, JobFolder folder)
 bool RunRecordWriter::IsOpen() {
   if (file_ != nullptr) return true;
   std::string unused;
+  made_ = made_ || !IsFile(files_, folder_.File(JobFile::Record));
   return MakeFolders(files_, folder_.Path(), unused) &&
          files_.Open(folder_.File(JobFile::Record), OpenMode::InPlace, FileSystem::kUsualMode,
                      file_);
@@ -117,7 +120,11 @@ bool RunRecordWriter::Write(const RunRecord& record, std::string& error) {
 }
 
 bool RunRecordWriter::Flush(std::string& error) {
-  if (file_ == nullptr || file_->Flush()) return true;
+  if (file_ == nullptr) return true;
+  if (file_->Flush() && (!made_ || files_.FlushFolder(folder_.Path()))) {
+    made_ = false;
+    return true;
+  }
   error = CanNotCreate(folder_.File(JobFile::Record));
   return false;
 }

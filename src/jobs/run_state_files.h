@@ -24,7 +24,7 @@ class RunRecordWriter {
  public:
   RunRecordWriter(FileSystem& files, JobFolder folder);
   bool Write(const RunRecord& record, std::string& error);
-  // What was written down to the disk.
+  // What was written down to the disk, with the file's name if the file is new.
   bool Flush(std::string& error);
 
  private:
@@ -33,6 +33,7 @@ class RunRecordWriter {
   FileSystem& files_;
   const JobFolder folder_;
   std::unique_ptr<OpenFile> file_;
+  bool made_ = false;  // its name is not known to be on the disk
 };
 
 // Fills the record with the defaults, then with the file's up to 40 bytes. Damaged: there were
