@@ -95,7 +95,7 @@ bool RedoAssembler::Add(std::int64_t scn, std::string_view piece, Taker& taker) 
     piece.remove_prefix(end + 1);
     from = 0;
   }
-  if (open_.size() + piece.size() > kMostBytes) return false;
+  if (open_.size() + piece.size() > most_bytes_) return false;
   if (open_.empty()) open_scn_ = scn;
   open_ += piece;
   latest_piece_ = bytes;

@@ -26,8 +26,10 @@ namespace quillmere {
 class RedoAssembler {
  public:
   static constexpr std::size_t kLeastFullPiece = 2000;
-  // A statement may not grow beyond this many bytes.
   static constexpr std::size_t kMostBytes = std::size_t{1} << 28;
+
+  // A statement may not grow beyond this many bytes.
+  explicit RedoAssembler(std::size_t most_bytes = kMostBytes) : most_bytes_(most_bytes) {}
 
   // What the rows turn out to be; text is valid during the call only.
   class Taker {
@@ -56,6 +58,7 @@ class RedoAssembler {
   void GiveUp(Taker& taker);
   void Complete(std::int64_t scn, std::string_view last_part, Taker& taker);
 
+  const std::size_t most_bytes_;
   QuoteScanner scanner_;
   std::string open_;
   std::int64_t open_scn_ = 0;
