@@ -1,20 +1,27 @@
 // SPDX-License-Identifier: MIT
-// An engine in a folder of its own, on a scripted client library, with one job and a clock that is
-// turned by hand.
+// A program with one job, from SRC to DES every five minutes, on a working folder in memory, a
+// scripted client library and a clock that is turned by hand.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "engine/job_runner.h"
 #include "support/config_of.h"
 #include "support/hand_clock.h"
+#include "support/memory_files.h"
 #include "support/scripted_oci.h"
-#include "support/temp_folder.h"
+#include "support/watched_files.h"
 
 namespace quillmere {
+
+using testing::MemoryFiles;
+using testing::ScriptedOci;
+using testing::WatchedFiles;
 
 inline const std::string kScnQuery = "select max(ktuxescnw * power(2,32) + ktuxescnb) from x$ktuxe";
 inline const std::string kMembersQuery = "select member from v$logfile where type='ONLINE'";
@@ -23,107 +30,128 @@ inline const std::string kRedoQuery =
     "or operation='DELETE' ) and ( seg_owner NOT IN ('SYS', 'SYSTEM') ) ";
 inline const std::string kRowAddress = " and ROWID = 'AAABBBAAACCCDDDEEE'";
 
-// Writes down what it is told, in order: "i:", "e:" and the text, "changed", "fetched".
+// As it is mined, and as it is applied.
+inline std::string Insert(const std::string& id, const std::string& table = "ORDERS") {
+  return "insert into \"SHOP\".\"" + table + "\"(\"ID\") values ('" + id + "');";
+}
+inline std::string InsertOf(const std::string& id, const std::string& table = "SHOP.ORDERS") {
+  return "INSERT INTO " + table + "(\"ID\") values ('" + id + "')";
+}
+
+// Writes down what it is told, in order: "i:", "e:" and the text, "fetched".
 struct Recorder final : RunnerListener {
   void OnJobChanged(std::size_t, bool fetched) override {
-    ++changes;
-    if (fetched) lines.push_back("fetched");
+    if ((!is_heard || is_heard()) && fetched) lines.push_back("fetched");
   }
-  void OnError(std::size_t, std::string_view text) override {
-    lines.push_back("e:" + std::string(text));
-  }
-  void OnInformation(std::size_t, std::string_view text) override {
-    lines.push_back("i:" + std::string(text));
+  void OnError(std::size_t, std::string_view text) override { Note("e:", text); }
+  void OnInformation(std::size_t, std::string_view text) override { Note("i:", text); }
+  void Note(std::string_view kind, std::string_view text) {
+    if (!is_heard || is_heard()) lines.push_back(std::string(kind) + std::string(text));
   }
   std::vector<std::string> Take() { return std::exchange(lines, {}); }
   std::vector<std::string> lines;
-  int changes = 0;
+  std::function<bool()> is_heard;
+};
+
+// Another one on the same files, with Load instead of AddJob, is its restart.
+struct EngineProgram {
+  EngineProgram(FileSystem& disk, const Clock& time, ScriptedOci& client)
+      : files(disk), clock(time), library(client.Api()) {}
+
+  void AddJob() {
+    index = jobs.Claim();
+    JobConfig& config = Config();
+    config.name = "J";
+    config.sync_interval = 5;
+    config.src_database_name = "SRC";
+    config.des_database_name = "DES";
+    ResolveLogOns(config, LogOnOf);
+    config.table_list_fetched = true;
+    JobSchema& shop = config.schemas["SHOP"];
+    shop.Append({.name = "ORDERS", .desowner = "SHOP"});
+    shop.Append({.name = "ITEMS", .desowner = "ARCHIVE"});
+    shop.Append({.name = "SECRET", .desowner = "SHOP", .includeflag = false});
+    jobs.SetState(index, JobState::Stopped);
+  }
+  void Load() {
+    catalogue.Load(LogOnOf, [this](SyncJob& job) {
+      const RestoredRun restored =
+          RestoreRunState(files, job, catalogue.FolderOf("J"), RestoreMode::Resume);
+      if (!restored.problem.empty()) listener.lines.push_back("e:" + restored.problem);
+      jobs.SetProgress(index, restored.progress);
+      return restored.state;
+    });
+  }
+  static std::optional<LogOn> LogOnOf(std::string_view name) {
+    if (name == "SRC") return LogOn{"SRC", "su", "sp", true};
+    return LogOn{"DES", "du", "dp", false};
+  }
+
+  SyncJob& Job() { return jobs.At(index); }
+  JobConfig& Config() { return ConfigOf(Job()); }
+  JobTable& Table(std::string_view name) {
+    return *Config().schemas.find("SHOP")->second.Find(name);
+  }
+  JobState State() const { return jobs.State(index); }
+
+  FileSystem& files;
+  const Clock& clock;
+  std::size_t index = 0;
+  Settings settings;
+  MessageLog log{files, "/work", clock, settings};
+  JobList jobs;
+  JobCatalogue catalogue{files, "/work", jobs, log};
+  OciLibrary library;
+  Recorder listener;
+  EngineContext context{files, "/work", jobs, catalogue, library, log, clock, settings, listener};
+  JobRunner runner{context};
 };
 
 class EngineTest : public ::testing::Test {
  protected:
-  using ScriptedOci = testing::ScriptedOci;
-
   EngineTest() {
     script_.Answer(kScnQuery, {{"100"}});
     script_.Answer(kMembersQuery, {{"/redo01.log"}});
-    config_.name = "J";
-    config_.sync_interval = 5;
-    config_.source = {"SRC", "su", "sp", true};
-    config_.destination = {"DES", "du", "dp", false};
-    config_.table_list_fetched = true;
-    JobSchema& shop = config_.schemas["SHOP"];
-    shop.Append({.name = "ORDERS", .desowner = "SHOP"});
-    shop.Append({.name = "ITEMS", .desowner = "ARCHIVE"});
-    shop.Append({.name = "SECRET", .desowner = "SHOP", .includeflag = false});
-    jobs_.SetState(index_, JobState::Stopped);
+    program_.AddJob();
   }
 
-  JobTable& Table(std::string_view name) {
-    return *config_.schemas.find("SHOP")->second.Find(name);
-  }
-  std::filesystem::path JobFile(std::string_view name) const {
-    return folder_ / ("jobs/J/" + std::string(name));
-  }
-  RunRecord Record() const {
+  std::string Read(const std::string& name) const { return disk_.Content("/work/" + name); }
+  RunRecord Record() {
     RunRecord record;
-    static_cast<void>(ReadRunRecord(folder_.Files(), JobFile("block.dat"), record));
+    static_cast<void>(ReadRunRecord(disk_, "/work/jobs/J/block.dat", record));
     return record;
   }
-  JobList::Progress Progress() const {
-    JobList::Progress progress;
-    jobs_.State(index_, &progress);
-    return progress;
-  }
+  void Step() { program_.runner.Step(program_.index); }
   void StartJob() {
     std::string reason;
-    ASSERT_TRUE(RequestRun(context_, index_, reason)) << reason;
-    runner_.Step(index_);
-    ASSERT_EQ(jobs_.State(index_), JobState::Started);
+    ASSERT_TRUE(RequestRun(program_.context, program_.index, reason)) << reason;
+    Step();
+    ASSERT_EQ(program_.State(), JobState::Started);
     listener_.Take();
     script_.TakeTranscript();
     script_.TakeExecuted();
   }
   // One pass, an interval later.
   void NextPass() {
-    clock_.now = AddMinutes(clock_.now, 5);
-    runner_.Step(index_);
-  }
-  // A started job whose next pass has the statements to apply.
-  void StartWithBatch(const ScriptedOci::Rows& rows) {
-    StartJob();
-    script_.Answer(kRedoQuery, rows);
-    NextPass();
-    listener_.Take();
-    script_.TakeExecuted();
-    script_.TakeTranscript();
+    clock_.TurnMinutes(5);
+    Step();
   }
   // Of what was executed: the statements on the destination.
   std::vector<std::string> Applied() {
-    std::vector<std::string> applied;
-    for (const std::string& sql : script_.TakeExecuted()) {
-      if (sql.starts_with("INSERT") || sql.starts_with("UPDATE") || sql.starts_with("DELETE")) {
-        applied.push_back(sql);
-      }
-    }
+    std::vector<std::string> applied = script_.TakeExecuted();
+    std::erase_if(applied, [](const std::string& sql) {
+      return !sql.starts_with("INSERT") && !sql.starts_with("UPDATE") && !sql.starts_with("DELETE");
+    });
     return applied;
   }
 
-  TempFolder folder_;
+  MemoryFiles disk_;
+  WatchedFiles files_{disk_};
   HandClock clock_;
-  Settings settings_;
-  MessageLog log_{folder_.Files(), folder_.Path(), clock_, settings_};
-  JobList jobs_;
-  JobCatalogue catalogue_{folder_.Files(), folder_.Path(), jobs_, log_};
   ScriptedOci script_;
-  OciLibrary library_{script_.Api()};
-  Recorder listener_;
-  EngineContext context_{folder_.Files(), folder_.Path(), jobs_,    catalogue_, library_, log_,
-                         clock_,          settings_,      listener_};
-  JobRunner runner_{context_};
-  std::size_t index_ = jobs_.Claim();
-  SyncJob& job_ = jobs_.At(index_);
-  JobConfig& config_ = ConfigOf(job_);
+  EngineProgram program_{files_, clock_, script_};
+  Recorder& listener_ = program_.listener;
+  SyncJob& job_ = program_.Job();
 };
 
 }  // namespace quillmere

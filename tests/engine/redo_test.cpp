@@ -106,6 +106,14 @@ TEST(RedoAssembler, FindsStatementsInRows) {
   }
 }
 
+TEST(RedoAssembler, AStatementMayNotGrowWithoutEnd) {
+  RedoAssembler assembler(4000);
+  Taken taken;
+  EXPECT_TRUE(assembler.Add(1, kLong, taken) && assembler.Add(2, kLong, taken));
+  EXPECT_FALSE(assembler.Add(3, "x", taken));
+  EXPECT_EQ(assembler.OpenScn(), 1);
+}
+
 // However the server cuts its rows, the statements are the same.
 TEST(RedoAssembler, TheCutOfRowsDoesNotMatter) {
   std::mt19937 random(4711);

@@ -4,12 +4,27 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <thread>
 
 #include "support/memory_files.h"
 #include "support/temp_folder.h"
 #include "support/watched_files.h"
+
+namespace {
+std::atomic<int> syncs{0};
+}
+// In place of the C library's, to see that they are called.
+int fsync(int file) {
+  ++syncs;
+  return static_cast<int>(syscall(SYS_fsync, file));
+}
+int fdatasync(int file) {
+  ++syncs;
+  return static_cast<int>(syscall(SYS_fdatasync, file));
+}
 
 namespace quillmere {
 namespace {
@@ -180,6 +195,19 @@ TEST(SystemFiles, ModesPipesAndFullDisks) {
   EXPECT_EQ(full->Append("x").code, FileCode::NoSpace);
 }
 
+TEST(SystemFiles, AFlushIsTheSystems) {
+  const TempFolder folder;
+  for (const OpenMode how : {OpenMode::New, OpenMode::InPlace, OpenMode::Append}) {
+    std::unique_ptr<OpenFile> file;
+    ASSERT_TRUE(folder.Files().Open(folder / "f", how, FileSystem::kUsualMode, file));
+    const int before = syncs;
+    EXPECT_TRUE(file->Flush());
+    EXPECT_EQ(syncs, before + 1);
+    EXPECT_TRUE(folder.Files().FlushFolder(folder.Path()));
+    EXPECT_EQ(syncs, before + 2);
+  }
+}
+
 TEST(SystemFiles, AReaderSeesTheOldOrTheNew) {
   const TempFolder folder;
   const std::string texts[] = {std::string(100'000, 'a'), std::string(50'000, 'b')};
@@ -228,21 +256,13 @@ struct Deed {
 const std::string kBefore =
     "d/ x=in d f=old f.bad=bad f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other ";
 
-std::unique_ptr<MemoryFiles> DiskBefore() {
-  MemoryFiles files;
-  const auto write = [&](const char* path, const char* content) {
-    std::unique_ptr<OpenFile> file;
-    EXPECT_TRUE(files.Open(path, OpenMode::New, FileSystem::kUsualMode, file) &&
-                file->Append(content));
-  };
-  EXPECT_TRUE(files.MakeFolder("/work/d"));
-  write("/work/d/x", "in d");
-  write("/work/f", "old");
-  write("/work/f.bad", "bad");
-  write("/work/f.bad.tmp-3-4", "left");
-  write("/work/f.tmp-1-0", "left");
-  write("/work/ff.tmp-1-2", "other");
-  return files.AfterPowerCut([] { return true; });
+void PutBefore(MemoryFiles& disk) {
+  disk.Put("/work/d/x", "in d");
+  disk.Put("/work/f", "old");
+  disk.Put("/work/f.bad", "bad");
+  disk.Put("/work/f.bad.tmp-3-4", "left");
+  disk.Put("/work/f.tmp-1-0", "left");
+  disk.Put("/work/ff.tmp-1-2", "other");
 }
 
 const std::vector<Deed> kDeeds = {
@@ -284,9 +304,10 @@ TEST(WholeFiles, AreDoneOrNotAndDoneMeansOnTheDisk) {
   for (const Deed& deed : kDeeds) {
     for (int fault = 1, faults = 1; faults > 0; ++fault) {
       SCOPED_TRACE(deed.what + ", operation " + std::to_string(fault));
-      const std::unique_ptr<MemoryFiles> disk = DiskBefore();
-      ASSERT_EQ(Listing(*disk), kBefore);
-      WatchedFiles files(*disk);
+      MemoryFiles disk;
+      PutBefore(disk);
+      ASSERT_EQ(Listing(disk), kBefore);
+      WatchedFiles files(disk);
       std::string failed, error;
       int number = 0;
       files.on_operation = [&](const testing::FileOperation& operation) {
@@ -294,7 +315,7 @@ TEST(WholeFiles, AreDoneOrNotAndDoneMeansOnTheDisk) {
         failed = operation.Text();
         for (const bool kept : {false, true}) {
           // Never half a file, and never none.
-          std::string f = disk->AfterPowerCut([&] { return kept; })->Content("/work/f");
+          std::string f = disk.AfterPowerCut([&] { return kept; })->Content("/work/f");
           if (deed.after.find(" f=") == std::string::npos && f == "(none)") f = "old";
           EXPECT_TRUE(f == "old" || f == "new") << f << " before " << failed;
         }
@@ -303,11 +324,11 @@ TEST(WholeFiles, AreDoneOrNotAndDoneMeansOnTheDisk) {
       const bool done = deed.run(files, error);
       faults = failed.empty() ? 0 : 1;
       if (done) {
-        EXPECT_EQ(Listing(*disk), deed.after) << failed;
-        EXPECT_EQ(Listing(*disk->AfterPowerCut([] { return false; })), deed.after) << failed;
+        EXPECT_EQ(Listing(disk), deed.after) << failed;
+        EXPECT_EQ(Listing(*disk.AfterPowerCut([] { return false; })), deed.after) << failed;
       } else {
         EXPECT_NE(error.find("No space left on device"), std::string::npos) << error;
-        const std::string stands = Listing(*disk);
+        const std::string stands = Listing(disk);
         EXPECT_TRUE(deed.in_parts || stands == kBefore || stands == deed.after) << failed << stands;
       }
     }

@@ -7,16 +7,21 @@
 #include "jobs/job_list.h"
 #include "support/config_of.h"
 #include "support/hand_clock.h"
+#include "support/memory_files.h"
 #include "support/temp_folder.h"
+#include "support/watched_files.h"
 
 namespace quillmere {
 namespace {
 
 using Files = std::vector<std::string>;
+using testing::MemoryFiles;
+using testing::WatchedFiles;
 
 // A program's jobs on a working folder; a second one on the same folder is its restart.
 struct Program {
-  explicit Program(const TempFolder& folder) : files(folder.Files()), path(folder.Path()) {}
+  explicit Program(const TempFolder& folder) : Program(folder.Files(), folder.Path()) {}
+  Program(FileSystem& disk, std::filesystem::path at) : files(disk), path(std::move(at)) {}
 
   JobConfig& Add(std::string_view name) {
     const std::size_t index = jobs.Claim();
@@ -65,7 +70,7 @@ struct Program {
   std::string error;
 };
 
-struct JobCatalogueTest : testing::Test {
+struct JobCatalogueTest : ::testing::Test {
   TempFolder folder;
   Program program{folder};
 };
@@ -156,6 +161,27 @@ TEST_F(JobCatalogueTest, ASaveWritesWhatChanged) {
   program.Job(0).save_mark = false;
   ASSERT_TRUE(program.catalogue.SaveMarked(program.error));
   EXPECT_EQ(folder.Read("jobs/jobs.xml"), "");
+}
+
+TEST(JobCatalogue, WhatIsCountedDuringASaveIsWrittenByTheNext) {
+  MemoryFiles disk;
+  WatchedFiles files(disk);
+  Program program(files, "/work");
+  JobConfig& job = program.Add("a");
+  JobTable& table = job.schemas["S"].Append({.name = "T"});
+  files.on_operation = [&](const testing::FileOperation& operation) {
+    const bool own_file = operation.path.find("a.xml") != std::string::npos;
+    if (operation.what == "append" && own_file && table.totalsynced == 0) {
+      table.totalsynced = 7;
+      ++job.tables_revision;
+    }
+    return FileStatus();
+  };
+  for (const bool counted : {false, true}) {
+    ASSERT_TRUE(program.catalogue.SaveAll(program.error)) << program.error;
+    const std::string own = disk.Content("/work/jobs/a/a.xml");
+    EXPECT_EQ(own.find("<totalsynced>7<") != std::string::npos, counted) << own;
+  }
 }
 
 TEST_F(JobCatalogueTest, ReadsOddValues) {

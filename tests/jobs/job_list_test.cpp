@@ -34,6 +34,8 @@ TEST(JobList, SlotsAreUsedAgain) {
   ConfigOf(*c).source.password = "tiger";
   ConfigOf(*c).tables_saved_revision = ConfigOf(*c).tables_revision;
   c->run.pending_batch.Append("insert");
+  c->run.applied_count = 7;
+  jobs.SetProgress(2, {3, 4});
   jobs.Remove(1);
   EXPECT_EQ(jobs.IndexOf("b"), JobList::kNotFound);
   EXPECT_EQ(jobs.IndexOf("c"), 2u) << "indices stay";
@@ -44,6 +46,9 @@ TEST(JobList, SlotsAreUsedAgain) {
   EXPECT_EQ(jobs.IndexOf(*c), 2u);
   const JobConfig& fresh = ConfigOf(*c);
   EXPECT_TRUE(fresh.source.password.empty() && c->run.pending_batch.Empty());
+  JobList::Progress progress;
+  EXPECT_EQ(jobs.State(2, &progress), JobState::Empty);
+  EXPECT_EQ(c->run.applied_count + static_cast<int>(progress.batch_applied), 0);
   EXPECT_NE(fresh.tables_saved_revision, fresh.tables_revision) << "its file is to be written";
 }
 

@@ -5,13 +5,14 @@
 #include <gtest/gtest.h>
 
 #include "support/config_of.h"
-#include "support/temp_folder.h"
+#include "support/memory_files.h"
 
 namespace quillmere {
 namespace {
 
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using testing::MemoryFiles;
 
 RunRecord SomeRecord() {
   return {.state = 2,
@@ -28,46 +29,26 @@ std::string Bytes(const RunRecord& record) {
   return {reinterpret_cast<const char*>(&record), sizeof record};
 }
 
-TEST(RunRecordFile, IsFortyBytesRewrittenInPlace) {
-  const TempFolder folder;
-  RunRecordWriter writer(folder.Files(), JobFolder(folder.Path(), "J"));
+TEST(RunRecordFile, IsFortyBytesAndAShortOneKeepsItsDefaults) {
+  MemoryFiles files;
+  RunRecordWriter writer(files, JobFolder("/work", "J"));
   std::string error;
   ASSERT_TRUE(writer.Write(SomeRecord(), error)) << error;
-  const std::string bytes = folder.Read("jobs/J/block.dat");
+  const std::string bytes = files.Content("/work/jobs/J/block.dat");
   ASSERT_EQ(bytes.size(), 40U);
   EXPECT_EQ(bytes.substr(0, 4), std::string("\x02\0\0\0", 4));
   EXPECT_EQ(bytes.substr(16, 8), "\x08\x07\x06\x05\x04\x03\x02\x01");
-  // A second name of the same file shows whether it was rewritten or replaced by another.
-  std::filesystem::create_hard_link(folder / "jobs/J/block.dat", folder / "jobs/J/second name");
-  ASSERT_TRUE(writer.Write(RunRecord(), error));
-  EXPECT_EQ(folder.Read("jobs/J/block.dat"), Bytes(RunRecord()));
-  EXPECT_EQ(folder.Read("jobs/J/second name"), Bytes(RunRecord()));
-}
-
-TEST(RunRecordFile, FailureNamesThePathAndTheNextWriteTriesAgain) {
-  const TempFolder folder;
-  folder.Write("jobs/J/block.dat/in the way", "");
-  RunRecordWriter writer(folder.Files(), JobFolder(folder.Path(), "J"));
-  std::string error;
-  EXPECT_FALSE(writer.Write(SomeRecord(), error));
-  EXPECT_EQ(error, "Can not create " + (folder / "jobs/J/block.dat").string());
-  std::filesystem::remove_all(folder / "jobs/J/block.dat");
-  EXPECT_TRUE(writer.Write(SomeRecord(), error));
-}
-
-TEST(RunRecordFile, WhatIsMissingKeepsItsDefaults) {
-  const TempFolder folder;
   RunRecord record = SomeRecord();
-  EXPECT_TRUE(ReadRunRecord(folder.Files(), folder / "block.dat", record).Missing());
+  EXPECT_TRUE(ReadRunRecord(files, "/work/none", record).Missing());
   EXPECT_EQ(Bytes(record), Bytes(RunRecord()));
-  folder.Write("block.dat", Bytes(SomeRecord()).substr(0, 8));
-  EXPECT_EQ(ReadRunRecord(folder.Files(), folder / "block.dat", record).code, FileCode::Damaged);
+  files.Put("/work/short", bytes.substr(0, 8));
+  EXPECT_EQ(ReadRunRecord(files, "/work/short", record).code, FileCode::Damaged);
   EXPECT_EQ(record.applied_count, 3);
   EXPECT_EQ(record.batch_remaining, 0U);
 }
 
 TEST(BatchFile, ReadsBackByteForByte) {
-  const TempFolder folder;
+  MemoryFiles files;
   const std::vector<std::string> statements = {
       "insert into A.B values ('line\nfeed, ''quoted'';\n\n')",
       "",
@@ -80,10 +61,10 @@ TEST(BatchFile, ReadsBackByteForByte) {
     statement.empty() ? batch.AppendSetAside() : batch.Append(statement);
   }
   std::string error;
-  const JobFolder job(folder.Path(), "J");
-  ASSERT_TRUE(WriteBatchFile(folder.Files(), job, batch, error)) << error;
+  const JobFolder job("/work", "J");
+  ASSERT_TRUE(WriteBatchFile(files, job, batch, error)) << error;
   PendingBatch read;
-  ASSERT_TRUE(ReadBatchFile(folder.Files(), job, read));
+  ASSERT_TRUE(ReadBatchFile(files, job, read));
   ASSERT_EQ(read.Size(), statements.size());
   for (std::size_t i = 0; i < statements.size(); ++i) {
     EXPECT_EQ(read[i].text, statements[i]);
@@ -91,12 +72,12 @@ TEST(BatchFile, ReadsBackByteForByte) {
   }
 
   // Cut anywhere but at a line's end outside of a literal, the file is refused.
-  const std::string whole = folder.Read("jobs/J/sqlcmds.txt");
+  const std::string whole = files.Content("/work/jobs/J/sqlcmds.txt");
   std::size_t refused = 0;
   for (std::size_t length = 1; length < 120; ++length) {
-    folder.Write("jobs/J/sqlcmds.txt", whole.substr(0, length));
+    files.Put("/work/jobs/J/sqlcmds.txt", whole.substr(0, length));
     PendingBatch part;
-    refused += ReadBatchFile(folder.Files(), job, part).code == FileCode::Damaged ? 1U : 0U;
+    refused += ReadBatchFile(files, job, part).code == FileCode::Damaged ? 1U : 0U;
   }
   EXPECT_EQ(refused, 119U - 4U) << "four statements end within 120 bytes";
 }
@@ -105,36 +86,28 @@ class Restore : public ::testing::Test {
  protected:
   Restore() { config_.name = "J"; }
   RestoredRun Run(RestoreMode mode = RestoreMode::Resume) {
-    return RestoreRunState(folder_.Files(), job_, JobFolder(folder_.Path(), "J"), mode);
+    return RestoreRunState(files_, job_, JobFolder("/work", "J"), mode);
   }
   void WriteFiles(const RunRecord& record, const std::string& batch) {
-    folder_.Write("jobs/J/block.dat", Bytes(record));
-    folder_.Write("jobs/J/sqlcmds.txt", batch);
+    files_.Put("/work/jobs/J/block.dat", Bytes(record));
+    files_.Put("/work/jobs/J/sqlcmds.txt", batch);
   }
-  TempFolder folder_;
+  MemoryFiles files_;
   SyncJob job_;
   JobConfig& config_ = ConfigOf(job_);
 };
 
-TEST_F(Restore, StartedComesBackPausedWithItsBatch) {
-  WriteFiles(SomeRecord(), "a\nb\n\nd\ne\n");
-  const RestoredRun restored = Run();
-  EXPECT_EQ(restored.state, JobState::Paused);
-  EXPECT_THAT(restored.problem, IsEmpty());
-  EXPECT_EQ(restored.progress.batch_remaining, 1U);
-  EXPECT_EQ(job_.run.pending_batch.Size(), 5U);
-  EXPECT_EQ(job_.run.positions.mining_start_scn, 0x0102030405060708);
-  EXPECT_EQ(job_.run.blocked_count, 6);
-}
-
+// What comes back of a job that was running, the engine's tests of faults have.
 TEST_F(Restore, NothingAndUnknownStatesAreStopped) {
   EXPECT_EQ(Run().state, JobState::Stopped);
-  EXPECT_THAT(Run().problem, IsEmpty());
+  EXPECT_TRUE(job_.run.pending_batch.Empty());
   for (const std::int32_t state : {0, -1, 7, 1 << 30}) {
     RunRecord record;
     record.state = state;
     WriteFiles(record, "");
-    EXPECT_EQ(Run().state, JobState::Stopped) << state;
+    const RestoredRun restored = Run();
+    EXPECT_EQ(restored.state, JobState::Stopped) << state;
+    EXPECT_THAT(restored.problem, IsEmpty());
   }
 }
 
@@ -143,12 +116,13 @@ TEST_F(Restore, CommitPointReplacesTheRecordOnce) {
   later.batch_remaining = 0;
   later.batch_applied = 5;
   WriteFiles(later, "a\nb\nc\nd\ne\n");
-  folder_.Write("jobs/J/commit.dat", Bytes(SomeRecord()));
+  files_.Put("/work/jobs/J/commit.dat", Bytes(SomeRecord()));
   EXPECT_EQ(Run(RestoreMode::LookOnly).progress.batch_remaining, 0U);
-  EXPECT_TRUE(folder_.Exists("jobs/J/commit.dat"));
+  EXPECT_NE(files_.Content("/work/jobs/J/commit.dat"), "(none)");
   EXPECT_EQ(Run().progress.batch_remaining, 1U);
-  EXPECT_FALSE(folder_.Exists("jobs/J/commit.dat"));
-  EXPECT_EQ(folder_.Read("jobs/J/block.dat"), Bytes(SomeRecord()));
+  const auto on_disk = files_.AfterPowerCut([] { return false; });
+  EXPECT_EQ(on_disk->Content("/work/jobs/J/commit.dat"), "(none)");
+  EXPECT_EQ(on_disk->Content("/work/jobs/J/block.dat"), Bytes(SomeRecord()));
 }
 
 TEST_F(Restore, DamageIsToldAndNothingHalfReadIsApplied) {
@@ -165,13 +139,13 @@ TEST_F(Restore, DamageIsToldAndNothingHalfReadIsApplied) {
     EXPECT_THAT(restored.problem, HasSubstr("4 of them are on the destination already"));
     EXPECT_TRUE(job_.run.pending_batch.Empty());
   }
-  std::filesystem::remove(folder_ / "jobs/J/sqlcmds.txt");
+  EXPECT_TRUE(files_.RemoveFile("/work/jobs/J/sqlcmds.txt"));
   EXPECT_THAT(Run().problem, HasSubstr("sqlcmds.txt"));
 
   WriteFiles(SomeRecord(), "a\nb\nc\nd\ne\n");
-  folder_.Write("jobs/J/commit.dat", "short");
+  files_.Put("/work/jobs/J/commit.dat", "short");
   EXPECT_THAT(Run().problem, HasSubstr("is damaged"));
-  EXPECT_EQ(folder_.Read("jobs/J/commit.dat.bad"), "short");
+  EXPECT_EQ(files_.Content("/work/jobs/J/commit.dat.bad"), "short");
 }
 
 }  // namespace

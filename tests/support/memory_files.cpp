@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/memory_files.h"
 
 #include <algorithm>
@@ -129,13 +130,30 @@ class MemoryFiles::Handle final : public OpenFile {
 
 MemoryFiles::MemoryFiles(const Path& working_folder)
     : root_(std::make_shared<Node>(FileKind::Folder)) {
+  Folders(working_folder);
+}
+
+// The folder, made with what is missing on the way to it.
+MemoryFiles::NodePtr MemoryFiles::Folders(const Path& path) {
   NodePtr folder = root_;
-  for (const Path& name : working_folder.relative_path()) {
-    auto below = std::make_shared<Node>(FileKind::Folder);
-    folder->Name({{name.string(), below}});
+  for (const Path& name : path.relative_path()) {
+    NodePtr& below = folder->entries[name.string()];
+    if (below == nullptr) below = std::make_shared<Node>(FileKind::Folder);
+    NodePtr next = below;
     folder->Flush();
-    folder = std::move(below);
+    folder = std::move(next);
   }
+  return folder;
+}
+
+void MemoryFiles::Put(const Path& path, std::string_view content) {
+  const std::lock_guard lock(mutex_);
+  const NodePtr folder = Folders(path.parent_path());
+  NodePtr& file = folder->entries[path.filename().string()];
+  file = std::make_shared<Node>(FileKind::File);
+  file->content = content;
+  file->Flush();
+  folder->Flush();
 }
 
 MemoryFiles::NodePtr MemoryFiles::Find(const Path& path) const {

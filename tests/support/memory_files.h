@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files in memory that know what of them is on the disk: what was written and not flushed, and each
 // name that was made, renamed or removed in a folder not flushed since, a power cut may take back.
 #pragma once
@@ -38,6 +39,8 @@ class MemoryFiles final : public FileSystem {
   // as a whole where it lies within a sector, else sector by sector.
   std::unique_ptr<MemoryFiles> AfterPowerCut(const Keep& keep) const;
 
+  // Makes the file with its folders, down to the disk.
+  void Put(const Path& path, std::string_view content);
   // The file's content as the program sees it, or "(none)".
   std::string Content(const Path& path) const;
 
@@ -49,6 +52,7 @@ class MemoryFiles final : public FileSystem {
   NodePtr Find(const Path& path) const;
   // The folder that path's last name is looked up in; null when it is not there.
   NodePtr Parent(const Path& path, FileStatus& status) const;
+  NodePtr Folders(const Path& path);
   static NodePtr AfterCut(const Node& node, const Keep& keep);
 
   mutable std::mutex mutex_;  // guards the tree

@@ -54,6 +54,8 @@ class ScriptedOci {
 
   // Calls since the last taking, one a line: "StmtExecute(svc1, stm1, err1, 1, 0, 0)".
   std::vector<std::string> TakeTranscript();
+  // Puts a line of somebody else's between the calls.
+  void Note(std::string line) { transcript_.push_back(std::move(line)); }
   // Texts executed since the last taking.
   std::vector<std::string> TakeExecuted();
 

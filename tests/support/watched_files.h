@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Passes every operation on files on to another file system, tells of it first, and lets it fail.
 #pragma once
 

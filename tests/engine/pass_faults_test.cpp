@@ -1,0 +1,315 @@
+// SPDX-License-Identifier: MIT
+// Whole lives of a job, with a fault at each operation on files and each call of the client library
+// in turn: nothing is lost, nothing comes twice, whatever a power cut takes back.
+#include <algorithm>
+#include <new>
+#include <random>
+
+#include "engine/engine_fixture.h"
+
+namespace quillmere {
+namespace {
+
+struct Change {
+  std::int64_t scn;
+  std::string mined, applied;  // applied is empty for what is blocked
+};
+
+// In the order of the redo; SCNs go up and down. Three groups: what the first pass finds there,
+// what has come before the second, and the rest.
+const std::vector<Change> kChanges = {
+    {101, Insert("1"), InsertOf("1")},
+    {105, Insert("5"), InsertOf("5")},
+    {103, Insert("3"), InsertOf("3")},
+    {107, Insert("7"), InsertOf("7")},
+    {102, Insert("2"), InsertOf("2")},
+    {110, Insert("x", "SECRET"), ""},
+    {111, "delete from \"SHOP\".\"ORDERS\" where \"ID\" = 'set aside, for it has no address';", ""},
+    {114, "insert into \"SHOP\".\"ORDERS\"(\"ID\") values ('O'Hara');", ""},
+    {113, Insert("13", "ITEMS"), InsertOf("13", "ARCHIVE.ITEMS")},
+    {112, Insert("12"), InsertOf("12")}};
+constexpr std::size_t kFirst = 3, kSecond = 5;
+
+enum class Fault { PowerCut, Refusal, OutOfMemory };
+
+using Texts = std::vector<std::string>;
+
+Texts Sorted(Texts texts) {
+  std::sort(texts.begin(), texts.end());
+  return texts;
+}
+
+// Both servers and the disk, which outlive programs; and the fault.
+class World {
+ public:
+  World(Fault fault, int at) : fault_(fault), at_(at) {
+    script.Answer(kScnQuery, {{"100"}});
+    script.Answer(kMembersQuery, {{"/redo01.log"}});
+    script.on_call = [this](const std::string& line) { return OnCall(line); };
+    script.on_executed = [this](const std::string& sql) { OnExecuted(sql); };
+    files.on_operation = [this](const testing::FileOperation& operation) {
+      return Meets(Fault::PowerCut, operation.Text()) || Meets(Fault::Refusal, operation.Text())
+                 ? FileStatus{FileCode::NoSpace, "No space left on device"}
+                 : FileStatus();
+    };
+  }
+
+  // True once: at the operation that the fault is for.
+  bool Meets(Fault fault, const std::string& operation) {
+    if (fault != fault_ || dead || ++operations_ != at_) return false;
+    met = operation;
+    if (fault == Fault::PowerCut) {
+      dead = true;
+      files.CutOff();
+    }
+    return true;
+  }
+
+  void Watch(EngineProgram& program) {
+    program_ = &program;
+    program.listener.is_heard = [this] {
+      if (Meets(Fault::OutOfMemory, "telling")) throw std::bad_alloc();
+      return !dead;
+    };
+  }
+
+  // As a power cut leaves the disk, with the servers as they are then.
+  void Restart(const MemoryFiles::Keep& keep) {
+    disk_after = disk.AfterPowerCut(keep);
+    dead = false;
+    fault_ = Fault::PowerCut;
+    at_ = 0;
+  }
+
+  MemoryFiles disk;
+  std::unique_ptr<MemoryFiles> disk_after;
+  WatchedFiles files{disk};
+  HandClock clock;
+  ScriptedOci script;
+  std::size_t visible = kFirst;
+  Texts committed;
+  std::string met;    // the operation with the fault
+  bool dead = false;  // the program is gone, its calls do nothing
+  // What the server has committed last: killed before the commit point is gone, it comes twice.
+  Texts last_session;
+
+ private:
+  std::string OnCall(const std::string& line) {
+    const bool ends = line.starts_with("SessionEnd(" + destination_ + ",");
+    const bool works = ends || line.starts_with("StmtExecute(" + destination_ + ",");
+    if (dead || (works && Meets(Fault::PowerCut, line))) return "ORA-03113: end-of-file";
+    const bool takes_memory = line.starts_with("StmtFetch2") ||
+                              (line.starts_with("HandleAlloc") && line.find("stm") != line.npos);
+    if (takes_memory && Meets(Fault::OutOfMemory, line)) throw std::bad_alloc();
+    if (line.find("\"DES\"") != std::string::npos) {
+      open_.clear();
+      last_session.clear();
+      attached_ = line.substr(line.find('(') + 1, line.find(',') - line.find('(') - 1);
+    }
+    if (line.starts_with("AttrSet(svc") && line.find(", svc, " + attached_ + ", ") != line.npos) {
+      destination_ = line.substr(8, line.find(',') - 8);
+    }
+    CheckFiles(ends);
+    const bool refused = Meets(Fault::Refusal, line);
+    if (!ends) return refused || Refuses(line) ? "ORA-00001: unique constraint" : "";
+    destination_ = "none";
+    // The third change's session is lost when it ends for the first time.
+    if (refused || (std::count(open_.begin(), open_.end(), InsertOf("3")) > 0 && !end_failed_++)) {
+      open_.clear();
+      return "ORA-03114: not connected";
+    }
+    committed.insert(committed.end(), open_.begin(), open_.end());
+    last_session = std::exchange(open_, {});
+    return "";
+  }
+
+  // What is on the disk at every call, even if the power went now.
+  void CheckFiles(bool ends) {
+    if (!fault_free_) return;
+    const auto disk_now = disk.AfterPowerCut([] { return false; });
+    const std::string commit_point = disk_now->Content("/work/jobs/J/commit.dat");
+    const std::string record = disk_now->Content("/work/jobs/J/block.dat");
+    if (!open_.empty()) {
+      EXPECT_NE(commit_point, "(none)");
+    }
+    if (ends && !open_.empty()) {
+      EXPECT_EQ(record, disk.Content("/work/jobs/J/block.dat"));
+      EXPECT_NE(record, commit_point) << "ahead of it";
+    }
+    if (open_.empty() && destination_ == "none") {
+      EXPECT_EQ(commit_point, "(none)");
+    }
+  }
+
+  bool Refuses(const std::string& line) {
+    return line.find("  " + InsertOf("3")) != line.npos && !refused_++;
+  }
+
+  void OnExecuted(const std::string& sql) {
+    if (sql.starts_with("INSERT") || sql.starts_with("DELETE")) open_.push_back(sql);
+    // A pause with the last statement of a batch, and one before.
+    if (sql == InsertOf("2") || sql.find("13'") != sql.npos) {
+      RequestPause(program_->jobs, program_->index);
+    }
+    if (const auto start = sql.find("startscn=>"); start != sql.npos) {
+      const std::int64_t from = std::stoll(sql.substr(start + 10));
+      ScriptedOci::Rows rows;
+      for (std::size_t i = 0; i < visible; ++i) {
+        if (kChanges[i].scn < from) continue;
+        rows.push_back({std::to_string(kChanges[i].scn), kChanges[i].mined});
+      }
+      script.Answer(kRedoQuery, rows);
+    }
+  }
+
+  Fault fault_;
+  int at_;
+  const bool fault_free_ = at_ < 0;
+  int operations_ = 0;
+  int refused_ = 0, end_failed_ = 0;
+  EngineProgram* program_ = nullptr;
+  std::string attached_ = "none", destination_ = "none";
+  Texts open_;
+};
+
+const std::string kGivenUp = "The step was given up";
+
+bool Told(const EngineProgram& program, std::string_view text) {
+  return std::ranges::any_of(program.listener.lines, [&](const std::string& line) {
+    return line.find(text) != std::string::npos;
+  });
+}
+
+// A pass an interval later, by an operator who wants the job to run.
+void NextPass(World& world, EngineProgram& program) {
+  std::string reason;
+  if (!IsRunning(program.State()) && !RequestRun(program.context, program.index, reason)) {
+    program.listener.lines.push_back("e:" + reason);
+  }
+  world.clock.TurnMinutes(5);
+  program.runner.Step(program.index);
+  world.script.TakeTranscript();
+}
+
+void Live(World& world, EngineProgram& program) {
+  world.Watch(program);
+  program.AddJob();
+  std::string error;
+  ASSERT_TRUE(program.catalogue.SaveAll(error) || !world.met.empty()) << error;
+  for (int pass = 0; pass < 14 && !world.dead && !Told(program, kGivenUp); ++pass) {
+    if (pass == 2) world.visible = kSecond;
+    if (pass == 6) world.visible = kChanges.size();
+    NextPass(world, program);
+  }
+}
+
+void ExpectAllApplied(World& world, EngineProgram& program, const Texts& twice = {}) {
+  Texts expected = twice;
+  for (const Change& change : kChanges) {
+    if (!change.applied.empty()) expected.push_back(change.applied);
+  }
+  ASSERT_EQ(Sorted(world.committed), Sorted(expected)) << world.met;
+  const JobRun& run = program.Job().run;
+  EXPECT_EQ(run.applied_count, 7) << world.met;
+  EXPECT_EQ(run.blocked_count, 3) << world.met;
+  EXPECT_TRUE(run.pending_batch.Empty());
+  EXPECT_EQ(world.script.LiveHandles(), 0u) << world.met;
+}
+
+// A second program, on what the first has left.
+void ExpectRecovery(World& world, bool was_started) {
+  const bool goes_back = world.disk_after->Content("/work/jobs/J/commit.dat") != "(none)";
+  const Texts twice = goes_back ? world.last_session : Texts();
+  EngineProgram program(*world.disk_after, world.clock, world.script);
+  world.Watch(program);
+  program.Load();
+  EXPECT_EQ(program.listener.lines, Texts()) << world.met;
+  if (program.jobs.Count() == 0 || program.State() == JobState::Stopped) {
+    EXPECT_FALSE(was_started) << world.met;
+    return;
+  }
+  EXPECT_EQ(program.State(), JobState::Paused);
+  world.visible = kChanges.size();
+  for (int pass = 0; pass < 12; ++pass) NextPass(world, program);
+  ExpectAllApplied(world, program, twice);
+}
+
+TEST(PassFaults, ALifeWithoutThem) {
+  World world(Fault::PowerCut, -1);
+  EngineProgram program(world.files, world.clock, world.script);
+  Live(world, program);
+  ExpectAllApplied(world, program);
+  EXPECT_EQ(program.Table("ORDERS").totalsynced + program.Table("ITEMS").totalsynced, 7);
+  FileFacts facts;
+  ASSERT_TRUE(world.disk.Look("/work/jobs/J/sqlcmds.txt", facts));
+  EXPECT_EQ(facts.mode, FileSystem::kOwnerOnly);
+}
+
+TEST(PassFaults, APowerCutAtAnyOperation) {
+  for (int at = 1;; ++at) {
+    World world(Fault::PowerCut, at);
+    EngineProgram program(world.files, world.clock, world.script);
+    Live(world, program);
+    if (!world.dead) {
+      EXPECT_GT(at, 200);
+      return;
+    }
+    const bool started = Told(program, "i:Job J started.");
+    const Texts committed = world.committed, last_session = world.last_session;
+    std::mt19937 random(static_cast<unsigned>(at));
+    const MemoryFiles::Keep keeps[] = {[] { return false; },  // all that was not flushed is gone
+                                       [] { return true; },   // as after a kill
+                                       [&] { return random() % 2 == 0; },
+                                       [&] { return random() % 4 != 0; }};
+    for (const MemoryFiles::Keep& keep : keeps) {
+      SCOPED_TRACE(std::to_string(at) + ": " + world.met);
+      world.committed = committed;
+      world.last_session = last_session;
+      world.Restart(keep);
+      ExpectRecovery(world, started);
+      if (::testing::Test::HasFailure()) return;
+    }
+  }
+}
+
+TEST(PassFaults, AnyOneRefusalOnlyDelaysAndIsTold) {
+  for (int at = 1;; ++at) {
+    World world(Fault::Refusal, at);
+    EngineProgram program(world.files, world.clock, world.script);
+    Live(world, program);
+    if (world.met.empty()) {
+      EXPECT_GT(at, 500);
+      return;
+    }
+    SCOPED_TRACE(std::to_string(at) + ": " + world.met);
+    for (int pass = 0; pass < 4; ++pass) NextPass(world, program);
+    ExpectAllApplied(world, program);
+    if (::testing::Test::HasFailure()) return;
+  }
+}
+
+TEST(PassFaults, OutOfMemoryAnywhere) {
+  for (int at = 1;; ++at) {
+    World world(Fault::OutOfMemory, at);
+    EngineProgram program(world.files, world.clock, world.script);
+    Live(world, program);
+    if (world.met.empty()) {
+      EXPECT_GT(at, 50);
+      return;
+    }
+    SCOPED_TRACE(std::to_string(at) + ": " + world.met);
+    if (Told(program, kGivenUp)) {
+      EXPECT_NE(program.State(), JobState::Started);
+      // Of a pass, what it does itself is caught there, so that it ends as a failed one does.
+      EXPECT_TRUE(world.met == "telling" || !Told(program, "i:Job J started."));
+      world.Restart([] { return true; });
+      ExpectRecovery(world, Told(program, "i:Job J started."));
+    } else {
+      ExpectAllApplied(world, program);
+    }
+    if (::testing::Test::HasFailure()) return;
+  }
+}
+
+}  // namespace
+}  // namespace quillmere
