@@ -112,7 +112,7 @@ std::string Client::Ask(const std::string& sql, std::size_t columns) {
   return failure.empty() ? rows : failure;
 }
 
-void Client::RunStep(const std::string& sql, const std::string& answer) {
+void Client::Expect(const std::string& sql, const std::string& answer) {
   const std::string row = answer.substr(0, answer.find(" / "));
   const auto columns = static_cast<std::size_t>(std::count(row.begin(), row.end(), '|')) + 1;
   const std::string got = sql.starts_with("select") ? Ask(sql, columns) : Execute(sql);
@@ -121,8 +121,14 @@ void Client::RunStep(const std::string& sql, const std::string& answer) {
       << sql.substr(0, 200) << ": " << got;
 }
 
-void Client::Run(const std::string& transcript, const std::string& before,
-                 const std::string& behind) {
+void Client::Run(const std::string& transcript) {
+  for (const std::string& step : Steps(transcript)) {
+    const std::size_t arrow = std::min(step.find(" -> "), step.size());
+    Expect(step.substr(0, arrow), step.substr(std::min(arrow + 4, step.size())));
+  }
+}
+
+std::vector<std::string> Steps(const std::string& transcript) {
   std::istringstream lines(transcript);
   std::vector<std::string> steps;
   std::size_t margin = 0;
@@ -134,19 +140,19 @@ void Client::Run(const std::string& transcript, const std::string& before,
     if (begin <= margin) steps.emplace_back();
     steps.back() += line.substr(begin);
   }
-  for (const std::string& step : steps) {
-    const std::size_t arrow = std::min(step.find(" -> "), step.size());
-    RunStep(before + step.substr(0, arrow) + behind,
-            arrow == step.size() ? "" : step.substr(arrow + 4));
-  }
+  return steps;
 }
 
-std::vector<std::string> Client::Mine(long long start_scn) {
+void Client::StartMining(long long start_scn) {
   const std::string file = Ask("select member from v$logfile where type='ONLINE'");
   Run("begin dbms_logmnr.add_logfile(logfilename=>'" + file + "', options=>DBMS_LOGMNR.NEW); end;");
   Run("begin dbms_logmnr.start_logmnr(options=>dbms_logmnr.dict_from_online_catalog + "
       "dbms_logmnr.committed_data_only, startscn=>" +
       std::to_string(start_scn) + "); end;");
+}
+
+std::vector<std::string> Client::Mine(long long start_scn) {
+  StartMining(start_scn);
   // Each piece stands behind its flag, marked by a character that the tests have nowhere else.
   const std::string rows =
       Ask("select '\x01' || csf || sql_redo from v$logmnr_contents where ( operation='INSERT' or "

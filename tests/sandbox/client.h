@@ -49,11 +49,12 @@ class Client {
   std::string Execute(const std::string& sql, oci::ub4 mode = oci::kDefault);
   // The rows of a query, or the error.
   std::string Ask(const std::string& sql, std::size_t columns = 1);
-  // Executes a transcript: a statement a line, or more when the next ones stand further in, each
-  // with its answer behind "->". That is an error by its beginning, or rows joined by " / " with
-  // columns joined by "|"; none means neither. Lines that begin with "--" are notes.
-  void Run(const std::string& transcript, const std::string& before = "",
-           const std::string& behind = "");
+  // Executes a statement; its answer is an error by its beginning, or rows joined by " / " with
+  // columns joined by "|"; none means neither.
+  void Expect(const std::string& sql, const std::string& answer);
+  // Expects of each step what stands behind its " -> ".
+  void Run(const std::string& transcript);
+  void StartMining(long long start_scn);
   // The statements mined from an SCN on, put together from their pieces.
   std::vector<std::string> Mine(long long start_scn);
 
@@ -69,8 +70,11 @@ class Client {
 
  private:
   void* Alloc(oci::ub4 type);
-  void RunStep(const std::string& sql, const std::string& answer);
 };
+
+// The steps of a transcript: a line each, or more when the next ones stand further in. Lines that
+// begin with "--" are notes.
+std::vector<std::string> Steps(const std::string& transcript);
 
 // A fresh folder of databases, removed at the end; SRC and DST are there, and a client of SRC.
 class SandboxTest : public ::testing::Test {

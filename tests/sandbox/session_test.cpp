@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <ctime>
 #include <fstream>
 #include <functional>
 #include <random>
@@ -159,28 +160,6 @@ TEST_F(SessionTest, EveryWayToEndATransaction) {
   client_.Run("select count(*) from app.t -> 2\ninsert into app.t values (3, 'b')");
 }
 
-TEST_F(SessionTest, AFailureOrASavepointTakesBackItsPart) {
-  client_.Run(R"(
-    create table app.c (t number references app.t)
-    insert into app.c values (2)
-    update app.t set id = 5 -> ORA-00001
-    delete from app.t -> ORA-02292
-    select id, v from app.t -> 1|abcdef / 2|(null)
-    commit
-    savepoint empty
-    -- changes nothing, and takes no savepoint along
-    delete from app.t where id = 9
-    insert into app.t values (3, 'c')
-    savepoint one
-    insert into app.t values (4, 'd')
-    rollback to savepoint one
-    select count(*) from app.t -> 3
-    rollback to empty
-    select count(*) from app.t -> 2
-    rollback to one -> ORA-01086
-  )");
-}
-
 // An open query ties its session neither to the state it began with nor to its transaction.
 TEST_F(SessionTest, QueriesOutliveWhatTheyBeganIn) {
   for (const bool in_transaction : {false, true}) {
@@ -211,17 +190,6 @@ TEST_F(SessionTest, ACutTakesBackWhatIsOpenAndNothingCommitsAfterIt) {
   EXPECT_EQ(Count(client_), "2");
 }
 
-TEST_F(SessionTest, ASecondWriterWaitsAndGivesUp) {
-  setenv("QUILLMERE_SANDBOX_LOCK_WAIT_MS", "50", 1);
-  Client second;
-  ASSERT_EQ(second.ConnectSys("SRC"), "");
-  client_.Run("update app.t set v = 'mine' where id = 1");
-  second.Run("update app.t set v = 'yours' where id = 2 -> ORA-00054");
-  second.Run("select v from app.t where id = 1 -> abcdef");
-  client_.Run("commit");
-  second.Run("update app.t set v = 'yours' where id = 2");
-}
-
 TEST_F(SessionTest, SessionsOfManyThreads) {
   std::vector<std::thread> threads;
   std::atomic<int> good = 0;
@@ -241,6 +209,34 @@ TEST_F(SessionTest, SessionsOfManyThreads) {
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(good, 20);
   EXPECT_EQ(Count(client_), "22");
+}
+
+// Processor time, so that a busy machine does not matter: four times the chain, about four times
+// the time, and not sixteen.
+TEST_F(SessionTest, LongChainsTakeTimeByTheirLength) {
+  const auto time_of = [this](const std::string& chain, int length) {
+    std::string sql = "select count(*) from dual where dummy = 'X'";
+    for (int i = 0; i < length; ++i) sql += chain + std::to_string(i) + "'";
+    const std::clock_t begin = std::clock();
+    EXPECT_EQ(client_.Ask(sql), "1");
+    return static_cast<double>(std::clock() - begin);
+  };
+  for (const char* chain : {" or dummy = 'q", " and dummy <> 'q"}) {
+    const double quarter = time_of(chain, 4000);
+    EXPECT_LT(time_of(chain, 16000), 10 * quarter + CLOCKS_PER_SEC / 10.0) << chain;
+  }
+}
+
+TEST_F(SessionTest, DeepExpressionsAreRefused) {
+  std::string tall = "id";
+  std::string nested = "1";
+  for (int i = 0; i < 300; ++i) {
+    tall += " + id";
+    nested = "(" + nested + (i % 2 == 0 ? " + 1)" : " * 1 - 1)");
+  }
+  for (const std::string& value : {tall, nested, std::string(5000, '(')}) {
+    client_.Run("update app.t set id = " + value + " -> ORA-00900");
+  }
 }
 
 TEST_F(SessionTest, AnyBytesAreAnsweredWithAnError) {
@@ -274,39 +270,46 @@ TEST_F(SessionTest, AnyBytesAreAnsweredWithAnError) {
 }
 
 TEST_F(SessionTest, TheToolSaysWhatItDidAndWhatWentWrong) {
+  struct Case {
+    const char* arguments;
+    const char* script;  // or null
+    int status;
+    const char* said;
+  };
+  const std::string block = "begin dbms_logmnr.add_logfile(logfilename=>'" + DatabaseFile("SRC") +
+                            "', options=>DBMS_LOGMNR.NEW); end;\nselect count(*) from app.s\n";
+  const std::string good =
+      "-- a comment; with a semicolon;\ncreate table app.s (a varchar2(9));\n"
+      "insert into app.s values ('a;\nb');\ninsert into app.s values (';');\n" +
+      block;
+  const Case cases[] = {
+      {"create SRC", nullptr, 1, "exists already"},
+      {"create ../x", nullptr, 2, ""},
+      {"nothing", nullptr, 2, ""},
+      {"sql SRC", good.c_str(), 0, "2 rows changed"},
+      {"sql SRC", "delete from app.s;\n\nselect\n nope from dual;\n", 1, "line 3: ORA-00904"},
+      {"sql SRC", "delete from app.s;\nselect nope from dual;\n", 1, "rolled back"},
+      {"sql SRC", "delete from app.s;\ninsert into app.s values ('c);\n", 1, "begins in line 2"},
+      {"diff SRC DST", nullptr, 1, "APP.S is only in the first"},
+      {"sql DST",
+       "create user app identified by x;\ncreate table app.s2 (a varchar2(9));\n"
+       "insert into app.s2 values (';');\ninsert into app.s2 values (';');\n",
+       0, ""},
+      {"diff SRC DST app --exclude app.t --map app.s=app.s2", nullptr, 1, "- APP.S: A='a;\nb'"},
+      {"diff SRC DST app --exclude app.t --map app.s=app.s2", nullptr, 1, "+ APP.S: A=';'"},
+      {"sql SRC", "update app.s set a = ';';\n", 0, ""},
+      {"diff SRC DST app --exclude app.t --map app.s=app.s2", nullptr, 0, ""},
+      {"diff SRC NOPE", nullptr, 2, ""},
+  };
+  for (const Case& test : cases) {
+    std::string said;
+    const std::string arguments = test.arguments;
+    const int status = test.script == nullptr ? Tool(arguments, &said)
+                                              : Script(arguments.substr(4), test.script, &said);
+    EXPECT_EQ(status, test.status) << arguments << "\n" << said;
+    EXPECT_NE(said.find(test.said), std::string::npos) << arguments << "\n" << said;
+  }
   std::string said;
-  const auto said_has = [&said](const char* text) { return said.find(text) != std::string::npos; };
-  EXPECT_EQ(Tool("create SRC", &said), 1);
-  EXPECT_TRUE(said_has("exists already")) << said;
-  EXPECT_EQ(Tool("create ../x"), 2);
-  EXPECT_EQ(Tool("nothing"), 2);
-  EXPECT_EQ(Script("SRC",
-                   "-- a comment; with a semicolon;\ncreate table app.s (a varchar2(9));\n"
-                   "insert into app.s values ('a;\nb');\ninsert into app.s values (';');\n"
-                   "begin dbms_logmnr.add_logfile(logfilename=>'" +
-                       DatabaseFile("SRC") +
-                       "', options=>DBMS_LOGMNR.NEW); end;\nselect count(*) from app.s\n",
-                   &said),
-            0);
-  EXPECT_TRUE(said_has("2 rows changed")) << said;
-  EXPECT_EQ(Script("SRC", "delete from app.s;\n\nselect\n nope from dual;\n", &said), 1);
-  EXPECT_TRUE(said_has("line 3: ORA-00904") && said_has("rolled back")) << said;
-  EXPECT_EQ(Script("SRC", "delete from app.s;\ninsert into app.s values ('c);\n", &said), 1);
-  EXPECT_TRUE(said_has("inside a literal that begins in line 2")) << said;
-  EXPECT_EQ(client_.Ask("select count(*) from app.s"), "2");
-  EXPECT_EQ(Tool("diff SRC DST", &said), 1);
-  EXPECT_TRUE(said_has("APP.S is only in the first")) << said;
-  EXPECT_EQ(Script("DST",
-                   "create user app identified by x;\ncreate table app.s2 (a varchar2(9));\n"
-                   "insert into app.s2 values (';');\ninsert into app.s2 values (';');\n",
-                   &said),
-            0);
-  const std::string diff = "diff SRC DST app --exclude app.t --map app.s=app.s2";
-  EXPECT_EQ(Tool(diff, &said), 1);
-  EXPECT_TRUE(said_has("- APP.S: A='a;\nb'") && said_has("+ APP.S: A=';'")) << said;
-  client_.Run("delete from app.s where a <> ';'\ninsert into app.s values (';')\ncommit");
-  EXPECT_EQ(Tool(diff, &said), 0) << said;
-  EXPECT_EQ(Tool("diff SRC NOPE"), 2);
   EXPECT_EQ(Tool("scn SRC", &said), 0);
   EXPECT_EQ(said, client_.Ask("select current_scn from v$database") + "\n");
 }
