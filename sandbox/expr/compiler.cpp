@@ -174,6 +174,7 @@ Compiled ExpressionCompiler::Concatenation(const Expr& expr, const Scope& scope)
     if (args.back().kind == Kind::Lob) kind = Kind::Lob;
   }
   std::vector<std::string> parts;
+  parts.reserve(args.size());
   for (const Compiled& arg : args) parts.push_back("ifnull(" + Emit(arg, kind) + ",'')");
   const std::string joined = JoinBalanced(parts, 0, parts.size(), "||");
   return {kind == Kind::Lob ? joined : "nullif(" + joined + ",'')", kind};

@@ -117,7 +117,7 @@ TablePtr DdlExecutor::FindReferencedKey(const Table& child, const ConstraintDef&
     if (same && candidate.constraint_id != 0) *key = &candidate;
   }
   if (*key == nullptr) sql_.Fail(Ora(2270));
-  if (!sql_.ok()) return nullptr;
+  if (*key == nullptr || !sql_.ok()) return nullptr;
   for (const std::size_t column : (*key)->columns) {
     const auto at = std::find(wanted.begin(), wanted.end(), column);
     child_columns->push_back(given[static_cast<std::size_t>(at - wanted.begin())]);

@@ -12,6 +12,7 @@ void DdlExecutor::CheckIndexName(const std::string& owner, const std::string& na
 // Whether an index on exactly these columns is there.
 bool DdlExecutor::HasIndexOn(const Table& table, const std::vector<std::size_t>& columns) {
   std::vector<std::int64_t> wanted;
+  wanted.reserve(columns.size());
   for (const std::size_t column : columns) wanted.push_back(table.columns[column].id);
   for (const std::int64_t index :
        sql_.Ints("SELECT id FROM qm_index WHERE table_id = ?", table.id)) {

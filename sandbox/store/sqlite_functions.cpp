@@ -59,25 +59,28 @@ void CallLiteral(sqlite3_context* call, int, sqlite3_value** values) {
   sqlite3_result_value(call, values[0]);
 }
 
-// The running total lives in SQLite's memory of the aggregate, by pointer, and is deleted at its
-// end.
+// Lives in SQLite's memory of the aggregate, which begins as zeros; deleted at its end.
+struct RunningTotal {
+  Decimal* sum;
+};
+
 void SumStep(sqlite3_context* call, int, sqlite3_value** values) {
   SqliteGuarded(call, [&] {
-    auto** total = static_cast<Decimal**>(sqlite3_aggregate_context(call, sizeof(Decimal*)));
+    auto* total = static_cast<RunningTotal*>(sqlite3_aggregate_context(call, sizeof(RunningTotal)));
     const Datum value = SqliteArgument(values[0], Kind::Number);
     if (total == nullptr || value.null) return;
-    if (*total == nullptr) *total = new Decimal();
+    if (total->sum == nullptr) total->sum = new Decimal();
     const auto number = Decimal::Parse(value.text);
-    const Status status = number ? Decimal::Add(**total, *number, *total) : Ora(1722);
+    const Status status = number ? Decimal::Add(*total->sum, *number, total->sum) : Ora(1722);
     if (!status.ok()) SqliteResult(call, status, {});
   });
 }
 
 void SumFinal(sqlite3_context* call) {
-  auto** total = static_cast<Decimal**>(sqlite3_aggregate_context(call, 0));
-  if (total == nullptr || *total == nullptr) return sqlite3_result_null(call);
-  SqliteResult(call, {}, Datum::Of(Kind::Number, (*total)->Text()));
-  delete *total;
+  const auto* total = static_cast<RunningTotal*>(sqlite3_aggregate_context(call, 0));
+  if (total == nullptr || total->sum == nullptr) return sqlite3_result_null(call);
+  SqliteResult(call, {}, Datum::Of(Kind::Number, total->sum->Text()));
+  delete total->sum;
 }
 
 int CompareNumbers(void*, int size_a, const void* a, int size_b, const void* b) {
