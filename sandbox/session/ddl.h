@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Data definition: runs one statement inside a transaction that the caller commits, or takes back
-// when it fails.
+// when it fails. Used by the thread that holds the session.
 #pragma once
 
 #include <functional>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A logged-on session of a database: runs statements, owns the one transaction. Calls must not
-// overlap; the OCI layer locks. Destroying a session rolls back what is not committed and closes
-// its cursors.
+// A logged-on session of a database: runs statements, owns the one transaction. Calls may come on
+// any thread but must not overlap; the OCI layer locks. Destroying a session rolls back what is not
+// committed and closes its cursors.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Compares two databases: which tables there are, their columns, and their rows as multisets. Both
-// may be in use: what is compared is what was committed at one moment.
+// may be in use: what is compared is what was committed at one moment. On the calling thread;
+// changes neither.
 #pragma once
 
 #include <iosfwd>
