@@ -3,6 +3,7 @@
 
 #include <random>
 
+#include "support/stored_text.h"
 #include "support/temp_folder.h"
 
 namespace quillmere {
@@ -20,60 +21,12 @@ std::string Shape(const XmlNode& node) {
 }
 
 TEST(XmlReader, ReadsTheDialect) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"", ""},
-      {"<a>1</a>\n<b>2</b>", "a'1' b'2'"},
-      {"<a>\n<b>\nx\n</b>\n</a>\n", "a{b'x'}"},
-      {"<a>\r\n  <b>x</b>\r\n</a>\r\n", "a{b'x'}"},
-      {"<a>1 \\< 2 \\> 0 \\\\ \\x</a>", "a'1 < 2 > 0 \\ x'"},
-      {"<a>\none\n\n  two  \n\\  three\n</a>", "a'one\ntwo\n  three'"},
-      {"<a>one\ntwo\n</a>", "a'one\ntwo'"},
-      {"<a>\none\\ \n</a>", "a'one '"},
-      {"<a>\nx </a>\n</a>", "a'x </a>'"},
-      {"<a>\n\\<b\\>\n</a>", "a'<b>'"},
-      {"<a>   x y </a>", "a'x y '"},
-      {"\t< a>\tx\ty</a>\t", "a'x y'"},
-      {"<a></a>\n<b>\n</b>", "a'' b''"},
-      {"<a><b>1</b><c>2</c></a>", "a{b'1' c'2'}"},
-      {"<_a1>x\ry</ _a1>", "_a1'x\ry'"},
-      {"<\\ab>x</ab>", "ab'x'"},
-      {"<a>\nx\\\n</a>", "a'x\\'"}};
-  for (const auto& [text, shape] : cases) {
+  ExpectCases(TABLES "/xml_reader.txt", [](const std::string& text) {
     XmlDocument document;
-    EXPECT_TRUE(document.Parse(text)) << text << ": " << document.Message();
-    EXPECT_EQ(Shape(document.Root()), shape) << text;
-  }
-}
-
-TEST(XmlReader, RefusesWithLineAndReason) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"<a>\n<>\n", "Line 2 : invalid tag(NULL)"},
-      {"<", "Line 1 : invalid tag(NULL)"},
-      {"</>", "Line 1 : invalid tag(NULL)"},
-      {"<a>\n\n</b>", "Line 3 : tag(b) not match"},
-      {"</a>", "Line 1 : tag(a) not match"},
-      {"<a>x</A>", "Line 1 : tag(A) not match"},
-      {"<1a>x</1a>", "Line 1 : invalid tag(1a)"},
-      {"<a b>x</a>", "Line 1 : invalid tag(a b)"},
-      {"<a>\ntext\n<b>\n", "Line 3 : node with data must not have child"},
-      {"<a>\ntext\n<b>x</b>\n", "Line 3 : node with data must not have child"},
-      {"<a>x</a>y", "Line 1 : syntax error"},
-      {"<a", "Line 1 : syntax error"},
-      {"<a<b>", "Line 1 : syntax error"},
-      {"<<a>", "Line 1 : syntax error"},
-      {"<a>x>y</a>", "Line 1 : syntax error"},
-      {"<a>eight bytes at once > find it</a>", "Line 1 : syntax error"},
-      {"text", "Line 1 : syntax error"},
-      {"<a>\n<b>1</b>\ntext\n</a>", "Line 3 : syntax error"},
-      {"<a>\n<b>1</b>\n", "Unexpected EOF"}};
-  for (const auto& [text, message] : cases) {
-    XmlDocument document;
-    EXPECT_FALSE(document.Parse(text)) << text;
-    EXPECT_EQ(document.Message(), message) << text;
-  }
-  XmlDocument kept;
-  EXPECT_FALSE(kept.Parse("<a>1</a>\n<b>\n<c>2</c>\n"));
-  EXPECT_EQ(Shape(kept.Root()), "a'1' b{c'2'}") << "what was built up to the error stays";
+    const bool done = document.Parse(text);
+    // What was built up to an error stays.
+    return (done ? "" : document.Message() + "\n") + Shape(document.Root());
+  });
 }
 
 TEST(XmlReader, CutsLongLines) {
