@@ -1,35 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include "engine/job_runner.h"
 
-#include <gmock/gmock.h>
-
-#include <fstream>
-
 #include "engine/engine_fixture.h"
-#include "engine/statement_safety.h"
 #include "engine/work_thread.h"
+#include "support/stored_text.h"
 
 namespace quillmere {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::EndsWith;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-
-const std::string kStarted = "i:Job J started.";
-const std::string kNothing = "i:Nothing synchronized in this interval of  J";
-const std::string kDone = "i:Successfully synchronized a batch of J";
-const std::string kBegin = "i:Begin synchronize a new batch";
-const std::string kContinue = "i:Continue synchronize a old batch";
-const std::string kWrong = "e:Something wrong in this interval of J";
-
-// --- The calls and what happens on the disk between them, in order -----------------------------
-
-class Ledger : public EngineTest {
+// Each test's account is the file of its name in transcripts/.
+class Account : public EngineTest {
  protected:
-  Ledger() {
+  void TearDown() override {
+    const std::string test = ::testing::UnitTest::GetInstance()->current_test_info()->name();
+    ExpectStored(account_.str(), std::filesystem::path(TRANSCRIPTS) / (test + ".txt"));
+  }
+
+  // From now on a paragraph has the calls, too, and what happens on the disk between them.
+  void WithCalls() {
     files_.on_operation = [this](const testing::FileOperation& operation) {
       constexpr std::string_view kOnlyAsk = "look list read close";
       if (kOnlyAsk.find(operation.what) == std::string_view::npos) {
@@ -37,306 +25,204 @@ class Ledger : public EngineTest {
       }
       return FileStatus();
     };
+    with_calls_ = true;
   }
-  // What was noted since the last look is transcripts/<name>.txt.
-  void ExpectLedger(const std::string& name) {
-    std::string found;
-    for (const std::string& line : script_.TakeTranscript()) found += line + "\n";
-    std::ifstream file(std::string(TRANSCRIPTS) + "/" + name + ".txt");
-    EXPECT_EQ(found, std::string(std::istreambuf_iterator<char>(file), {})) << name;
+
+  // A paragraph: what was told and applied since the last one, and how the job stands.
+  void Tell(const std::string& what) {
+    account_ << "= " << what << "\n";
+    for (const std::string& line : script_.TakeTranscript()) {
+      if (with_calls_) account_ << line << "\n";
+    }
+    for (const std::string& line : listener_.Take()) account_ << line << "\n";
+    for (const std::string& sql : Applied()) account_ << "  " << sql << "\n";
+    const RunRecord record = Record();
+    const std::int64_t due = job_.run.next_due.ms - clock_.Now().ms;
+    account_ << StateName(program_.State()) << ", on disk "
+             << StateName(static_cast<JobState>(record.state)) << " from "
+             << record.mining_start_scn << " below " << record.cutoff_scn
+             << (record.batch_pending != 0 ? ", batch with " : ", no batch, ")
+             << record.batch_remaining << " to do, " << record.batch_applied << " done; applied "
+             << job_.run.applied_count << ", blocked " << job_.run.blocked_count << ", due in "
+             << std::max<std::int64_t>(due, 0) / 1000 << " s\n";
   }
+  void TellFile(const std::string& name) { account_ << "[" << name << "]\n" << Read(name) << "\n"; }
+
+  // The operation fails as on a full disk, until files_.on_operation is set anew.
+  void Refuse(const std::string& what, const std::string& file) {
+    files_.on_operation = [=](const testing::FileOperation& operation) {
+      const bool refused = operation.what == what && operation.path.find(file) != file.npos;
+      return refused ? FileStatus{FileCode::NoSpace, "full"} : FileStatus();
+    };
+  }
+
+  void Run() {
+    std::string reason;
+    if (!RequestRun(program_.context, 0, reason)) account_ << "no: " << reason << "\n";
+  }
+
+  std::ostringstream account_;
+  bool with_calls_ = false;
 };
 
-TEST_F(Ledger, OfAStartAPassItsContinuationAndAFailedEnd) {
-  std::string reason;
-  ASSERT_TRUE(RequestRun(program_.context, 0, reason));
+TEST_F(Account, Calls) {
+  WithCalls();
+  Run();
   Step();
-  ExpectLedger("start");
-  EXPECT_THAT(listener_.Take(), ElementsAre(kStarted));
-
+  Tell("start");
   script_.Answer(kRedoQuery,
                  {{"90", Insert("1")}, {"91", Insert("x", "SECRET")}, {"92", Insert("2")}});
   script_.FailOn("  " + InsertOf("2"), "ORA-00001: unique constraint\n");
   NextPass();
-  ExpectLedger("pass_with_a_refused_statement");
-  EXPECT_THAT(
-      listener_.Take(),
-      ElementsAre("fetched", kBegin,
-                  "e:Execute sql fail : OCIStmtExecute : ORA-00001: unique constraint", kWrong));
-
+  Tell("a pass with a refused statement");
   script_.FailOn("SessionEnd", "ORA-03114: not connected");
   NextPass();
-  ExpectLedger("failed_end");
-  EXPECT_THAT(listener_.Take(), ElementsAre(kContinue,
-                                            HasSubstr("The end of the session on DES failed : "
-                                                      "OCISessionEnd : ORA-03114: not connected"),
-                                            kWrong));
+  Tell("its continuation, and the end fails");
   NextPass();
-  ExpectLedger("continued_pass");
-  EXPECT_THAT(listener_.Take(), ElementsAre(kContinue, kDone));
+  Tell("its continuation");
 }
 
-// --- States ------------------------------------------------------------------------------------
-
-TEST_F(EngineTest, StartTakesTheCurrentScnAndForgetsTheOldBatch) {
+TEST_F(Account, Requests) {
+  RequestPause(program_.jobs, 0);
+  RequestStop(program_.jobs, 0);
+  Step();
+  program_.Config().table_list_fetched = false;
+  Run();
+  Tell("that do not fit");
+  program_.Config().table_list_fetched = true;
   job_.run.pending_batch.Append("left over");
   job_.run.applied_count = 7;
   job_.run.batch_pending = 1;
-  const std::pair<std::string, std::string> failures[] = {
-      {"ServerAttach", "e:Connect source fail : OCIServerAttach : ORA-12154: TNS"},
-      {kScnQuery + "\"", "e:GetLastScn fail : OCIStmtPrepare : ORA-12154: TNS"}};
-  std::string reason;
-  for (const auto& [call, line] : failures) {
+  for (const std::string& call : {std::string("ServerAttach"), kScnQuery + "\""}) {
     script_.FailOn(call, "ORA-12154: TNS");
-    ASSERT_TRUE(RequestRun(program_.context, 0, reason));
+    Run();
     EXPECT_EQ(program_.State(), JobState::Starting);
     Step();
-    EXPECT_EQ(program_.State(), JobState::Stopped);
-    EXPECT_EQ(Record().state, 4);
-    EXPECT_THAT(listener_.Take(), ElementsAre(line, "e:Job J start failed."));
+    Tell("a start that fails");
   }
   SchemaMap& schemas = program_.Config().schemas;
   schemas["SHOP"].Append({.name = "left out", .includeflag = false});
   schemas["SHOP"].Append({.name = "Odd"});
   schemas["crm"].Append({.name = "VISIT", .desowner = "crm"});
   schemas["crm"].Append({.name = "MOVED", .desowner = "crm2"});
-  ASSERT_TRUE(RequestRun(program_.context, 0, reason));
+  Run();
   Step();
-  EXPECT_THAT(
-      listener_.Take(),
-      ElementsAre(HasSubstr("names need quotes: 2 (SHOP.Odd, crm.VISIT). A job"), kStarted));
-  EXPECT_EQ(program_.State(), JobState::Started);
-  EXPECT_TRUE(program_.Config().has_runned);
-  EXPECT_TRUE(job_.run.pending_batch.Empty());
-  EXPECT_EQ(job_.run.next_due, AddMinutes(clock_.now, 5));
-  const RunRecord record = Record();
-  EXPECT_EQ(record.state, 2);
-  EXPECT_EQ(record.mining_start_scn, 100);
-  EXPECT_EQ(record.cutoff_scn, 100);
-  EXPECT_EQ(record.applied_count + record.batch_pending, 0);
-}
-
-TEST_F(EngineTest, RequestsThatDoNotFitTheStateChangeNothing) {
-  RequestPause(program_.jobs, 0);
-  RequestStop(program_.jobs, 0);
-  program_.Config().table_list_fetched = false;
-  std::string reason;
-  EXPECT_FALSE(RequestRun(program_.context, 0, reason));
-  EXPECT_EQ(reason, "Not get table list yet, refresh first please.");
-  Step();
-  EXPECT_EQ(program_.State(), JobState::Stopped);
-  EXPECT_THAT(listener_.Take(), IsEmpty());
-  EXPECT_THAT(script_.TakeTranscript(), IsEmpty());
-}
-
-TEST_F(EngineTest, PauseContinueAndStopKeepWhatTheyShould) {
-  StartJob();
-  const LocalTime due = job_.run.next_due;
+  EXPECT_TRUE(program_.Config().has_runned && job_.run.pending_batch.Empty());
+  Tell("start, with a warning of names");
   RequestPause(program_.jobs, 0);
   Step();
-  EXPECT_THAT(listener_.Take(), ElementsAre("i:Job J temporary stopped."));
-  EXPECT_EQ(Record().state, 6);
+  Tell("pause");
   // The record comes first: as soon as the state is Started, the file is the worker's.
-  bool full = true;
+  Refuse("write", "block.dat");
+  Run();
+  Tell("continue, and the disk is full");
   files_.on_operation = [&](const testing::FileOperation& operation) {
     EXPECT_EQ(program_.State(), JobState::Paused) << operation.Text();
-    return full && operation.what == "write" ? FileStatus{FileCode::NoSpace, "full"} : FileStatus();
+    return FileStatus();
   };
-  std::string reason;
-  EXPECT_FALSE(RequestRun(program_.context, 0, reason));
-  EXPECT_EQ(reason, "Can not create /work/jobs/J/block.dat");
-  EXPECT_EQ(program_.State(), JobState::Paused);
-  full = false;
-  ASSERT_TRUE(RequestRun(program_.context, 0, reason));
+  Run();
   files_.on_operation = nullptr;
-  EXPECT_EQ(program_.State(), JobState::Started);
-  EXPECT_EQ(Record().state, 2) << "written at once";
-  EXPECT_EQ(job_.run.next_due, due);
+  Tell("continue");
   program_.jobs.SetProgress(0, {3, 4});
   RequestStop(program_.jobs, 0);
   Step();
-  EXPECT_THAT(listener_.Take(), ElementsAre("i:J resetted."));
-  EXPECT_EQ(Record().state, 4);
-  EXPECT_EQ(Record().batch_applied, 3U);
-  EXPECT_EQ(Record().batch_remaining, 0U);
+  Tell("stop");
 }
 
-// --- Passes ------------------------------------------------------------------------------------
-
-TEST_F(EngineTest, AppliesInOrderCountsAndSaves) {
+TEST_F(Account, Passes) {
   StartJob();
-  NextPass();
-  EXPECT_THAT(listener_.Take(), ElementsAre(kNothing));
+  clock_.now = LocalTime{job_.run.next_due.ms - 1};
+  Step();
+  Tell("not due yet");
+  clock_.now = LocalTime{job_.run.next_due.ms + 30'000};
+  Step();
+  Tell("nothing to apply, late: the next is due in its rhythm");
   script_.Answer(
       kRedoQuery,
       {{"10", Insert("1")},
        {"11", Insert("2", "SECRET")},
        {"12", "update \"SHOP\".\"ITEMS\" set \"A\" = '1' where \"A\" = '0'" + kRowAddress + ";"},
        {"13", "delete from \"SHOP\".\"UNLISTED\" where \"A\" = '0'" + kRowAddress + ";"},
-       {"14", Insert("3", "OTHER")},
-       {"15", "delete from \"SHOP\".\"ORDERS\";"}});
+       {"14", Insert("3", "OTHER")}});
   NextPass();
-  EXPECT_THAT(
-      Applied(),
-      ElementsAre(InsertOf("1"), "UPDATE  ARCHIVE.ITEMS set \"A\" = '1' where \"A\" = '0'",
-                  "DELETE FROM SHOP.UNLISTED where \"A\" = '0'", InsertOf("3", "SHOP.OTHER")));
-  const std::vector<std::string> lines = listener_.Take();
-  EXPECT_THAT(
-      lines[0],
-      HasSubstr("SHOP.ORDERS set aside and not applied: 1. The first, at SCN 15: it does not"));
-  EXPECT_THAT(lines.back(), kDone);
-  EXPECT_EQ(job_.run.applied_count, 4);
-  EXPECT_EQ(job_.run.blocked_count, 2);
-  EXPECT_EQ(program_.Table("ORDERS").totalsynced, 1);
-  EXPECT_EQ(program_.Table("ITEMS").totalsynced, 1);
-  EXPECT_EQ(program_.Table("SECRET").RecordsBlocked, 1);
-  EXPECT_THAT(Read("jobs/J/J.xml"), HasSubstr("<totalsynced>1</totalsynced>"));
-  EXPECT_THAT(Read("jobs/jobs.xml"), HasSubstr("<has_runned>true</has_runned>"));
-  EXPECT_THAT(Read("ravelkin.log"), HasSubstr("delete from \"SHOP\".\"ORDERS\""));
-
+  Tell("all kinds, in order");
+  TellFile("jobs/J/J.xml");
+  TellFile("jobs/jobs.xml");
   program_.settings.debug = true;
   script_.Answer(kRedoQuery, {{"10", Insert("1", "ITEMS")}, {"11", Insert("2", "SECRET")}});
   NextPass();
-  EXPECT_THAT(listener_.Take(),
-              ElementsAre("i:100, 16", "fetched", kBegin, "i:Source Schema is SHOP",
-                          "i:Block Opreaton: INSERT INTO SHOP.SECRET", kDone));
-  EXPECT_THAT(Read("ravelkin.log"), HasSubstr(" 10, insert into \"SHOP\".\"ITEMS\""));
-  EXPECT_THAT(Read("ravelkin.log"), HasSubstr(" INSERT INTO ARCHIVE.ITEMS"));
-
+  Tell("with the debug lines");
+  TellFile("ravelkin.log");
   program_.settings.debug = false;
   script_.Answer(kRedoQuery, {{"11", Insert("2", "SECRET")}});
+  program_.Config().sync_interval = 90;
   NextPass();
-  EXPECT_THAT(listener_.Take(), ElementsAre("fetched", kBegin, kNothing)) << "all of it blocked";
+  Tell("all of it blocked, every 90 minutes");
 }
 
-TEST_F(EngineTest, SetsAsideKeepsMarksAndTellsWhatIsNotSafe) {
+TEST_F(Account, WhatIsSetAside) {
   StartJob();
   const std::string delete_items = "delete from \"SHOP\".\"ITEMS\" where ";
-  const std::string address = "ROWID = 'AAABBBAAACCCDDDEEE'";
-  const std::string gone = "insert into \"UNKNOWN\".\"OBJ# 7\"(\"COL 1\") values ('1')";
-  const std::string odd = "insert into \"SHOP\".\"ORDERS\"(\"A\") values ('O'Hara');";
   script_.Answer(kRedoQuery, {{"10", "/* No SQL_REDO for temporary tables */"},
                               {"10", "-- nor here"},
                               {"11", delete_items + "\"A\" = '1';"},
-                              {"12", delete_items + address + ";"},
+                              {"12", delete_items + "ROWID = 'AAABBBAAACCCDDDEEE';"},
                               {"13", "delete from \"SHOP\".\"SECRET\" where A = '1';"},
-                              {"14", gone + ";"},
-                              {"15", odd},
+                              {"14", "insert into \"UNKNOWN\".\"OBJ# 7\"(\"COL 1\") values ('1');"},
+                              {"15", "insert into \"SHOP\".\"ORDERS\"(\"A\") values ('O'Hara');"},
                               {"16", Insert("1")}});
-  // Whatever keeps it from the disk fails the capture; the same is mined again.
-  files_.on_operation = [](const testing::FileOperation& operation) {
-    const bool refused = operation.Text() == "append /work/jobs/J/setaside.sql";
-    return refused ? FileStatus{FileCode::NoSpace, "full"} : FileStatus();
-  };
+  Refuse("append", "setaside.sql");
   NextPass();
-  EXPECT_THAT(listener_.Take(), ElementsAre(HasSubstr("setaside.sql"), kWrong));
-  EXPECT_TRUE(job_.run.pending_batch.Empty());
   EXPECT_FALSE(program_.Table("ITEMS").compare);
+  Tell("it can not be kept: the same is mined again");
   files_.on_operation = nullptr;
-
   script_.FailOn("ServerAttach", "ORA-12541: TNS", 12541, 1);  // the destination's
   NextPass();
-  EXPECT_THAT(Read("jobs/J/J.xml"), HasSubstr("<compare>true</compare>"));
-  const std::string in_file = ". All are in /work/jobs/J/setaside.sql; compare the table";
-  const auto told = [&](const std::string& table, int count, int scn, Safety why,
-                        const std::string& text) {
-    return "e:Changes of " + table + " set aside and not applied: " + std::to_string(count) +
-           ". The first, at SCN " + std::to_string(scn) + ": " + std::string(WhyUnsafe(why)) +
-           ": " + text + in_file;
-  };
-  EXPECT_THAT(
-      listener_.Take(),
-      ElementsAre(told("SHOP.ITEMS", 2, 11, Safety::NoRowAddress, delete_items + "\"A\" = '1'"),
-                  told("UNKNOWN.OBJ# 7", 1, 14, Safety::UnknownObject, gone),
-                  told("SHOP.ORDERS", 1, 15, Safety::Unfinished, odd),
-                  "i:Rows of the redo that are no statement left out: 2. The first: "
-                  "/* No SQL_REDO for temporary tables */ (SCN 10)",
-                  "fetched", HasSubstr("Connect destination fail"), kWrong));
+  Tell("it is told, and its tables are marked");
+  TellFile("jobs/J/J.xml");
+  TellFile("jobs/J/setaside.sql");
   NextPass();
-  EXPECT_THAT(listener_.Take(), ElementsAre(kBegin, kDone)) << "told once";
-  EXPECT_THAT(Applied(), ElementsAre(InsertOf("1")));
-  EXPECT_EQ(job_.run.blocked_count, 5);
-  const auto entry = [](int scn, const std::string& table, Safety why, const std::string& text) {
-    return "-- SCN " + std::to_string(scn) + ", " + table + ": " + std::string(WhyUnsafe(why)) +
-           "\n" + text + "\n\n";
-  };
-  EXPECT_THAT(
-      Read("jobs/J/setaside.sql"),
-      EndsWith("\n\n" +
-               entry(11, "SHOP.ITEMS", Safety::NoRowAddress, delete_items + "\"A\" = '1';") +
-               entry(12, "SHOP.ITEMS", Safety::RowAddressAlone, delete_items + address + ";") +
-               entry(14, "UNKNOWN.OBJ# 7", Safety::UnknownObject, gone + ";") +
-               entry(15, "SHOP.ORDERS", Safety::Unfinished, odd)));
-  EXPECT_TRUE(program_.Table("ITEMS").compare && program_.Table("ORDERS").compare);
-  EXPECT_FALSE(program_.Table("SECRET").compare);
+  Tell("told once");
 }
 
-TEST_F(EngineTest, ScheduleKeepsItsRhythmAndCountsFailuresFromNow) {
+TEST_F(Account, WhatKeepsABatchFromBeingBegun) {
   StartJob();
-  const LocalTime due = job_.run.next_due;
-  clock_.now = LocalTime{due.ms - 1};
-  Step();
-  EXPECT_THAT(script_.TakeTranscript(), IsEmpty()) << "not due yet";
-  clock_.now = LocalTime{due.ms + 30'000};
-  Step();
-  EXPECT_EQ(job_.run.next_due, AddMinutes(due, 5));
-  script_.FailOn("ServerAttach", "ORA-12541: TNS:no listener");
-  clock_.now = LocalTime{job_.run.next_due.ms + 30'000};
-  Step();
-  EXPECT_EQ(job_.run.next_due, AddMinutes(clock_.now, 5));
-  job_.run.next_due = LocalTime{};
-  program_.Config().sync_interval = 90;
-  Step();
-  EXPECT_EQ(job_.run.next_due, AddMinutes(clock_.now, 90));
-}
-
-TEST_F(EngineTest, WhatKeepsABatchFromBeingBegunIsTold) {
-  StartJob();
-  NextPass();
   script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"200", Insert("2")}});
-  listener_.Take();
-  const std::string label = "ORA-00604: error";
-  std::string full;  // the name in whose replacement the disk is full
-  files_.on_operation = [&](const testing::FileOperation& operation) {
-    const bool refused = !full.empty() && operation.what == "append" &&
-                         operation.path.find(full) != std::string::npos;
-    return refused ? FileStatus{FileCode::NoSpace, "full"} : FileStatus();
-  };
   const struct {
-    std::string call;
-    int skip;
-    std::string file, line;
-  } rows[] = {
-      {"ServerAttach", 0, "",
-       "e:Connect source fail : OCIServerAttach : " + label + " when get command of J."},
-      {"StmtFetch2", 0, "", "e:SetLogs fail : OCIStmtFetch2 : " + label},
-      {"StmtFetch2", 3, "", "e:GetSqlStrings fail : OCIStmtFetch2 : " + label},
-      {"", 0, "sqlcmds.txt",
-       "e:Can not create /work/jobs/J/sqlcmds.txt (Can not write /work/jobs/J/sqlcmds.txt: full)"},
-      {"\"DES\"", 0, "",
-       "e:Before job: J synchronize, Connect destination fail : OCIServerAttach : " + label},
-      {"", 0, "commit.dat",
-       "e:Can not create /work/jobs/J/commit.dat (Can not write /work/jobs/J/commit.dat: full)"}};
+    std::string call, file;  // the one that fails
+    int skip = 0;
+  } rows[] = {{"ServerAttach", ""}, {"StmtFetch2", ""}, {"StmtFetch2", "", 3},
+              {"", "sqlcmds.txt"},  {"\"DES\"", ""},    {"", "commit.dat"}};
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.line);
-    if (!row.call.empty()) script_.FailOn(row.call, label, 604, row.skip);
-    full = row.file;
+    if (!row.call.empty()) script_.FailOn(row.call, "ORA-00604: error", 604, row.skip);
+    Refuse("append", row.file.empty() ? "none" : row.file);
     NextPass();
-    std::vector<std::string> lines = listener_.Take();
-    std::erase(lines, "fetched");
-    EXPECT_THAT(lines, ElementsAre(row.line, kWrong));
-    EXPECT_EQ(Record().mining_start_scn, 100);
-    EXPECT_EQ(program_.State(), JobState::Started);
+    Tell(row.call + row.file);
   }
-  EXPECT_THAT(Read("sqlerror.log"), HasSubstr(" OCIStmtFetch2 : " + label + "\n"));
-  EXPECT_THAT(Applied(), IsEmpty());
-  full.clear();
+  TellFile("sqlerror.log");
+  files_.on_operation = nullptr;
   NextPass();
-  EXPECT_THAT(Applied(), ElementsAre(InsertOf("1"))) << "mined again";
+  Tell("none");
   script_.Answer(kRedoQuery, {{"11", Insert("2").substr(0, 40) + std::string(4000, 'x')}});
   NextPass();
-  EXPECT_THAT(listener_.Take(),
-              Contains(HasSubstr("the redo ends inside a statement (SCN 11, SHOP.ORDERS)")));
+  Tell("the redo breaks off");
+}
+
+TEST_F(Account, ARequestStopsAPassBehindTheStatementInHand) {
+  StartJob();
+  script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"11", Insert("2")}, {"12", Insert("3")}});
+  std::string last = InsertOf("1");
+  script_.on_executed = [&](const std::string& sql) {
+    if (sql == last) RequestPause(program_.jobs, 0);
+  };
+  NextPass();
+  Tell("pause with the first");
+  TellFile("jobs/J/commit.dat");
+  Step();
+  Run();
+  last = InsertOf("3");
+  Step();
+  Tell("and with the last: nothing is left to stop");
 }
 
 // As long as the record that was taken back is not on the disk, the commit point has to say it.
@@ -362,33 +248,10 @@ TEST_F(EngineTest, ARecordThatIsNotTakenBackKeepsTheCommitPoint) {
     script_.TakeExecuted();
     NextPass();
     EXPECT_EQ(Read("jobs/J/commit.dat"), "(none)");
-    EXPECT_THAT(Applied(), ElementsAre(InsertOf("1")));
+    EXPECT_EQ(Applied(), std::vector{InsertOf("1")});
     RequestStop(program_.jobs, 0);
     Step();
   }
-}
-
-TEST_F(EngineTest, RequestStopsAPassBehindTheStatementInHand) {
-  StartJob();
-  script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"11", Insert("2")}, {"12", Insert("3")}});
-  std::string last = InsertOf("1");
-  script_.on_executed = [&](const std::string& sql) {
-    if (sql == last) RequestPause(program_.jobs, 0);
-  };
-  const LocalTime due = job_.run.next_due;
-  NextPass();
-  EXPECT_THAT(listener_.Take(), ElementsAre("fetched", kBegin)) << "no error, no result";
-  EXPECT_EQ(job_.run.next_due, due) << "unchanged";
-  EXPECT_EQ(Read("jobs/J/commit.dat"), "(none)");
-  Step();
-  EXPECT_EQ(program_.State(), JobState::Paused);
-  std::string reason;
-  ASSERT_TRUE(RequestRun(program_.context, 0, reason));
-  last = InsertOf("3");
-  Step();
-  EXPECT_THAT(Applied(), ElementsAre(InsertOf("1"), InsertOf("2"), InsertOf("3")));
-  EXPECT_EQ(Record().batch_pending, 0) << "behind the last statement nothing is left to stop";
-  EXPECT_EQ(program_.State(), JobState::Pausing);
 }
 
 TEST_F(EngineTest, ASweepServesEveryJobUntilTheEnd) {
