@@ -329,4 +329,19 @@ std::string MemoryFiles::Content(const Path& path) const {
   return node != nullptr && node->kind == FileKind::File ? node->content : "(none)";
 }
 
+std::map<std::string, std::string> MemoryFiles::All(const Path& folder) const {
+  const std::lock_guard lock(mutex_);
+  std::map<std::string, std::string> all;
+  const std::function<void(const Node&, const std::string&)> add = [&](const Node& node,
+                                                                       const std::string& path) {
+    for (const auto& [name, below] : node.entries) {
+      if (below->kind == FileKind::File) all[path + name] = below->content;
+      if (below->kind == FileKind::Folder && below->entries.empty()) all[path + name + "/"];
+      add(*below, path + name + "/");
+    }
+  };
+  add(*Find(folder), "");
+  return all;
+}
+
 }  // namespace quillmere::testing

@@ -43,6 +43,8 @@ class MemoryFiles final : public FileSystem {
   void Put(const Path& path, std::string_view content);
   // The file's content as the program sees it, or "(none)".
   std::string Content(const Path& path) const;
+  // Of all files below a folder, by their names there; of an empty folder its name with "/".
+  std::map<std::string, std::string> All(const Path& folder) const;
 
  private:
   struct Node;
