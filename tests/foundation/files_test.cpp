@@ -31,49 +31,32 @@ namespace {
 
 using testing::MemoryFiles;
 using testing::WatchedFiles;
+constexpr auto kEveryone = FileAccess::Everyone;
 
 // --- What every file system does alike ---------------------------------------------------------
 
-struct Disk {
-  virtual ~Disk() = default;
-  virtual FileSystem& Files() = 0;
-  virtual std::filesystem::path Folder() = 0;
-};
-struct RealDisk final : Disk {
-  FileSystem& Files() override { return folder.Files(); }
-  std::filesystem::path Folder() override { return folder.Path(); }
-  TempFolder folder;
-};
-struct MemoryDisk final : Disk {
-  FileSystem& Files() override { return files; }
-  std::filesystem::path Folder() override { return "/work"; }
-  MemoryFiles files;
-};
-
 class EveryFileSystem : public ::testing::TestWithParam<bool> {
  protected:
-  EveryFileSystem() {
-    if (GetParam()) disk_ = std::make_unique<RealDisk>();
-    if (!GetParam()) disk_ = std::make_unique<MemoryDisk>();
-  }
-  std::filesystem::path operator/(std::string_view name) { return disk_->Folder() / name; }
+  std::filesystem::path operator/(std::string_view name) { return folder_ / name; }
   void Write(std::string_view name, std::string_view content) {
     std::string error;
-    EXPECT_TRUE(ReplaceFile(files_(), *this / name, content, FileAccess::Everyone, error)) << error;
+    EXPECT_TRUE(ReplaceFile(files_, *this / name, content, kEveryone, error)) << error;
   }
   std::string Read(std::string_view name) {
     std::string content;
-    return ReadFile(files_(), *this / name, content) ? content : "(none)";
+    return ReadFile(files_, *this / name, content) ? content : "(none)";
   }
-  FileSystem& files_() { return disk_->Files(); }
-  std::unique_ptr<Disk> disk_;
+  TempFolder real_;
+  MemoryFiles memory_;
+  FileSystem& files_ = GetParam() ? real_.Files() : static_cast<FileSystem&>(memory_);
+  const std::filesystem::path folder_ = GetParam() ? real_.Path() : "/work";
 };
 INSTANTIATE_TEST_SUITE_P(Files, EveryFileSystem, ::testing::Bool(),
                          [](const auto& suite) { return suite.param ? "System" : "Memory"; });
 
 TEST_P(EveryFileSystem, TellsWhyAFileIsNotOpened) {
   Write("file", "x");
-  ASSERT_TRUE(files_().MakeFolder(*this / "folder"));
+  ASSERT_TRUE(files_.MakeFolder(*this / "folder"));
   using enum FileCode;
   const struct {
     const char* name;
@@ -85,7 +68,7 @@ TEST_P(EveryFileSystem, TellsWhyAFileIsNotOpened) {
   for (const auto& row : rows) {
     const auto open = [&](OpenMode how) {
       std::unique_ptr<OpenFile> file;
-      const FileStatus status = files_().Open(*this / row.name, how, FileSystem::kOwnerOnly, file);
+      const FileStatus status = files_.Open(*this / row.name, how, FileSystem::kOwnerOnly, file);
       EXPECT_EQ(status.reason.empty(), static_cast<bool>(status));
       EXPECT_EQ(file != nullptr, static_cast<bool>(status));
       return status.code;
@@ -100,9 +83,9 @@ TEST_P(EveryFileSystem, TellsWhyAFileIsNotOpened) {
 
 TEST_P(EveryFileSystem, WritesWhereItIsTold) {
   std::unique_ptr<OpenFile> file;
-  ASSERT_TRUE(files_().Open(*this / "f", OpenMode::Append, FileSystem::kOwnerOnly, file));
+  ASSERT_TRUE(files_.Open(*this / "f", OpenMode::Append, FileSystem::kOwnerOnly, file));
   EXPECT_TRUE(file->Append("abc") && file->Append("defg") && file->Close());
-  ASSERT_TRUE(files_().Open(*this / "f", OpenMode::InPlace, FileSystem::kUsualMode, file));
+  ASSERT_TRUE(files_.Open(*this / "f", OpenMode::InPlace, FileSystem::kUsualMode, file));
   EXPECT_TRUE(file->Write(1, "BC") && file->Write(8, "!") && file->Flush());
   EXPECT_EQ(file->Size(), 9u);
   char bytes[4] = {};
@@ -114,14 +97,14 @@ TEST_P(EveryFileSystem, WritesWhereItIsTold) {
   EXPECT_TRUE(file->Truncate(3));
   EXPECT_EQ(Read("f"), "aBC");
   FileFacts facts;
-  ASSERT_TRUE(files_().Look(*this / "f", facts));
+  ASSERT_TRUE(files_.Look(*this / "f", facts));
   EXPECT_EQ(facts.kind, FileKind::File);
   EXPECT_EQ(facts.size, 3u);
   EXPECT_EQ(facts.mode, FileSystem::kOwnerOnly);
 }
 
 TEST_P(EveryFileSystem, NamesAreMadeRenamedAndRemoved) {
-  FileSystem& files = files_();
+  FileSystem& files = files_;
   using enum FileCode;
   Write("a", "a");
   Write("b", "b");
@@ -143,7 +126,7 @@ TEST_P(EveryFileSystem, NamesAreMadeRenamedAndRemoved) {
   EXPECT_TRUE(files.RemoveFolder(*this / "e"));
   EXPECT_EQ(files.FlushFolder(*this / "e").code, Missing);
   std::vector<std::filesystem::path> names;
-  EXPECT_TRUE(files.List(disk_->Folder(), names));
+  EXPECT_TRUE(files.List(folder_, names));
   EXPECT_EQ(names, std::vector<std::filesystem::path>{"b"});
   FileFacts facts;
   EXPECT_EQ(files.Look(*this / "e", facts).code, Missing);
@@ -153,13 +136,13 @@ TEST_P(EveryFileSystem, NamesAreMadeRenamedAndRemoved) {
 TEST_P(EveryFileSystem, ALockKeepsOthersOut) {
   using Lock = OpenFile::LockKind;
   std::unique_ptr<OpenFile> one, two;
-  ASSERT_TRUE(files_().Open(*this / "f", OpenMode::InPlace, FileSystem::kUsualMode, one));
-  ASSERT_TRUE(files_().Open(*this / "f", OpenMode::Read, FileSystem::kUsualMode, two));
+  ASSERT_TRUE(files_.Open(*this / "f", OpenMode::InPlace, FileSystem::kUsualMode, one));
+  ASSERT_TRUE(files_.Open(*this / "f", OpenMode::Read, FileSystem::kUsualMode, two));
   EXPECT_TRUE(one->TryLock(Lock::Shared) && two->TryLock(Lock::Shared));
   EXPECT_EQ(one->TryLock(Lock::Exclusive).code, FileCode::Busy);
   two.reset();
   EXPECT_TRUE(one->TryLock(Lock::Exclusive));
-  ASSERT_TRUE(files_().Open(*this / "f", OpenMode::Read, FileSystem::kUsualMode, two));
+  ASSERT_TRUE(files_.Open(*this / "f", OpenMode::Read, FileSystem::kUsualMode, two));
   EXPECT_EQ(two->TryLock(Lock::Shared).code, FileCode::Busy);
   EXPECT_TRUE(one->Close() && two->TryLock(Lock::Shared));
 }
@@ -177,8 +160,8 @@ TEST(SystemFiles, ModesPipesAndFullDisks) {
   folder.Write("f", "old");
   chmod((folder / "f").c_str(), 0666);
   const mode_t mask = umask(0077);
-  EXPECT_TRUE(ReplaceFile(files, folder / "f", "new", FileAccess::Everyone, error)) << error;
-  EXPECT_TRUE(ReplaceFile(files, folder / "g", "new", FileAccess::Everyone, error)) << error;
+  EXPECT_TRUE(ReplaceFile(files, folder / "f", "new", kEveryone, error)) << error;
+  EXPECT_TRUE(ReplaceFile(files, folder / "g", "new", kEveryone, error)) << error;
   umask(mask);
   EXPECT_EQ(mode("f"), 0666u) << "as the operator has set it";
   EXPECT_EQ(mode("g"), 0600u);
@@ -212,39 +195,36 @@ TEST(SystemFiles, AReaderSeesTheOldOrTheNew) {
   const TempFolder folder;
   const std::string texts[] = {std::string(100'000, 'a'), std::string(50'000, 'b')};
   folder.Write("f", texts[0]);
-  std::atomic<int> running{2};
-  const auto write = [&](const std::string& text) {
+  std::atomic<bool> done{false};
+  std::thread writer([&] {
     std::string reason;
-    for (int i = 0; i < 10; ++i) {
-      EXPECT_TRUE(ReplaceFile(folder.Files(), folder / "f", text, FileAccess::Everyone, reason));
+    for (int i = 0; i < 20; ++i) {
+      EXPECT_TRUE(ReplaceFile(folder.Files(), folder / "f", texts[i % 2], kEveryone, reason));
     }
-    --running;
-  };
-  std::thread one(write, texts[0]), two(write, texts[1]);
+    done = true;
+  });
   std::string content;
   do {
     EXPECT_TRUE(ReadFile(folder.Files(), folder / "f", content));
     EXPECT_TRUE(content == texts[0] || content == texts[1]) << content.size();
-  } while (running > 0);
-  one.join();
-  two.join();
+  } while (!done);
+  writer.join();
   EXPECT_EQ(folder.List(), std::vector<std::string>{"f"});
 }
 
 // --- Whole files, whatever fails ---------------------------------------------------------------
 
-// What stands below /work, each file with its content, each folder with its "/".
-std::string Listing(FileSystem& files, const std::filesystem::path& folder = "/work") {
-  std::vector<std::filesystem::path> names;
-  EXPECT_TRUE(files.List(folder, names));
+// What stands below /work.
+std::string Listing(const MemoryFiles& disk) {
   std::string text;
-  for (const auto& name : names) {
-    std::string content;
-    const bool is_file = static_cast<bool>(ReadFile(files, folder / name, content));
-    text += name.string() + (is_file ? "=" + content + " " : "/ " + Listing(files, folder / name));
-  }
+  for (const auto& [name, content] : disk.All("/work")) text += name + "=" + content + " ";
   return text;
 }
+
+using Files = FileSystem&;
+using Text = std::string&;
+const std::string kTraces = "f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other ";
+const std::string kBefore = "d/x=in d f=old f.bad=bad " + kTraces;
 
 struct Deed {
   std::string what;
@@ -253,51 +233,21 @@ struct Deed {
   bool in_parts = false;  // a failure may leave it half done
 };
 
-const std::string kBefore =
-    "d/ x=in d f=old f.bad=bad f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other ";
-
-void PutBefore(MemoryFiles& disk) {
-  disk.Put("/work/d/x", "in d");
-  disk.Put("/work/f", "old");
-  disk.Put("/work/f.bad", "bad");
-  disk.Put("/work/f.bad.tmp-3-4", "left");
-  disk.Put("/work/f.tmp-1-0", "left");
-  disk.Put("/work/ff.tmp-1-2", "other");
-}
-
 const std::vector<Deed> kDeeds = {
-    {"replace",
-     [](FileSystem& files, std::string& error) {
-       return ReplaceFile(files, "/work/f", "new", FileAccess::Everyone, error);
-     },
-     "d/ x=in d f=new f.bad=bad f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other "},
-    {"make folders",
-     [](FileSystem& files, std::string& error) { return MakeFolders(files, "/work/n/m", error); },
-     "d/ x=in d f=old f.bad=bad f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other n/ m/ ", true},
-    {"rename a folder",
-     [](FileSystem& files, std::string& error) {
-       return RenamePath(files, "/work/d", "/work/e", error);
-     },
-     "e/ x=in d f=old f.bad=bad f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other "},
-    {"keep a bad file",
-     [](FileSystem& files, std::string& error) { return KeepBadFile(files, "/work/f", error); },
-     "d/ x=in d f.bad=old f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other "},
-    {"keep a bad copy",
-     [](FileSystem& files, std::string& error) {
-       return KeepBadCopy(files, "/work/f", FileAccess::OwnerOnly, error);
-     },
-     "d/ x=in d f=old f.bad=old f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other "},
-    {"remove for good",
-     [](FileSystem& files, std::string& error) {
-       error = RemoveForGood(files, "/work/f").reason;
-       return error.empty();
-     },
-     "d/ x=in d f.bad=bad f.bad.tmp-3-4=left f.tmp-1-0=left ff.tmp-1-2=other "},
-    {"remove every trace",
-     [](FileSystem& files, std::string& error) {
-       return RemoveEveryTrace(files, "/work/f", error);
-     },
-     "d/ x=in d ff.tmp-1-2=other ", true}};
+    {"replace", [](Files f, Text e) { return ReplaceFile(f, "/work/f", "new", kEveryone, e); },
+     "d/x=in d f=new f.bad=bad " + kTraces},
+    {"make folders", [](Files f, Text e) { return MakeFolders(f, "/work/n/m", e); },
+     kBefore + "n/m/= ", true},
+    {"rename a folder", [](Files f, Text e) { return RenamePath(f, "/work/d", "/work/e", e); },
+     "e/x=in d f=old f.bad=bad " + kTraces},
+    {"keep a bad file", [](Files f, Text e) { return KeepBadFile(f, "/work/f", e); },
+     "d/x=in d f.bad=old " + kTraces},
+    {"keep a bad copy", [](Files f, Text e) { return KeepBadCopy(f, "/work/f", kEveryone, e); },
+     "d/x=in d f=old f.bad=old " + kTraces},
+    {"remove", [](Files f, Text e) { return (e = RemoveForGood(f, "/work/f").reason).empty(); },
+     "d/x=in d f.bad=bad " + kTraces},
+    {"remove every trace", [](Files f, Text e) { return RemoveEveryTrace(f, "/work/f", e); },
+     "d/x=in d ff.tmp-1-2=other ", true}};
 
 // Each operation in turn fails, and each in turn is the last before the power goes.
 TEST(WholeFiles, AreDoneOrNotAndDoneMeansOnTheDisk) {
@@ -305,7 +255,13 @@ TEST(WholeFiles, AreDoneOrNotAndDoneMeansOnTheDisk) {
     for (int fault = 1, faults = 1; faults > 0; ++fault) {
       SCOPED_TRACE(deed.what + ", operation " + std::to_string(fault));
       MemoryFiles disk;
-      PutBefore(disk);
+      disk.Put("/work/d/x", "in d");
+      disk.Put("/work/f", "old");
+      disk.Put("/work/f.bad", "bad");
+      disk.Put("/work/ff.tmp-1-2", "other");
+      for (const char* trace : {"f.bad.tmp-3-4", "f.tmp-1-0"}) {
+        disk.Put(std::string("/work/") + trace, "left");
+      }
       ASSERT_EQ(Listing(disk), kBefore);
       WatchedFiles files(disk);
       std::string failed, error;
@@ -340,8 +296,7 @@ TEST(WholeFiles, WhatIsNotThereNeedsNoCare) {
   std::string error;
   EXPECT_TRUE(KeepBadFile(files, "/work/f", error) && RemoveForGood(files, "/work/f") &&
               RemoveEveryTrace(files, "/work/none/f", error) &&
-              MakeFolders(files, "/work", error) &&
-              KeepBadCopy(files, "/work/f", FileAccess::Everyone, error))
+              MakeFolders(files, "/work", error) && KeepBadCopy(files, "/work/f", kEveryone, error))
       << error;
   EXPECT_TRUE(AppendTextFile(files, "/work/f", "one\n", error) &&
               AppendTextFile(files, "/work/f", "two\n", error));

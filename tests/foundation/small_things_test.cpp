@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <cstring>
 #include <sstream>
 
 #include "foundation/H_tea.h"
-#include "foundation/byte_arena.h"
 #include "support/temp_folder.h"
 
 namespace quillmere {
@@ -25,21 +23,6 @@ TEST(TeaCipher, KeepsStoredPasswordsReadable) {
   EXPECT_EQ(DecipherPassword(EncipherPassword(std::string(40, 'p'))), std::string(31, 'p'));
   EXPECT_EQ(DecipherPassword(""), "");
   DecipherPassword("zz not hexadecimal");  // any answer, but no crash
-}
-
-TEST(TeaCipher, WorksOnWholeBlocks) {
-  const TeaCipher cipher("0123456789abcdef");
-  for (const std::size_t length : {0u, 7u, 8u, 20u}) {
-    unsigned char buffer[20] = {};
-    cipher.EncipherBuffer(buffer, length);
-    for (std::size_t block = 0; block < 2; ++block) {
-      const bool changed = std::any_of(buffer + 8 * block, buffer + 8 * block + 8,
-                                       [](unsigned char byte) { return byte != 0; });
-      EXPECT_EQ(changed, block < length / 8) << "length " << length;
-    }
-    cipher.DecipherBuffer(buffer, length);
-    EXPECT_EQ(std::count(buffer, buffer + 20, 0), 20);
-  }
 }
 
 TEST(FileNames, RefusesWhatIsNoFileName) {
@@ -121,21 +104,6 @@ TEST(Settings, AreKeptAndABrokenFileIsToo) {
   ASSERT_TRUE(SaveSettings(folder.Files(), file, settings, error)) << error;
   EXPECT_EQ(folder.Read("config/settings.xml.bad"), broken);
   EXPECT_TRUE(LoadSettings(folder.Files(), file, read, error));
-}
-
-TEST(ByteArena, PiecesNeverMoveOrMeet) {
-  ByteArena arena;
-  std::vector<std::string_view> pieces;
-  for (std::size_t i = 0; i < 3000; ++i) {
-    const std::size_t size = i % 50 == 0 ? i * 400 : i % 997;
-    pieces.push_back(arena.Copy(std::string(size, char('a' + i % 26))));
-    void* aligned = arena.Allocate(8, 8);
-    ASSERT_EQ(reinterpret_cast<std::uintptr_t>(aligned) % 8, 0u);
-    std::memset(aligned, 0, 8);
-  }
-  for (std::size_t i = 0; i < pieces.size(); ++i) {
-    ASSERT_EQ(pieces[i].find_first_not_of(char('a' + i % 26)), std::string_view::npos);
-  }
 }
 
 }  // namespace

@@ -93,24 +93,5 @@ TEST(JobSchema, FindsTheFirstOfAName) {
   EXPECT_EQ(moved.Find("T7"), seventh) << "tables stay where they are";
 }
 
-TEST(PendingBatch, KeepsTextsInOrder) {
-  PendingBatch batch;
-  std::vector<std::string> texts;
-  for (std::size_t i = 0; i < 5000; ++i) {
-    const std::size_t length = i % 100 == 3 ? 0 : i % 1000 == 500 ? 2'000'000 : i % 300;
-    texts.emplace_back(length, static_cast<char>(i % 256));
-    length == 0 ? batch.AppendSetAside() : batch.Append(texts.back());
-  }
-  ASSERT_EQ(batch.Size(), texts.size());
-  for (std::size_t i = 0; i < texts.size(); ++i) {
-    ASSERT_EQ(batch[i].text, texts[i]);
-    ASSERT_EQ(batch[i].kind == PendingBatch::Kind::SetAside, texts[i].empty());
-  }
-  batch.Clear();
-  EXPECT_TRUE(batch.Empty());
-  batch.Append("again");
-  EXPECT_EQ(batch[0].text, "again");
-}
-
 }  // namespace
 }  // namespace quillmere

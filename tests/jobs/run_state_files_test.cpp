@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "jobs/run_state_files.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 #include "support/config_of.h"
 #include "support/memory_files.h"
+#include "support/stored_text.h"
 
 namespace quillmere {
 namespace {
 
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using testing::MemoryFiles;
 
 RunRecord SomeRecord() {
@@ -49,103 +49,76 @@ TEST(RunRecordFile, IsFortyBytesAndAShortOneKeepsItsDefaults) {
 
 TEST(BatchFile, ReadsBackByteForByte) {
   MemoryFiles files;
-  const std::vector<std::string> statements = {
-      "insert into A.B values ('line\nfeed, ''quoted'';\n\n')",
-      "",
-      "  trailing blanks  ",
-      "update A.\"O'B\" set X = '\r\n\t" + std::string(1, '\0') + "x'",
-      std::string(20000, 'x'),
-      ""};
-  PendingBatch batch;
+  std::vector<std::string> statements = {"insert into A.B values ('line\nfeed, ''quoted'';\n\n')",
+                                         "", "  trailing blanks  ", "update A.\"O'B\" set X = '\r'",
+                                         ""};
+  for (std::size_t i = 0; i < 5000; ++i) {
+    const char c = static_cast<char>(i % 256);
+    const std::size_t length = i % 1000 == 500 ? 2'000'000 : i % 300;
+    statements.push_back("'" + std::string(length, c == '\'' ? '"' : c) + "'");
+  }
+  PendingBatch batch, read;
+  batch.Append("cleared");
+  batch.Clear();
   for (const std::string& statement : statements) {
     statement.empty() ? batch.AppendSetAside() : batch.Append(statement);
   }
   std::string error;
   const JobFolder job("/work", "J");
   ASSERT_TRUE(WriteBatchFile(files, job, batch, error)) << error;
-  PendingBatch read;
   ASSERT_TRUE(ReadBatchFile(files, job, read));
   ASSERT_EQ(read.Size(), statements.size());
   for (std::size_t i = 0; i < statements.size(); ++i) {
-    EXPECT_EQ(read[i].text, statements[i]);
-    EXPECT_EQ(read[i].kind, batch[i].kind);
+    ASSERT_EQ(read[i].text, statements[i]);
+    ASSERT_EQ(read[i].kind == PendingBatch::Kind::SetAside, statements[i].empty());
   }
 
   // Cut anywhere but at a line's end outside of a literal, the file is refused.
   const std::string whole = files.Content("/work/jobs/J/sqlcmds.txt");
   std::size_t refused = 0;
-  for (std::size_t length = 1; length < 120; ++length) {
+  for (std::size_t length = 1; length < 100; ++length) {
     files.Put("/work/jobs/J/sqlcmds.txt", whole.substr(0, length));
     PendingBatch part;
     refused += ReadBatchFile(files, job, part).code == FileCode::Damaged ? 1U : 0U;
   }
-  EXPECT_EQ(refused, 119U - 4U) << "four statements end within 120 bytes";
+  EXPECT_EQ(refused, 99U - 3U) << "three statements end within 100 bytes";
 }
 
-class Restore : public ::testing::Test {
- protected:
-  Restore() { config_.name = "J"; }
-  RestoredRun Run(RestoreMode mode = RestoreMode::Resume) {
-    return RestoreRunState(files_, job_, JobFolder("/work", "J"), mode);
-  }
-  void WriteFiles(const RunRecord& record, const std::string& batch) {
-    files_.Put("/work/jobs/J/block.dat", Bytes(record));
-    files_.Put("/work/jobs/J/sqlcmds.txt", batch);
-  }
-  MemoryFiles files_;
-  SyncJob job_;
-  JobConfig& config_ = ConfigOf(job_);
-};
-
-// What comes back of a job that was running, the engine's tests of faults have.
-TEST_F(Restore, NothingAndUnknownStatesAreStopped) {
-  EXPECT_EQ(Run().state, JobState::Stopped);
-  EXPECT_TRUE(job_.run.pending_batch.Empty());
-  for (const std::int32_t state : {0, -1, 7, 1 << 30}) {
-    RunRecord record;
-    record.state = state;
-    WriteFiles(record, "");
-    const RestoredRun restored = Run();
-    EXPECT_EQ(restored.state, JobState::Stopped) << state;
-    EXPECT_THAT(restored.problem, IsEmpty());
-  }
-}
-
-TEST_F(Restore, CommitPointReplacesTheRecordOnce) {
-  RunRecord later = SomeRecord();
-  later.batch_remaining = 0;
-  later.batch_applied = 5;
-  WriteFiles(later, "a\nb\nc\nd\ne\n");
-  files_.Put("/work/jobs/J/commit.dat", Bytes(SomeRecord()));
-  EXPECT_EQ(Run(RestoreMode::LookOnly).progress.batch_remaining, 0U);
-  EXPECT_NE(files_.Content("/work/jobs/J/commit.dat"), "(none)");
-  EXPECT_EQ(Run().progress.batch_remaining, 1U);
-  const auto on_disk = files_.AfterPowerCut([] { return false; });
-  EXPECT_EQ(on_disk->Content("/work/jobs/J/commit.dat"), "(none)");
-  EXPECT_EQ(on_disk->Content("/work/jobs/J/block.dat"), Bytes(SomeRecord()));
-}
-
-TEST_F(Restore, DamageIsToldAndNothingHalfReadIsApplied) {
-  struct Case {
-    std::string what, batch, problem;
-  };
-  for (const Case& c : std::vector<Case>{
-           {"too few statements", "", "holds 0 statements, the run record counts 1"},
-           {"cut inside a literal", "a\nb\nc\nd\ninsert ('\n", "ends inside a statement"}}) {
-    SCOPED_TRACE(c.what);
-    WriteFiles(SomeRecord(), c.batch);
-    const RestoredRun restored = Run();
-    EXPECT_THAT(restored.problem, HasSubstr(c.problem));
-    EXPECT_THAT(restored.problem, HasSubstr("4 of them are on the destination already"));
-    EXPECT_TRUE(job_.run.pending_batch.Empty());
-  }
-  EXPECT_TRUE(files_.RemoveFile("/work/jobs/J/sqlcmds.txt"));
-  EXPECT_THAT(Run().problem, HasSubstr("sqlcmds.txt"));
-
-  WriteFiles(SomeRecord(), "a\nb\nc\nd\ne\n");
-  files_.Put("/work/jobs/J/commit.dat", "short");
-  EXPECT_THAT(Run().problem, HasSubstr("is damaged"));
-  EXPECT_EQ(files_.Content("/work/jobs/J/commit.dat.bad"), "short");
+// Given are files, a record by its fields, "|" for a line's end in a batch; both ways of looking at
+// them, and the files that stand then.
+TEST(Restore, TakesUpWhatIsWholeAndTellsTheRest) {
+  ExpectCases(TABLES "/restore.txt", [](const std::string& given) {
+    MemoryFiles files;
+    SyncJob job;
+    ConfigOf(job).name = "J";
+    std::istringstream lines(given);
+    for (std::string name, text; lines >> name && std::getline(lines >> std::ws, text);) {
+      RunRecord r;
+      std::istringstream fields(text);
+      if (fields >> r.state >> r.applied_count >> r.batch_applied >> r.batch_remaining >>
+          r.mining_start_scn >> r.cutoff_scn >> r.blocked_count >> r.batch_pending) {
+        text = Bytes(r);
+      }
+      std::ranges::replace(text, '|', '\n');
+      files.Put("/work/jobs/J/" + name, text);
+    }
+    std::ostringstream found;
+    for (const RestoreMode mode : {RestoreMode::LookOnly, RestoreMode::Resume}) {
+      const RestoredRun run = RestoreRunState(files, job, JobFolder("/work", "J"), mode);
+      const auto& [mining_start, cutoff] = job.run.positions;
+      found << StateName(run.state) << ", " << run.progress.batch_applied << " done, "
+            << run.progress.batch_remaining << " to do of " << job.run.pending_batch.Size()
+            << "; applied " << job.run.applied_count << ", blocked " << job.run.blocked_count
+            << ", from " << mining_start << " below " << cutoff << "\n"
+            << run.problem << (run.problem.empty() ? "" : "\n");
+    }
+    const auto on_disk = files.AfterPowerCut([] { return false; });
+    for (const auto& [name, content] : on_disk->All("/work")) {
+      const bool settled = content == Bytes({.state = 2, .applied_count = 3, .batch_remaining = 1});
+      found << name << (settled ? " of the commit point" : "") << "\n";
+    }
+    return found.str();
+  });
 }
 
 }  // namespace
