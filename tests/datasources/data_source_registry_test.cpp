@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "datasources/data_source_registry.h"
-#include "support/hand_clock.h"
-#include "support/temp_folder.h"
 
-#include <sys/stat.h>
+#include "support/account.h"
+#include "support/hand_clock.h"
 
 namespace quillmere {
 namespace {
 
-// A program's registry on a working folder; a second one on the same folder is its restart.
+// A program's registry in /work; a second one on the same files is its restart.
 struct Program {
-  explicit Program(const TempFolder& folder) : files(folder.Files()), path(folder.Path()) {}
+  explicit Program(FileSystem& disk) : files(disk) {}
 
   DataSource& Add(std::string_view name) {
     DataSource source;
@@ -20,35 +19,42 @@ struct Program {
     return registry.At(registry.Add(std::move(source)));
   }
 
-  // Of all data sources, each with a blank behind.
-  std::string Names() const {
-    std::string names;
-    for (std::size_t i = 0; i < registry.Count(); ++i) {
-      if (registry.At(i).state != ConnectionState::Empty) names += registry.At(i).name + " ";
-    }
-    return names;
-  }
-
-  std::string Messages() const {
-    std::string all;
-    for (const auto& entry : log.Entries()) {
-      all += (entry.error ? "E " : "I ") + entry.text.substr(18) + "\n";
-    }
-    return all;
-  }
-
   FileSystem& files;
-  std::filesystem::path path;
   HandClock clock;
   Settings settings;
-  MessageLog log{files, path, clock, settings};
-  DataSourceRegistry registry{files, path, log, settings};
+  MessageLog log{files, "/work", clock, settings};
+  DataSourceRegistry registry{files, "/work", log, settings};
   std::string error;
 };
 
-struct DataSourceRegistryTest : testing::Test {
-  TempFolder folder;
-  Program program{folder};
+class DataSourceRegistryTest : public AccountTest {
+ protected:
+  void Tell(const std::string& what, Program& of) {
+    account << "= " << what << "\n";
+    if (!of.error.empty()) account << "error: " << std::exchange(of.error, {}) << "\n";
+    for (std::size_t i = 0; i < of.registry.Count(); ++i) {
+      const DataSource& source = of.registry.At(i);
+      if (source.state == ConnectionState::Empty) continue;
+      account << source.name << ", state " << static_cast<int>(source.state) << ", "
+              << source.password << " " << source.Mode() << " " << source.description
+              << (source.needsave ? ", to be saved\n" : "\n");
+    }
+    TellFiles();
+  }
+  void Save(const std::string& what, Program& of) {
+    of.registry.Save(of.error);
+    Tell(what, of);
+  }
+  void Save(const std::string& what) { Save(what, program); }
+  void Load(const std::string& what) {
+    program.registry.Load();
+    Tell(what, program);
+  }
+  void Remove(std::size_t index, const std::string& what) {
+    program.registry.Remove(index, program.error);
+    Tell(what, program);
+  }
+  Program program{files};
 };
 
 TEST_F(DataSourceRegistryTest, FilesHoldWhatTheyShould) {
@@ -61,142 +67,79 @@ TEST_F(DataSourceRegistryTest, FilesHoldWhatTheyShould) {
   source.indexes.push_back({"S", "EMP", "S2", "IX", "NORMAL", "VALID", -1});
   source.tables.push_back({"S", "EMP", "USERS", "TABLE", 14});
   program.Add("EMPTY").password.clear();
-  ASSERT_TRUE(program.registry.Save(program.error)) << program.error;
-  EXPECT_EQ(folder.ReadFlat("config/database.xml"),
-            "<database><dbname>ORCL</dbname></database>"
-            "<database><dbname>EMPTY</dbname></database>");
-  const std::string before_state =
-      "<database><dbtype>ORACLE</dbtype><name>ORCL</name><version>19.3</version><dbstatus>";
-  const std::string after_state =
-      "</dbstatus><needsave>false</needsave><login><userid>scott</userid><password>"
-      "ECAA0FDBD7A31783A76C7E791EDA4D00A76C7E791EDA4D00A76C7E791EDA4D00</password>"
-      "<mode>SYSDBA</mode></login><schema><primarykey><tableowner>S</tableowner>"
-      "<tablename>EMP</tablename><keyname>PK</keyname><status>ENABLED</status></primarykey>"
-      "<index><tableowner>S</tableowner><tablename>EMP</tablename><indexowner>S2</indexowner>"
-      "<indexname>IX</indexname><type>NORMAL</type><status>VALID</status><level>-1</level></index>"
-      "<tables><tableowner>S</tableowner><tablename>EMP</tablename><tablespace>USERS</tablespace>"
-      "<type>TABLE</type><rows>14</rows></tables></schema></database>";
-  EXPECT_EQ(folder.ReadFlat("config/ORCL.xml"), before_state + "2" + after_state);
-  struct stat status {};
-  ASSERT_EQ(stat((folder / "config/ORCL.xml").c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 0777, 0600u);
-
-  Program restarted(folder);
+  Save("saved");
+  FileFacts facts;
+  ASSERT_TRUE(disk.Look("/work/config/ORCL.xml", facts));
+  EXPECT_EQ(facts.mode, FileSystem::kOwnerOnly);
+  Program restarted(files);
   restarted.registry.Load();
-  ASSERT_EQ(restarted.Names(), "ORCL EMPTY ");
-  EXPECT_EQ(restarted.Messages() + program.Messages(), "");
-  DataSource& read = restarted.registry.At(0);
-  EXPECT_EQ(read.state, ConnectionState::Disconnected);
-  EXPECT_EQ(read.description, "");
-  EXPECT_EQ(read.password, "tiger");
-  EXPECT_EQ(restarted.registry.At(1).password, "");
-  // All the rest has come back if it is written again as it was.
-  EXPECT_FALSE(read.needsave);
-  read.needsave = true;
-  ASSERT_TRUE(restarted.registry.Save(restarted.error));
-  EXPECT_EQ(folder.ReadFlat("config/ORCL.xml"), before_state + "3" + after_state);
+  Tell("read", restarted);
+  restarted.registry.At(0).needsave = true;
+  Save("and written, as it was but for the state", restarted);
 }
 
 TEST_F(DataSourceRegistryTest, SavesOnlyWhatNeedsIt) {
   program.settings.registry_messages = true;
   program.Add("A");
   program.Add("B");
-  ASSERT_TRUE(program.registry.Save(program.error));
-  EXPECT_EQ(program.Messages(), "I A need save before save.\nI B need save before save.\n");
-  for (const char* file : {"config/A.xml", "config/B.xml", "config/database.xml"}) {
-    folder.Write(file, "untouched");
-  }
+  Save("both are new");
   program.registry.At(1).needsave = true;
-  ASSERT_TRUE(program.registry.Save(program.error));
-  EXPECT_EQ(folder.Read("config/A.xml"), "untouched");
-  EXPECT_NE(folder.Read("config/B.xml"), "untouched");
-  EXPECT_NE(folder.Read("config/database.xml"), "untouched") << "the list is always written";
+  Save("B, and the list always");
+  for (const char* name : {"C", "D", "E"}) program.Add(name);
+  program.registry.At(3).password = std::string(32, 'p');
+  Refuse("append", "C.xml");
+  Save("C is refused, D has a password that would be cut, E is saved all the same");
 }
 
 TEST_F(DataSourceRegistryTest, ReadsOddValues) {
-  const std::tuple<const char*, ConnectionState, const char*> cases[] = {
-      {"<dbstatus>1</dbstatus>", ConnectionState::Registered, ""},
-      {"<dbstatus>0</dbstatus>", ConnectionState::Disconnected, ""},
-      {"<dbstatus>-7</dbstatus>", ConnectionState::Disconnected, ""},
-      {"<dbstatus>on</dbstatus>", ConnectionState::Disconnected, ""},
-      {"<login><password>ecaa0fdbd7a31783a76c7e791eda4d00a76c7e791eda4d00a76c7e791eda4d00"
-       "</password></login>",
-       ConnectionState::Disconnected, "tiger"}};
-  folder.Write("config/database.xml", "<database><dbname>A</dbname></database>");
-  for (const auto& [inside, state, password] : cases) {
-    folder.Write("config/A.xml",
-                 "<database><name>other</name><description>by hand</description><schema>"
-                 "<primarykey><keyname>K</keyname></primarykey></schema>" +
-                     std::string(inside) + "</database>");
-    program.registry.Load();
-    ASSERT_EQ(program.Names(), "A ") << inside;
-    const DataSource& source = program.registry.At(0);
-    EXPECT_EQ(source.state, state) << inside;
-    EXPECT_EQ(source.password, password) << inside;
-    EXPECT_EQ(source.description + source.Mode(), "by handNORMAL");
-    EXPECT_EQ(source.primary_keys.at(0).status, "undef");
+  disk.Put("/work/config/database.xml", "<database><dbname>A</dbname></database>");
+  for (const std::string inside :
+       {"<dbstatus>1</dbstatus>", "<dbstatus>0</dbstatus>", "<dbstatus>-7</dbstatus>",
+        "<dbstatus>on</dbstatus>",
+        "<login><password>ecaa0fdbd7a31783a76c7e791eda4d00a76c7e791eda4d00a76c7e791eda4d00"
+        "</password></login>"}) {
+    disk.Put("/work/config/A.xml",
+             "<database><name>other</name><description>by hand</description><schema><primarykey>"
+             "<keyname>K</keyname></primarykey></schema>" +
+                 inside + "</database>");
+    Load("read");
+    EXPECT_EQ(program.registry.At(0).primary_keys.at(0).status, "undef");
   }
 }
 
-TEST_F(DataSourceRegistryTest, AListThatCannotBeReadIsReportedAndKept) {
-  program.registry.Load();
-  EXPECT_EQ(program.Messages(), "E Can't not open database.xml\n") << "a missing list";
-  folder.Write("config/database.xml", "<database>\n");
-  program.registry.Load();
-  EXPECT_EQ(program.Messages(), "E Can't not open database.xml\nE Can't not open database.xml\n");
+TEST_F(DataSourceRegistryTest, AListThatCanNotBeReadIsReportedAndKept) {
+  Load("missing");
+  disk.Put("/work/config/database.xml", "<database>\n");
+  Load("broken");
   program.Add("A");
-  ASSERT_TRUE(program.registry.Save(program.error)) << program.error;
-  EXPECT_EQ(folder.Read("config/database.xml.bad"), "<database>\n");
-  EXPECT_NE(folder.Read("config/database.xml").find("<dbname>A"), std::string::npos);
+  Save("saved over it");
 }
 
 TEST_F(DataSourceRegistryTest, WhatIsLeftOutStaysListed) {
   std::string list;
-  for (const char* name :
+  for (const std::string name :
        {"GOOD", "gone", "broken", "hollow", "../evil", "GOOD", "good", "database", ""}) {
-    list += std::string("<database><dbname>") + name + "</dbname></database>\n";
+    list += "<database><dbname>" + name + "</dbname></database>\n";
   }
-  const char* const whole = "<database><dbtype>ORACLE</dbtype></database>";
-  folder.Write("config/database.xml", list);
-  folder.Write("config/GOOD.xml", whole);
-  folder.Write("config/good.xml", whole);
-  folder.Write("config/broken.xml", "<database>\n");
-  folder.Write("config/hollow.xml", "");
-  folder.Write("evil.xml", whole);
-  program.registry.Load();
-  EXPECT_EQ(program.Names(), "GOOD ");
-  const std::string messages = program.Messages();
-  for (const char* name : {"gone", "broken", "hollow"}) {
-    EXPECT_NE(messages.find("E open" + (folder / "config" / name).string() + ".xml failed\n"),
-              std::string::npos)
-        << name << "\n"
-        << messages;
+  const std::string whole = "<database><dbtype>ORACLE</dbtype></database>";
+  disk.Put("/work/config/database.xml", list);
+  for (const char* name : {"config/GOOD", "config/good", "evil"}) {
+    disk.Put("/work/" + std::string(name) + ".xml", whole);
   }
-  for (const char* name : {"../evil", "GOOD", "good", "database", ""}) {
-    EXPECT_NE(messages.find(std::string("E Data source \"") + name + "\" in "), std::string::npos);
-  }
-
-  // The broken one is entered again; the others stay listed, and nothing is lost.
+  disk.Put("/work/config/broken.xml", "<database>\n");
+  disk.Put("/work/config/hollow.xml", "");
+  Load("read");
   EXPECT_EQ(program.registry.WhyNameRefused("broken"), "");
   EXPECT_NE(program.registry.WhyNameRefused("Hollow"), "");
   program.Add("broken");
-  ASSERT_TRUE(program.registry.Save(program.error)) << program.error;
-  EXPECT_EQ(folder.Read("config/broken.xml.bad"), "<database>\n");
-  std::string names;
-  for (const char* name : {"GOOD", "broken", "gone", "hollow", "../evil", "good", "database"}) {
-    names += std::string("<database><dbname>") + name + "</dbname></database>";
-  }
-  EXPECT_EQ(folder.ReadFlat("config/database.xml"), names);
-  EXPECT_EQ(folder.Read("config/hollow.xml"), "");
+  Save("the broken one is entered again; the others stay listed, and nothing is lost");
 }
 
 TEST_F(DataSourceRegistryTest, RefusesNames) {
   program.Add("ORCL");
-  EXPECT_EQ(program.registry.WhyNameRefused("ORCL"), "Database already exist, user another please");
-  for (const char* name : {"", "orcl", "a/b", "..", "DATABASE", "Settings", "nul"}) {
-    EXPECT_NE(program.registry.WhyNameRefused(name), "") << name;
+  for (const char* name : {"ORCL", "", "orcl", "a/b", "..", "DATABASE", "Settings", "nul", "OR"}) {
+    account << name << ": " << program.registry.WhyNameRefused(name) << "\n";
   }
-  EXPECT_EQ(program.registry.WhyNameRefused("ORCL2"), "");
   for (int i = 1; i < 20; ++i) program.Add("DS" + std::to_string(i));
   EXPECT_NE(program.registry.WhyNameRefused("ORCL2"), "") << "twenty are the most";
   ASSERT_TRUE(program.registry.Remove(7, program.error));
@@ -206,39 +149,18 @@ TEST_F(DataSourceRegistryTest, RefusesNames) {
 TEST_F(DataSourceRegistryTest, RemovingTakesThePasswordAlong) {
   program.Add("A");
   program.Add("B");
-  ASSERT_TRUE(program.registry.Save(program.error));
-  folder.Write("config/A.xml.bad", "old password");
-  folder.Write("config/A.xml.tmp-1-1", "password left by a crash");
-  ASSERT_TRUE(program.registry.Remove(0, program.error)) << program.error;
-  ASSERT_TRUE(program.registry.Save(program.error));
-  EXPECT_EQ(folder.List("config"), (std::vector<std::string>{"B.xml", "database.xml"}));
-  EXPECT_EQ(folder.Read("config/database.xml").find("<dbname>A"), std::string::npos);
+  Save("saved");
+  disk.Put("/work/config/A.xml.bad", "old password");
+  disk.Put("/work/config/A.xml.tmp-1-1", "password left by a crash");
+  Remove(0, "A removed");
   EXPECT_EQ(program.registry.IndexOf("B"), 1) << "indices stay";
   EXPECT_EQ(program.registry.IndexOf("A"), -1);
   EXPECT_EQ(program.registry.IndexOf(""), -1) << "an empty slot has no name";
   EXPECT_EQ(program.registry.CountInUse(), 1u);
   program.Add("C");
-  EXPECT_EQ(program.registry.IndexOf("C"), 0) << "the first free slot";
-
-  std::filesystem::remove(folder / "config/B.xml");
-  folder.Write("config/B.xml/inside", "can not be removed");
-  EXPECT_FALSE(program.registry.Remove(1, program.error));
-  EXPECT_NE(program.error.find("B.xml"), std::string::npos);
-  EXPECT_EQ(program.registry.IndexOf("B"), 1) << "it stays";
-}
-
-TEST_F(DataSourceRegistryTest, FailuresKeepTheFlag) {
-  folder.Write("config/A.xml/inside", "a folder in the file's place");
-  program.Add("A");
-  program.Add("B");
-  program.Add("C").password = std::string(32, 'p');
-  EXPECT_FALSE(program.registry.Save(program.error));
-  EXPECT_NE(program.error.find("A.xml"), std::string::npos)
-      << "the first reason: " << program.error;
-  EXPECT_TRUE(program.registry.At(0).needsave);
-  EXPECT_FALSE(program.registry.At(1).needsave) << "the others are saved all the same";
-  EXPECT_TRUE(program.registry.At(2).needsave) << "a password that would be cut";
-  EXPECT_FALSE(folder.Exists("config/C.xml"));
+  Save("C in the first free slot");
+  Refuse("remove", "B.xml");
+  Remove(1, "B can not be removed, and stays");
 }
 
 }  // namespace

@@ -52,7 +52,7 @@ class AccountTest : public ::testing::Test {
       const std::string shown = grew ? content.substr(old->second.size()) : content;
       const bool text = shown.find('\0') == std::string::npos;
       account << "[" << name << (grew ? "] and\n" : "]\n")
-              << (text ? shown : std::to_string(shown.size()) + " bytes");
+              << (text ? Shown(shown) : std::to_string(shown.size()) + " bytes");
       if (!text || !shown.ends_with('\n')) account << "\n";
     }
     told_ = std::move(now);
