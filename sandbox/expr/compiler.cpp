@@ -101,6 +101,8 @@ Compiled ExpressionCompiler::Value(const Expr& expr, const Scope& scope) {
       return Column(expr, scope);
     case ExprOp::Rowid:
       return Rowid(expr, scope);
+    case ExprOp::Subquery:
+      return Subquery(expr, scope);
     case ExprOp::Call:
       return expr.text == "||" ? Concatenation(expr, scope) : Call(expr, scope);
     default:
@@ -223,10 +225,12 @@ std::string ExpressionCompiler::Condition(const Expr& expr, const Scope& scope) 
       if (expr.args.size() > 2) sql += " ESCAPE " + Emit(Value(*expr.args[2], scope), Kind::Text);
       return sql + ")";
     }
-    case ExprOp::Exists:
-      if (subquery_) return "EXISTS (" + subquery_(*expr.subquery, scope) + ")";
+    case ExprOp::Exists: {
+      std::vector<Kind> ignored;
+      if (subquery_) return "EXISTS (" + subquery_(*expr.subquery, scope, &ignored) + ")";
       Fail(Ora(900, "EXISTS is not supported here"));
       return "";
+    }
     case ExprOp::Compare: {
       const bool ordered = expr.text != "=" && expr.text != "<>";
       const std::vector<std::string> operands = Operands(expr, scope, ordered);
@@ -236,6 +240,19 @@ std::string ExpressionCompiler::Condition(const Expr& expr, const Scope& scope) 
       Fail(Ora(920));
       return "";
   }
+}
+
+// The one value of a query with one row; NULL when it has none.
+Compiled ExpressionCompiler::Subquery(const Expr& expr, const Scope& scope) {
+  std::vector<Kind> kinds;
+  if (!subquery_) Fail(Ora(900, "a subquery is not supported here"));
+  if (!status_.ok()) return {};
+  const bool met_before = met_aggregate;
+  const std::string sql = subquery_(*expr.subquery, scope, &kinds);
+  met_aggregate = met_before;
+  if (kinds.size() != 1) Fail(Ora(913));
+  if (!status_.ok()) return {};
+  return {"(WITH q(v) AS (" + sql + ") SELECT qm_only(v) FROM q)", kinds[0]};
 }
 
 std::string ExpressionCompiler::Junction(const Expr& expr, const Scope& scope) {

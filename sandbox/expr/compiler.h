@@ -44,8 +44,10 @@ struct Scope {
 // Keeps its first error, and gives something useless from then on.
 class ExpressionCompiler {
  public:
-  // Compiles the inside of EXISTS; set by whoever knows the tables.
-  using SubqueryCompiler = std::function<std::string(const Select&, const Scope& outer)>;
+  // Compiles the query of a subquery and says of which kinds its columns are; set by whoever knows
+  // the tables.
+  using SubqueryCompiler =
+      std::function<std::string(const Select&, const Scope& outer, std::vector<Kind>* kinds)>;
 
   // `context` must outlive it.
   explicit ExpressionCompiler(const EvalContext* context) : context_(*context) {}
@@ -71,6 +73,7 @@ class ExpressionCompiler {
   Compiled Call(const Expr& expr, const Scope& scope);
   Compiled Concatenation(const Expr& expr, const Scope& scope);
   Compiled Aggregate(const Expr& expr, const Scope& scope);
+  Compiled Subquery(const Expr& expr, const Scope& scope);
   std::string Junction(const Expr& expr, const Scope& scope);
   // The operands in the kind that they are compared in.
   std::vector<std::string> Operands(const Expr& expr, const Scope& scope, bool ordered);

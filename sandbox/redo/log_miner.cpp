@@ -1,30 +1,45 @@
 // SPDX-License-Identifier: MIT
 #include "sandbox/redo/log_miner.h"
 
+#include <algorithm>
+
 #include "sandbox/redo/redo_text.h"
 #include "sandbox/store/sqlite_functions.h"
 
 namespace quillmere::sandbox {
 
-Status LogMiner::AddFile(const std::string& file, bool fresh) {
-  if (file != log_file_) return {1284, "file " + Shortened(file, 300) + " cannot be opened"};
-  if (!fresh && has_file_) return {1289, "cannot add duplicate logfile " + file};
-  has_file_ = true;
+Status LogMiner::AddFile(SqliteConnection* connection, const std::string& file, bool fresh) {
+  SqlRunner sql(connection);
+  const std::optional<RedoLog> log = FindRedoLog(&sql, database_, file);
+  if (!sql.ok()) return sql.status();
+  if (!log) return {1284, "file " + Shortened(file, 300) + " cannot be opened"};
+  if (!fresh && logs_.contains(log->sequence)) {
+    return {1289, "cannot add duplicate logfile " + Shortened(file, 300)};
+  }
+  if (fresh) logs_.clear();
+  logs_.emplace(log->sequence, *log);
   started_ = false;
   return {};
 }
 
 Status LogMiner::Start(std::int64_t start_scn, std::int64_t end_scn) {
-  if (!has_file_) return Ora(1292);
-  start_scn_ = start_scn;
-  end_scn_ = end_scn;
+  if (logs_.empty()) return Ora(1292);
+  const RedoLog* before = nullptr;
+  for (const auto& [sequence, log] : logs_) {
+    const bool gap = before != nullptr && before->sequence + 1 != sequence;
+    const bool late = before == nullptr && start_scn != 0 && log.first_scn > start_scn;
+    if (gap || late) return Ora(1291);
+    before = &log;
+  }
+  start_scn_ = std::max(start_scn, logs_.begin()->second.first_scn);
+  end_scn_ = std::min(end_scn, before->next_scn - 1);
   started_ = true;
   return {};
 }
 
 Status LogMiner::End() {
-  if (!has_file_) return Ora(1307);
-  has_file_ = false;
+  if (logs_.empty()) return Ora(1307);
+  logs_.clear();
   started_ = false;
   return {};
 }
@@ -32,7 +47,19 @@ Status LogMiner::End() {
 namespace {
 
 // The arguments that are a record.
-enum Argument { kScn, kOperation, kRow, kData, kShape, kTable, kOwner, kName, kColumns, kCount };
+enum Argument {
+  kScn,
+  kOperation,
+  kUndo,
+  kRow,
+  kData,
+  kShape,
+  kTable,
+  kOwner,
+  kName,
+  kColumns,
+  kCount
+};
 
 std::string TextOf(sqlite3_value* value) {
   return SqliteArgument(value, Kind::Text).text;
@@ -48,34 +75,51 @@ class RecordWriter {
     if (scn == scn_) return {};
     scn_ = 0;
     if (Status status = TakeShape(record); !status.ok()) return status;
-    RedoRecord decoded;
     const auto operation = static_cast<RedoOperation>(sqlite3_value_int64(record[kOperation]));
-    if (!DecodeRecord(operation, TextOf(record[kData]), &decoded)) {
-      return {1578, "redo record " + std::to_string(scn) + " is damaged"};
-    }
+    const bool undo = sqlite3_value_int64(record[kUndo]) != 0;
+    const std::string data = TextOf(record[kData]);
     std::vector<RedoStatement> statements;
-    const std::int64_t row = sqlite3_value_int64(record[kRow]);
-    Status status = WriteRedo(shape_, decoded, row, context_, &statements);
-    if (!status.ok()) return status;
-    list_.clear();
-    pieces_.clear();
-    for (const RedoStatement& statement : statements) {
-      const std::string code = std::to_string(static_cast<int>(statement.operation));
-      for (std::string& piece : SplitRedo(statement.text)) {
-        list_ += (list_.empty() ? "[-" : ",-") + code;
-        pieces_.push_back(std::move(piece));
+    Status status;
+    if (data.empty()) {
+      RedoStatement& hidden = statements.emplace_back();
+      hidden.operation = undo ? Undoing(operation) : operation;
+      hidden.text = "/* No SQL_REDO for temporary tables */";
+    } else {
+      RedoRecord decoded;
+      if (!DecodeRecord(operation, data, &decoded)) {
+        return {1578, "redo record " + std::to_string(scn) + " is damaged"};
       }
-      list_.erase(list_.rfind('-'), 1);  // nothing follows the last piece
+      const std::int64_t row = sqlite3_value_int64(record[kRow]);
+      status = WriteRedo(shape_, decoded, row, undo, context_, &statements);
     }
-    list_ += ']';
-    scn_ = scn;
-    return {};
+    if (status.ok()) Take(statements);
+    if (status.ok()) scn_ = scn;
+    return status;
   }
 
   const std::string& list() const { return list_; }
   const std::string& piece(std::size_t number) const { return pieces_.at(number); }
 
  private:
+  static RedoOperation Undoing(RedoOperation operation) {
+    if (operation == RedoOperation::Update) return operation;
+    return operation == RedoOperation::Insert ? RedoOperation::Delete : RedoOperation::Insert;
+  }
+
+  void Take(const std::vector<RedoStatement>& statements) {
+    list_.clear();
+    pieces_.clear();
+    for (std::size_t i = 0; i < statements.size(); ++i) {
+      const std::size_t code = static_cast<std::size_t>(statements[i].operation) + 16 * i;
+      for (std::string& piece : SplitRedo(statements[i].text)) {
+        list_ += (list_.empty() ? "[-" : ",-") + std::to_string(code);
+        pieces_.push_back(std::move(piece));
+      }
+      list_.erase(list_.rfind('-'), 1);  // nothing follows the last piece
+    }
+    list_ += ']';
+  }
+
   Status TakeShape(sqlite3_value** record) {
     const std::int64_t id = sqlite3_value_int64(record[kShape]);
     if (id == shape_id_) return {};

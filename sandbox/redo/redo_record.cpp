@@ -2,6 +2,7 @@
 #include "sandbox/redo/redo_record.h"
 
 #include <charconv>
+#include <iterator>
 
 namespace quillmere::sandbox {
 
@@ -70,14 +71,17 @@ bool DecodeShapeColumns(std::string_view bytes, std::vector<RedoShape::Column>* 
   return true;
 }
 
-// The number of changes, each with its column and value, then the row.
+// The numbers of changes and of logged columns, the changes, each with its column and value, the
+// logged columns, then the row.
 std::string EncodeRecord(const RedoRecord& record) {
   RowValues values;
   values.emplace_back(std::to_string(record.changes.size()));
+  values.emplace_back(std::to_string(record.logged.size()));
   for (const auto& [column, value] : record.changes) {
     values.emplace_back(std::to_string(column));
     values.push_back(value);
   }
+  for (const std::size_t column : record.logged) values.emplace_back(std::to_string(column));
   values.insert(values.end(), record.row.begin(), record.row.end());
   return EncodeValues(values);
 }
@@ -85,16 +89,25 @@ std::string EncodeRecord(const RedoRecord& record) {
 bool DecodeRecord(RedoOperation operation, std::string_view bytes, RedoRecord* out) {
   RowValues values;
   std::size_t changes = 0;
-  if (!DecodeValues(bytes, &values) || values.empty()) return false;
-  if (!ReadNumber(values[0], (values.size() + 1) / 2, &changes)) return false;
+  std::size_t logged = 0;
+  if (!DecodeValues(bytes, &values) || values.size() < 2) return false;
+  if (!ReadNumber(values[0], values.size() / 2, &changes)) return false;
+  if (!ReadNumber(values[1], values.size() - 1 - 2 * changes, &logged)) return false;
+  std::size_t at = 2;
+  const std::size_t columns = values.size() - at - 2 * changes - logged;
   out->operation = operation;
-  out->row.assign(values.begin() + 1 + 2 * static_cast<std::ptrdiff_t>(changes), values.end());
   out->changes.resize(changes);
-  for (std::size_t i = 0; i < changes; ++i) {
-    auto& [column, value] = out->changes[i];
-    if (!ReadNumber(values[2 * i + 1], out->row.size(), &column)) return false;
-    value = std::move(values[2 * i + 2]);
+  for (auto& [column, value] : out->changes) {
+    if (!ReadNumber(values[at], columns, &column)) return false;
+    value = std::move(values[at + 1]);
+    at += 2;
   }
+  out->logged.resize(logged);
+  for (std::size_t& column : out->logged) {
+    if (!ReadNumber(values[at++], columns, &column)) return false;
+  }
+  out->row.assign(std::make_move_iterator(values.begin() + static_cast<std::ptrdiff_t>(at)),
+                  std::make_move_iterator(values.end()));
   return true;
 }
 

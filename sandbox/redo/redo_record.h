@@ -37,6 +37,7 @@ struct RedoRecord {
   RedoOperation operation = RedoOperation::Insert;
   RowValues row;  // Insert: the new values; otherwise the old ones, all columns
   std::vector<std::pair<std::size_t, RowValue>> changes;  // Update: column and new value
+  std::vector<std::size_t> logged;  // Update: the columns that were logged; none: all
 };
 
 std::string EncodeShapeColumns(const std::vector<Column>& columns);

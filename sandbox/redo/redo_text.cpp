@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "sandbox/redo/redo_text.h"
 
+#include <algorithm>
+
 #include "sandbox/values/rowid.h"
 #include "sandbox/values/text.h"
 
@@ -40,6 +42,24 @@ class Writer {
     return status_;
   }
 
+  // The values before the change, of a row told by its address.
+  Status WriteUndo(std::vector<RedoStatement>* out) {
+    address_only_ = true;
+    if (record_.operation == RedoOperation::Delete) {
+      WriteInsert(out);
+    } else if (record_.operation == RedoOperation::Insert) {
+      Changes emptied = Later();
+      for (auto& [column, value] : emptied) value = "";
+      if (!emptied.empty()) WriteUpdate(emptied, out);
+      out->push_back({RedoOperation::Delete, "delete from " + target_ + Conditions()});
+    } else {
+      Changes before = record_.changes;
+      for (auto& [column, value] : before) value = record_.row[column];
+      WriteUpdate(before, out);
+    }
+    return status_;
+  }
+
  private:
   std::string Literal(TypeCode type, const RowValue& value) {
     const Kind kind = KindOf(type);
@@ -63,22 +83,30 @@ class Writer {
   void WriteInsert(std::vector<RedoStatement>* out) {
     std::string names;
     std::string values;
-    Changes later;
+    const Changes later = Later();
     for (std::size_t i = 0; i < shape_.columns.size(); ++i) {
       const RedoShape::Column& column = shape_.columns[i];
-      const bool is_long = column.type == TypeCode::Long || column.type == TypeCode::LongRaw;
-      RowValue value = record_.row[i];
-      // The insert itself says of a large object that it is empty: its text follows in an update.
-      if (IsLarge(column.type) && !is_long && value && !value->empty()) {
-        later.emplace_back(i, std::exchange(value, std::string()));
-      }
+      const bool follows = std::any_of(later.begin(), later.end(),
+                                       [i](const auto& change) { return change.first == i; });
       const char* comma = i > 0 ? "," : "";
       names += comma + QuotedName(column.name);
-      values += comma + Literal(column.type, value);
+      values += comma + Literal(column.type, follows ? RowValue("") : record_.row[i]);
     }
     out->push_back({RedoOperation::Insert,
                     "insert into " + target_ + "(" + names + ") values (" + values + ");"});
     if (!later.empty()) WriteUpdate(later, out);
+  }
+
+  // The insert itself says of a large object that it is empty: its text follows in an update.
+  Changes Later() const {
+    Changes later;
+    for (std::size_t i = 0; i < shape_.columns.size(); ++i) {
+      const TypeCode type = shape_.columns[i].type;
+      const bool is_long = type == TypeCode::Long || type == TypeCode::LongRaw;
+      const RowValue& value = record_.row[i];
+      if (IsLarge(type) && !is_long && value && !value->empty()) later.emplace_back(i, value);
+    }
+    return later;
   }
 
   void WriteUpdate(const Changes& changes, std::vector<RedoStatement>* out) {
@@ -95,7 +123,7 @@ class Writer {
     std::string text = " where ";
     for (std::size_t i = 0; i < shape_.columns.size(); ++i) {
       const RedoShape::Column& column = shape_.columns[i];
-      if (IsLarge(column.type)) continue;
+      if (IsLarge(column.type) || !IsLogged(i)) continue;
       const RowValue& value = record_.row[i];
       text += QuotedName(column.name);
       text += value ? " = " + Literal(column.type, value) : " IS NULL";
@@ -104,23 +132,31 @@ class Writer {
     return text + "ROWID = '" + RowAddress(shape_.table_id, row_) + "';";
   }
 
+  bool IsLogged(std::size_t column) const {
+    const std::vector<std::size_t>& logged = record_.logged;
+    return !address_only_ &&
+           (logged.empty() || std::find(logged.begin(), logged.end(), column) != logged.end());
+  }
+
   const RedoShape& shape_;
   const RedoRecord& record_;
   std::int64_t row_;
   const EvalContext& context_;
   std::string target_;
+  bool address_only_ = false;
   Status status_;
 };
 
 }  // namespace
 
-Status WriteRedo(const RedoShape& shape, const RedoRecord& record, std::int64_t row,
+Status WriteRedo(const RedoShape& shape, const RedoRecord& record, std::int64_t row, bool undo,
                  const EvalContext& context, std::vector<RedoStatement>* out) {
   out->clear();
   if (record.row.size() != shape.columns.size()) {
     return {1578, "a redo record does not fit its table"};
   }
-  return Writer(shape, record, row, context).Write(out);
+  Writer writer(shape, record, row, context);
+  return undo ? writer.WriteUndo(out) : writer.Write(out);
 }
 
 std::vector<std::string> SplitRedo(const std::string& text) {

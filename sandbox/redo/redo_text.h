@@ -18,9 +18,10 @@ struct RedoStatement {
   std::string text;  // with its semicolon
 };
 
-// One or two statements: large values of an insert follow in an update, as they do in the log.
-// ORA-01578 for a record that does not fit; `out` then holds nothing of use.
-Status WriteRedo(const RedoShape& shape, const RedoRecord& record, std::int64_t row,
+// One or two statements: large values of an insert follow in an update, as they do in the log. With
+// `undo` those that undo the record, which tell the row by its address alone. ORA-01578 for a
+// record that does not fit; `out` then holds nothing of use.
+Status WriteRedo(const RedoShape& shape, const RedoRecord& record, std::int64_t row, bool undo,
                  const EvalContext& context, std::vector<RedoStatement>* out);
 
 // The statement in pieces of at most kRedoPieceBytes, cut between characters.

@@ -22,13 +22,14 @@ class DdlExecutor {
   using Permission = std::function<bool(const std::string& owner, const std::string& object,
                                         const std::string& privilege)>;
 
-  // All must outlive it.
+  // All must outlive it. `last_scn` is the SCN given latest.
   DdlExecutor(SqliteConnection* writer, Catalog* catalog, const EvalContext* context,
-              Permission permission)
+              std::int64_t last_scn, Permission permission)
       : writer_(writer),
         sql_(writer),
         catalog_(*catalog),
         context_(*context),
+        last_scn_(last_scn),
         may_(std::move(permission)) {}
 
   Status Execute(const Statement& statement);
@@ -90,6 +91,7 @@ class DdlExecutor {
   SqlRunner sql_;
   Catalog& catalog_;
   const EvalContext& context_;
+  std::int64_t last_scn_;
   Permission may_;
 };
 

@@ -5,6 +5,7 @@
 #include "sandbox/redo/redo_record.h"
 #include "sandbox/session/ddl.h"
 #include "sandbox/session/dml.h"
+#include "sandbox/store/redo_logs.h"
 
 namespace quillmere::sandbox {
 
@@ -19,6 +20,9 @@ Status DdlExecutor::Execute(const Statement& statement) {
     ChangeUser(*user);
   } else if (const auto* grant = std::get_if<GrantStatement>(&statement)) {
     ChangeGrant(*grant);
+  } else if (const auto* database = std::get_if<DatabaseChange>(&statement)) {
+    if (!may_("", "", "ALTER DATABASE")) sql_.Fail(Ora(1031));
+    ChangeDatabase(&sql_, *database, last_scn_);
   }
   catalog_.Clear();
   return sql_.status();
@@ -67,8 +71,9 @@ void DdlExecutor::CreateTable(const TableDefinition& def) {
     sql_.Fail(Ora(955));
   }
   CheckColumns(def.columns, nullptr);
-  sql_.Run("INSERT INTO qm_table(owner, name, tablespace, shape) VALUES(?, ?, ?, 0)", name.owner,
-           name.name, def.tablespace.empty() ? std::string("USERS") : def.tablespace);
+  sql_.Run("INSERT INTO qm_table(owner, name, tablespace, shape, temporary) VALUES(?, ?, ?, 0, ?)",
+           name.owner, name.name, def.tablespace.empty() ? std::string("USERS") : def.tablespace,
+           def.temporary ? 1 : 0);
   const std::int64_t id = sql_.LastRowId();
   std::string body = "rid INTEGER PRIMARY KEY";
   for (std::size_t i = 0; i < def.columns.size(); ++i) {

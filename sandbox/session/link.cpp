@@ -38,6 +38,7 @@ Status Link::AttachFile(const DatabasePath& path, std::shared_ptr<Link>* out) {
   std::shared_ptr<Link> link(new Link());
   link->path_ = path;
   if (Status status = CutFlag::Open(path.cut, &link->cut_); !status.ok()) return status;
+  if (Status status = OpenTransaction::Open(path.open, &link->open_); !status.ok()) return status;
   link->seen_ = link->cut_->Count();
   link->latency_ =
       std::chrono::microseconds(NumberFromEnvironment("QUILLMERE_SANDBOX_LATENCY_US", 0));

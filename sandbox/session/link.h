@@ -9,6 +9,7 @@
 
 #include "sandbox/store/cut_flag.h"
 #include "sandbox/store/database_file.h"
+#include "sandbox/store/open_transaction.h"
 
 namespace quillmere::sandbox {
 
@@ -34,6 +35,7 @@ class Link {
   }
 
   const DatabasePath& path() const { return path_; }
+  OpenTransaction& open_transaction() const { return *open_; }
   std::chrono::milliseconds lock_wait() const { return lock_wait_; }
 
  private:
@@ -42,6 +44,7 @@ class Link {
 
   DatabasePath path_;
   std::unique_ptr<CutFlag> cut_;
+  std::unique_ptr<OpenTransaction> open_;
   std::uint64_t seen_ = 0;
   bool dead_ = false;
   std::chrono::microseconds latency_{0};

@@ -52,7 +52,9 @@ Status Session::ExecuteProcedure(const ProcedureCall& call) {
   // 0 is the package's own default: from the first, to the last.
   if (end_scn == 0) end_scn = std::numeric_limits<std::int64_t>::max();
   const std::string procedure = call.name.substr(kPackage.size());
-  if (!wrong && procedure == "ADD_LOGFILE") return miner_.AddFile(file, fresh);
+  if (!wrong && procedure == "ADD_LOGFILE") {
+    return miner_.AddFile(reader_.get(), file, fresh);
+  }
   if (!wrong && procedure == "START_LOGMNR") return miner_.Start(start_scn, end_scn);
   if (!wrong && procedure == "END_LOGMNR") return miner_.End();
   return Refused(306, "wrong number or types of arguments in call to '" + call.name + "'");

@@ -2,6 +2,7 @@
 #include "sandbox/session/row_changer.h"
 
 #include <algorithm>
+#include <set>
 
 #include "sandbox/session/row_values.h"
 
@@ -46,8 +47,22 @@ bool RowChanger::Read(const Table& table, std::int64_t row, RowValues* out) {
 
 void RowChanger::WriteRedo(const Table& table, const RedoRecord& record, std::int64_t row) {
   if (!sql_.ok()) return;
-  sql_.Run("INSERT INTO qm_redo VALUES(?, ?, ?, ?, ?)", transaction_.NextScn(), table.shape,
-           static_cast<int>(record.operation), row, Blob{EncodeRecord(record)});
+  if (table.temporary) transaction_.ClearAtCommit(table.SqlName());
+  // Of a temporary table it is kept that there was a change, not which.
+  const Blob values{table.temporary ? "" : EncodeRecord(record)};
+  sql_.Fail(transaction_.WriteRedo(table.shape, static_cast<int>(record.operation), row, values));
+}
+
+// The columns that the redo of an update tells the row by: all unless only keys or nothing is
+// logged beside what changed.
+std::vector<std::size_t> RowChanger::LoggedColumns(const Table& table, const RowChanges& changes) {
+  const std::string& supplemental = transaction_.supplemental();
+  std::set<std::size_t> logged;
+  if (supplemental == "ALL") return {};
+  for (const auto& change : changes) logged.insert(change.first);
+  const UniqueKey* key = supplemental == "KEY" ? table.PrimaryKey() : nullptr;
+  if (key != nullptr) logged.insert(key->columns.begin(), key->columns.end());
+  return {logged.begin(), logged.end()};
 }
 
 void RowChanger::WriteRow(const Table& table, std::optional<std::int64_t> row,
@@ -73,7 +88,7 @@ void RowChanger::Insert(const Table& table, const RowValues& row) {
   }
   WriteRow(table, std::nullopt, row);
   NoteParents(table, row, nullptr);
-  WriteRedo(table, {RedoOperation::Insert, row, {}}, sql_.LastRowId());
+  WriteRedo(table, {RedoOperation::Insert, row, {}, {}}, sql_.LastRowId());
 }
 
 void RowChanger::Delete(const Table& table, std::int64_t row) {
@@ -84,7 +99,7 @@ void RowChanger::Delete(const Table& table, std::int64_t row) {
   FollowChildren(table, old_values);
   deleting_.pop_back();
   RemoveRow(table, row);
-  WriteRedo(table, {RedoOperation::Delete, old_values, {}}, row);
+  WriteRedo(table, {RedoOperation::Delete, old_values, {}, {}}, row);
 }
 
 void RowChanger::Update(const Table& table, const std::vector<RowUpdate>& updates) {
@@ -99,7 +114,10 @@ void RowChanger::Update(const Table& table, const std::vector<RowUpdate>& update
     WriteRow(table, update.row, values);
     NoteParents(table, values, &update.changes);
     NoteChildren(table, update.old_values, update.changes);
-    WriteRedo(table, {RedoOperation::Update, update.old_values, update.changes}, update.row);
+    WriteRedo(table,
+              {RedoOperation::Update, update.old_values, update.changes,
+               LoggedColumns(table, update.changes)},
+              update.row);
   }
 }
 

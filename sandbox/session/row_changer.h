@@ -51,6 +51,7 @@ class RowChanger {
   void WriteRow(const Table& table, std::optional<std::int64_t> row, const RowValues& values);
   void RemoveRow(const Table& table, std::int64_t row);
   void WriteRedo(const Table& table, const RedoRecord& record, std::int64_t row);
+  std::vector<std::size_t> LoggedColumns(const Table& table, const RowChanges& changes);
   void NoteParents(const Table& table, const RowValues& row, const RowChanges* changes);
   void NoteChildren(const Table& table, const RowValues& old_values, const RowChanges& changes);
   void FollowChildren(const Table& table, const RowValues& old_values);

@@ -13,10 +13,13 @@ class SelectCompiler {
  public:
   SelectCompiler(const SelectEnvironment& environment, SelectPlan* plan)
       : environment_(environment), plan_(*plan), expressions_(environment.context) {
-    expressions_.SetSubqueryCompiler([this](const Select& select, const Scope& outer) {
-      std::vector<SelectColumn> ignored;
-      return Compile(select, &outer, &ignored);
-    });
+    expressions_.SetSubqueryCompiler(
+        [this](const Select& select, const Scope& outer, std::vector<Kind>* kinds) {
+          std::vector<SelectColumn> columns;
+          std::string sql = Compile(select, &outer, &columns);
+          for (const SelectColumn& column : columns) kinds->push_back(column.kind);
+          return sql;
+        });
   }
 
   Status Run(const Select& select) {
@@ -70,7 +73,7 @@ class SelectCompiler {
     expressions_.Fail(environment_.check_view(*added.view));
     plan_.reads_redo = plan_.reads_redo || added.view->name == "V$LOGMNR_CONTENTS";
     std::string sql = added.view->sql;
-    for (const auto& [name, value] : environment_.placeholders) {
+    for (const auto& [name, value] : environment_.placeholders()) {
       for (std::size_t at = sql.find(name); at != std::string::npos;
            at = sql.find(name, at + value.size())) {
         sql.replace(at, name.size(), value);

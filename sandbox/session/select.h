@@ -26,7 +26,7 @@ struct SelectEnvironment {
   std::function<Status(const ObjectName&, TablePtr*)> find_table;
   std::function<Status(const DictionaryView&)> check_view;
   // What stands in views for the session: ":log" and the like, each with its SQL.
-  std::vector<std::pair<std::string, std::string>> placeholders;
+  std::function<std::vector<std::pair<std::string, std::string>>()> placeholders;
   const EvalContext* context = nullptr;
 };
 
@@ -60,6 +60,8 @@ class Cursor {
   Status Next(DisplayRow* row, bool* found);
   // Takes the rest of the rows into memory and lets go of the database.
   Status Detach();
+  // After Detach: whether nothing is left.
+  bool empty() const { return rest_.empty(); }
   // The session is over: every later fetch fails.
   void Close();
 

@@ -38,7 +38,51 @@ Status Session::CheckVersion(SqliteConnection* connection) {
   return LoadPrivileges(connection);
 }
 
+// What the views take from the session and from the transaction that is open, its own or another's.
+std::vector<std::pair<std::string, std::string>> Session::Placeholders() const {
+  const OpenTransaction& open = link_->open_transaction();
+  // As of before the transaction is looked for: a reader may take the two for one moment.
+  const std::string last_scn = std::to_string(open.last_scn());
+  TransactionRecord record;
+  std::string where = open.Find(&record) ? "" : " WHERE 0";
+  std::string transaction = "(SELECT " + std::to_string(record.start_scn) + " AS start_scn";
+  transaction += ", " + std::to_string(record.process) + " AS process";
+  for (const auto& [name, text] : {std::pair("started", &record.started),
+                                   {"user", &record.user},
+                                   {"machine", &record.machine},
+                                   {"program", &record.program}}) {
+    transaction += ", " + QuoteLiteral(*text) + " AS " + name;
+  }
+  return {
+      {":record",
+       "r.scn, r.operation, r.undo, r.row, r.data, r.shape, s.table_id, s.owner, s.name, "
+       "s.columns"},
+      {":start", std::to_string(miner_.start_scn())},
+      {":end", std::to_string(miner_.end_scn())},
+      {":log", QuoteLiteral(link_->path().file.string())},
+      {":last_scn", last_scn},
+      {":transaction", transaction + where + ")"},
+  };
+}
+
 Status Session::ExecuteSelect(const Select& select, StatementResult* result) {
+  if (select.for_update) {
+    if (select.lock_wait) lock_wait_ = std::chrono::seconds(*select.lock_wait);
+    Status status = BeginChange();
+    lock_wait_.reset();
+    if (status.code() == 54 && select.lock_wait.value_or(0) > 0) return Ora(30006);
+    if (!status.ok()) return status;
+  }
+  Status status = OpenSelect(select, result);
+  if (status.ok() && select.for_update) status = result->cursor->Detach();
+  // What is locked stays so until the transaction ends.
+  const bool locked = status.ok() && select.for_update && !result->cursor->empty();
+  if (locked) status = transaction_->Start();
+  if (!status.ok() && transaction_) transaction_->LetGo();
+  return status;
+}
+
+Status Session::OpenSelect(const Select& select, StatementResult* result) {
   // A session sees its own uncommitted changes; otherwise it reads where no writer is in the way.
   SqliteConnection* connection = InTransaction() ? writer_.get() : reader_.get();
   // A query that is still open would hold its connection to what it saw at its beginning.
@@ -51,13 +95,7 @@ Status Session::ExecuteSelect(const Select& select, StatementResult* result) {
     return hidden ? Ora(942) : status;
   };
   environment.check_view = [this](const DictionaryView& view) { return CheckView(view); };
-  environment.placeholders = {
-      {":record",
-       "r.scn, r.operation, r.row, r.data, r.shape, s.table_id, s.owner, s.name, s.columns"},
-      {":start", std::to_string(miner_.start_scn())},
-      {":end", std::to_string(miner_.end_scn())},
-      {":log", QuoteLiteral(link_->path().file.string())},
-  };
+  environment.placeholders = [this] { return Placeholders(); };
   environment.context = &context_;
   SelectPlan plan;
   Status status = CompileSelect(select, environment, &plan);
@@ -133,7 +171,7 @@ Status Session::ExecuteDdl(const Statement& statement) {
   if (Status status = Commit(); !status.ok()) return status;
   if (Status status = BeginChange(); !status.ok()) return status;
   DdlExecutor executor(
-      writer_.get(), &catalog_, &context_,
+      writer_.get(), &catalog_, &context_, transaction_->last_scn(),
       [this](const std::string& owner, const std::string& object, const std::string& privilege) {
         return MayChange(owner, object, privilege);
       });

@@ -57,7 +57,9 @@ class Session {
   Status OpenWriter();
 
   // Statements
+  std::vector<std::pair<std::string, std::string>> Placeholders() const;
   Status ExecuteSelect(const Select& select, StatementResult* result);
+  Status OpenSelect(const Select& select, StatementResult* result);
   Status ExecuteDml(const Statement& statement, const ObjectName& target, const char* privilege,
                     StatementResult* result);
   Status ExecuteDdl(const Statement& statement);
@@ -91,6 +93,7 @@ class Session {
   std::int64_t version_ = -1;  // of the dictionary that catalog and grants are of
   std::vector<Grant> grants_;
   bool sysdba_ = false;
+  std::optional<std::chrono::milliseconds> lock_wait_;  // of the statement, when it says one
   // Open ones, by the connection that they are on.
   std::vector<std::weak_ptr<Cursor>> cursors_;
   std::vector<std::weak_ptr<Cursor>> writer_cursors_;

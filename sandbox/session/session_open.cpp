@@ -103,7 +103,7 @@ Status Session::OpenWriter() {
     // A pause between two calls means that a new wait has begun.
     if (now - last > std::chrono::milliseconds(200)) since = now;
     last = now;
-    if (link_->IsCut() || now - since >= link_->lock_wait()) {
+    if (link_->IsCut() || now - since >= lock_wait_.value_or(link_->lock_wait())) {
       last = {};
       return false;
     }
@@ -111,7 +111,7 @@ Status Session::OpenWriter() {
     return true;
   });
   transaction_ = std::make_unique<Transaction>(
-      writer_.get(),
+      writer_.get(), &link_->open_transaction(), context_.user,
       [this](const std::function<Status()>& commit) { return link_->Committing(commit); });
   return {};
 }

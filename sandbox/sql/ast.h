@@ -34,7 +34,8 @@ enum class ExprOp {
   Between,
   In,
   Like,
-  Exists
+  Exists,
+  Subquery
 };
 
 struct Expr {
@@ -44,7 +45,7 @@ struct Expr {
   bool is_number = false;  // of Literal
   std::vector<std::unique_ptr<Expr>> args;
   int depth = 1;                     // of the tree below, itself included
-  std::shared_ptr<Select> subquery;  // of Exists
+  std::shared_ptr<Select> subquery;  // of Exists and Subquery
 };
 using ExprPtr = std::unique_ptr<Expr>;
 
@@ -72,6 +73,8 @@ struct Select {
   ExprPtr where;
   std::vector<ExprPtr> group_by;
   std::vector<OrderItem> order_by;
+  bool for_update = false;
+  std::optional<int> lock_wait;  // seconds; none: as long as any statement waits
 };
 
 struct Assignment {
@@ -128,6 +131,7 @@ struct ColumnDef {
 // CREATE TABLE, and what ALTER TABLE adds. Constraints of columns stand among the others.
 struct TableDefinition {
   bool create = true;
+  bool temporary = false;  // its rows are gone at the commit
   ObjectName table;
   std::vector<ColumnDef> columns;
   std::vector<ConstraintDef> constraints;
@@ -165,6 +169,16 @@ struct UserStatement {
   std::string password;
 };
 
+// ALTER DATABASE and ALTER SYSTEM, as far as the redo goes.
+struct DatabaseChange {
+  enum class Kind { AddGroup, AddMember, Archive, SwitchLog, Supplemental };
+  Kind kind = Kind::SwitchLog;
+  int group = 0;
+  int size = 0;              // bytes of every log; 0: it never ends
+  bool on = false;           // of Archive
+  std::string supplemental;  // NONE, MIN, KEY or ALL
+};
+
 struct GrantStatement {
   bool revoke = false;
   std::vector<std::string> privileges;
@@ -191,6 +205,6 @@ struct ProcedureCall {
 
 using Statement =
     std::variant<Select, Insert, Update, Delete, TableDefinition, CreateIndex, ObjectChange,
-                 UserStatement, GrantStatement, TransactionControl, ProcedureCall>;
+                 UserStatement, DatabaseChange, GrantStatement, TransactionControl, ProcedureCall>;
 
 }  // namespace quillmere::sandbox

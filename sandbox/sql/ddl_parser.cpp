@@ -20,6 +20,13 @@ std::string WithoutEndBlanks(std::string_view text) {
 void Parser::ParseCreate(Statement* out) {
   if (Take("TABLE")) return ParseCreateTable(&out->emplace<TableDefinition>());
   if (Take("USER")) return ParseUser(true, &out->emplace<UserStatement>());
+  if (Take("GLOBAL")) {
+    auto& table = out->emplace<TableDefinition>();
+    table.temporary = true;
+    Need("TEMPORARY");
+    Need("TABLE");
+    return ParseCreateTable(&table);
+  }
   const bool unique = Take("UNIQUE");
   if (!unique && !Is("INDEX")) return NotUnderstood();
   Need("INDEX");
@@ -45,6 +52,9 @@ void Parser::ParseCreateTable(TableDefinition* out) {
     ParseTableElement(out);
   } while (Take(","));
   Need(")");
+  if (out->temporary && Take("ON")) {
+    for (const char* word : {"COMMIT", "DELETE", "ROWS"}) Need(word, 922);
+  }
   ParseTablespace(&out->tablespace);
   if (!AtEnd()) Fail(Ora(922));
 }
@@ -142,6 +152,7 @@ TypeName Parser::Type() {
 
 void Parser::ParseAlter(Statement* out) {
   if (Take("USER")) return ParseUser(false, &out->emplace<UserStatement>());
+  if (Is("DATABASE") || Is("SYSTEM")) return ParseDatabase(&out->emplace<DatabaseChange>());
   const bool table = Take("TABLE");
   if (!table && !Take("INDEX")) return NotUnderstood();
   ObjectChange change;
@@ -172,6 +183,47 @@ void Parser::ParseAlter(Statement* out) {
     NotUnderstood();
   }
   *out = std::move(change);
+}
+
+void Parser::ParseDatabase(DatabaseChange* out) {
+  using Kind = DatabaseChange::Kind;
+  const bool system = Take("SYSTEM");
+  if (system) {
+    Need("SWITCH", 2065);
+    return Need("LOGFILE", 2065);
+  }
+  Take("DATABASE");
+  if (Is("ARCHIVELOG") || Is("NOARCHIVELOG")) {
+    out->kind = Kind::Archive;
+    out->on = Take("ARCHIVELOG");
+    Take("NOARCHIVELOG");
+    return;
+  }
+  const bool drop = Take("DROP");
+  if (!drop) Need("ADD", 2231);
+  if (Take("SUPPLEMENTAL")) return ParseSupplemental(drop, out);
+  Need("LOGFILE", 2231);
+  const bool member = Take("MEMBER");
+  if (drop) NotUnderstood();
+  if (member) Need("TO");
+  Need("GROUP", 2231);
+  out->kind = member ? Kind::AddMember : Kind::AddGroup;
+  out->group = Integer(2231);
+  if (!member && Take("SIZE")) out->size = Integer(2231);
+}
+
+void Parser::ParseSupplemental(bool drop, DatabaseChange* out) {
+  out->kind = DatabaseChange::Kind::Supplemental;
+  Need("LOG", 2231);
+  Need("DATA", 2231);
+  out->supplemental = drop ? "NONE" : "MIN";
+  if (!Take("(")) return;
+  const bool all = Take("ALL");
+  if (!all) Need("PRIMARY", 2231);
+  if (!all) Need("KEY", 2231);
+  Need(")");
+  Need("COLUMNS", 2231);
+  out->supplemental = drop ? "MIN" : all ? "ALL" : "KEY";
 }
 
 void Parser::ParseDrop(ObjectChange* out) {

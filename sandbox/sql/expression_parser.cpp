@@ -70,7 +70,7 @@ ExprPtr Parser::Conjunction() {
 ExprPtr Parser::Negation() {
   bool negate = false;
   while (Take("NOT")) negate = !negate;
-  ExprPtr inner = Is("EXISTS") ? Exists() : Predicate();
+  ExprPtr inner = Take("EXISTS") ? Subquery(ExprOp::Exists) : Predicate();
   return negate ? Make(ExprOp::Not, "", std::move(inner)) : std::move(inner);
 }
 
@@ -114,14 +114,13 @@ ExprPtr Parser::PredicateOf(ExprPtr left) {
   return predicate;
 }
 
-ExprPtr Parser::Exists() {
-  Advance();
-  ExprPtr exists = Make(ExprOp::Exists);
+ExprPtr Parser::Subquery(ExprOp op) {
+  ExprPtr expr = Make(op);
   Open();
   Need("SELECT", 936);
-  exists->subquery = std::make_shared<Select>(Query());
+  expr->subquery = std::make_shared<Select>(Query());
   Close();
-  return exists;
+  return expr;
 }
 
 ExprPtr Parser::Value() {
@@ -165,6 +164,7 @@ ExprPtr Parser::Factor() {
 
 ExprPtr Parser::Primary() {
   const Token& token = Current();
+  if (Is("(") && NextIs("SELECT")) return Subquery(ExprOp::Subquery);
   if (Is("(")) {
     Open();
     ExprPtr inside = Condition();
@@ -227,13 +227,7 @@ Select Parser::Query() {
   do {
     select.items.push_back(QueryItem());
   } while (Take(","));
-  Need("FROM", 923);
-  do {
-    SelectSource& source = select.from.emplace_back();
-    source.object = Object(903);
-    if (IsName()) source.alias = Name(933);
-  } while (Take(","));
-  select.where = Where();
+  QueryFrom(&select);
   if (Take("GROUP")) {
     Need("BY", 924);
     do {
@@ -246,7 +240,37 @@ Select Parser::Query() {
       select.order_by.push_back(QueryOrder());
     } while (Take(","));
   }
+  if (Take("FOR")) QueryLock(&select);
   return select;
+}
+
+// A join is a further source and a further condition.
+void Parser::QueryFrom(Select* select) {
+  Need("FROM", 923);
+  ExprPtr joined;
+  bool join = false;
+  do {
+    SelectSource& source = select->from.emplace_back();
+    source.object = Object(903);
+    if (IsName() && !Is("JOIN")) source.alias = Name(933);
+    if (join) Need("ON");
+    if (join) joined = Both(std::move(joined), Condition());
+    join = Take("JOIN");
+  } while (join || Take(","));
+  if (Take("WHERE")) joined = Both(std::move(joined), Condition());
+  select->where = std::move(joined);
+}
+
+ExprPtr Parser::Both(ExprPtr first, ExprPtr second) {
+  if (!first) return second;
+  return Make(ExprOp::And, "", std::move(first), std::move(second));
+}
+
+void Parser::QueryLock(Select* select) {
+  Need("UPDATE");
+  select->for_update = true;
+  if (Take("WAIT")) select->lock_wait = Integer(30005);
+  if (Take("NOWAIT")) select->lock_wait = 0;
 }
 
 SelectItem Parser::QueryItem() {

@@ -34,8 +34,11 @@ class Parser : public TokenReader {
   ExprPtr Make(ExprOp op, std::string_view text = {}, ExprPtr first = nullptr,
                ExprPtr second = nullptr);
   void AddArgument(Expr* expr, ExprPtr argument);
-  ExprPtr Exists();
+  ExprPtr Subquery(ExprOp op);
   Select Query();
+  void QueryFrom(Select* select);
+  ExprPtr Both(ExprPtr first, ExprPtr second);
+  void QueryLock(Select* select);
   SelectItem QueryItem();
   OrderItem QueryOrder();
 
@@ -62,6 +65,8 @@ class Parser : public TokenReader {
   TypeName Type();
   void ParseTablespace(std::string* out);
   void ParseUser(bool create, UserStatement* out);
+  void ParseDatabase(DatabaseChange* out);
+  void ParseSupplemental(bool drop, DatabaseChange* out);
   void ParseGrant(bool revoke, GrantStatement* out);
 
   std::string_view sql_;

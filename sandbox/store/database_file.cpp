@@ -12,13 +12,16 @@ namespace {
 
 constexpr char kSchema[] = R"sql(
 CREATE TABLE qm_meta(id INTEGER PRIMARY KEY, format INTEGER NOT NULL, scn INTEGER NOT NULL,
-  dict_version INTEGER NOT NULL, next_name INTEGER NOT NULL, created TEXT NOT NULL);
+  dict_version INTEGER NOT NULL, next_name INTEGER NOT NULL, created TEXT NOT NULL,
+  dbid INTEGER NOT NULL, log_size INTEGER NOT NULL DEFAULT 0, log_bytes INTEGER NOT NULL DEFAULT 0,
+  archive INTEGER NOT NULL DEFAULT 0, supplemental TEXT NOT NULL DEFAULT 'ALL');
 CREATE TABLE qm_user(id INTEGER PRIMARY KEY AUTOINCREMENT, name TEXT NOT NULL UNIQUE,
   password TEXT NOT NULL, created TEXT NOT NULL);
 CREATE TABLE qm_grant(grantee TEXT NOT NULL, privilege TEXT NOT NULL, owner TEXT NOT NULL,
   object TEXT NOT NULL, PRIMARY KEY(grantee, privilege, owner, object)) WITHOUT ROWID;
 CREATE TABLE qm_table(id INTEGER PRIMARY KEY AUTOINCREMENT, owner TEXT NOT NULL, name TEXT NOT NULL,
-  tablespace TEXT, num_rows INTEGER, shape INTEGER NOT NULL, UNIQUE(owner, name));
+  tablespace TEXT, num_rows INTEGER, shape INTEGER NOT NULL, temporary INTEGER NOT NULL,
+  UNIQUE(owner, name));
 CREATE INDEX qm_table_name ON qm_table(name);
 CREATE TABLE qm_column(id INTEGER PRIMARY KEY AUTOINCREMENT, table_id INTEGER NOT NULL,
   position INTEGER NOT NULL, name TEXT NOT NULL, type_code INTEGER NOT NULL, data_type TEXT NOT NULL,
@@ -41,9 +44,22 @@ CREATE TABLE qm_index_column(index_id INTEGER NOT NULL, position INTEGER NOT NUL
   column_id INTEGER NOT NULL, PRIMARY KEY(index_id, position)) WITHOUT ROWID;
 CREATE TABLE qm_shape(id INTEGER PRIMARY KEY AUTOINCREMENT, table_id INTEGER NOT NULL,
   owner TEXT NOT NULL, name TEXT NOT NULL, columns BLOB NOT NULL);
-CREATE TABLE qm_redo(scn INTEGER PRIMARY KEY, shape INTEGER NOT NULL, operation INTEGER NOT NULL,
-  row INTEGER NOT NULL, data BLOB NOT NULL);
-INSERT INTO qm_meta VALUES(1, 2, 1000, 1, 1, strftime('%Y-%m-%d %H:%M:%S', 'now'));
+CREATE TABLE qm_redo(scn INTEGER PRIMARY KEY, xid INTEGER NOT NULL, shape INTEGER NOT NULL,
+  operation INTEGER NOT NULL, undo INTEGER NOT NULL, row INTEGER NOT NULL, data BLOB NOT NULL);
+CREATE TABLE qm_transaction(start_scn INTEGER PRIMARY KEY, commit_scn INTEGER NOT NULL,
+  started TEXT NOT NULL, committed TEXT NOT NULL);
+CREATE TABLE qm_logfile(grp INTEGER NOT NULL, suffix TEXT PRIMARY KEY);
+CREATE TABLE qm_log(sequence INTEGER PRIMARY KEY, grp INTEGER NOT NULL, first_scn INTEGER NOT NULL,
+  next_scn INTEGER);
+CREATE VIEW qm_online_log AS SELECT f.grp, f.suffix, l.sequence, l.first_scn, l.next_scn
+  FROM qm_logfile f LEFT JOIN qm_log l ON l.sequence =
+  (SELECT max(sequence) FROM qm_log WHERE grp = f.grp);
+CREATE VIEW qm_archived_log AS SELECT '.arch' || sequence AS suffix, sequence, first_scn, next_scn
+  FROM qm_log WHERE next_scn IS NOT NULL AND (SELECT archive FROM qm_meta);
+INSERT INTO qm_logfile VALUES(1, '');
+INSERT INTO qm_log VALUES(1, 1, 1, NULL);
+INSERT INTO qm_meta(id, format, scn, dict_version, next_name, created, dbid)
+  VALUES(1, 3, 1000, 1, 1, strftime('%Y-%m-%d %H:%M:%S', 'now'), abs(random() % 4000000000));
 )sql";
 
 Status FillDatabase(SqliteConnection* connection, const std::string& password) {
@@ -76,6 +92,7 @@ bool FindDatabasePath(const std::filesystem::path& directory, const std::string&
   if (!usable) return false;
   out->file = directory / (name + ".db");
   out->cut = directory / (name + ".cut");
+  out->open = directory / (name + ".open");
   return true;
 }
 
@@ -97,7 +114,7 @@ Status CreateDatabase(const DatabasePath& path, const std::string& password) {
 }
 
 Status OpenDatabase(const DatabasePath& path, std::unique_ptr<SqliteConnection>* out) {
-  constexpr int kFormat = 2;
+  constexpr int kFormat = 3;
   std::error_code error;
   if (!std::filesystem::is_regular_file(path.file, error)) return Ora(12154);
   std::unique_ptr<SqliteConnection> connection;

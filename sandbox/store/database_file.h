@@ -14,6 +14,7 @@ namespace quillmere::sandbox {
 struct DatabasePath {
   std::filesystem::path file;  // <dir>/<NAME>.db
   std::filesystem::path cut;   // <dir>/<NAME>.cut
+  std::filesystem::path open;  // <dir>/<NAME>.open
 };
 
 // False for what can be no file name of a database.

@@ -18,6 +18,15 @@ constexpr std::string_view kTables =
     "OWNER t.owner; TABLE_NAME t.name; TABLESPACE_NAME t.tablespace; n:NUM_ROWS t.num_rows;"
     "STATUS 'VALID';";
 
+// There is one at most, and of the sessions only the one that has it is known.
+constexpr std::string_view kTransactions =
+    "n:INST_ID 1; STATUS 'ACTIVE'; n:XIDUSN t.start_scn % 10 + 1; n:XIDSLT t.start_scn % 48;"
+    "n:XIDSQN t.start_scn; n:START_SCN t.start_scn; d:START_DATE t.started;"
+    "SES_ADDR printf('%016X', t.process);";
+constexpr std::string_view kSessions =
+    "n:INST_ID 1; SADDR printf('%016X', t.process); n:SID t.process; n:SERIAL# 1; STATUS 'ACTIVE';"
+    "USERNAME t.user; MACHINE t.machine; PROGRAM t.program;";
+
 // The plus signs keep SQLite from walking through all indexes of an owner: the table's name, which
 // is always asked for, leads there faster. A constraint's owner is that of its table.
 constexpr Definition kDefinitions[] = {
@@ -57,18 +66,52 @@ constexpr Definition kDefinitions[] = {
      "COLUMN_NAME k.name; n:COLUMN_POSITION p.position;",
      "qm_index i JOIN qm_index_column p ON p.index_id = i.id"
      " JOIN qm_column k ON k.id = p.column_id JOIN qm_table t ON t.id = i.table_id"},
-    {"V$LOGFILE", ViewAccess::Dictionary, "n:GROUP# 1; STATUS NULL; TYPE 'ONLINE'; MEMBER :log;",
-     "(SELECT 1)"},
-    {"V$DATABASE", ViewAccess::Dictionary, "d:CREATED created; n:CURRENT_SCN scn;", "qm_meta"},
+    {"V$LOGFILE", ViewAccess::Dictionary,
+     "n:GROUP# grp; STATUS NULL; TYPE 'ONLINE'; MEMBER :log || suffix;", "qm_logfile"},
+    {"V$LOG", ViewAccess::Dictionary,
+     "n:GROUP# l.grp; n:THREAD# 1; n:SEQUENCE# ifnull(l.sequence, 0); n:BYTES m.log_size;"
+     "n:MEMBERS l.members; ARCHIVED CASE WHEN m.archive AND l.next_scn THEN 'YES' ELSE 'NO' END;"
+     "STATUS CASE WHEN l.sequence IS NULL THEN 'UNUSED' WHEN l.next_scn IS NULL THEN 'CURRENT'"
+     " ELSE 'INACTIVE' END; n:FIRST_CHANGE# ifnull(l.first_scn, 0);"
+     "n:NEXT_CHANGE# ifnull(l.next_scn, '18446744073709551615');",
+     "(SELECT *, count(*) AS members FROM qm_online_log GROUP BY grp) l, qm_meta m"},
+    {"V$ARCHIVED_LOG", ViewAccess::Dictionary,
+     "NAME :log || suffix; n:DEST_ID 1; n:THREAD# 1; n:SEQUENCE# sequence; n:RESETLOGS_CHANGE# 1;"
+     "n:FIRST_CHANGE# first_scn; n:NEXT_CHANGE# next_scn; STANDBY_DEST 'NO'; ARCHIVED 'YES';"
+     "DELETED 'NO'; STATUS 'A';",
+     "qm_archived_log"},
+    {"V$THREAD", ViewAccess::Dictionary,
+     "n:THREAD# 1; STATUS 'OPEN'; ENABLED 'PUBLIC'; n:ENABLE_CHANGE# 1;"
+     "n:LAST_REDO_CHANGE# max(scn, :last_scn);",
+     "qm_meta"},
+    {"V$DATABASE", ViewAccess::Dictionary,
+     "n:DBID dbid; NAME 'SANDBOX'; d:CREATED created; n:RESETLOGS_CHANGE# 1;"
+     "LOG_MODE CASE WHEN archive THEN 'ARCHIVELOG' ELSE 'NOARCHIVELOG' END; CDB 'NO';"
+     "OPEN_MODE 'READ WRITE'; n:CURRENT_SCN max(scn, :last_scn);"
+     "SUPPLEMENTAL_LOG_DATA_MIN CASE supplemental WHEN 'NONE' THEN 'NO' WHEN 'MIN' THEN 'YES'"
+     " ELSE 'IMPLICIT' END;"
+     "SUPPLEMENTAL_LOG_DATA_PK CASE supplemental WHEN 'KEY' THEN 'YES' ELSE 'NO' END;"
+     "SUPPLEMENTAL_LOG_DATA_UI 'NO'; SUPPLEMENTAL_LOG_DATA_FK 'NO';"
+     "SUPPLEMENTAL_LOG_DATA_ALL CASE supplemental WHEN 'ALL' THEN 'YES' ELSE 'NO' END;",
+     "qm_meta"},
+    {"V$TRANSACTION", ViewAccess::Dictionary, kTransactions, ":transaction t"},
+    {"GV$TRANSACTION", ViewAccess::Dictionary, kTransactions, ":transaction t"},
+    {"V$SESSION", ViewAccess::Dictionary, kSessions, ":transaction t"},
+    {"GV$SESSION", ViewAccess::Dictionary, kSessions, ":transaction t"},
     {"X$KTUXE", ViewAccess::SysdbaOnly, "n:KTUXESCNW scn >> 32; n:KTUXESCNB scn & 4294967295;",
      "qm_meta"},
     {"V$LOGMNR_CONTENTS", ViewAccess::Dictionary,
-     "n:SCN r.scn; SQL_REDO qm_piece(:record, p.key);"
-     "OPERATION CASE abs(p.value) WHEN 1 THEN 'INSERT' WHEN 2 THEN 'DELETE' ELSE 'UPDATE' END;"
-     "n:OPERATION_CODE abs(p.value); SEG_OWNER s.owner; SEG_NAME s.name; TABLE_NAME s.name;"
-     "ROW_ID qm_rowid(s.table_id, r.row); n:CSF p.value < 0;",
-     "qm_redo r CROSS JOIN qm_shape s ON s.id = r.shape CROSS JOIN json_each(qm_pieces(:record)) p"
-     " WHERE r.scn BETWEEN :start AND :end"},
+     "n:SCN r.scn; n:START_SCN r.xid; n:COMMIT_SCN t.commit_scn; n:THREAD# 1;"
+     "d:START_TIMESTAMP t.started; d:COMMIT_TIMESTAMP t.committed; n:XIDUSN r.xid % 10 + 1;"
+     "n:XIDSLT r.xid % 48; n:XIDSQN r.xid; SQL_REDO qm_piece(:record, p.key);"
+     "OPERATION CASE abs(p.value) % 16 WHEN 1 THEN 'INSERT' WHEN 2 THEN 'DELETE' ELSE 'UPDATE' END;"
+     "n:OPERATION_CODE abs(p.value) % 16; n:ROLLBACK r.undo; n:STATUS 0; SEG_OWNER s.owner;"
+     "SEG_NAME s.name; TABLE_NAME s.name; n:DATA_OBJ# s.table_id;"
+     "ROW_ID qm_rowid(s.table_id, r.row); n:CSF p.value < 0; n:SSN abs(p.value) / 16;"
+     "RS_ID printf(' 0x%06x.%08x.%04x ', r.scn >> 32, r.scn & 4294967295, 16); SRC_CON_NAME NULL;",
+     "qm_redo r CROSS JOIN qm_shape s ON s.id = r.shape"
+     " CROSS JOIN qm_transaction t ON t.start_scn = r.xid"
+     " CROSS JOIN json_each(qm_pieces(:record)) p WHERE r.scn BETWEEN :start AND :end"},
 };
 
 DictionaryView Make(const Definition& definition) {

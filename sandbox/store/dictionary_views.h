@@ -22,8 +22,9 @@ struct DictionaryView {
   std::string_view name;
   ViewAccess access = ViewAccess::Everybody;
   std::vector<ViewColumn> columns;
-  // :log stands for the log file, :start and :end for the SCNs mined, :record for a record of the
-  // redo.
+  // :log stands for the database's file, :start and :end for the SCNs mined, :record for a record
+  // of the redo, :transaction for the open transaction as a table, :last_scn for the SCN given
+  // latest.
   std::string sql;
 
   // -1 when there is none.

@@ -83,6 +83,25 @@ void SumFinal(sqlite3_context* call) {
   delete total->sum;
 }
 
+// The value of a subquery, which may have one row.
+struct OnlyValue {
+  sqlite3_value* value;
+};
+
+void OnlyStep(sqlite3_context* call, int, sqlite3_value** values) {
+  auto* only = static_cast<OnlyValue*>(sqlite3_aggregate_context(call, sizeof(OnlyValue)));
+  if (only == nullptr) return;
+  if (only->value != nullptr) return SqliteResult(call, Ora(1427), {});
+  only->value = sqlite3_value_dup(values[0]);
+}
+
+void OnlyFinal(sqlite3_context* call) {
+  const auto* only = static_cast<OnlyValue*>(sqlite3_aggregate_context(call, 0));
+  if (only == nullptr || only->value == nullptr) return sqlite3_result_null(call);
+  sqlite3_result_value(call, only->value);
+  sqlite3_value_free(only->value);
+}
+
 int CompareNumbers(void*, int size_a, const void* a, int size_b, const void* b) {
   return CompareDecimalTexts({static_cast<const char*>(a), static_cast<std::size_t>(size_a)},
                              {static_cast<const char*>(b), static_cast<std::size_t>(size_b)});
@@ -141,6 +160,8 @@ Status RegisterFunctions(SqliteConnection* connection, const EvalContext* contex
   }
   failed |= sqlite3_create_function_v2(db, "qm_sum", 1, SQLITE_UTF8, nullptr, nullptr, SumStep,
                                        SumFinal, nullptr);
+  failed |= sqlite3_create_function_v2(db, "qm_only", 1, SQLITE_UTF8, nullptr, nullptr, OnlyStep,
+                                       OnlyFinal, nullptr);
   failed |= sqlite3_create_collation_v2(db, std::string(kNumberOrder).c_str(), SQLITE_UTF8, nullptr,
                                         CompareNumbers, nullptr);
   if (failed != SQLITE_OK) return SqliteError(db);

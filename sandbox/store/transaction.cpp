@@ -3,7 +3,8 @@
 
 #include <algorithm>
 
-#include "sandbox/store/sql_runner.h"
+#include "sandbox/store/redo_logs.h"
+#include "sandbox/values/datetime.h"
 
 namespace quillmere::sandbox {
 
@@ -27,14 +28,31 @@ Status Transaction::Begin() {
   if (!sql.ok()) return sql.status();
   active_ = true;
   changed_ = false;
-  const auto scn = sql.Int("SELECT scn FROM qm_meta WHERE id = 1");
-  const auto version = sql.Int("SELECT dict_version FROM qm_meta WHERE id = 1");
-  if (!scn || !version) sql.Fail({1578, "the database file has lost its head record"});
-  scn_ = scn.value_or(0);
-  dictionary_version_ = version.value_or(0);
-  if (scn_ < 0 || scn_ >= kMaxScn) sql.Fail(Ora(19706));
+  std::int64_t committed = -1;
+  sql.Each("SELECT scn, dict_version, log_size > 0, supplemental FROM qm_meta WHERE id = 1",
+           [&](const SqliteStatement& row) {
+             committed = row.Int(0);
+             dictionary_version_ = row.Int(1);
+             logs_switch_ = row.Int(2) != 0;
+             supplemental_ = row.Text(3);
+           });
+  scn_ = std::max(committed, shown_.last_scn());
+  redo_bytes_ = 0;
+  temporary_.clear();
+  if (committed < 0 || scn_ >= kMaxScn) sql.Fail(Ora(19706));
   if (!sql.ok()) Rollback();
   return sql.status();
+}
+
+Status Transaction::Start() {
+  if (changed_) return {};
+  TransactionRecord record;
+  record.start_scn = start_scn_ = ++scn_;
+  record.started = started_ = DateTime::Now().Canonical(Kind::Date);
+  record.user = user_;
+  Status status = shown_.Show(record);
+  changed_ = status.ok();
+  return status;
 }
 
 Status Transaction::Commit() {
@@ -42,8 +60,9 @@ Status Transaction::Commit() {
   if (active_ && changed_) {
     status = guard_([this] {
       SqlRunner sql(writer_);
-      sql.Run("UPDATE qm_meta SET scn = ? WHERE id = 1", scn_ + 1);
+      PrepareCommit(&sql);
       sql.Run("COMMIT");
+      if (sql.ok()) shown_.set_last_scn(scn_);
       return sql.status();
     });
   }
@@ -52,12 +71,37 @@ Status Transaction::Commit() {
   return status;
 }
 
+void Transaction::PrepareCommit(SqlRunner* sql) {
+  for (const std::string& table : temporary_) sql->Exec("DELETE FROM " + table);
+  sql->Run("UPDATE qm_meta SET scn = ? WHERE id = 1", ++scn_);
+  sql->Run("INSERT INTO qm_transaction VALUES(?, ?, ?, ?)", start_scn_, scn_, started_,
+           DateTime::Now().Canonical(Kind::Date));
+  if (logs_switch_) AddToRedoLog(sql, redo_bytes_, scn_);
+}
+
+Status Transaction::WriteRedo(std::int64_t shape, int operation, std::int64_t row,
+                              const Blob& values) {
+  SqlRunner sql(writer_);
+  sql.Fail(Start());
+  Write(&sql, {++scn_, shape, operation, false, row, values});
+  return sql.status();
+}
+
+void Transaction::Write(SqlRunner* sql, const Change& change) {
+  constexpr std::int64_t kHead = 100;  // what a change costs besides its values
+  redo_bytes_ += kHead + static_cast<std::int64_t>(change.values.bytes.size());
+  sql->Run("INSERT INTO qm_redo VALUES(?, ?, ?, ?, ?, ?, ?)", change.scn, start_scn_, change.shape,
+           change.operation, change.undo ? 1 : 0, change.row, change.values);
+  shown_.set_last_scn(scn_);
+}
+
 void Transaction::End() {
   // SQLite may have rolled back by itself, after a full disk for instance.
   if (writer_->InTransaction() && !Run("ROLLBACK").ok()) {
     writer_->ForgetCached();
     (void)writer_->Exec("ROLLBACK");
   }
+  shown_.Hide();
   active_ = false;
   changed_ = false;
 }
@@ -68,8 +112,8 @@ void Transaction::Rollback() {
 }
 
 Status Transaction::BumpDictionary() {
-  changed_ = true;
   SqlRunner sql(writer_);
+  sql.Fail(Start());
   sql.Run("UPDATE qm_meta SET dict_version = ? WHERE id = 1", ++dictionary_version_);
   return sql.status();
 }
@@ -82,7 +126,7 @@ void Transaction::UndoStatement() {
 
 Status Transaction::SetSavepoint(const std::string& name) {
   std::erase_if(savepoints_, [&name](const Savepoint& point) { return point.name == name; });
-  Savepoint point{name, 0};
+  Savepoint point{name, 0, scn_};
   if (active_) {
     point.number = next_savepoint_++;
     Status status = Run("SAVEPOINT qm_user" + std::to_string(point.number));
@@ -96,11 +140,32 @@ Status Transaction::RollbackTo(const std::string& name) {
   const auto found = std::find_if(savepoints_.begin(), savepoints_.end(),
                                   [&name](const Savepoint& point) { return point.name == name; });
   if (found == savepoints_.end()) return Ora(1086, name);
-  const int number = found->number;
+  const Savepoint point = *found;
   savepoints_.erase(found + 1, savepoints_.end());
-  if (number != 0) return Run("ROLLBACK TO qm_user" + std::to_string(number));
-  End();
-  return {};
+  if (point.number == 0) End();
+  if (point.number == 0) return {};
+  SqlRunner sql(writer_);
+  std::vector<Change> changes;
+  sql.Each(
+      "SELECT scn, shape, operation, undo, row, data FROM qm_redo WHERE scn > ?",
+      [&changes](const SqliteStatement& row) {
+        changes.push_back({row.Int(0), row.Int(1), row.Int(2), row.Int(3) != 0, row.Int(4),
+                           Blob{std::string(row.Text(5))}});
+      },
+      point.scn);
+  sql.Run("ROLLBACK TO qm_user" + std::to_string(point.number));
+  std::vector<const Change*> standing;  // not undone yet
+  for (const Change& change : changes) {
+    Write(&sql, change);
+    change.undo ? standing.pop_back() : standing.push_back(&change);
+  }
+  for (auto change = standing.rbegin(); change != standing.rend(); ++change) {
+    Change undo = **change;
+    undo.scn = ++scn_;
+    undo.undo = true;
+    Write(&sql, undo);
+  }
+  return sql.status();
 }
 
 }  // namespace quillmere::sandbox

@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: MIT
 // The one transaction of a session: begun by its first change, on a connection that only writes.
-// Hands out the SCNs of the changes made in it. Used by the thread that holds the session.
+// Hands out the SCNs of the changes made in it and shows all sessions that it is open. Used by the
+// thread that holds the session.
 #pragma once
 
 #include <cstdint>
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
-#include "sandbox/store/sqlite.h"
+#include "sandbox/store/open_transaction.h"
+#include "sandbox/store/sql_runner.h"
 
 namespace quillmere::sandbox {
 
@@ -17,13 +20,17 @@ class Transaction {
   // `committing` runs the commit it is given when it may happen at all.
   using CommitGuard = std::function<Status(const std::function<Status()>&)>;
 
-  // `writer` must outlive it.
-  Transaction(SqliteConnection* writer, CommitGuard guard)
-      : writer_(writer), guard_(std::move(guard)) {}
+  // `writer` and `shown` must outlive it.
+  Transaction(SqliteConnection* writer, OpenTransaction* shown, std::string user, CommitGuard guard)
+      : writer_(writer), shown_(*shown), user_(std::move(user)), guard_(std::move(guard)) {}
 
   bool active() const { return active_; }
   bool changed() const { return changed_; }
   std::int64_t dictionary_version() const { return dictionary_version_; }
+  // The SCN given latest.
+  std::int64_t last_scn() const { return scn_; }
+  // NONE, MIN, KEY or ALL, as at the beginning.
+  const std::string& supplemental() const { return supplemental_; }
 
   // Waits for another writer to end; ORA-00054 when that takes too long, ORA-19706 when the SCNs
   // are used up. Failed, there is no transaction.
@@ -32,11 +39,13 @@ class Transaction {
   Status Commit();
   void Rollback();
 
-  // The SCN of the next change.
-  std::int64_t NextScn() {
-    changed_ = true;
-    return ++scn_;
-  }
+  // Before the first change: makes it one that has something to commit, and others see it from now
+  // on.
+  Status Start();
+  // Writes a change to the redo: its values, which are of the form `shape`, beside the row.
+  Status WriteRedo(std::int64_t shape, int operation, std::int64_t row, const Blob& values);
+  // The rows of a temporary table, by its name in SQL, go when the transaction ends.
+  void ClearAtCommit(const std::string& table) { temporary_.insert(table); }
   // After the transaction's only statement was undone: nothing is left to commit.
   void ForgetChanges() { changed_ = false; }
   // Ends a transaction that changed nothing, and its lock; savepoints set before it stay.
@@ -53,23 +62,45 @@ class Transaction {
   void UndoStatement();
 
   // A savepoint of the same name moves. ORA-01086 for one that is not there; the work stays then.
+  // What is rolled back stays in the redo, each change followed by one that undoes it.
   Status SetSavepoint(const std::string& name);
   Status RollbackTo(const std::string& name);
 
  private:
+  // A change in the redo; of one that undoes another the latter's operation and values.
+  struct Change {
+    std::int64_t scn = 0;
+    std::int64_t shape = 0;
+    std::int64_t operation = 0;
+    bool undo = false;
+    std::int64_t row = 0;
+    Blob values;
+  };
+
   Status Run(const std::string& sql);
   void End();
+  void PrepareCommit(SqlRunner* sql);
+  void Write(SqlRunner* sql, const Change& change);
 
   struct Savepoint {
     std::string name;
     int number = 0;  // 0: set before the transaction began
+    std::int64_t scn = 0;
   };
 
   SqliteConnection* writer_;
+  OpenTransaction& shown_;
+  std::string user_;
   CommitGuard guard_;
   bool active_ = false;
   bool changed_ = false;
   std::int64_t scn_ = 0;
+  std::int64_t start_scn_ = 0;  // its number in the redo
+  std::string started_;
+  std::string supplemental_;
+  bool logs_switch_ = false;
+  std::int64_t redo_bytes_ = 0;
+  std::set<std::string> temporary_;
   std::int64_t dictionary_version_ = 0;
   int next_savepoint_ = 1;
   std::vector<Savepoint> savepoints_;

@@ -50,7 +50,7 @@ class Client {
   // The rows of a query, or the error.
   std::string Ask(const std::string& sql, std::size_t columns = 1);
   // Executes a statement; its answer is an error by its beginning, or rows joined by " / " with
-  // columns joined by "|"; none means neither.
+  // columns joined by "|", "*" standing for any text; none means neither.
   void Expect(const std::string& sql, const std::string& answer);
   // Expects of each step what stands behind its " -> ".
   void Run(const std::string& transcript);

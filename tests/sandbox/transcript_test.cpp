@@ -8,16 +8,38 @@
 //   @env NAME VALUE        for sessions opened from here on
 //   @set NAME QUERY        what {NAME} stands for from here on
 //   @mine SCN              starts mining from there
+//   @follow NAME VALUE...  a query of oracle/follow_queries.h
 //   @mined STATEMENT       commits it; the answer is the redo of it
 #include <fstream>
 #include <map>
 #include <sstream>
 
+#include "oracle/follow_queries.h"
 #include "sandbox/client.h"
 
 namespace quillmere::sandbox_test {
 
 namespace {
+
+const std::map<std::string, std::string_view> kFollow = {
+    {"ReadScn", follow::kReadScn},
+    {"OldestOpen", follow::kOldestOpen},
+    {"OldestSession", follow::kOldestSession},
+    {"Identity", follow::kIdentity},
+    {"Threads", follow::kThreads},
+    {"OnlineLogs", follow::kOnlineLogs},
+    {"ArchivedLogs", follow::kArchivedLogs},
+    {"LogsNow", follow::kLogsNow},
+    {"Contents", follow::kContents},
+    {"Savepoint", follow::kSavepoint},
+    {"BackToSavepoint", follow::kBackToSavepoint},
+    {"Rollback", follow::kRollback},
+    {"CreatePositions", follow::kCreatePositions},
+    {"InsertPosition", follow::kInsertPosition},
+    {"LockPosition", follow::kLockPosition},
+    {"UpdatePosition", follow::kUpdatePosition},
+    {"DeletePosition", follow::kDeletePosition},
+};
 
 constexpr auto kScn = "select current_scn from v$database";
 
@@ -56,6 +78,16 @@ class TranscriptTest : public SandboxTest,
       EXPECT_EQ(got.substr(0, answer.size()), answer) << step << ": " << got;
       EXPECT_EQ(got.empty(), answer.empty()) << step << ": " << got;
       return;
+    }
+    if (command == "@follow") {
+      std::string name;
+      words >> name;
+      std::string_view left = kFollow.at(name);
+      std::string sql;
+      for (std::string value; words >> value; left.remove_prefix(left.find("{}") + 2)) {
+        sql.append(left.substr(0, left.find("{}"))).append(value);
+      }
+      return client->Expect(sql.append(left), answer);
     }
     if (command == "@set") words >> command >> std::ws;
     std::getline(words, rest);
