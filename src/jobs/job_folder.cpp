@@ -70,7 +70,7 @@ bool JobFolder::RemoveFiles(FileSystem& files, std::string& error) const {
   std::string reason;
   for (const Kind& kind : kKinds) {
     if (!kind.goes_with_job || RemoveEveryTrace(files, File(kind.file), reason)) continue;
-    if (error.empty()) error = std::move(reason);
+    if (error.empty()) error = std::exchange(reason, "");
   }
   // Stays when the operator keeps something in it.
   if (files.RemoveFolder(path_)) static_cast<void>(files.FlushFolder(path_.parent_path()));
