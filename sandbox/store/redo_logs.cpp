@@ -28,7 +28,8 @@ std::optional<RedoLog> FindRedoLog(SqlRunner* sql, const std::string& database,
   std::optional<RedoLog> found;
   sql->Each(
       "SELECT sequence, first_scn, ifnull(next_scn, 9223372036854775807) FROM qm_online_log"
-      " WHERE ?1 || suffix = ?2 AND sequence UNION ALL SELECT sequence, first_scn, next_scn FROM qm_archived_log"
+      " WHERE ?1 || suffix = ?2 AND sequence UNION ALL SELECT sequence, first_scn, next_scn FROM "
+      "qm_archived_log"
       " WHERE ?1 || suffix = ?2",
       [&found](const SqliteStatement& row) {
         found = RedoLog{row.Int(0), row.Int(1), row.Int(2)};
