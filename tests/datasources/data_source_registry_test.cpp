@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "datasources/data_source_registry.h"
 
+#include <gtest/gtest.h>
+
 #include "support/account.h"
 #include "support/hand_clock.h"
 

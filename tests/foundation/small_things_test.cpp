@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
 #include <sstream>
 
 #include "foundation/H_tea.h"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "foundation/xml_document.h"
 
+#include <gtest/gtest.h>
+
 #include <random>
 
 #include "support/stored_text.h"

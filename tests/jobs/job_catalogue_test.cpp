@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "jobs/job_catalogue.h"
 
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <set>
 #include <thread>

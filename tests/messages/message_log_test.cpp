@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "messages/message_log.h"
 
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <thread>
 

@@ -5,6 +5,7 @@
 #include <spawn.h>
 #include <sys/wait.h>
 
+#include <QLabel>
 #include <QMenuBar>
 #include <QTabWidget>
 #include <csignal>

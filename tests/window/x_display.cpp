@@ -104,7 +104,8 @@ bool XDisplay::Type(std::string_view text) {
   std::vector<std::pair<KeyCode, bool>> strokes;
   for (const char c : text) {
     if (c < ' ' || c > '~') return false;
-    const auto symbol = static_cast<KeySym>(c);  // ASCII is what Latin-1 key symbols begin with
+    // ASCII is what Latin-1 key symbols begin with.
+    const KeySym symbol = static_cast<unsigned char>(c);
     const KeyCode code = XKeysymToKeycode(x_->display, symbol);
     const bool shifted = XkbKeycodeToKeysym(x_->display, code, 0, 0) != symbol;
     if (code == 0 || (shifted && XkbKeycodeToKeysym(x_->display, code, 0, 1) != symbol)) {

@@ -62,6 +62,7 @@ class RowList : public Base {
  private:
   static std::vector<RowModel::Column> HeadsOf(const std::vector<ListColumn>& columns) {
     std::vector<RowModel::Column> heads;
+    heads.reserve(columns.size());
     for (const ListColumn& column : columns) heads.push_back(column.head);
     return heads;
   }
