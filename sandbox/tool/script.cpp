@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "sandbox/tool/script.h"
 
+#include <algorithm>
 #include <istream>
 #include <ostream>
 
@@ -48,7 +49,9 @@ class Runner {
   bool Execute(const std::optional<ScriptStatement>& statement) {
     if (!statement) return true;
     // The semicolon that ends a block is part of it.
-    const bool block = Upper(statement->text.substr(0, 6)) == "BEGIN ";
+    const std::size_t begin =
+        std::min(statement->text.find_first_not_of(" \t\r\n"), statement->text.size());
+    const bool block = Upper(statement->text.substr(begin, 6)) == "BEGIN ";
     StatementResult result;
     Status status = link_->RoundTrip();
     if (status.ok()) status = session_->Execute(statement->text + (block ? ";" : ""), &result);

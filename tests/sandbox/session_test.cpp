@@ -269,51 +269,6 @@ TEST_F(SessionTest, AnyBytesAreAnsweredWithAnError) {
   }
 }
 
-TEST_F(SessionTest, TheToolSaysWhatItDidAndWhatWentWrong) {
-  struct Case {
-    const char* arguments;
-    const char* script;  // or null
-    int status;
-    const char* said;
-  };
-  const std::string block = "begin dbms_logmnr.add_logfile(logfilename=>'" + DatabaseFile("SRC") +
-                            "', options=>DBMS_LOGMNR.NEW); end;\nselect count(*) from app.s\n";
-  const std::string good =
-      "-- a comment; with a semicolon;\ncreate table app.s (a varchar2(9));\n"
-      "insert into app.s values ('a;\nb');\ninsert into app.s values (';');\n" +
-      block;
-  const Case cases[] = {
-      {"create SRC", nullptr, 1, "exists already"},
-      {"create ../x", nullptr, 2, ""},
-      {"nothing", nullptr, 2, ""},
-      {"sql SRC", good.c_str(), 0, "2 rows changed"},
-      {"sql SRC", "delete from app.s;\n\nselect\n nope from dual;\n", 1, "line 3: ORA-00904"},
-      {"sql SRC", "delete from app.s;\nselect nope from dual;\n", 1, "rolled back"},
-      {"sql SRC", "delete from app.s;\ninsert into app.s values ('c);\n", 1, "begins in line 2"},
-      {"diff SRC DST", nullptr, 1, "APP.S is only in the first"},
-      {"sql DST",
-       "create user app identified by x;\ncreate table app.s2 (a varchar2(9));\n"
-       "insert into app.s2 values (';');\ninsert into app.s2 values (';');\n",
-       0, ""},
-      {"diff SRC DST app --exclude app.t --map app.s=app.s2", nullptr, 1, "- APP.S: A='a;\nb'"},
-      {"diff SRC DST app --exclude app.t --map app.s=app.s2", nullptr, 1, "+ APP.S: A=';'"},
-      {"sql SRC", "update app.s set a = ';';\n", 0, ""},
-      {"diff SRC DST app --exclude app.t --map app.s=app.s2", nullptr, 0, ""},
-      {"diff SRC NOPE", nullptr, 2, ""},
-  };
-  for (const Case& test : cases) {
-    std::string said;
-    const std::string arguments = test.arguments;
-    const int status = test.script == nullptr ? Tool(arguments, &said)
-                                              : Script(arguments.substr(4), test.script, &said);
-    EXPECT_EQ(status, test.status) << arguments << "\n" << said;
-    EXPECT_NE(said.find(test.said), std::string::npos) << arguments << "\n" << said;
-  }
-  std::string said;
-  EXPECT_EQ(Tool("scn SRC", &said), 0);
-  EXPECT_EQ(said, client_.Ask("select current_scn from v$database") + "\n");
-}
-
 TEST_F(SessionTest, AFileThatIsNoDatabaseOrDamagedSaysSo) {
   const auto connect = [](const char* name) { return Client().ConnectSys(name).substr(0, 9); };
   std::ofstream(DatabaseFile("TEXT")) << std::string(5000, 'x');

@@ -8,6 +8,8 @@
 //   @env NAME VALUE        for sessions opened from here on
 //   @set NAME QUERY        what {NAME} stands for from here on
 //   @mine SCN              starts mining from there
+//   @tool ARGUMENTS        runs the tool; the answer is its exit status and a part of what it says
+//   @script DATABASE TEXT  runs a script by it, "\n" standing for the ends of its lines
 //   @follow NAME VALUE...  a query of oracle/follow_queries.h
 //   @mined STATEMENT       commits it; the answer is the redo of it
 #include <fstream>
@@ -43,15 +45,18 @@ const std::map<std::string, std::string_view> kFollow = {
 
 constexpr auto kScn = "select current_scn from v$database";
 
+std::string Replaced(std::string text, const std::string& what, const std::string& by) {
+  for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size()) {
+    text.replace(at, what.size(), by);
+  }
+  return text;
+}
+
 class TranscriptTest : public SandboxTest,
                        public ::testing::WithParamInterface<std::filesystem::path> {
  protected:
   void Step(std::string step) {
-    for (const auto& [name, value] : values_) {
-      for (std::size_t at = 0; (at = step.find("{" + name + "}")) != std::string::npos;) {
-        step.replace(at, name.size() + 2, value);
-      }
-    }
+    for (const auto& [name, value] : values_) step = Replaced(step, "{" + name + "}", value);
     Client* client = &client_;
     const std::size_t name_end = step.find_first_not_of("abcdefghijklmnopqrstuvwxyz");
     if (name_end > 0 && name_end != std::string::npos && step.substr(name_end, 2) == "> ") {
@@ -104,6 +109,15 @@ class TranscriptTest : public SandboxTest,
       client->Drop();
     } else if (command == "@mine") {
       client->StartMining(std::stoll(rest));
+    } else if (command == "@tool" || command == "@script") {
+      std::string said;
+      const std::size_t blank = rest.find(' ');
+      const int status =
+          command == "@tool"
+              ? Tool(rest, &said)
+              : Script(rest.substr(0, blank), Replaced(rest.substr(blank + 1), "\\n", "\n"), &said);
+      EXPECT_EQ(status, answer[0] - '0') << step << "\n" << said;
+      EXPECT_NE(said.find(answer.substr(1)), std::string::npos) << step << "\n" << said;
     } else if (command == "@mined") {
       EXPECT_EQ(MinedOf(client, rest), answer) << rest;
     } else {
@@ -120,8 +134,7 @@ class TranscriptTest : public SandboxTest,
         EXPECT_EQ(text.size() - (at - 5), 34U) << "the tail must be 33 characters and ';'";
         text.replace(at + 9, 18, "X");
       }
-      for (std::size_t at; (at = text.find('\n')) != std::string::npos;) text.replace(at, 1, "\\n");
-      all += (all.empty() ? "" : " / ") + text;
+      all += (all.empty() ? "" : " / ") + Replaced(text, "\n", "\\n");
     }
     return all;
   }
