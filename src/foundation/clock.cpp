@@ -26,4 +26,9 @@ std::string FormatTimeStamp(LocalTime time) {
   return text;
 }
 
+SteadyTime SystemClock::Steady() const {
+  using namespace std::chrono;
+  return duration_cast<SteadyTime>(steady_clock::now().time_since_epoch());
+}
+
 }  // namespace quillmere

@@ -2,6 +2,7 @@
 // Wall-clock time, passed in wherever time matters so that tests can turn it by hand.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 
@@ -20,16 +21,21 @@ inline LocalTime AddMinutes(LocalTime time, std::int64_t minutes) {
 // "20260131 23:59:07": the stamp in front of every log line.
 std::string FormatTimeStamp(LocalTime time);
 
+// On a clock that nobody sets: only differences mean something.
+using SteadyTime = std::chrono::milliseconds;
+
 // Any thread may ask.
 class Clock {
  public:
   virtual ~Clock() = default;
   virtual LocalTime Now() const = 0;
+  virtual SteadyTime Steady() const = 0;
 };
 
 class SystemClock final : public Clock {
  public:
   LocalTime Now() const override;
+  SteadyTime Steady() const override;
 };
 
 }  // namespace quillmere

@@ -10,6 +10,7 @@ namespace quillmere {
 
 struct HandClock final : Clock {
   LocalTime Now() const override { return now; }
+  SteadyTime Steady() const override { return SteadyTime{now.load().ms}; }
   void TurnMinutes(int minutes) { now = AddMinutes(now, minutes); }
 
   std::atomic<LocalTime> now = LocalTime{1'769'903'947'000};  // stamped "20260131 23:59:07"

@@ -15,6 +15,7 @@ namespace quillmere {
 class StandingClock final : public Clock {
  public:
   LocalTime Now() const override { return now_; }
+  SteadyTime Steady() const override { return SteadyTime{now_.ms}; }
   void Turn(std::int64_t seconds) { now_.ms += seconds * 1000; }
 
  private:
