@@ -59,6 +59,9 @@ class OracleSession {
   // Ends the session unless that was done, which commits, and detaches. LastError() stays.
   void Disconnect();
 
+  // Detaches and leaves the session without its end: the server takes the open transaction back.
+  void Abandon();
+
   bool Connected() const { return connected_; }
   const std::string& LastError() const { return last_error_; }
   // The server's number of that error, as 1289 of ORA-01289; 0 when it was not the server's.

@@ -152,6 +152,11 @@ bool OracleSession::EndSession() {
   return false;
 }
 
+void OracleSession::Abandon() {
+  session_open_ = false;
+  Disconnect();
+}
+
 void OracleSession::Disconnect() {
   if (!connected_) return;
   connected_ = false;
