@@ -11,6 +11,11 @@ namespace quillmere {
 namespace {
 
 constexpr int kMostMessages = 1'000'000;
+constexpr int kMostCommitAge = 3600;  // seconds
+constexpr int kMostHours = 10'000;
+constexpr int kLeastStatements = 1000;
+constexpr int kMostStatements = 100'000'000;
+constexpr std::string_view kCommits = "commits";
 
 bool ReadBool(const XmlNode& node, std::string_view name) {
   return node.ChildValue(name) == "true";
@@ -24,6 +29,10 @@ bool LoadSettings(FileSystem& files, const std::filesystem::path& file, Settings
   settings.statement_trace = false;
   settings.registry_messages = false;
   settings.message_limit = kDefaultMessageLimit;
+  settings.commit_age_seconds = kDefaultCommitAge;
+  settings.most_statements = kDefaultMostStatements;
+  settings.oldest_transaction_hours = kDefaultOldestHours;
+  settings.new_jobs_follow_commits = false;
   settings.client_library.clear();
 
   XmlDocument document;
@@ -37,9 +46,16 @@ bool LoadSettings(FileSystem& files, const std::filesystem::path& file, Settings
   settings.debug = ReadBool(*node, "debug");
   settings.statement_trace = ReadBool(*node, "statement_trace");
   settings.registry_messages = ReadBool(*node, "registry_messages");
-  if (node->Child("message_limit") != nullptr) {
-    settings.message_limit = std::clamp(node->ChildNumber("message_limit"), 1, kMostMessages);
-  }
+  const auto number = [&](std::string_view name, int least, int most, std::atomic<int>& setting) {
+    if (node->Child(name) != nullptr) {
+      setting = std::clamp(node->ChildNumber(name), least, most);
+    }
+  };
+  number("message_limit", 1, kMostMessages, settings.message_limit);
+  number("commit_age", 0, kMostCommitAge, settings.commit_age_seconds);
+  number("most_statements", kLeastStatements, kMostStatements, settings.most_statements);
+  number("oldest_transaction_hours", 1, kMostHours, settings.oldest_transaction_hours);
+  settings.new_jobs_follow_commits = node->ChildValue("new_jobs_follow") == kCommits;
   settings.client_library = node->ChildValue("client_library");
   return true;
 }
@@ -55,6 +71,10 @@ bool SaveSettings(FileSystem& files, const std::filesystem::path& file, const Se
   node.AddChild("statement_trace", BoolText(settings.statement_trace));
   node.AddChild("registry_messages", BoolText(settings.registry_messages));
   node.AddNumber("message_limit", settings.message_limit);
+  node.AddNumber("commit_age", settings.commit_age_seconds);
+  node.AddNumber("most_statements", settings.most_statements);
+  node.AddNumber("oldest_transaction_hours", settings.oldest_transaction_hours);
+  node.AddChild("new_jobs_follow", settings.new_jobs_follow_commits ? kCommits : "rows");
   node.AddChild("client_library", settings.client_library);
   return MakeFolders(files, file.parent_path(), error) &&
          ReplaceTextFile(files, file, document.Text(), FileAccess::Everyone, error);

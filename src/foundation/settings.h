@@ -12,13 +12,22 @@
 namespace quillmere {
 
 inline constexpr int kDefaultMessageLimit = 500;
+inline constexpr int kDefaultCommitAge = 5;  // seconds
+inline constexpr int kDefaultOldestHours = 12;
+inline constexpr int kDefaultMostStatements = 1'000'000;
 
 struct Settings {
   std::atomic<bool> debug{false};              // diagnostic lines in the message log
   std::atomic<bool> statement_trace{false};    // CREATE TABLE statements in the message log
   std::atomic<bool> registry_messages{false};  // "... need save before save." lines
   std::atomic<int> message_limit{kDefaultMessageLimit};  // rows of the message list
-  std::string client_library;                            // "", "oracle", "sandbox" or a path
+  // Following by commits: how old a reading must be before it is used, and how many statements a
+  // batch may have before it ends with the transaction in hand.
+  std::atomic<int> commit_age_seconds{kDefaultCommitAge};
+  std::atomic<int> most_statements{kDefaultMostStatements};
+  std::atomic<int> oldest_transaction_hours{kDefaultOldestHours};  // warned of when open for longer
+  std::atomic<bool> new_jobs_follow_commits{false};
+  std::string client_library;  // "", "oracle", "sandbox" or a path
 };
 
 // A missing file leaves the defaults and is success. A file that cannot be read or understood

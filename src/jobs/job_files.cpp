@@ -8,6 +8,8 @@ namespace quillmere {
 
 namespace {
 
+constexpr std::string_view kCommits = "commits";
+
 void WriteTable(XmlWriter& writer, const JobTable& table) {
   writer.Open("table_list");
   writer.Leaf("name", table.name);
@@ -48,6 +50,7 @@ void AppendJobElement(XmlNode& root, const JobConfig& job) {
   node.AddChild("src_database_name", job.src_database_name);
   node.AddChild("des_database_name", job.des_database_name);
   node.AddChild("has_runned", BoolText(job.has_runned));
+  if (job.follow == Follow::Commits) node.AddChild("follow", kCommits);
 }
 
 void ReadJobElement(const XmlNode& node, JobConfig& job) {
@@ -59,6 +62,7 @@ void ReadJobElement(const XmlNode& node, JobConfig& job) {
   job.src_database_name = fields.Text("src_database_name");
   job.des_database_name = fields.Text("des_database_name");
   job.has_runned = fields.Text("has_runned") == "true";
+  job.follow = fields.Text("follow") == kCommits ? Follow::Commits : Follow::Rows;
 }
 
 void WriteSchemas(XmlWriter& writer, const SchemaMap& schemas) {

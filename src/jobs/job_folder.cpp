@@ -19,6 +19,7 @@ constexpr std::array kKinds = {
     Kind{JobFile::Record, "block.dat", true, true},
     Kind{JobFile::Batch, "sqlcmds.txt", true, true},
     Kind{JobFile::Tables, "", true, true},
+    Kind{JobFile::Source, "source.dat", true, true},
     Kind{JobFile::SetAside, "setaside.sql", false, false},
     Kind{JobFile::ErrorLog, "error.log", false, false},
 };

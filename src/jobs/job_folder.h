@@ -17,6 +17,7 @@ enum class JobFile {
   Record,       // block.dat
   Batch,        // sqlcmds.txt
   Tables,       // named after the job
+  Source,       // source.dat, of a job that follows commits
   SetAside,     // setaside.sql, the operator's
   ErrorLog,     // error.log, the operator's
 };

@@ -71,6 +71,16 @@ bool JobList::ReplaceState(std::size_t index, JobState expected, JobState state,
   return true;
 }
 
+std::string JobList::HeldBecause(std::size_t index) const {
+  const MutexLock lock(mutex_);
+  return slots_[index].held;
+}
+
+void JobList::Hold(std::size_t index, std::string reason) {
+  const MutexLock lock(mutex_);
+  slots_[index].held = std::move(reason);
+}
+
 std::vector<SyncJob*> JobList::LiveJobs() {
   const MutexLock lock(mutex_);
   std::vector<SyncJob*> live;
@@ -91,6 +101,7 @@ std::size_t JobList::Claim() {
 
 void JobList::Remove(std::size_t index) {
   SetState(index, JobState::Empty, {});  // from now on nobody takes up the record
+  Hold(index, {});
   SyncJob& job = At(index);
   const MutexLock lock(job.config_mutex);
   job.config = {};

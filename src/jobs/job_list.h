@@ -7,6 +7,7 @@
 #include <deque>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -51,6 +52,11 @@ class JobList {
   bool ReplaceState(std::size_t index, JobState expected, JobState state,
                     std::optional<Progress> progress = std::nullopt);
 
+  // Why the job can not be continued, a mark beside its state; empty when it can. It goes with the
+  // program, when the job is started anew, and with the job.
+  std::string HeldBecause(std::size_t index) const;
+  void Hold(std::size_t index, std::string reason);
+
   // All records that hold a job, in index order.
   std::vector<SyncJob*> LiveJobs();
 
@@ -66,6 +72,7 @@ class JobList {
     SyncJob job;
     JobState state = JobState::Empty;
     Progress progress;
+    std::string held;
   };
 
   mutable Mutex mutex_;

@@ -3,9 +3,12 @@
 // so an entry costs 16 bytes above its text. Belongs to the thread that runs the job.
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "foundation/byte_arena.h"
@@ -24,6 +27,23 @@ class PendingBatch {
     std::string_view text;  // valid until Clear
   };
 
+  // A source's transaction, from its first entry on.
+  struct Transaction {
+    std::uint32_t first = 0;                            // entry
+    std::uint32_t segment = 0, slot = 0, sequence = 0;  // its XID
+    std::int64_t commit_scn = 0;
+    std::int64_t commit_second = 0;  // by the source's clock; 0: not known
+
+    std::string Xid() const;  // "4.12.9153"
+  };
+
+  // The commit SCNs that a batch of whole transactions was taken from: from <= SCN < upto.
+  struct Range {
+    std::int64_t from = 0;
+    std::int64_t upto = 0;
+    auto operator<=>(const Range&) const = default;
+  };
+
   PendingBatch() = default;
   PendingBatch(PendingBatch&&) = default;
   PendingBatch& operator=(PendingBatch&&) = default;
@@ -31,6 +51,17 @@ class PendingBatch {
   // Copies the statement. Earlier texts stay where they are.
   void Append(std::string_view statement);
   void AppendSetAside();
+
+  // In two steps: the copy, which stays where it is, and later the entry made of it.
+  std::string_view Store(std::string_view statement) { return texts_.Copy(statement); }
+  void AppendStored(std::string_view stored);
+
+  // What is appended from now on belongs to this transaction; first is filled in.
+  void BeginTransaction(Transaction transaction);
+  // In the order of their first entries; none in a batch that was taken by rows.
+  const std::deque<Transaction>& Transactions() const { return transactions_; }
+  void SetRange(Range range) { range_ = range; }
+  const std::optional<Range>& TakenFrom() const { return range_; }
 
   std::size_t Size() const { return entries_.size(); }
   bool Empty() const { return entries_.empty(); }
@@ -58,6 +89,8 @@ class PendingBatch {
   static_assert(sizeof(Packed) == 16);
 
   std::deque<Packed> entries_;
+  std::deque<Transaction> transactions_;
+  std::optional<Range> range_;
   ByteArena texts_;
 };
 

@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "foundation/quote_scanner.h"
+#include "jobs/batch_lines.h"
 
 namespace quillmere {
 namespace {
@@ -85,6 +87,77 @@ void ReadPendingBatch(FileSystem& files, SyncJob& job, const JobFolder& folder,
   }
 }
 
+// Takes the lines of a batch of whole transactions that are no statements off the text. Null, or
+// what is wrong.
+const char* TakeBatchLine(std::string_view line, PendingBatch& batch,
+                          std::optional<BatchHeader>& header) {
+  if (!header) {
+    header = ReadBatchHeader(line);
+    if (!header) return " has a first line that is wrong";
+    batch.SetRange(header->range);
+    return nullptr;
+  }
+  const auto transaction = ReadTransactionLine(line);
+  if (!transaction) return " has a line of a transaction that is wrong";
+  batch.BeginTransaction(*transaction);
+  return nullptr;
+}
+
+// Null, or what is wrong with the text, to be read behind the file's name.
+const char* TakeBatchText(std::string_view text, PendingBatch& batch) {
+  std::optional<BatchHeader> header;
+  QuoteScanner scanner;
+  const bool whole_transactions = text.starts_with(kBatchLine);
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  while ((end = scanner.Find(text, begin, '\n', '\n')) != std::string_view::npos) {
+    const std::string_view line = text.substr(begin, end - begin);
+    if (whole_transactions && line.starts_with(kBatchLine)) {
+      if (const char* const wrong = TakeBatchLine(line, batch, header)) return wrong;
+    } else if (line.empty()) {
+      batch.AppendSetAside();
+    } else {
+      batch.Append(line);
+    }
+    begin = end + 1;
+  }
+  if (begin != text.size()) return " ends inside a statement";
+  if (header && header->entries != batch.Size())
+    return " does not hold as much as its first line says";
+  return nullptr;
+}
+
+// Of a batch of whole transactions: null, or why the record does not go with it.
+const char* WhyNotTogether(const PendingBatch& batch, const RunRecord& record) {
+  if (!batch.TakenFrom()) return " has no first line with its range";
+  if (batch.TakenFrom()->upto != record.cutoff_scn) return " is of another range than the record";
+  if (record.batch_remaining > batch.Size()) return " holds less than the record says remains";
+  const auto next = static_cast<std::uint32_t>(batch.Size() - record.batch_remaining);
+  const auto& transactions = batch.Transactions();
+  const bool boundary =
+      std::any_of(transactions.begin(), transactions.end(),
+                  [&](const PendingBatch::Transaction& one) { return one.first == next; });
+  return boundary ? nullptr : " and the record part inside a transaction";
+}
+
+// What remains of a batch of whole transactions is nowhere else: its range will not be mined again.
+void ReadPendingTransactions(FileSystem& files, SyncJob& job, const JobFolder& folder,
+                             const RunRecord& record, std::string& held) {
+  if (record.batch_remaining == 0) return;
+  PendingBatch& batch = job.run.pending_batch;
+  held = ReadBatchFile(files, folder, batch).reason;
+  if (held.empty()) {
+    const char* const wrong = WhyNotTogether(batch, record);
+    if (wrong == nullptr) return;
+    held = PathText(folder.File(JobFile::Batch)) + wrong;
+  }
+  batch.Clear();
+  held +=
+      ". It holds " + std::to_string(record.batch_remaining) +
+      " changes that are not applied yet: bring it back and start the program again, or compare "
+      "the tables, stop the job and start it anew";
+}
+
 }  // namespace
 
 RunRecord MakeRunRecord(const SyncJob& job, JobState state, JobList::Progress progress) {
@@ -157,9 +230,16 @@ bool WriteBatchFile(FileSystem& files, const JobFolder& folder, const PendingBat
   constexpr std::size_t kPieceBytes = std::size_t{1} << 18;
   std::string piece;
   std::size_t next = 0;
+  if (batch.TakenFrom()) {
+    piece = BatchHeaderLine({*batch.TakenFrom(), batch.Size()}) + "\n";
+  }
+  auto transaction = batch.Transactions().begin();
   const auto next_piece = [&]() -> std::string_view {
-    piece.clear();
+    if (next > 0) piece.clear();
     while (next < batch.Size() && piece.size() < kPieceBytes) {
+      if (transaction != batch.Transactions().end() && transaction->first == next) {
+        piece += TransactionLine(*transaction++) + "\n";
+      }
       piece.append(batch[next++].text).push_back('\n');
     }
     return piece;
@@ -179,20 +259,9 @@ FileStatus ReadBatchFile(FileSystem& files, const JobFolder& folder, PendingBatc
   std::string content;
   FileStatus status = ReadFile(files, path, content);
   if (!status) return status;
-  const std::string_view text = content;
-  QuoteScanner scanner;
-  std::size_t begin = 0;
-  std::size_t end = 0;
-  while ((end = scanner.Find(text, begin, '\n', '\n')) != std::string_view::npos) {
-    if (end == begin) {
-      batch.AppendSetAside();
-    } else {
-      batch.Append(text.substr(begin, end - begin));
-    }
-    begin = end + 1;
-  }
-  if (begin == text.size()) return {};
-  return {FileCode::Damaged, PathText(path) + " ends inside a statement"};
+  const char* const wrong = TakeBatchText(content, batch);
+  if (wrong == nullptr) return {};
+  return {FileCode::Damaged, PathText(path) + wrong};
 }
 
 RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& folder,
@@ -206,7 +275,10 @@ RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& fo
   restored.state = KnownState(record.state);
   if (mode == RestoreMode::LookOnly) return restored;
   if (restored.state == JobState::Started) restored.state = JobState::Paused;
-  if (record.batch_pending != 0) {
+  if (record.batch_pending == 0) return restored;
+  if (FollowOf(job) == Follow::Commits) {
+    ReadPendingTransactions(files, job, folder, record, restored.held);
+  } else {
     ReadPendingBatch(files, job, folder, restored.progress, restored.problem);
   }
   return restored;

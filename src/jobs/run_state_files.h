@@ -46,6 +46,7 @@ bool WriteCommitPoint(FileSystem& files, const JobFolder& folder, const RunRecor
                       std::string& error);
 
 // Replaces sqlcmds.txt by the batch, a statement a line; one that was set aside is an empty line.
+// Before whole transactions there are lines of their own (batch_lines.h).
 // Readable by its owner alone.
 bool WriteBatchFile(FileSystem& files, const JobFolder& folder, const PendingBatch& batch,
                     std::string& error);
@@ -60,6 +61,7 @@ struct RestoredRun {
   JobState state = JobState::Stopped;
   JobList::Progress progress;
   std::string problem;  // what could not be restored and what that means; empty when all could
+  std::string held;     // why the job can not be continued; empty when it can
 };
 
 // What a loaded job takes from its folder: run record, and with it the pending batch. Resume

@@ -36,6 +36,11 @@ std::string NameOf(const SyncJob& job) {
   return job.config.name;
 }
 
+Follow FollowOf(const SyncJob& job) {
+  const MutexLock lock(job.config_mutex);
+  return job.config.follow;
+}
+
 bool TablesFetched(const SyncJob& job) {
   const MutexLock lock(job.config_mutex);
   return job.config.table_list_fetched;

@@ -29,6 +29,12 @@ enum class JobState : std::int32_t {
   Paused = 6,
 };
 
+// How a job follows its source.
+enum class Follow {
+  Rows,     // by the SCN of each change, statement by statement
+  Commits,  // by the SCN of each commit, whole transactions
+};
+
 // "Starting" to "Paused"; any other value is the empty text.
 std::string_view StateName(JobState state);
 
@@ -118,6 +124,7 @@ struct JobConfig {
   std::int32_t sync_interval = 0;  // minutes; 0 is due on every sweep
   bool has_runned = false;         // a start has succeeded
   bool save_mark = false;
+  Follow follow = Follow::Rows;
   std::string src_database_name;
   std::string des_database_name;
   LogOn source, destination;  // of the data sources named above, see ResolveLogOns; not persisted
@@ -133,6 +140,7 @@ struct JobConfig {
 struct Positions {
   std::int64_t mining_start_scn = 0;
   std::int64_t cutoff_scn = 0;
+  bool operator==(const Positions&) const = default;
 };
 
 // How far a job has come since its start: the part of it that runs.
@@ -161,6 +169,9 @@ struct SyncJob {
 
 // Its name as it stands, copied under its lock.
 std::string NameOf(const SyncJob& job);
+
+// How it follows its source, read under its lock.
+Follow FollowOf(const SyncJob& job);
 
 // Gives the table the mark "compare". False when it bears it, or the job has no such table. Any
 // thread; the job's file gets it with the next save.

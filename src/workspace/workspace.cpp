@@ -104,7 +104,10 @@ JobState Workspace::RestoreJob(SyncJob& job) {
   RestoredRun restored = RestoreRunState(*files_, job, catalogue_.FolderOf(NameOf(job)),
                                          look_only ? RestoreMode::LookOnly : RestoreMode::Resume);
   if (!restored.problem.empty()) log_.Add(restored.problem, true);
-  jobs_.SetProgress(jobs_.IndexOf(job), restored.progress);
+  const std::size_t index = jobs_.IndexOf(job);
+  if (!restored.held.empty()) log_.Add(NameOf(job) + " is held: " + restored.held, true);
+  jobs_.Hold(index, std::move(restored.held));
+  jobs_.SetProgress(index, restored.progress);
   // Nobody runs it: this is how it would come back.
   if (look_only && !other_program_ && restored.state == JobState::Started) return JobState::Paused;
   return restored.state;
