@@ -6,6 +6,7 @@
 
 #include "engine/redo_assembler.h"
 #include "engine/rewriter.h"
+#include "engine/sql_error_file.h"
 #include "jobs/run_state_files.h"
 
 namespace quillmere {
@@ -85,53 +86,43 @@ std::string WarningOfNames(const SyncJob& job) {
          "changes of these tables or takes another table for them: exclude them";
 }
 
-// sqlerror.log holds the latest mining error only.
-void WriteSqlErrorFile(const EngineContext& context, std::string_view text) {
-  const std::string line = FormatTimeStamp(context.clock.Now()) + " " + std::string(text) + "\n";
-  std::string error;
-  if (!ReplaceFile(context.files, context.working_folder / "sqlerror.log", line,
-                   FileAccess::Everyone, error)) {
-    context.log.WriteGeneral(error);
-  }
-}
-
 }  // namespace
 
 FollowRows::FollowRows(EngineContext& context, std::size_t index)
     : context_(context), index_(index), job_(context.jobs.At(index)), intake_(context, index) {}
 
-bool FollowRows::Start(OracleSession& source, Positions& positions, std::string& error) {
+FollowResult FollowRows::Start(OracleSession& source, Positions& positions, std::string& error) {
   std::int64_t scn = 0;
   if (!source.ReadCurrentScn(scn)) {
     error = "GetLastScn fail : " + source.LastError();
-    return false;
+    return FollowResult::Failed;
   }
   positions = {scn, scn};
   const std::string warning = WarningOfNames(job_);
   if (!warning.empty()) context_.listener.OnError(index_, warning);
-  return true;
+  return FollowResult::Done;
 }
 
-bool FollowRows::Capture(OracleSession& source, std::string& error) {
+FollowResult FollowRows::Capture(OracleSession& source, std::string& error) {
   if (!source.SetLogs(job_.run.positions.mining_start_scn)) {
     error = "SetLogs fail : " + source.LastError();
-    return false;
+    return FollowResult::Failed;
   }
   if (!Mine(source)) {
     WriteSqlErrorFile(context_, source.LastError());
     error = "GetSqlStrings fail : " + source.LastError();
-    return false;
+    return FollowResult::Failed;
   }
   if (!job_.run.pending_batch.Empty()) {
-    if (!intake_.Keep(error)) return false;
+    if (!intake_.Keep(error)) return FollowResult::Failed;
     // Without its file the batch would not survive a restart: mine it again rather.
     if (!WriteBatchFile(context_.files, context_.catalogue.FolderOf(NameOf(job_)),
                         job_.run.pending_batch, error)) {
-      return false;
+      return FollowResult::Failed;
     }
   }
   intake_.Tell();
-  return true;
+  return FollowResult::Done;
 }
 
 bool FollowRows::Mine(OracleSession& source) {
@@ -153,10 +144,6 @@ void FollowRows::Finish() {
   // cut-off; mining from there next finds everything above it once.
   const Positions behind_cutoff{run.positions.cutoff_scn, run.positions.cutoff_scn};
   run.positions = run.next_positions.value_or(behind_cutoff);
-}
-
-std::unique_ptr<FollowWay> WayOf(EngineContext& context, std::size_t index) {
-  return std::make_unique<FollowRows>(context, index);
 }
 
 }  // namespace quillmere

@@ -14,8 +14,9 @@ class FollowRows final : public FollowWay {
  public:
   FollowRows(EngineContext& context, std::size_t index);
 
-  bool Start(OracleSession& source, Positions& positions, std::string& error) override;
-  bool Capture(OracleSession& source, std::string& error) override;
+  FollowResult Start(OracleSession& source, Positions& positions, std::string& error) override;
+  FollowResult Capture(OracleSession& source, std::string& error) override;
+  void AfterCapture() override {}
   // The positions move here, in the write that also says that no batch is pending.
   void Finish() override;
   NameQuotes Quotes() const override { return NameQuotes::Dropped; }

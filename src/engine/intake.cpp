@@ -11,15 +11,19 @@ Intake::Intake(EngineContext& context, std::size_t index)
 
 void Intake::Take(std::int64_t scn, std::string_view mined, const RowFacts& facts) {
   const Judgement judgement = JudgeStatement(mined, facts);
-  if (judgement.safety != Safety::Safe) return SetOneAside(scn, mined, judgement.safety);
-  job_.run.pending_batch.Append(judgement.kept);
+  if (judgement.safety != Safety::Safe) return TakeAside(scn, mined, judgement.safety);
+  TakeStored(scn, job_.run.pending_batch.Store(judgement.kept));
+}
+
+void Intake::TakeStored(std::int64_t scn, std::string_view stored) {
+  job_.run.pending_batch.AppendStored(stored);
   if (context_.settings.debug) {
-    context_.log.WriteGeneral(std::to_string(scn) + ", " + std::string(judgement.kept));
+    context_.log.WriteGeneral(std::to_string(scn) + ", " + std::string(stored));
   }
 }
 
 void Intake::TakeUnfinished(std::int64_t scn, std::string_view mined) {
-  SetOneAside(scn, mined, Safety::Unfinished);
+  TakeAside(scn, mined, Safety::Unfinished);
 }
 
 void Intake::PassOver(std::int64_t scn, std::string_view text) {
@@ -28,7 +32,7 @@ void Intake::PassOver(std::int64_t scn, std::string_view text) {
   first_passed_over_ = std::string(text.substr(0, kShown)) + " (SCN " + std::to_string(scn) + ")";
 }
 
-void Intake::SetOneAside(std::int64_t scn, std::string_view mined, Safety why) {
+void Intake::TakeAside(std::int64_t scn, std::string_view mined, Safety why) {
   job_.run.pending_batch.AppendSetAside();
   const ParsedStatement parsed = ParseStatement(mined);
   const bool table_is_known = why != Safety::NoTable && why != Safety::UnknownObject &&
@@ -38,11 +42,26 @@ void Intake::SetOneAside(std::int64_t scn, std::string_view mined, Safety why) {
   set_aside_.Add(scn, parsed.owner, parsed.table, why, mined);
 }
 
+void Intake::TakeUntold(std::string_view owner, std::string_view table, std::string_view what) {
+  ParsedStatement parsed;
+  parsed.owner = owner;
+  parsed.table = table;
+  if (Decide(job_, parsed).decision != Decision::Accepted) return;
+  job_.run.pending_batch.AppendSetAside();
+  Untold& untold = untold_[{std::string(owner), std::string(table)}];
+  if (untold.count++ == 0) untold.first = what;
+}
+
 bool Intake::Keep(std::string& error) {
-  if (set_aside_.Tables().empty()) return true;
   const JobFolder folder = context_.catalogue.FolderOf(NameOf(job_));
-  if (!AppendSetAside(context_.files, folder, set_aside_.Text(), error)) return false;
+  if (!set_aside_.Tables().empty() &&
+      !AppendSetAside(context_.files, folder, set_aside_.Text(), error)) {
+    return false;
+  }
   bool changed = false;
+  for (const auto& [table, untold] : untold_) {
+    if (MarkToCompare(job_, table.first, table.second)) changed = true;
+  }
   for (const SetAside::Table& table : set_aside_.Tables()) {
     if (MarkToCompare(job_, table.owner, table.name)) changed = true;
   }
@@ -57,6 +76,12 @@ void Intake::Tell() const {
   const std::string file = PathText(folder.File(JobFile::SetAside));
   for (const std::string& line : set_aside_.Messages(file)) {
     context_.listener.OnError(index_, line);
+  }
+  for (const auto& [table, untold] : untold_) {
+    context_.listener.OnError(index_, "Changes of " + table.first + "." + table.second +
+                                          " that came without a statement and are not applied: " +
+                                          std::to_string(untold.count) +
+                                          ". The first: " + untold.first + "; compare the table");
   }
   if (passed_over_ == 0) return;
   context_.listener.OnInformation(

@@ -5,8 +5,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "engine/engine_context.h"
 #include "engine/set_aside.h"
@@ -26,6 +28,13 @@ class Intake {
   void Take(std::int64_t scn, std::string_view mined, const RowFacts& facts = {});
   // A statement that never ends.
   void TakeUnfinished(std::int64_t scn, std::string_view mined);
+  // One that was judged and stored in the batch's memory before: it is safe.
+  void TakeStored(std::int64_t scn, std::string_view stored);
+  // One that was judged before and is not safe.
+  void TakeAside(std::int64_t scn, std::string_view mined, Safety why);
+  // A change of rows for which there is no statement. It counts as blocked when the job carries the
+  // table. what: the operation and where it was, for the operator.
+  void TakeUntold(std::string_view owner, std::string_view table, std::string_view what);
   // A row that is no statement: it only counts.
   void PassOver(std::int64_t scn, std::string_view text);
 
@@ -38,12 +47,15 @@ class Intake {
   void Tell() const;
 
  private:
-  void SetOneAside(std::int64_t scn, std::string_view mined, Safety why);
-
   EngineContext& context_;
   const std::size_t index_;
   SyncJob& job_;
   SetAside set_aside_;
+  struct Untold {
+    std::size_t count = 0;
+    std::string first;
+  };
+  std::map<std::pair<std::string, std::string>, Untold> untold_;  // by owner and table
   std::size_t passed_over_ = 0;
   std::string first_passed_over_;
 };

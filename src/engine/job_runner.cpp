@@ -26,19 +26,6 @@ void RecordAndNotify(EngineContext& context, std::size_t index, JobState state) 
   context.listener.OnJobChanged(index, false);
 }
 
-bool StartPositions(EngineContext& context, std::size_t index, const JobView& view,
-                    Positions& positions) {
-  OracleSession source(context.oci);
-  std::string error;
-  if (!source.Connect(view.source)) {
-    error = "Connect source fail : " + source.LastError();
-  } else if (WayOf(context, index)->Start(source, positions, error)) {
-    return true;
-  }
-  context.listener.OnError(index, error);
-  return false;
-}
-
 }  // namespace
 
 JobRunner::JobRunner(EngineContext context) : context_(std::move(context)) {}
@@ -53,7 +40,7 @@ void JobRunner::Step(std::size_t index) try {
       return Reset(index);
     case JobState::Started:
       if (context_.clock.Now() >= context_.jobs.At(index).run.next_due) {
-        Pass(context_, index, end_requested_).Run();
+        Pass(context_, index, memories_[index], end_requested_).Run();
       }
       return;
     default:
@@ -68,11 +55,28 @@ void JobRunner::Step(std::size_t index) try {
                                 ". End the program and start it again before the job goes on");
 }
 
+bool JobRunner::FindPositions(std::size_t index, Positions& positions, bool& found) {
+  OracleSession source(context_.oci);
+  std::string error;
+  FollowResult result = FollowResult::Failed;
+  if (source.Connect(JobView(context_.jobs.At(index)).source)) {
+    result = WayOf(context_, index, memories_[index])->Start(source, positions, error);
+  } else {
+    error = "Connect source fail : " + source.LastError();
+  }
+  found = result == FollowResult::Done;
+  if (result == FollowResult::Later) return false;
+  if (!found) context_.listener.OnError(index, error);
+  return true;
+}
+
 void JobRunner::Start(std::size_t index) {
   SyncJob& job = context_.jobs.At(index);
   const JobView view(job);
   Positions positions;
-  if (!StartPositions(context_, index, view, positions)) {
+  bool found = false;
+  if (!FindPositions(index, positions, found)) return;
+  if (!found) {
     context_.jobs.ReplaceState(index, JobState::Starting, JobState::Stopped);
     RecordAndNotify(context_, index, JobState::Stopped);
     context_.listener.OnError(index, "Job " + view.name + " start failed.");
@@ -80,11 +84,15 @@ void JobRunner::Start(std::size_t index) {
   }
   job.run = {};
   job.run.positions = positions;
-  job.run.next_due = AddMinutes(context_.clock.Now(), view.interval_minutes);
+  // By commits the first pass runs as soon as there is something that it may read.
+  if (FollowOf(job) == Follow::Rows) {
+    job.run.next_due = AddMinutes(context_.clock.Now(), view.interval_minutes);
+  }
   {
     const MutexLock lock(job.config_mutex);
     job.config.has_runned = true;
   }
+  context_.jobs.Hold(index, {});
   // A stop that was asked for meanwhile is served by the next step.
   context_.jobs.ReplaceState(index, JobState::Starting, JobState::Started, JobList::Progress{});
   RecordAndNotify(context_, index, JobState::Started);
@@ -116,6 +124,14 @@ bool RequestRun(EngineContext& context, std::size_t index, std::string& reason) 
   if (state == JobState::Stopped) {
     context.jobs.ReplaceState(index, JobState::Stopped, JobState::Starting);
   } else if (state == JobState::Paused) {
+    const std::string held = context.jobs.HeldBecause(index);
+    if (!held.empty()) {
+      reason = NameOf(context.jobs.At(index)) + " is held: " + held;
+      return false;
+    }
+    if (FollowOf(context.jobs.At(index)) == Follow::Commits) {
+      context.jobs.At(index).run.next_due = {};  // at once
+    }
     // The record first: as soon as the state is Started, the file is the worker's.
     if (!WriteRecord(context, index, JobState::Started, reason)) return false;
     context.jobs.ReplaceState(index, JobState::Paused, JobState::Started);

@@ -5,9 +5,11 @@
 
 #include <atomic>
 #include <cstddef>
+#include <map>
 #include <string>
 
 #include "engine/engine_context.h"
+#include "engine/follow_memory.h"
 #include "jobs/run_state_files.h"
 
 namespace quillmere {
@@ -31,11 +33,14 @@ class JobRunner {
   bool EndRequested() const { return end_requested_; }
 
  private:
+  // False: to be asked again with the next sweep.
+  bool FindPositions(std::size_t index, Positions& positions, bool& found);
   void Start(std::size_t index);
   void Pause(std::size_t index);
   void Reset(std::size_t index);
 
   EngineContext context_;
+  std::map<std::size_t, FollowMemory> memories_;  // by index
   std::atomic<bool> end_requested_{false};
 };
 
@@ -45,8 +50,8 @@ class JobRunner {
 // nothing.
 
 // Run: starts a stopped job or continues a paused one with its kept batch and positions. Refused
-// with a reason until the job's table list has been fetched, and when the record of a job that is
-// to continue can not be written: its state stays then.
+// with a reason until the job's table list has been fetched, while a paused job is held, and when
+// the record of a job that is to continue can not be written: its state stays then.
 bool RequestRun(EngineContext& context, std::size_t index, std::string& reason);
 // Of a started job.
 void RequestPause(JobList& jobs, std::size_t index);

@@ -3,16 +3,19 @@
 
 #include <exception>
 
+#include "oracle/follow_queries.h"
+
 namespace quillmere {
 
-Pass::Pass(EngineContext& context, std::size_t index, const std::atomic<bool>& end_requested)
+Pass::Pass(EngineContext& context, std::size_t index, FollowMemory& memory,
+           const std::atomic<bool>& end_requested)
     : context_(context),
       index_(index),
       end_requested_(end_requested),
       job_(context.jobs.At(index)),
       view_(job_),
       folder_(context.catalogue.FolderOf(view_.name)),
-      way_(WayOf(context, index)),
+      way_(WayOf(context, index, memory)),
       record_(context.files, folder_) {}
 
 void Pass::Run() {
@@ -21,7 +24,9 @@ void Pass::Run() {
                 std::to_string(job_.run.positions.cutoff_scn));
   }
   if (job_.run.pending_batch.Empty()) {
-    if (!Capture()) return Fail();
+    const FollowResult captured = Capture();
+    if (captured == FollowResult::Later) return;
+    if (captured != FollowResult::Done) return Fail();
     if (job_.run.pending_batch.Empty()) {
       baseline_ = job_.run.applied_count;
       return Finish();
@@ -37,31 +42,55 @@ void Pass::Run() {
   }
 }
 
-bool Pass::CaptureFromSource(std::string& error) try {
+FollowResult Pass::CaptureFromSource(std::string& error) try {
   OracleSession source(context_.oci);
   if (source.Connect(view_.source)) return way_->Capture(source, error);
   error =
       "Connect source fail : " + source.LastError() + " when get command of " + view_.name + ".";
-  return false;
+  return FollowResult::Failed;
 } catch (const std::exception& failure) {  // the batch did not fit into memory
   error = std::string("GetSqlStrings fail : ") + failure.what();
-  return false;
+  return FollowResult::Failed;
 }
 
-bool Pass::Capture() {
+FollowResult Pass::Capture() {
   std::string error;
-  if (!CaptureFromSource(error)) {
+  const FollowResult result = CaptureFromSource(error);
+  if (result != FollowResult::Done) {
     job_.run.pending_batch.Clear();
-    Error(error);
-    return false;
+    if (result == FollowResult::Held) {
+      context_.jobs.Hold(index_, error);
+      context_.jobs.ReplaceState(index_, JobState::Started, JobState::Pausing);
+    }
+    if (result != FollowResult::Later) Error(error);
+    return result;
   }
-  const bool fetched = !job_.run.pending_batch.Empty();
-  job_.run.batch_pending = fetched ? 1 : 0;
-  progress_ = {0, static_cast<std::uint32_t>(job_.run.pending_batch.Size())};
-  context_.jobs.SetProgress(index_, progress_);
-  WriteRecord();
-  if (fetched) context_.listener.OnJobChanged(index_, true);
-  return true;
+  if (!RecordCapture()) return FollowResult::Failed;
+  if (job_.run.batch_pending != 0) context_.listener.OnJobChanged(index_, true);
+  return FollowResult::Done;
+}
+
+// The batch is in its file. Positions that move with it are down to the disk before anything of it
+// is begun; else nothing was captured.
+bool Pass::RecordCapture() {
+  const Positions before = job_.run.positions;
+  way_->AfterCapture();
+  const auto record = [&] {
+    const PendingBatch& batch = job_.run.pending_batch;
+    job_.run.batch_pending = batch.Empty() ? 0 : 1;
+    progress_ = {0, static_cast<std::uint32_t>(batch.Size())};
+    context_.jobs.SetProgress(index_, progress_);
+    WriteRecord();
+  };
+  record();
+  if (job_.run.positions == before) return true;
+  std::string error;
+  if (!record_failed_ && record_.Flush(error)) return true;
+  if (!record_failed_) Error(error);
+  job_.run.positions = before;
+  job_.run.pending_batch.Clear();
+  record();
+  return false;
 }
 
 Pass::Outcome Pass::ApplyBatch() {
@@ -85,18 +114,63 @@ Pass::Outcome Pass::ApplyBatch() {
     WriteRecord();
     Error(std::string("Execute sql fail : ") + failure.what());
   }
+  TakeBackPart(destination);
   if (!tallies_.empty()) RaiseTablesRevision();
   return CommitDestination(destination) ? outcome : Outcome::Failed;
 }
 
 Pass::Outcome Pass::ApplyStatements(OracleSession& destination) {
   const std::size_t size = job_.run.pending_batch.Size();
-  for (std::size_t i = size - progress_.batch_remaining; i < size; ++i) {
+  const std::size_t begin = size - progress_.batch_remaining;
+  TransactionCursor transactions(job_.run.pending_batch, begin);
+  for (std::size_t i = begin; i < size; ++i) {
+    if (transactions.NeedsSavepoint(i) && !destination.Execute(follow::kSavepoint)) {
+      Error("Execute sql fail : " + destination.LastError());
+      return Outcome::Failed;
+    }
     if (!ApplyOne(destination, job_.run.pending_batch[i])) return Outcome::Failed;
     // A request that came with the last statement leaves nothing to interrupt.
     if (!Publish() && i + 1 < size) return Outcome::Interrupted;
   }
   return Outcome::WorkedOff;
+}
+
+void Pass::TakeBackPart(OracleSession& destination) {
+  const std::size_t next = job_.run.pending_batch.Size() - progress_.batch_remaining;
+  const std::size_t first = BeginOfTransaction(job_.run.pending_batch, next);
+  if (first == next) return;
+  if (!destination.Execute(follow::kBackToSavepoint)) {
+    Error("Going back to the savepoint on " + view_.destination.name +
+          " failed : " + destination.LastError());
+    destination.Abandon();
+    has_part_ = true;
+    return;
+  }
+  Uncount(first, next);
+  context_.jobs.SetProgress(index_, progress_);
+  WriteRecord();
+  context_.listener.OnJobChanged(index_, false);
+}
+
+// What was decided of an entry is decided the same again: tables are edited while the job rests.
+void Pass::Uncount(std::size_t first, std::size_t end) {
+  for (std::size_t i = first; i < end; ++i) {
+    const PendingBatch::Entry entry = job_.run.pending_batch[i];
+    Verdict verdict;
+    if (entry.kind == PendingBatch::Kind::Statement) {
+      verdict = Decide(job_, ParseStatement(entry.text));
+    }
+    const bool applied = verdict.decision == Decision::Accepted;
+    ++progress_.batch_remaining;
+    progress_.batch_applied -= applied ? 1 : 0;
+    auto& count = applied ? job_.run.applied_count : job_.run.blocked_count;
+    count = count - 1;
+    if (verdict.table == nullptr) continue;
+    Tally& tally = tallies_.at(verdict.table);
+    --(applied ? tally.applied : tally.blocked);
+    auto& of_table = applied ? verdict.table->totalsynced : verdict.table->RecordsBlocked;
+    of_table = of_table - 1;
+  }
 }
 
 bool Pass::ApplyOne(OracleSession& destination, const PendingBatch::Entry& entry) {
@@ -183,9 +257,11 @@ bool Pass::CommitDestination(OracleSession& destination) {
   const std::filesystem::path path = folder_.File(JobFile::CommitPoint);
   std::string error;
   if (!record_failed_ && !record_.Flush(error)) Error(error);
-  if (!destination.EndSession()) {
-    Error("The end of the session on " + view_.destination.name + " failed : " +
-          destination.LastError() + ". The statements of this pass count as not applied");
+  if (has_part_ || !destination.EndSession()) {
+    if (!has_part_) {
+      Error("The end of the session on " + view_.destination.name + " failed : " +
+            destination.LastError() + ". The statements of this pass count as not applied");
+    }
     ReturnToCommitPoint();
     // A record on disk that says more than the server took must not outlive the commit point.
     if (record_failed_ || !record_.Flush(error)) return false;

@@ -12,6 +12,7 @@
 #include "engine/follow.h"
 #include "engine/job_view.h"
 #include "engine/rewriter.h"
+#include "engine/whole_transactions.h"
 #include "jobs/run_state_files.h"
 
 namespace quillmere {
@@ -21,7 +22,9 @@ namespace quillmere {
 // record says of them is provisional, and the commit point on disk says where to go back to.
 class Pass {
  public:
-  Pass(EngineContext& context, std::size_t index, const std::atomic<bool>& end_requested);
+  // memory is of this job.
+  Pass(EngineContext& context, std::size_t index, FollowMemory& memory,
+       const std::atomic<bool>& end_requested);
   void Run();
 
  private:
@@ -32,8 +35,9 @@ class Pass {
     std::int32_t blocked = 0;
   };
 
-  bool Capture();
-  bool CaptureFromSource(std::string& error);
+  FollowResult Capture();
+  FollowResult CaptureFromSource(std::string& error);
+  bool RecordCapture();
   Outcome ApplyBatch();
   Outcome ApplyStatements(OracleSession& destination);
   // Executes or blocks one entry. False when it failed: it stays the next one to try.
@@ -44,6 +48,9 @@ class Pass {
   void CountApplied(Tally* tally) noexcept;
   void CountBlocked(Tally* tally) noexcept;
   bool OpenCommitPoint();
+  // A transaction of the source that was begun and not finished is taken back.
+  void TakeBackPart(OracleSession& destination);
+  void Uncount(std::size_t first, std::size_t end);
   bool CommitDestination(OracleSession& destination);
   void ReturnToCommitPoint();
   void Finish();
@@ -66,6 +73,7 @@ class Pass {
   RunRecordWriter record_;
   bool record_failed_ = false;         // told once a pass
   bool destination_committed_ = true;  // as far as is known
+  bool has_part_ = false;  // of a transaction, which can not be taken back but with all the rest
   JobList::Progress progress_;
   RunRecord commit_point_;
   std::int32_t baseline_ = 0;

@@ -1,66 +1,109 @@
 // SPDX-License-Identifier: MIT
 // The engine with one job from a source model, SRC, to a destination model, DES: ORDERS to
-// SHOP.ORDERS, ITEMS to COPY.ITEMS, SECRET excluded; an interval of one minute.
+// SHOP.ORDERS, ITEMS to COPY.ITEMS, SECRET excluded. Its files are in memory; the program can die,
+// the power fail, and another life of it go on from what is on the disk.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "engine/job_runner.h"
 #include "sim/model_oci.h"
 #include "support/config_of.h"
-#include "support/temp_folder.h"
+#include "support/memory_files.h"
+#include "support/watched_files.h"
 
 namespace quillmere::sim {
 
-struct EngineOnModels final : RunnerListener {
-  explicit EngineOnModels(const SourceShape& shape) : source(shape, clock.now.load().ms) {
+// One run of the program on a folder. The job comes back as its files say.
+struct Life final : RunnerListener {
+  Life(FileSystem& disk, const JobConfig& config, const HandClock& time, const OciApi& api,
+       const Settings& set)
+      : files(disk), clock(time), settings(set), library(api) {
+    JobConfig& own = ConfigOf(job);
+    own.name = config.name;
+    own.sync_interval = config.sync_interval;
+    own.follow = config.follow;
+    own.source = config.source;
+    own.destination = config.destination;
+    own.table_list_fetched = true;
+    JobSchema& shop = own.schemas["SHOP"];
+    shop.Append({.name = "ORDERS", .desowner = "SHOP"});
+    shop.Append({.name = "ITEMS", .desowner = "COPY"});
+    shop.Append({.name = "SECRET", .desowner = "SHOP", .includeflag = false});
+    RestoredRun restored =
+        RestoreRunState(files, job, catalogue.FolderOf(config.name), RestoreMode::Resume);
+    if (!restored.problem.empty()) errors.push_back(restored.problem);
+    jobs.Hold(index, restored.held);
+    jobs.SetState(index, restored.state, restored.progress);
+  }
+  void OnJobChanged(std::size_t, bool) override {}
+  void OnError(std::size_t, std::string_view text) override { errors.emplace_back(text); }
+  void OnInformation(std::size_t, std::string_view text) override { told.emplace_back(text); }
+
+  // Starts or continues the job.
+  void Run() {
+    std::string reason;
+    if (!RequestRun(context, index, reason)) errors.push_back(reason);
+  }
+  void Step() { runner.Step(index); }
+  JobState State() const { return jobs.State(index); }
+
+  testing::WatchedFiles files;
+  const HandClock& clock;
+  const Settings& settings;
+  std::vector<std::string> errors, told;
+  MessageLog log{files, "/work", clock, settings};
+  JobList jobs;
+  JobCatalogue catalogue{files, "/work", jobs, log};
+  OciLibrary library;
+  EngineContext context{files, "/work", jobs, catalogue, library, log, clock, settings, *this};
+  JobRunner runner{context};
+  const std::size_t index = jobs.Claim();
+  SyncJob& job = jobs.At(index);
+};
+
+struct EngineOnModels {
+  explicit EngineOnModels(const SourceShape& shape, Follow follow = Follow::Rows,
+                          std::int32_t interval = 1)
+      : source(shape, clock.now.load().ms) {
     client.Add("SRC", source);
     client.Add("DES", destination);
     destination.AddTable("SHOP.ORDERS", 0);
     destination.AddTable("COPY.ITEMS", 1);
-    JobConfig& config = ConfigOf(job);
     config.name = "J";
-    config.sync_interval = 1;
+    config.sync_interval = interval;
+    config.follow = follow;
     config.source = {"SRC", "u", "p", false};
     config.destination = {"DES", "u", "p", false};
-    config.table_list_fetched = true;
-    JobSchema& shop = config.schemas["SHOP"];
-    shop.Append({.name = "ORDERS", .desowner = "SHOP"});
-    shop.Append({.name = "ITEMS", .desowner = "COPY"});
-    shop.Append({.name = "SECRET", .desowner = "SHOP", .includeflag = false});
-    jobs.SetState(index, JobState::Stopped);
+    Restart();
   }
-  void OnJobChanged(std::size_t, bool) override {}
-  void OnError(std::size_t, std::string_view text) override { errors.emplace_back(text); }
-  void OnInformation(std::size_t, std::string_view) override {}
 
-  void Start() {
-    std::string reason;
-    if (!RequestRun(context, index, reason)) errors.push_back(reason);
-    runner.Step(index);
+  // The program is started (again) on what its disk holds.
+  void Restart() {
+    life.reset();
+    life = std::make_unique<Life>(*disk, config, clock, client.Api(), settings);
+  }
+  // The power fails: of what was not flushed the disk has what keep says.
+  void CutPower(const testing::MemoryFiles::Keep& keep) {
+    life.reset();
+    disk = disk->AfterPowerCut(keep);
   }
   void NextPass() {
     clock.TurnMinutes(1);
-    runner.Step(index);
+    life->Step();
   }
+  void Wait(std::int64_t ms) { clock.now = LocalTime{clock.now.load().ms + ms}; }
 
-  TempFolder folder;
   HandClock clock;
   SourceModel source;
   DestinationModel destination;
   ModelOci client{clock};
-  std::vector<std::string> errors;
   Settings settings;
-  MessageLog log{folder.Files(), folder.Path(), clock, settings};
-  JobList jobs;
-  JobCatalogue catalogue{folder.Files(), folder.Path(), jobs, log};
-  OciLibrary library{client.Api()};
-  EngineContext context{folder.Files(), folder.Path(), jobs, catalogue, library, log,
-                        clock,          settings,      *this};
-  JobRunner runner{context};
-  std::size_t index = jobs.Claim();
-  SyncJob& job = jobs.At(index);
+  JobConfig config;
+  std::unique_ptr<testing::MemoryFiles> disk = std::make_unique<testing::MemoryFiles>();
+  std::unique_ptr<Life> life;
 };
 
 }  // namespace quillmere::sim

@@ -1,20 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The function table of the models, driven by the program's own sessions and engine.
-#include "sim/model_oci.h"
-
 #include <gtest/gtest.h>
-
-#include <iostream>
-#include <set>
 
 #include "oracle/follow_queries.h"
 #include "oracle/text_query.h"
-#include "sim/engine_on_models.h"
+#include "sim/model_oci.h"
 
 namespace quillmere::sim {
 namespace {
-
-constexpr Straddling kBehaviours[] = {Straddling::WholeOrNothing, Straddling::PartInside};
 
 // All rows of a query, with as many columns as asked for; "failed" and why in one row.
 Rows Query(OracleSession& session, std::string_view sql, std::size_t columns) {
@@ -180,44 +173,6 @@ TEST_F(ModelOciTest, ADestinationIsAsStrictAsAServer) {
   oci_.fault = nullptr;
   ASSERT_TRUE(session.Connect({"DES", "u", "p", false}));
   EXPECT_EQ(Query(session, lock, 2), (Rows{{"120", "3"}}));
-}
-
-TEST(EngineOnModelsTest, FollowingByRowsLosesWhatStraddlesAPassAndDoublesNothing) {
-  for (const Straddling straddling : kBehaviours) {
-    SourceShape shape{.straddling = straddling};
-    shape.log.bytes = 10'000'000;
-    // Without what the engine can not take by rows.
-    shape.habits = {.per_second = 1, .mean_seconds = 60, .savepoint = 0, .long_text = 0};
-    shape.habits.temporary = 0;
-    EngineOnModels on(shape);
-    on.destination.strict = false;
-    std::vector<std::pair<std::int64_t, Arrival>> committed;  // when begun
-    on.source.on_commit = [&](const Transaction& transaction) {
-      for (const Arrival& arrival : transaction.Arrivals()) {
-        if (arrival.table < 2) committed.emplace_back(transaction.begun_at, arrival);
-      }
-    };
-    on.Start();
-    const std::int64_t start = on.client.Now();
-    for (int i = 0; i < 40; ++i) on.NextPass();
-    const std::int64_t end = on.client.Now() - 10 * 60'000;
-    EXPECT_EQ(on.errors, std::vector<std::string>{});
-    EXPECT_EQ(on.client.LiveHandles(), 0U);
-    EXPECT_EQ(on.destination.Damaged(), 0U);
-    std::set<std::int64_t> arrived;
-    for (const Arrival& arrival : on.destination.Journal()) arrived.insert(arrival.id);
-    EXPECT_EQ(arrived.size(), on.destination.Journal().size()) << "something came twice";
-    std::size_t lost = 0, all = 0;
-    for (const auto& [begun, arrival] : committed) {
-      if (begun < start || begun > end) continue;
-      ++all;
-      lost += arrived.contains(arrival.id) ? 0 : 1;
-    }
-    std::cout << "by rows: " << lost << " of " << all << " changes lost\n";
-    EXPECT_GT(all, 3'000U);
-    EXPECT_GT(lost, all / 100);
-    EXPECT_LT(lost, all);
-  }
 }
 
 }  // namespace

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#include "engine/follow.h"
+
+#include "engine/follow_commits.h"
+#include "engine/follow_rows.h"
+
+namespace quillmere {
+
+std::unique_ptr<FollowWay> WayOf(EngineContext& context, std::size_t index, FollowMemory& memory) {
+  if (FollowOf(context.jobs.At(index)) == Follow::Commits) {
+    return std::make_unique<FollowCommits>(context, index, memory);
+  }
+  return std::make_unique<FollowRows>(context, index);
+}
+
+}  // namespace quillmere

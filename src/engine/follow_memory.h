@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+// What following by commits remembers of a job from step to step, as long as the runner lives.
+// Internal to engine/.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "engine/source_readings.h"
+
+namespace quillmere {
+
+struct FollowMemory {
+  std::string job_id;  // of the start that the rest belongs to; empty while a start is in hand
+  SourceReadings readings;
+  std::optional<SteadyTime> waiting_since;  // for a reading that can be used
+  bool told_of_waiting = false;
+  std::int64_t told_of_oldest = 0;  // the SCN where the transaction begins that was warned of
+};
+
+}  // namespace quillmere
