@@ -2,6 +2,7 @@
 #include "jobs/job_folder.h"
 
 #include <array>
+#include <utility>
 
 namespace quillmere {
 namespace {
