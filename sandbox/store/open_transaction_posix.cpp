@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -11,6 +10,7 @@
 #include <string_view>
 
 #include "sandbox/store/open_transaction.h"
+#include "sandbox/store/platform.h"
 
 namespace quillmere::sandbox {
 
@@ -29,18 +29,6 @@ struct OpenTransaction::Shared {
 namespace {
 
 static_assert(std::atomic<std::int64_t>::is_always_lock_free);
-
-Status Failure(const std::string& what) {
-  return {1110, "cannot " + what + ": " + std::strerror(errno)};
-}
-
-bool Lock(std::intptr_t file, int how) {
-  int result = 0;
-  do {
-    result = flock(static_cast<int>(file), how);
-  } while (result != 0 && errno == EINTR);
-  return result == 0;
-}
 
 template <std::size_t size>
 void Put(std::string_view text, std::array<char, size>* to) {
@@ -63,13 +51,13 @@ std::string MachineName() {
 Status OpenTransaction::Open(const std::filesystem::path& path,
                              std::unique_ptr<OpenTransaction>* out) {
   const int file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-  if (file < 0) return Failure("use " + path.string());
+  if (file < 0) return FileFailure("use " + path.string());
   void* shared = MAP_FAILED;
   if (ftruncate(file, sizeof(Shared)) == 0) {
     shared = mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
   }
   if (shared == MAP_FAILED) {
-    const Status status = Failure("use " + path.string());
+    const Status status = FileFailure("use " + path.string());
     close(file);
     return status;
   }
@@ -91,7 +79,8 @@ void OpenTransaction::set_last_scn(std::int64_t scn) {
 }
 
 Status OpenTransaction::Show(TransactionRecord record) {
-  if (!Lock(file_, LOCK_EX)) return Failure("lock the file of the open transaction");
+  if (!LockFile(file_, FileLock::Exclusive))
+    return FileFailure("lock the file of the open transaction");
   shown_ = true;
   shared_->process = getpid();
   Put(record.started, &shared_->started);
@@ -108,14 +97,14 @@ void OpenTransaction::Hide() {
   if (!shown_) return;
   shared_->start_scn = 0;
   shown_ = false;
-  Lock(file_, LOCK_UN);
+  LockFile(file_, FileLock::None);
 }
 
 bool OpenTransaction::Find(TransactionRecord* out) const {
   out->start_scn = shared_->start_scn;
   if (out->start_scn == 0) return false;
-  if (!shown_ && Lock(file_, LOCK_SH | LOCK_NB)) {  // nobody holds it: its process has died
-    Lock(file_, LOCK_UN);
+  if (!shown_ && LockFile(file_, FileLock::Try)) {  // nobody holds it: its process has died
+    LockFile(file_, FileLock::None);
     return false;
   }
   out->process = shared_->process;

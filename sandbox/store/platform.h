@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What the platform gives: files that nobody but their owner may read, and one-way hashes. Plain
-// functions, for any thread.
+// What the platform gives: files that nobody but their owner may read, their locks, and one-way
+// hashes. Plain functions, for any thread.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
@@ -13,6 +14,13 @@ namespace quillmere::sandbox {
 // Makes an empty file with owner-only access from its first moment. ORA-01119 when it exists or
 // cannot be made.
 Status MakePrivateFile(const std::filesystem::path& path);
+
+// Locks of a whole file by its descriptor, gone when that is closed or its process dies. False when
+// `Try` finds another's lock.
+enum class FileLock { Shared, Exclusive, Try, None };
+bool LockFile(std::intptr_t file, FileLock lock);
+// ORA-01110 with what the system says of the latest call.
+Status FileFailure(const std::string& what);
 
 // Salted, so that the database file does not give passwords away; empty when the platform refuses.
 std::string HashPassword(const std::string& password);

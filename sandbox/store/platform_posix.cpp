@@ -3,6 +3,7 @@
 
 #include <crypt.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -28,6 +29,22 @@ Status MakePrivateFile(const std::filesystem::path& path) {
   if (file >= 0) return close(file) == 0 ? Status() : Status(1119, std::strerror(errno));
   if (errno == EEXIST) return {1119, path.string() + " exists already"};
   return {1119, "cannot make " + path.string() + ": " + std::strerror(errno)};
+}
+
+bool LockFile(std::intptr_t file, FileLock lock) {
+  const int how = lock == FileLock::Exclusive ? LOCK_EX
+                  : lock == FileLock::Shared  ? LOCK_SH
+                  : lock == FileLock::Try     ? LOCK_SH | LOCK_NB
+                                              : LOCK_UN;
+  int result = 0;
+  do {
+    result = flock(static_cast<int>(file), how);
+  } while (result != 0 && errno == EINTR);
+  return result == 0;
+}
+
+Status FileFailure(const std::string& what) {
+  return {1110, "cannot " + what + ": " + std::strerror(errno)};
 }
 
 std::string HashPassword(const std::string& password) {

@@ -157,7 +157,11 @@ TEST_F(SessionTest, EveryWayToEndATransaction) {
   int status = 0;
   ASSERT_EQ(waitpid(child, &status, 0), child);
   ASSERT_EQ(WEXITSTATUS(status), 7);
-  client_.Run("select count(*) from app.t -> 2\ninsert into app.t values (3, 'b')");
+  client_.Run(R"(
+    select count(*) from v$transaction -> 0
+    select count(*) from app.t -> 2
+    insert into app.t values (3, 'b')
+  )");
 }
 
 // An open query ties its session neither to the state it began with nor to its transaction.
