@@ -78,7 +78,7 @@ Status Session::ExecuteSelect(const Select& select, StatementResult* result) {
   // What is locked stays so until the transaction ends.
   const bool locked = status.ok() && select.for_update && !result->cursor->empty();
   if (locked) status = transaction_->Start();
-  if (!status.ok() && transaction_) transaction_->LetGo();
+  if (select.for_update && transaction_) transaction_->LetGo();  // found nothing, or failed
   return status;
 }
 
