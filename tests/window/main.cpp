@@ -5,39 +5,37 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDir>
+#include <QPixmap>
+#include <QScreen>
+#include <QThread>
 #include <atomic>
-#include <filesystem>
-#include <iostream>
 #include <thread>
-
-#include "window/driver.h"
 
 namespace {
 
 class OnFailure final : public testing::EmptyTestEventListener {
   void OnTestStart(const testing::TestInfo& test) override {
-    test_ = std::string(test.test_suite_name()) + "." + test.name();
+    file_ = QString("failures/%1.%2.png").arg(test.test_suite_name(), test.name());
   }
 
   void OnTestPartResult(const testing::TestPartResult& result) override {
     if (!result.failed()) return;
-    SavePicture();
+    const bool here = QThread::currentThread() == qApp->thread();
+    QMetaObject::invokeMethod(
+        qApp, [this] { SavePicture(); },
+        here ? Qt::DirectConnection : Qt::BlockingQueuedConnection);
     if (result.type() == testing::TestPartResult::kFatalFailure) {
       throw testing::AssertionException(result);
     }
   }
 
   void SavePicture() const {
-    const quillmere::window::XDisplay screen;
-    if (!screen.Open()) return;
-    std::error_code code;
-    std::filesystem::create_directories("failures", code);
-    const std::string file = "failures/" + test_ + ".png";
-    if (screen.Picture().save(QString::fromStdString(file)))
-      std::cerr << "picture: " << file << "\n";
+    QDir().mkpath("failures");
+    QGuiApplication::primaryScreen()->grabWindow(0).save(file_);
   }
 
-  std::string test_;
+  QString file_;
 };
 
 }  // namespace
@@ -52,8 +50,7 @@ int main(int argc, char** argv) {
   std::thread tests([&] {
     status = RUN_ALL_TESTS();
     done = true;
-    QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
-                              Qt::QueuedConnection);
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
   });
   // The program under test leaves the event loop when it ends; the next test needs it again.
   while (!done) QApplication::exec();

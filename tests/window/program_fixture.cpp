@@ -2,14 +2,12 @@
 #include "window/program_fixture.h"
 
 #include <QTabBar>
-#include <QTabWidget>
 #include <QToolBar>
-#include <QToolButton>
+#include <QTreeView>
 #include <cstdlib>
 
 #include "workspace/job_operations.h"
 #include "workspace/program_folder.h"
-#include "workspace/source_operations.h"
 
 namespace quillmere::window {
 namespace {
@@ -22,14 +20,18 @@ struct Unwatched final : ProgressListener {
 
 }  // namespace
 
-const std::string ProgramTest::kTables = R"(
+const std::string ProgramTest::kOwners = R"(
 create user SHOP identified by x;
 create user CRM identified by x;
 create user ARCHIVE identified by x;
-create table SHOP.ITEM (ID number(10) constraint ITEM_PK primary key, NAME varchar2(60));
-create table SHOP.NOTE (ID number(10) primary key, NAME varchar2(60));
-create table SHOP.SECRET (ID number(10) primary key);
-create table CRM.VISIT (ID number(10) primary key);
+)";
+const std::string ProgramTest::kTables = kOwners + R"(
+create table SHOP.ITEM (ID number(10), NAME varchar2(60), constraint ITEM_PK primary key (ID));
+create table SHOP.NOTE (ID number(10), NAME varchar2(60));
+create table SHOP.SECRET (ID number(10));
+create table CRM.VISIT (ID number(10), constraint VISIT_PK primary key (ID),
+  constraint VISIT_FK foreign key (ID) references SHOP.ITEM (ID));
+create index SHOP.ITEM_NAME on SHOP.ITEM (NAME);
 )";
 
 ProgramTest::ProgramTest() {
@@ -40,40 +42,29 @@ ProgramTest::ProgramTest() {
 }
 
 ProgramTest::~ProgramTest() {
-  CloseDialogs();
   Quit();
 }
 
-std::string ProgramTest::Tool(const std::string& arguments, const std::string& script, bool* ok) {
+bool ProgramTest::Tool(const std::string& arguments, const std::string& script) {
   folder_.Write("tool.sql", script);
+  const std::string in = folder_.Path().string();
   const std::string command = (ProgramFolder() / "quillmere-sandbox").string() + " --workdir " +
-                              folder_.Path().string() + " " + arguments + " <" +
-                              (folder_ / "tool.sql").string() + " >" +
-                              (folder_ / "tool.out").string() + " 2>&1";
-  *ok = std::system(command.c_str()) == 0;
-  return folder_.Read("tool.out");
+                              in + " " + arguments + " <" + in + "/tool.sql >" + in +
+                              "/tool.out 2>&1";
+  return std::system(command.c_str()) == 0;
 }
 
 void ProgramTest::MakeDatabase(const std::string& name, const std::string& sql) {
-  bool ok = false;
-  const std::string said = Tool("create " + name, "", &ok);
-  ASSERT_TRUE(ok) << said;
+  ASSERT_TRUE(Tool("create " + name)) << folder_.Read("tool.out");
   Sql(name, sql);
 }
 
-void ProgramTest::Sql(const std::string& database, const std::string& statements) {
-  ASSERT_EQ(SqlFails(database, statements), "");
+void ProgramTest::Sql(const std::string& database, const std::string& statements, bool works) {
+  EXPECT_EQ(Tool("sql " + database, statements), works) << folder_.Read("tool.out");
 }
 
-std::string ProgramTest::SqlFails(const std::string& database, const std::string& statements) {
-  bool ok = false;
-  const std::string said = Tool("sql " + database, statements, &ok);
-  return ok ? "" : said;
-}
-
-std::string ProgramTest::Difference(const std::string& options) {
-  bool ok = false;
-  return Tool("diff " + options, "", &ok);
+bool ProgramTest::Identical(const std::string& a_and_b) {
+  return Tool("diff " + a_and_b);
 }
 
 void ProgramTest::Open() {
@@ -87,20 +78,16 @@ void ProgramTest::Open() {
   ASSERT_NE(workspace_, nullptr) << reason;
 }
 
-void ProgramTest::AddSource(const std::string& name, const std::string& mode) {
+void ProgramTest::AddSource(const std::string& name) {
   Unwatched unwatched;
-  const Outcome added = Ui([&] {
-    return AddDataSource(Work(), {name, "SYS", kPassword, mode == "SYSDBA"}, unwatched);
-  });
-  ASSERT_TRUE(added.done) << added.text;
+  EXPECT_TRUE(Ui([&] { return AddDataSource(Work(), {name, "SYS", kPassword, true}, unwatched); }));
 }
 
 void ProgramTest::AddJob(const std::string& name, const std::string& from, const std::string& to) {
   std::size_t index = 0;
-  const Outcome added = Ui([&] {
+  EXPECT_TRUE(Ui([&] {
     return quillmere::AddJob(Work(), {name, "copies " + from, from, to, 1}, index);
-  });
-  ASSERT_TRUE(added.done) << added.text;
+  }));
 }
 
 void ProgramTest::Show() {
@@ -111,42 +98,56 @@ void ProgramTest::Show() {
   WaitFor("the window", [this] { return window_->Form().isActiveWindow(); });
 }
 
-void ProgramTest::OpenWithJob(const std::string& job) {
-  for (const std::string name : {"A", "B"}) MakeDatabase(name);
+void ProgramTest::OpenWithSources(const std::string& sql_of_b) {
+  MakeDatabase("A", kTables);
+  MakeDatabase("B", sql_of_b);
   Open();
   for (const std::string name : {"A", "B"}) AddSource(name);
-  AddJob(job);
+}
+
+void ProgramTest::OpenWithJob() {
+  OpenWithSources();
+  AddJob("J");
   Show();
+}
+
+void ProgramTest::StartJob() {
+  Ui([this] { Work().Jobs().SetState(0, JobState::Starting); });
+  WaitForState(JobState::Started);
 }
 
 void ProgramTest::Quit() {
   Ui([this] {
+    if (window_ != nullptr) window_->RequestEnd();
+  });
+  WaitForNoDialog();
+  Ui([this] {
     std::string reason;
-    if (window_ != nullptr && !window_->Finish(reason)) ADD_FAILURE() << reason;
+    EXPECT_TRUE(window_ == nullptr || window_->Finish(reason)) << reason;
     window_.reset();
     workspace_.reset();
   });
 }
 
-void ProgramTest::SelectNode(const Path& below_root) {
-  Path path{"All Jobs"};
-  path.insert(path.end(), below_root.begin(), below_root.end());
-  ClickNode("JobMgrTV", path);
+void ProgramTest::Restart() {
+  Quit();
+  Open();
+  Show();
 }
 
 void ProgramTest::ShowDatabases() {
-  auto* tabs =
-      Ui([this] { return window_->Form().findChild<QTabWidget*>("PageClient")->tabBar(); });
-  ClickAt(tabs, [tabs] { return tabs->tabRect(1).center(); });
+  auto* tabs = Find<QTabBar>("qt_tabwidget_tabbar");
+  ClickAt(tabs, [=] { return tabs->tabRect(1).center(); });
 }
 
-std::vector<std::string> ProgramTest::ActionsShown(std::string_view tool_bar) {
-  const auto* bar = Find<QToolBar>(tool_bar);
+Names ProgramTest::ActionsShown() {
+  WaitForNoDialog();
+  const auto* bar = Find<QToolBar>(IsShown("ToolBar1") ? "ToolBar1" : "DbMgrToolBar");
   return Ui([bar] {
-    std::vector<std::string> shown;
+    Names shown;
     for (QAction* action : bar->actions()) {
-      const auto* button = qobject_cast<QToolButton*>(bar->widgetForAction(action));
-      if (button != nullptr && button->isVisible()) {
+      const QWidget* button = bar->widgetForAction(action);
+      if (!action->isSeparator() && button->isVisible()) {
         shown.push_back(action->objectName().toStdString());
       }
     }
@@ -154,30 +155,16 @@ std::vector<std::string> ProgramTest::ActionsShown(std::string_view tool_bar) {
   });
 }
 
-void ProgramTest::WaitForMessage(const std::string& text, int times) {
+void ProgramTest::WaitForMessage(const std::string& text) {
   WaitFor("the message " + text, [&] {
-    const QAbstractItemModel* list =
-        window_->Form().findChild<QAbstractItemView*>("TreeView1")->model();
-    int found = 0;
-    for (int row = 0; row < list->rowCount(); ++row) {
-      if (list->index(row, 0).data().toString().toStdString().ends_with(" " + text)) ++found;
-    }
-    return found >= times;
+    const auto* list = window_->Form().findChild<QTreeView*>("TreeView1")->model();
+    const auto line = QString::fromStdString(" " + text);
+    return !list->match(list->index(0, 0), Qt::DisplayRole, line, 1, Qt::MatchEndsWith).empty();
   });
 }
 
-JobState ProgramTest::StateOf(const std::string& job) {
-  return Ui([&] { return Work().Jobs().State(Work().Jobs().IndexOf(job)); });
-}
-
-void ProgramTest::WaitForState(const std::string& job, JobState state) {
-  WaitFor(job + " to be " + std::string(StateName(state)),
-          [&] { return Work().Jobs().State(Work().Jobs().IndexOf(job)) == state; });
-}
-
-void ProgramTest::Request(const std::string& action, const std::string& question) {
-  ClickAction(action);
-  AnswerBox(question, "Yes");
+void ProgramTest::WaitForState(JobState state) {
+  WaitFor(std::string(StateName(state)), [=, this] { return Work().Jobs().State(0) == state; });
 }
 
 }  // namespace quillmere::window

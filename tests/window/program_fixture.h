@@ -7,52 +7,51 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "support/config_of.h"
 #include "support/hand_clock.h"
 #include "support/temp_folder.h"
 #include "ui/main/program_window.h"
 #include "window/driver.h"
+#include "workspace/source_operations.h"
 
 namespace quillmere::window {
 
 class ProgramTest : public testing::Test, protected Driver {
  protected:
   static constexpr const char* kPassword = "sandbox";  // of SYS in every database
-  // Four tables of two owners, and an owner without any.
-  static const std::string kTables;
+  // Three owners; with four tables of two of them, a foreign key between these, and an index.
+  static const std::string kOwners, kTables;
 
   ProgramTest();
   ~ProgramTest() override;
 
   // --- the databases, by the sandbox's own tool; any time
   void MakeDatabase(const std::string& name, const std::string& sql = kTables);
-  void Sql(const std::string& database, const std::string& statements);
-  std::string SqlFails(const std::string& database, const std::string& statements);  // its reason
-  std::string Difference(const std::string& options);  // "identical\n"
+  void Sql(const std::string& database, const std::string& statements, bool works = true);
+  bool Identical(const std::string& a_and_b = "A B");
 
   // --- the program. Open, then what shall be there from the start, then Show.
   void Open();
-  void AddSource(const std::string& name, const std::string& mode = "SYSDBA");
+  void AddSource(const std::string& name);
   void AddJob(const std::string& name, const std::string& from = "A", const std::string& to = "B");
   void Show();
-  void OpenWithJob(const std::string& job = "J");  // databases A and B, their sources, the job
-  void Quit();                                     // as the program ends; loses nothing
+  // Databases A and B with their sources; with the job J, and shown; the job under way.
+  void OpenWithSources(const std::string& sql_of_b = kTables);
+  void OpenWithJob();
+  void StartJob();
+  void Quit();  // as the program ends, whatever is open; loses nothing
+  void Restart();
   Workspace& Work() { return *workspace_; }
   ProgramWindow& Window() { return *window_; }
 
   // --- what is seen
-  void SelectNode(const Path& below_root);  // of the job explorer
-  void ShowDatabases();                     // the database manager's page
-  std::vector<std::string> ActionsShown(std::string_view tool_bar);
-  // At the end of so many lines of the message list.
-  void WaitForMessage(const std::string& text, int times = 1);
-  JobState StateOf(const std::string& job);
-  void WaitForState(const std::string& job, JobState state);
+  void ShowDatabases();  // the database manager's page
+  Names ActionsShown();  // in the tool bar of the job explorer or the database manager
+  // At the end of a line of the message list.
+  void WaitForMessage(const std::string& text);
+  void WaitForState(JobState state);  // of the first job
 
-  // Asks for it by the tool bar, and says yes.
-  void Request(const std::string& action, const std::string& question);
   // Two intervals later: a change is captured by the pass after the one that first sees it.
   void NextPass() { clock_.TurnMinutes(2); }
 
@@ -60,7 +59,7 @@ class ProgramTest : public testing::Test, protected Driver {
   HandClock clock_;
 
  private:
-  std::string Tool(const std::string& arguments, const std::string& script, bool* ok);
+  bool Tool(const std::string& arguments, const std::string& script = "");
 
   std::unique_ptr<Workspace> workspace_;
   std::unique_ptr<ProgramWindow> window_;
