@@ -5,13 +5,13 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFile>
+#include <QLineEdit>
 #include <QPalette>
 #include <QPixmap>
-#include <QTemporaryDir>
 
-#include "foundation/system_files.h"
+#include "support/temp_folder.h"
 #include "ui/toolkit/icons.h"
+#include "ui/toolkit/text.h"
 
 namespace quillmere {
 namespace {
@@ -19,10 +19,8 @@ namespace {
 class AppearanceTest : public testing::Test {
  protected:
   std::filesystem::path Skin(const QByteArray& text) {
-    QFile file(folder_.filePath("skin.qss"));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(text);
-    return file.fileName().toStdString();
+    folder_.Write("skin.qss", text.toStdString());
+    return folder_ / "skin.qss";
   }
   static QColor Window() { return QApplication::palette().color(QPalette::Window); }
 
@@ -30,30 +28,23 @@ class AppearanceTest : public testing::Test {
   char name_[5] = "test", option_[10] = "-platform", platform_[10] = "offscreen";
   char* argv_[4] = {name_, option_, platform_, nullptr};
   QApplication application_{argc_, argv_};
-  QTemporaryDir folder_;
-  WindowMemory memory_{folder_.path().toStdString()};
-  SystemFiles files_;
-  Appearance appearance_{files_, memory_};
+  TempFolder folder_;
+  WindowMemory memory_{folder_.Path()};
+  Appearance appearance_{folder_.Files(), memory_};
 };
 
 TEST_F(AppearanceTest, SkinsAreCheckedBeforeTheyReplaceTheLook) {
   std::string reason;
   ASSERT_TRUE(appearance_.LoadSkin(Skin("QLabel { color: #112233 }"), reason)) << reason;
-  const struct {
-    const char* name;
-    QByteArray text;
-    const char* reason;
-  } rows[] = {
-      {"broken sheet", "QLabel { color: red", "no Qt style sheet"},
-      {"empty", " \n", "no Qt style sheet"},
-      {"no UTF-8", "QLabel { color: red } /* \xff */", "no text"},
-      {"unknown colour", "/* palette\n window: reddish\n*/\nQLabel { color: red }",
-       "window: reddish"},
+  const std::pair<QByteArray, const char*> rows[] = {
+      {"QLabel { color: red", "no Qt style sheet"},
+      {" \n", "no Qt style sheet"},
+      {"QLabel { color: red } /* \xff */", "no text"},
+      {"/* palette\n window: reddish\n*/\nQLabel { color: red }", "window: reddish"},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    EXPECT_FALSE(appearance_.LoadSkin(Skin(row.text), reason));
-    EXPECT_NE(reason.find(row.reason), std::string::npos) << reason;
+  for (const auto& [text, why] : rows) {
+    EXPECT_FALSE(appearance_.LoadSkin(Skin(text), reason));
+    EXPECT_NE(reason.find(why), std::string::npos) << reason;
     EXPECT_EQ(qApp->styleSheet(), "QLabel { color: #112233 }");
   }
 }
@@ -66,12 +57,12 @@ TEST_F(AppearanceTest, TheChoiceComesBackAndAMissingSkinIsSaid) {
       Skin("/* palette\n scheme: light\n window: #fff0e0\n*/\nQLabel { color: red }"), reason));
   EXPECT_EQ(Window(), QColor("#fff0e0"));
 
-  Appearance again(files_, memory_);
+  Appearance again(folder_.Files(), memory_);
   again.Restore(reason);
   EXPECT_EQ(reason, "");
   EXPECT_EQ(Window(), QColor("#fff0e0"));
-  QFile::remove(folder_.filePath("skin.qss"));
-  Appearance without(files_, memory_);
+  std::filesystem::remove(folder_ / "skin.qss");
+  Appearance without(folder_.Files(), memory_);
   without.Restore(reason);
   EXPECT_NE(reason.find("skin.qss"), std::string::npos) << reason;
   EXPECT_EQ(Window(), dark);
@@ -85,14 +76,25 @@ TEST_F(AppearanceTest, EveryDrawingCanBeDrawnAndFollowsThePalette) {
     SCOPED_TRACE(drawing.toStdString());
     const QIcon icon = Icon(drawing.chopped(4).toStdString());
     appearance_.SetScheme(Appearance::Scheme::Light);
-    const QImage light = icon.pixmap(QSize(16, 16), 2.0).toImage();
+    const QImage light = icon.pixmap(16).toImage();
     appearance_.SetScheme(Appearance::Scheme::Dark);
-    const QImage dark = icon.pixmap(QSize(16, 16), 2.0).toImage();
+    const QImage dark = icon.pixmap(16).toImage();
     QImage nothing(light.size(), light.format());
     nothing.fill(Qt::transparent);
-    EXPECT_EQ(light.size(), QSize(32, 32));
     EXPECT_NE(light, nothing);
     EXPECT_EQ(light == dark, drawing == "app.svg");
+  }
+}
+
+TEST_F(AppearanceTest, AnUntouchedFieldGivesItsBytesBack) {
+  using namespace std::string_literals;
+  for (const std::string& original : {"\xc3\x84rger"s, "\xff\xfe no UTF-8"s, "two\nlines\ttab"s,
+                                      "a\0b"s, ""s, std::string(10000, 'x')}) {
+    QLineEdit field;
+    field.setText(ToQt(original));
+    EXPECT_EQ(EditedText(field, original), original);
+    field.setText(QStringLiteral("other \u00c4"));
+    EXPECT_EQ(EditedText(field, original), "other \xc3\x84");
   }
 }
 

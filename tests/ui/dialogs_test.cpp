@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+// What the dialogs decide, without them.
+#include <gmock/gmock.h>
+
+#include "support/config_of.h"
+#include "support/temp_folder.h"
+#include "ui/databases/schema_texts.h"
+#include "ui/job_dialogs/interval_field.h"
+#include "ui/main/shared_files.h"
+#include "ui/main_dialogs/settings_values.h"
+#include "ui/sources/login_advice.h"
+
+namespace quillmere {
+namespace {
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+TEST(DialogAdvice, ARefusedLogOnLeadsToTheFieldThatIsWrong) {
+  const LogOn entered = {"A", "u", "p"};
+  const std::tuple<LogOn, const char*, LoginField> rows[] = {
+      {{}, "Obligatory field can not be empty", LoginField::Name},
+      {{"A", "", ""}, "Obligatory field can not be empty", LoginField::UserId},
+      {entered, "connect Database failed. Error: OCI : ORA-01017: no", LoginField::Password},
+      {entered, "connect Database failed. Error: OCI : ORA-01031: no", LoginField::Mode},
+      {entered, "connect Database failed. Error: OCI : ORA-28000: no", LoginField::UserId},
+      {entered, "ORA-12154: TNS", LoginField::Name},
+  };
+  for (const auto& [login, refusal, field] : rows) {
+    EXPECT_EQ(FieldToCorrect(login, refusal), field) << refusal;
+  }
+}
+
+TEST(DialogAdvice, DeletingADataSourceSaysWhichJobsItStops) {
+  JobList jobs;
+  EXPECT_THAT(DeleteQuestion(jobs, "B"), EndsWith("stays as it is."));
+  for (const char* name : {"J1", "J2", "J3"}) {
+    JobConfig& job = ConfigOf(jobs.At(jobs.Claim()));
+    job.name = name;
+    job.src_database_name = name == std::string("J2") ? "A" : "C";
+    job.des_database_name = "B";
+    jobs.SetState(jobs.Count() - 1, JobState::Stopped);
+  }
+  EXPECT_THAT(DeleteQuestion(jobs, "A"), EndsWith("Job J2 can not run without it."));
+  EXPECT_THAT(DeleteQuestion(jobs, "B"), EndsWith("J1 and 2 other jobs can not run without it."));
+}
+
+TEST(DialogAdvice, TheIntervalStopsAtBothEnds) {
+  EXPECT_EQ(SteppedInterval(0, -1), 0);
+  EXPECT_EQ(SteppedInterval(9995, 10), 10000);
+  EXPECT_EQ(SteppedInterval(2147483647, 1), 10000) << "typed";
+  EXPECT_EQ(SteppedInterval(-2147483647 - 1, -10), 0) << "typed";
+}
+
+TEST(SettingsForm, AClientLibraryWithAPathMustBeThere) {
+  const TempFolder folder;
+  folder.Write("libfound.so", "x");
+  EXPECT_EQ(WhyClientFileRefused(folder.Files(), (folder / "libfound.so").string()), "");
+  EXPECT_EQ(WhyClientFileRefused(folder.Files(), "libclntsh.so.19.1"), "") << "the system looks";
+  EXPECT_NE(WhyClientFileRefused(folder.Files(), (folder / "libgone.so").string()), "");
+  EXPECT_NE(WhyClientFileRefused(folder.Files(), folder.Path().string()), "") << "a folder";
+}
+
+TEST(SchemaDialogs, ARunIsSummedUpUnlessAllWasDone) {
+  struct Row {
+    std::size_t succeeded, failed, total;
+    bool cancelled, logged;
+    testing::Matcher<std::string> says;
+  };
+  for (const Row& row :
+       std::vector<Row>{{3, 0, 3, false, true, ""},
+                        {0, 1, 1, false, true, StartsWith("Drop Table T failed, reason: no\n")},
+                        {3, 1, 9, true, true,
+                         AllOf(StartsWith("1 of 9 failed, the first one with:\nDrop Table T"),
+                               HasSubstr("3 of 9 were done and stay done, 5 were"))},
+                        {0, 0, 9, true, true, "Cancelled, nothing was changed"},
+                        {3, 0, 3, false, false, HasSubstr("error.log cannot be written")}}) {
+    SchemaRun run;
+    run.succeeded = row.succeeded;
+    run.failed = row.failed;
+    run.cancelled = row.cancelled;
+    run.logged = row.logged;
+    run.first_failure = "Drop Table T failed, reason: no";
+    EXPECT_THAT(RunSummary(run, row.total), row.says);
+  }
+}
+
+TEST(SharedFiles, AreLookedForInThreePlacesInTurn) {
+  const TempFolder folder;
+  std::string tried;
+  const auto find = [&](std::string& looked) {
+    return FindSharedFile(folder.Files(), "HTML/x", folder / "work", folder / "usr/bin", looked);
+  };
+  EXPECT_TRUE(find(tried).empty());
+  for (const std::string place : {"usr/share/quillmere", "usr/bin", "work"}) {
+    EXPECT_NE(tried.find((folder / place).string()), std::string::npos) << tried;
+    folder.Write(place + "/HTML/x", "text");
+    std::string ignored;
+    EXPECT_EQ(find(ignored), folder / place / "HTML/x");
+  }
+}
+
+}  // namespace
+}  // namespace quillmere
