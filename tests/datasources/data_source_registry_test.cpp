@@ -71,7 +71,7 @@ TEST_F(DataSourceRegistryTest, FilesHoldWhatTheyShould) {
   program.Add("EMPTY").password.clear();
   Save("saved");
   FileFacts facts;
-  ASSERT_TRUE(disk.Look("/work/config/ORCL.xml", facts));
+  ASSERT_TRUE(files.Look("/work/config/ORCL.xml", facts));
   EXPECT_EQ(facts.mode, FileSystem::kOwnerOnly);
   Program restarted(files);
   restarted.registry.Load();
@@ -94,16 +94,16 @@ TEST_F(DataSourceRegistryTest, SavesOnlyWhatNeedsIt) {
 }
 
 TEST_F(DataSourceRegistryTest, ReadsOddValues) {
-  disk.Put("/work/config/database.xml", "<database><dbname>A</dbname></database>");
+  files.Put("/work/config/database.xml", "<database><dbname>A</dbname></database>");
   for (const std::string inside :
        {"<dbstatus>1</dbstatus>", "<dbstatus>0</dbstatus>", "<dbstatus>-7</dbstatus>",
         "<dbstatus>on</dbstatus>",
         "<login><password>ecaa0fdbd7a31783a76c7e791eda4d00a76c7e791eda4d00a76c7e791eda4d00"
         "</password></login>"}) {
-    disk.Put("/work/config/A.xml",
-             "<database><name>other</name><description>by hand</description><schema><primarykey>"
-             "<keyname>K</keyname></primarykey></schema>" +
-                 inside + "</database>");
+    files.Put("/work/config/A.xml",
+              "<database><name>other</name><description>by hand</description><schema><primarykey>"
+              "<keyname>K</keyname></primarykey></schema>" +
+                  inside + "</database>");
     Load("read");
     EXPECT_EQ(program.registry.At(0).primary_keys.at(0).status, "undef");
   }
@@ -111,7 +111,7 @@ TEST_F(DataSourceRegistryTest, ReadsOddValues) {
 
 TEST_F(DataSourceRegistryTest, AListThatCanNotBeReadIsReportedAndKept) {
   Load("missing");
-  disk.Put("/work/config/database.xml", "<database>\n");
+  files.Put("/work/config/database.xml", "<database>\n");
   Load("broken");
   program.Add("A");
   Save("saved over it");
@@ -124,12 +124,12 @@ TEST_F(DataSourceRegistryTest, WhatIsLeftOutStaysListed) {
     list += "<database><dbname>" + name + "</dbname></database>\n";
   }
   const std::string whole = "<database><dbtype>ORACLE</dbtype></database>";
-  disk.Put("/work/config/database.xml", list);
+  files.Put("/work/config/database.xml", list);
   for (const char* name : {"config/GOOD", "config/good", "evil"}) {
-    disk.Put("/work/" + std::string(name) + ".xml", whole);
+    files.Put("/work/" + std::string(name) + ".xml", whole);
   }
-  disk.Put("/work/config/broken.xml", "<database>\n");
-  disk.Put("/work/config/hollow.xml", "");
+  files.Put("/work/config/broken.xml", "<database>\n");
+  files.Put("/work/config/hollow.xml", "");
   Load("read");
   EXPECT_EQ(program.registry.WhyNameRefused("broken"), "");
   EXPECT_NE(program.registry.WhyNameRefused("Hollow"), "");
@@ -152,8 +152,8 @@ TEST_F(DataSourceRegistryTest, RemovingTakesThePasswordAlong) {
   program.Add("A");
   program.Add("B");
   Save("saved");
-  disk.Put("/work/config/A.xml.bad", "old password");
-  disk.Put("/work/config/A.xml.tmp-1-1", "password left by a crash");
+  files.Put("/work/config/A.xml.bad", "old password");
+  files.Put("/work/config/A.xml.tmp-1-1", "password left by a crash");
   Remove(0, "A removed");
   EXPECT_EQ(program.registry.IndexOf("B"), 1) << "indices stay";
   EXPECT_EQ(program.registry.IndexOf("A"), -1);

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <functional>
 #include <string>
 #include <utility>
@@ -15,13 +16,11 @@
 #include "support/hand_clock.h"
 #include "support/memory_files.h"
 #include "support/scripted_oci.h"
-#include "support/watched_files.h"
 
 namespace quillmere {
 
 using testing::MemoryFiles;
 using testing::ScriptedOci;
-using testing::WatchedFiles;
 
 inline const std::string kScnQuery = "select max(ktuxescnw * power(2,32) + ktuxescnb) from x$ktuxe";
 inline const std::string kMembersQuery = "select member from v$logfile where type='ONLINE'";
@@ -115,10 +114,11 @@ class EngineTest : public ::testing::Test {
     program_.AddJob();
   }
 
-  std::string Read(const std::string& name) const { return disk_.Content("/work/" + name); }
+  std::string Read(const std::string& name) const { return files_.Content("/work/" + name); }
   RunRecord Record() {
     RunRecord record;
-    static_cast<void>(ReadRunRecord(disk_, "/work/jobs/J/block.dat", record));
+    const std::string bytes = Read("jobs/J/block.dat");
+    if (bytes.size() == sizeof record) std::memcpy(&record, bytes.data(), sizeof record);
     return record;
   }
   void Step() { program_.runner.Step(program_.index); }
@@ -145,8 +145,7 @@ class EngineTest : public ::testing::Test {
     return applied;
   }
 
-  MemoryFiles disk_;
-  WatchedFiles files_{disk_};
+  MemoryFiles files_;
   HandClock clock_;
   ScriptedOci script_;
   EngineProgram program_{files_, clock_, script_};

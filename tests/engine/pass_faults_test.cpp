@@ -72,15 +72,14 @@ class World {
 
   // As a power cut leaves the disk, with the servers as they are then.
   void Restart(const MemoryFiles::Keep& keep) {
-    disk_after = disk.AfterPowerCut(keep);
+    disk_after = files.AfterPowerCut(keep);
     dead = false;
     fault_ = Fault::PowerCut;
     at_ = 0;
   }
 
-  MemoryFiles disk;
+  MemoryFiles files;
   std::unique_ptr<MemoryFiles> disk_after;
-  WatchedFiles files{disk};
   HandClock clock;
   ScriptedOci script;
   std::size_t visible = kFirst;
@@ -123,13 +122,13 @@ class World {
   // What is on the disk at every call, even if the power went now.
   void CheckFiles(bool ends) {
     if (!fault_free_) return;
-    const auto disk_now = disk.AfterPowerCut([] { return false; });
+    const auto disk_now = files.AfterPowerCut([] { return false; });
     const std::string commit_point = disk_now->Content("/work/jobs/J/commit.dat");
     const std::string record = disk_now->Content("/work/jobs/J/block.dat");
     EXPECT_TRUE(open_.empty() || commit_point != "(none)");
     EXPECT_TRUE(!open_.empty() || destination_ != "none" || commit_point == "(none)");
     if (!ends || open_.empty()) return;
-    EXPECT_EQ(record, disk.Content("/work/jobs/J/block.dat"));
+    EXPECT_EQ(record, files.Content("/work/jobs/J/block.dat"));
     EXPECT_NE(record, commit_point) << "ahead of it";
   }
 
@@ -231,7 +230,7 @@ TEST(PassFaults, ALifeWithoutThem) {
   ExpectAllApplied(world, program);
   EXPECT_EQ(program.Table("ORDERS").totalsynced + program.Table("ITEMS").totalsynced, 7);
   FileFacts facts;
-  ASSERT_TRUE(world.disk.Look("/work/jobs/J/sqlcmds.txt", facts));
+  ASSERT_TRUE(world.files.Look("/work/jobs/J/sqlcmds.txt", facts));
   EXPECT_EQ(facts.mode, FileSystem::kOwnerOnly);
 }
 

@@ -11,7 +11,6 @@
 
 #include "support/memory_files.h"
 #include "support/temp_folder.h"
-#include "support/watched_files.h"
 
 namespace {
 std::atomic<int> syncs{0};
@@ -30,7 +29,6 @@ namespace quillmere {
 namespace {
 
 using testing::MemoryFiles;
-using testing::WatchedFiles;
 constexpr auto kEveryone = FileAccess::Everyone;
 
 // --- What every file system does alike ---------------------------------------------------------
@@ -263,10 +261,9 @@ TEST(WholeFiles, AreDoneOrNotAndDoneMeansOnTheDisk) {
         disk.Put(std::string("/work/") + trace, "left");
       }
       ASSERT_EQ(Listing(disk), kBefore);
-      WatchedFiles files(disk);
       std::string failed, error;
       int number = 0;
-      files.on_operation = [&](const testing::FileOperation& operation) {
+      disk.on_operation = [&](const testing::FileOperation& operation) {
         if (++number != fault) return FileStatus{};
         failed = operation.Text();
         for (const bool kept : {false, true}) {
@@ -277,7 +274,7 @@ TEST(WholeFiles, AreDoneOrNotAndDoneMeansOnTheDisk) {
         }
         return FileStatus{FileCode::NoSpace, "No space left on device"};
       };
-      const bool done = deed.run(files, error);
+      const bool done = deed.run(disk, error);
       faults = failed.empty() ? 0 : 1;
       if (done) {
         EXPECT_EQ(Listing(disk), deed.after) << failed;

@@ -101,7 +101,7 @@ TEST_F(JobCatalogueTest, FilesHoldWhatTheyShould) {
   EXPECT_EQ(read.error_log_path, "/work/jobs/J1/error.log");
   EXPECT_TRUE(read.table_list_fetched);
   EXPECT_FALSE(restarted.Job(1).table_list_fetched);
-  EXPECT_TRUE(disk.RemoveFile("/work/jobs/jobs.xml"));
+  files.Remove("/work/jobs/jobs.xml");
   ++restarted.Job(0).tables_revision;
   Save("read, and written as they were", restarted);
 }
@@ -114,7 +114,7 @@ TEST_F(JobCatalogueTest, ASaveWritesWhatChanged) {
   Save("of b a counter");
   program.Job(0).sync_interval = 3;
   Save("of a a property");
-  EXPECT_TRUE(disk.RemoveFile("/work/jobs/jobs.xml"));
+  files.Remove("/work/jobs/jobs.xml");
   Save("the list is gone");
   Program restarted(files);
   restarted.Load();
@@ -144,15 +144,15 @@ TEST_F(JobCatalogueTest, WhatIsCountedDuringASaveIsWrittenByTheNext) {
 }
 
 TEST_F(JobCatalogueTest, ReadsOddValues) {
-  disk.Put("/work/jobs/jobs.xml",
-           "<job><name>a</name><has_runned>TRUE</has_runned>"
-           "<sync_interval>99999999999</sync_interval></job>");
-  disk.Put("/work/jobs/a/a.xml",
-           "<schema><schema_name>S</schema_name>"
-           "<table_list><rows>x</rows><name>T1</name><includeflag>FALSE</includeflag>"
-           "<name>second</name></table_list><table_list><name>T2</name></table_list></schema>\n"
-           "<schema><table_list><name>T3</name></table_list><schema_name>S</schema_name>"
-           "</schema>\n");
+  files.Put("/work/jobs/jobs.xml",
+            "<job><name>a</name><has_runned>TRUE</has_runned>"
+            "<sync_interval>99999999999</sync_interval></job>");
+  files.Put("/work/jobs/a/a.xml",
+            "<schema><schema_name>S</schema_name>"
+            "<table_list><rows>x</rows><name>T1</name><includeflag>FALSE</includeflag>"
+            "<name>second</name></table_list><table_list><name>T2</name></table_list></schema>\n"
+            "<schema><table_list><name>T3</name></table_list><schema_name>S</schema_name>"
+            "</schema>\n");
   program.restored = static_cast<JobState>(77);
   Load("read");
   ++program.Job(0).tables_revision;
@@ -161,14 +161,14 @@ TEST_F(JobCatalogueTest, ReadsOddValues) {
 
 TEST_F(JobCatalogueTest, WhatCanNotBeReadIsKept) {
   Load("no list at all is an empty catalogue");
-  disk.Put("/work/jobs/jobs.xml", "<job>\n<name>a</name>\n");
+  files.Put("/work/jobs/jobs.xml", "<job>\n<name>a</name>\n");
   Load("a broken list");
   program.Add("new");
   Save("saved over it");
   program.Job(0).description = "changed";
   Save("and once more");
-  disk.Put("/work/jobs/jobs.xml", "<job><name>a</name></job>\n<job><name>b</name></job>");
-  disk.Put("/work/jobs/a/a.xml", "<schema>\n");
+  files.Put("/work/jobs/jobs.xml", "<job><name>a</name></job>\n<job><name>b</name></job>");
+  files.Put("/work/jobs/a/a.xml", "<schema>\n");
   Program restarted(files);
   restarted.Load();
   EXPECT_FALSE(restarted.Job(0).table_list_fetched);
@@ -183,9 +183,9 @@ TEST_F(JobCatalogueTest, JobsThatCanNotBeAreLeftOutAndKept) {
   for (const std::string name : {"a", "A", "../evil", "nul", "", "jobs.xml", "b"}) {
     list += "<job>\n<name>" + name + "</name>\n</job>\n";
   }
-  disk.Put("/work/jobs/jobs.xml", list);
-  disk.Put("/work/jobs/a/a.xml", "");
-  disk.Put("/work/jobs/b/b.xml", "");
+  files.Put("/work/jobs/jobs.xml", list);
+  files.Put("/work/jobs/a/a.xml", "");
+  files.Put("/work/jobs/b/b.xml", "");
   Load("read");
   Save("saved");
   for (const char* name : {"B", "B2", "JOBS.xml.bad", "a/b"}) {
@@ -213,7 +213,7 @@ TEST_F(JobCatalogueTest, RenamesAndRemovesFolderFileAndList) {
   };
   for (const char* file : {"old/block.dat", "old/commit.dat", "old/sqlcmds.txt", "b/error.log",
                            "old/old.xml.bad", "taken/error.log"}) {
-    disk.Put("/work/jobs/" + std::string(file), "x");
+    files.Put("/work/jobs/" + std::string(file), "x");
   }
   TellFiles();
   rename("taken");
@@ -259,16 +259,16 @@ TEST_F(JobCatalogueTest, ASaveSeesAJobBeforeOrAfterAnEdit) {
   });
   for (int saves = 0; saves < 100; ++saves) {
     EXPECT_TRUE(program.catalogue.SaveAll(error)) << error;
-    const std::string list = disk.Content("/work/jobs/jobs.xml");
+    const std::string list = files.Content("/work/jobs/jobs.xml");
     const auto written = Values(list, "<description>");
     EXPECT_TRUE(written.empty() || written == Values(list, "<sync_interval>")) << list;
-    EXPECT_EQ(Values(disk.Content("/work/jobs/busy/busy.xml"), "<rows>").size(), 1u);
+    EXPECT_EQ(Values(files.Content("/work/jobs/busy/busy.xml"), "<rows>").size(), 1u);
   }
   done = true;
   editor.join();
   second_saver.join();
   ASSERT_TRUE(program.catalogue.SaveAll(error));
-  EXPECT_EQ(Values(disk.Content("/work/jobs/busy/busy.xml"), "<rows>"),
+  EXPECT_EQ(Values(files.Content("/work/jobs/busy/busy.xml"), "<rows>"),
             std::set{std::to_string(round - 1)});
 }
 

@@ -23,10 +23,10 @@ TEST_F(SetAsideFile, GrowsWholeOrNotAtAll) {
   }
   Refuse();
   append("two;\n");
-  const auto on_disk = disk.AfterPowerCut([] { return false; });
-  EXPECT_EQ(on_disk->All("/work"), disk.All("/work"));
+  const auto on_disk = files.AfterPowerCut([] { return false; });
+  EXPECT_EQ(on_disk->All("/work"), files.All("/work"));
   FileFacts facts;
-  ASSERT_TRUE(disk.Look("/work/jobs/J/setaside.sql", facts));
+  ASSERT_TRUE(files.Look("/work/jobs/J/setaside.sql", facts));
   EXPECT_EQ(facts.mode, FileSystem::kOwnerOnly);
 }
 

@@ -40,14 +40,14 @@ TEST_F(MessageLogTest, AFullListKeepsItsLatestEntry) {
 
 TEST_F(MessageLogTest, EmptiesFilesAboveTheirLimit) {
   log.LimitFiles();
-  EXPECT_TRUE(disk.All("/work").empty()) << "files that do not exist are skipped";
+  EXPECT_TRUE(files.All("/work").empty()) << "files that do not exist are skipped";
   const std::pair<std::string, std::size_t> rows[] = {{"/work/error.log", 2'097'152},
                                                       {"/work/ravelkin.log", 10'485'760}};
   for (const auto& [name, limit] : rows) {
     for (const std::size_t size : {limit, limit + 1}) {
-      disk.Put(name, std::string(size, 'x'));
+      files.Put(name, std::string(size, 'x'));
       log.LimitFiles();
-      EXPECT_EQ(disk.Content(name).size(), size > limit ? 19u : size) << name;
+      EXPECT_EQ(files.Content(name).size(), size > limit ? 19u : size) << name;
     }
   }
   TellFiles();
@@ -62,7 +62,7 @@ TEST_F(MessageLogTest, TheWorkerWritesWhileTheWindowLimits) {
   while (!done) log.LimitFiles();
   worker.join();
   log.LimitFiles();
-  const std::string left = disk.Content("/work/ravelkin.log");
+  const std::string left = files.Content("/work/ravelkin.log");
   EXPECT_LE(left.size(), 10'485'760u);
   EXPECT_TRUE(left.starts_with("20260131 23:59:07 ")) << "no line is cut";
 }

@@ -9,7 +9,6 @@
 
 #include "support/memory_files.h"
 #include "support/stored_text.h"
-#include "support/watched_files.h"
 
 namespace quillmere {
 
@@ -41,7 +40,7 @@ class AccountTest : public ::testing::Test {
   // what it holds, or what it holds more.
   void TellFiles() {
     if (!renamed_.empty()) account << "written:" << std::exchange(renamed_, {}) << "\n";
-    std::map<std::string, std::string> now = disk.All("/work");
+    std::map<std::string, std::string> now = files.All("/work");
     for (const auto& [name, old] : told_) {
       if (!now.contains(name)) account << "gone: " << name << "\n";
     }
@@ -58,8 +57,7 @@ class AccountTest : public ::testing::Test {
     told_ = std::move(now);
   }
 
-  testing::MemoryFiles disk;
-  testing::WatchedFiles files{disk};
+  testing::MemoryFiles files;
   std::ostringstream account;
 
  private:

@@ -22,108 +22,127 @@ FileStatus Refused(FileCode code) {
 }  // namespace
 
 struct MemoryFiles::Node {
-  // A change that is not on the disk yet. Of a file: bytes at an offset, or a new size. Of a
-  // folder: names, each with its file or with none.
+  // Of a file: bytes at an offset, or a new size. Of a folder: names, each with its file or none.
   struct Change {
     std::uint64_t offset = 0;
-    std::string bytes;
-    std::optional<std::uint64_t> size;
-    std::map<std::string, NodePtr> names;
+    std::string bytes{};
+    std::optional<std::uint64_t> size{};
+    std::map<std::string, NodePtr> names{};
+  };
+  struct State {
+    void Apply(const Change& change) {
+      if (change.size) content.resize(*change.size);
+      if (!change.bytes.empty()) {
+        content.resize(std::max(content.size(), change.offset + change.bytes.size()));
+        content.replace(change.offset, change.bytes.size(), change.bytes);
+      }
+      for (const auto& [name, node] : change.names) {
+        entries.erase(name);
+        if (node != nullptr) entries[name] = node;
+      }
+    }
+    std::string content;
+    std::map<std::string, NodePtr> entries;
   };
 
   explicit Node(FileKind of_kind) : kind(of_kind) {}
-
-  static void Apply(const Change& change, std::string& content) {
-    if (change.size) content.resize(*change.size);
-    const std::size_t end = change.offset + change.bytes.size();
-    if (!change.bytes.empty() && content.size() < end) content.resize(end);
-    std::copy(change.bytes.begin(), change.bytes.end(),
-              content.begin() + static_cast<std::ptrdiff_t>(change.offset));
-  }
-  static void Apply(const Change& change, std::map<std::string, NodePtr>& entries) {
-    for (const auto& [name, node] : change.names) {
-      if (node != nullptr) entries[name] = node;
-      if (node == nullptr) entries.erase(name);
-    }
-  }
-
-  void Write(Change change) {
-    Apply(change, content);
+  void Make(Change change) {
+    now.Apply(change);
     pending.push_back(std::move(change));
   }
-  void Name(std::map<std::string, NodePtr> names) {
-    pending.push_back({.offset = 0, .bytes = {}, .size = {}, .names = std::move(names)});
-    Apply(pending.back(), entries);
-  }
+  void Name(const std::string& name, NodePtr node) { Make({.names = {{name, std::move(node)}}}); }
   void Flush() {
     pending.clear();
-    content_on_disk = content;
-    entries_on_disk = entries;
+    on_disk = now;
   }
 
   const FileKind kind;
   Mode mode = kUsualBits;
-  std::string content, content_on_disk;
-  std::map<std::string, NodePtr> entries, entries_on_disk;
+  State now, on_disk;
   std::vector<Change> pending;
   int shared_locks = 0;
   bool locked = false;
 };
 
+FileStatus MemoryFiles::Ask(std::string_view what, const std::string& path) const {
+  FileStatus status = on_operation ? on_operation({what, path}) : FileStatus{};
+  return cut_off_ ? FileStatus{FileCode::Failed, "cut off"} : status;
+}
+
+template <typename Run>
+FileStatus MemoryFiles::Do(std::string_view what, const std::string& path, Run run) const {
+  FileStatus status = Ask(what, path);
+  if (!status) return status;
+  const std::lock_guard lock(mutex_);
+  if constexpr (std::is_void_v<decltype(run())>) {
+    run();
+    return {};
+  } else {
+    return run();
+  }
+}
+
 class MemoryFiles::Handle final : public OpenFile {
  public:
-  Handle(std::mutex& mutex, NodePtr node) : mutex_(mutex), node_(std::move(node)) {}
-  ~Handle() override { Unlock(); }
+  Handle(MemoryFiles& files, std::string path, NodePtr node)
+      : files_(files), path_(std::move(path)), node_(std::move(node)) {}
+  ~Handle() override {
+    const std::lock_guard lock(files_.mutex_);
+    Unlock();
+  }
 
   std::uint64_t Size() override {
-    const std::lock_guard lock(mutex_);
-    return node_->content.size();
+    const std::lock_guard lock(files_.mutex_);
+    return node_->now.content.size();
   }
   FileStatus Read(std::uint64_t offset, char* to, std::size_t room, std::size_t& got) override {
-    const std::lock_guard lock(mutex_);
-    got = offset < node_->content.size() ? node_->content.copy(to, room, offset) : 0;
-    return {};
+    const std::string& content = node_->now.content;
+    got = 0;
+    return files_.Do("read", path_, [&] {
+      if (offset < content.size()) got = content.copy(to, room, offset);
+    });
   }
   FileStatus Write(std::uint64_t offset, std::string_view bytes) override {
-    const std::lock_guard lock(mutex_);
-    node_->Write({.offset = offset, .bytes = std::string(bytes), .size = {}, .names = {}});
-    return {};
+    return Put("write", offset, bytes);
   }
-  FileStatus Append(std::string_view bytes) override { return Write(Size(), bytes); }
+  FileStatus Append(std::string_view bytes) override { return Put("append", Size(), bytes); }
   FileStatus Truncate(std::uint64_t size) override {
-    const std::lock_guard lock(mutex_);
-    node_->Write({.offset = 0, .bytes = {}, .size = size, .names = {}});
-    return {};
+    return files_.Do("truncate", path_, [&] { node_->Make({.size = size}); });
   }
   FileStatus Flush() override {
-    const std::lock_guard lock(mutex_);
-    node_->Flush();
-    return {};
+    return files_.Do("flush", path_, [&] { node_->Flush(); });
   }
   FileStatus Close() override {
-    Unlock();
-    return {};
+    return files_.Do("close", path_, [&] { Unlock(); });
   }
   FileStatus TryLock(LockKind kind) override {
-    Unlock();
-    const std::lock_guard lock(mutex_);
-    const bool exclusive = kind == LockKind::Exclusive;
-    if (node_->locked || (exclusive && node_->shared_locks > 0)) return Refused(FileCode::Busy);
-    held_ = kind;
-    if (exclusive) node_->locked = true;
-    if (!exclusive) ++node_->shared_locks;
-    return {};
+    return files_.Do("lock", path_, [&]() -> FileStatus {
+      Unlock();
+      const bool exclusive = kind == LockKind::Exclusive;
+      if (node_->locked || (exclusive && node_->shared_locks > 0)) return Refused(FileCode::Busy);
+      held_ = kind;
+      if (exclusive) node_->locked = true;
+      if (!exclusive) ++node_->shared_locks;
+      return {};
+    });
   }
 
  private:
+  FileStatus Put(std::string_view what, std::uint64_t offset, std::string_view bytes) {
+    FileStatus status = files_.Ask(what, path_);
+    if (!status) bytes = bytes.substr(0, files_.cut_off_ ? 0 : bytes.size() / 2);
+    const std::lock_guard lock(files_.mutex_);
+    node_->Make({.offset = offset, .bytes = std::string(bytes)});
+    return status;
+  }
   void Unlock() {
-    const std::lock_guard lock(mutex_);
     if (held_ == LockKind::Exclusive) node_->locked = false;
     if (held_ == LockKind::Shared) --node_->shared_locks;
     held_.reset();
   }
 
-  std::mutex& mutex_;
+  MemoryFiles& files_;
+  const std::string path_;
   const NodePtr node_;
   std::optional<LockKind> held_;
 };
@@ -137,7 +156,7 @@ MemoryFiles::MemoryFiles(const Path& working_folder)
 MemoryFiles::NodePtr MemoryFiles::Folders(const Path& path) {
   NodePtr folder = root_;
   for (const Path& name : path.relative_path()) {
-    NodePtr& below = folder->entries[name.string()];
+    NodePtr& below = folder->now.entries[name.string()];
     if (below == nullptr) below = std::make_shared<Node>(FileKind::Folder);
     NodePtr next = below;
     folder->Flush();
@@ -146,74 +165,63 @@ MemoryFiles::NodePtr MemoryFiles::Folders(const Path& path) {
   return folder;
 }
 
-void MemoryFiles::Put(const Path& path, std::string_view content) {
-  const std::lock_guard lock(mutex_);
-  const NodePtr folder = Folders(path.parent_path());
-  NodePtr& file = folder->entries[path.filename().string()];
-  file = std::make_shared<Node>(FileKind::File);
-  file->content = content;
-  file->Flush();
-  folder->Flush();
-}
-
 MemoryFiles::NodePtr MemoryFiles::Find(const Path& path) const {
   NodePtr node = root_;
   for (const Path& name : path.relative_path()) {
     if (name.empty()) continue;  // behind a slash at the end
-    const auto found = node->entries.find(name.string());
-    if (found == node->entries.end()) return nullptr;
+    const auto found = node->now.entries.find(name.string());
+    if (found == node->now.entries.end()) return nullptr;
     node = found->second;
   }
   return node;
 }
 
-MemoryFiles::NodePtr MemoryFiles::Parent(const Path& path, FileStatus& status) const {
-  NodePtr folder = Find(path.parent_path());
-  if (folder == nullptr) status = Refused(FileCode::Missing);
-  if (folder != nullptr && folder->kind != FileKind::Folder) status = Refused(FileCode::NotAFile);
-  return status ? folder : nullptr;
+FileStatus MemoryFiles::Find(const Path& path, NodePtr& folder, NodePtr& node) const {
+  folder = Find(path.parent_path());
+  if (folder == nullptr) return Refused(FileCode::Missing);
+  if (folder->kind != FileKind::Folder) return Refused(FileCode::NotAFile);
+  node = Find(path);
+  return node == nullptr ? Refused(FileCode::Missing) : FileStatus{};
 }
 
 FileStatus MemoryFiles::Open(const Path& path, OpenMode how, Mode mode,
                              std::unique_ptr<OpenFile>& file) {
-  std::unique_lock lock(mutex_);
-  FileStatus status;
-  const NodePtr folder = Parent(path, status);
-  if (folder == nullptr) return status;
-  NodePtr node = Find(path);
-  if (node != nullptr && how == OpenMode::New) return Refused(FileCode::Exists);
-  if (node != nullptr && node->kind != FileKind::File) return Refused(FileCode::NotAFile);
-  if (node == nullptr && how == OpenMode::Read) return Refused(FileCode::Missing);
-  if (node == nullptr) {
+  static constexpr std::string_view kNames[] = {"open", "create", "open to append",
+                                                "open in place"};
+  NodePtr node;
+  FileStatus status = Do(kNames[static_cast<std::size_t>(how)], path, [&]() -> FileStatus {
+    NodePtr folder;
+    FileStatus found = Find(path, folder, node);
+    if (found && how == OpenMode::New) return Refused(FileCode::Exists);
+    if (found && node->kind != FileKind::File) return Refused(FileCode::NotAFile);
+    if (found || !found.Missing() || folder == nullptr || how == OpenMode::Read) return found;
     node = std::make_shared<Node>(FileKind::File);
     if (mode != kUsualMode) node->mode = mode;
-    folder->Name({{path.filename().string(), node}});
-  }
-  lock.unlock();  // what file has held so far closes under it
-  file = std::make_unique<Handle>(mutex_, std::move(node));
-  return {};
+    folder->Name(path.filename().string(), node);
+    return {};
+  });
+  if (status) file = std::make_unique<Handle>(*this, path, std::move(node));
+  return status;
 }
 
 FileStatus MemoryFiles::Look(const Path& path, FileFacts& facts) {
-  const std::lock_guard lock(mutex_);
-  const NodePtr node = Find(path);
-  if (node == nullptr) {
-    FileStatus status;
-    Parent(path, status);
-    return status ? Refused(FileCode::Missing) : status;
-  }
-  facts = {node->kind, node->content.size(), node->mode};
-  return {};
+  return Do("look", path, [&] {
+    NodePtr folder, node;
+    FileStatus status = Find(path, folder, node);
+    if (status) facts = {node->kind, node->now.content.size(), node->mode};
+    return status;
+  });
 }
 
 FileStatus MemoryFiles::List(const Path& folder, std::vector<Path>& names) {
-  const std::lock_guard lock(mutex_);
-  names.clear();
-  const NodePtr node = Find(folder);
-  if (node == nullptr) return Refused(FileCode::Missing);
-  if (node->kind != FileKind::Folder) return Refused(FileCode::NotAFile);
-  for (const auto& entry : node->entries) names.emplace_back(entry.first);
-  return {};
+  return Do("list", folder, [&]() -> FileStatus {
+    names.clear();
+    const NodePtr node = Find(folder);
+    if (node == nullptr) return Refused(FileCode::Missing);
+    if (node->kind != FileKind::Folder) return Refused(FileCode::NotAFile);
+    for (const auto& entry : node->now.entries) names.emplace_back(entry.first);
+    return {};
+  });
 }
 
 bool MemoryFiles::AreSame(const Path& a, const Path& b) {
@@ -223,95 +231,80 @@ bool MemoryFiles::AreSame(const Path& a, const Path& b) {
 }
 
 FileStatus MemoryFiles::Rename(const Path& from, const Path& to) {
-  const std::lock_guard lock(mutex_);
-  FileStatus status;
-  const NodePtr node = Find(from);
-  const NodePtr old_folder = Parent(from, status);
-  const NodePtr new_folder = Parent(to, status);
+  return Do("rename", from.string() + " -> " + to.string(), [&]() -> FileStatus {
+    NodePtr old_folder, node, new_folder, replaced;
+    FileStatus status = Find(from, old_folder, node);
+    if (!status) return status;
+    status = Find(to, new_folder, replaced);
+    if (!status && (!status.Missing() || new_folder == nullptr)) return status;
+    if (replaced == node) return {};
+    if (replaced != nullptr && replaced->kind != node->kind) return Refused(FileCode::NotAFile);
+    if (replaced != nullptr && !replaced->now.entries.empty()) return Refused(FileCode::Exists);
+    const std::string old_name = from.filename().string(), new_name = to.filename().string();
+    if (old_folder == new_folder) {
+      old_folder->Make({.names = {{old_name, nullptr}, {new_name, node}}});
+      return {};
+    }
+    old_folder->Name(old_name, nullptr);
+    new_folder->Name(new_name, node);
+    return {};
+  });
+}
+
+FileStatus MemoryFiles::RemoveOne(const Path& path, FileKind kind) const {
+  NodePtr folder, node;
+  FileStatus status = Find(path, folder, node);
   if (!status) return status;
-  if (node == nullptr) return Refused(FileCode::Missing);
-  const NodePtr replaced = Find(to);
-  if (replaced != nullptr && replaced != node &&
-      (replaced->kind != node->kind || !replaced->entries.empty())) {
-    return Refused(replaced->kind == node->kind ? FileCode::Exists : FileCode::NotAFile);
-  }
-  const std::string old_name = from.filename().string();
-  const std::string new_name = to.filename().string();
-  if (old_folder != new_folder) {
-    old_folder->Name({{old_name, nullptr}});
-    new_folder->Name({{new_name, node}});
-  } else if (old_name != new_name) {
-    old_folder->Name({{old_name, nullptr}, {new_name, node}});
-  }
+  if (node->kind != kind) return Refused(FileCode::NotAFile);
+  if (!node->now.entries.empty()) return Refused(FileCode::Exists);
+  folder->Name(path.filename().string(), nullptr);
   return {};
 }
 
 FileStatus MemoryFiles::RemoveFile(const Path& path) {
-  const std::lock_guard lock(mutex_);
-  FileStatus status;
-  const NodePtr folder = Parent(path, status);
-  if (folder == nullptr) return status;
-  const NodePtr node = Find(path);
-  if (node == nullptr) return Refused(FileCode::Missing);
-  if (node->kind == FileKind::Folder) return Refused(FileCode::NotAFile);
-  folder->Name({{path.filename().string(), nullptr}});
-  return {};
+  return Do("remove", path, [&] { return RemoveOne(path, FileKind::File); });
 }
 
 FileStatus MemoryFiles::RemoveFolder(const Path& path) {
-  const std::lock_guard lock(mutex_);
-  FileStatus status;
-  const NodePtr folder = Parent(path, status);
-  if (folder == nullptr) return status;
-  const NodePtr node = Find(path);
-  if (node == nullptr) return Refused(FileCode::Missing);
-  if (node->kind != FileKind::Folder) return Refused(FileCode::NotAFile);
-  if (!node->entries.empty()) return Refused(FileCode::Exists);
-  folder->Name({{path.filename().string(), nullptr}});
-  return {};
+  return Do("remove folder", path, [&] { return RemoveOne(path, FileKind::Folder); });
 }
 
 FileStatus MemoryFiles::MakeFolder(const Path& path) {
-  const std::lock_guard lock(mutex_);
-  FileStatus status;
-  const NodePtr folder = Parent(path, status);
-  if (folder == nullptr) return status;
-  if (Find(path) != nullptr) return Refused(FileCode::Exists);
-  folder->Name({{path.filename().string(), std::make_shared<Node>(FileKind::Folder)}});
-  return {};
+  return Do("make folder", path, [&]() -> FileStatus {
+    NodePtr folder, node;
+    FileStatus status = Find(path, folder, node);
+    if (status) return Refused(FileCode::Exists);
+    if (!status.Missing() || folder == nullptr) return status;
+    folder->Name(path.filename().string(), std::make_shared<Node>(FileKind::Folder));
+    return {};
+  });
 }
 
 FileStatus MemoryFiles::FlushFolder(const Path& folder) {
-  const std::lock_guard lock(mutex_);
-  const NodePtr node = Find(folder);
-  if (node == nullptr) return Refused(FileCode::Missing);
-  if (node->kind != FileKind::Folder) return Refused(FileCode::NotAFile);
-  node->Flush();
-  return {};
+  return Do("flush folder", folder, [&]() -> FileStatus {
+    const NodePtr node = Find(folder);
+    if (node == nullptr) return Refused(FileCode::Missing);
+    if (node->kind != FileKind::Folder) return Refused(FileCode::NotAFile);
+    node->Flush();
+    return {};
+  });
 }
 
 MemoryFiles::NodePtr MemoryFiles::AfterCut(const Node& node, const Keep& keep) {
   auto after = std::make_shared<Node>(node.kind);
   after->mode = node.mode;
-  std::string content = node.content_on_disk;
-  std::map<std::string, NodePtr> entries = node.entries_on_disk;
+  after->now = node.on_disk;
   for (const Node::Change& change : node.pending) {
-    if (!change.names.empty() || change.size) {
-      if (keep()) Node::Apply(change, content), Node::Apply(change, entries);
-      continue;
-    }
+    if (change.bytes.empty() && keep()) after->now.Apply(change);
     for (std::size_t at = 0; at < change.bytes.size();) {
       const std::size_t length = kSector - (change.offset + at) % kSector;
-      Node::Change part = change;
-      part.offset += at;
-      part.bytes = change.bytes.substr(at, length);
-      if (keep()) Node::Apply(part, content);
+      const Node::Change part{.offset = change.offset + at,
+                              .bytes = change.bytes.substr(at, length)};
+      if (keep()) after->now.Apply(part);
       at += length;
     }
   }
-  for (auto& [name, below] : entries) below = AfterCut(*below, keep);
-  after->content = std::move(content);
-  after->entries = std::move(entries);
+  for (auto& [name, below] : after->now.entries) below = AfterCut(*below, keep);
   after->Flush();
   return after;
 }
@@ -323,10 +316,25 @@ std::unique_ptr<MemoryFiles> MemoryFiles::AfterPowerCut(const Keep& keep) const 
   return after;
 }
 
+void MemoryFiles::Put(const Path& path, std::string_view content) {
+  const std::lock_guard lock(mutex_);
+  const NodePtr folder = Folders(path.parent_path());
+  const NodePtr file = folder->now.entries[path.filename().string()] =
+      std::make_shared<Node>(FileKind::File);
+  file->now.content = content;
+  file->Flush();
+  folder->Flush();
+}
+
+void MemoryFiles::Remove(const Path& path) {
+  const std::lock_guard lock(mutex_);
+  static_cast<void>(RemoveOne(path, FileKind::File));
+}
+
 std::string MemoryFiles::Content(const Path& path) const {
   const std::lock_guard lock(mutex_);
   const NodePtr node = Find(path);
-  return node != nullptr && node->kind == FileKind::File ? node->content : "(none)";
+  return node != nullptr && node->kind == FileKind::File ? node->now.content : "(none)";
 }
 
 std::map<std::string, std::string> MemoryFiles::All(const Path& folder) const {
@@ -334,9 +342,9 @@ std::map<std::string, std::string> MemoryFiles::All(const Path& folder) const {
   std::map<std::string, std::string> all;
   const std::function<void(const Node&, const std::string&)> add = [&](const Node& node,
                                                                        const std::string& path) {
-    for (const auto& [name, below] : node.entries) {
-      if (below->kind == FileKind::File) all[path + name] = below->content;
-      if (below->kind == FileKind::Folder && below->entries.empty()) all[path + name + "/"];
+    for (const auto& [name, below] : node.now.entries) {
+      if (below->kind == FileKind::File) all[path + name] = below->now.content;
+      if (below->kind == FileKind::Folder && below->now.entries.empty()) all[path + name + "/"];
       add(*below, path + name + "/");
     }
   };

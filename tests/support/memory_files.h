@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Files in memory that know what of them is on the disk: what was written and not flushed, and each
 // name that was made, renamed or removed in a folder not flushed since, a power cut may take back.
+// Every operation can be watched, and made to fail.
 #pragma once
 
 #include <functional>
@@ -15,7 +16,14 @@
 
 namespace quillmere::testing {
 
-// Paths are absolute, with "/" between. The folders above the working folder are there.
+// "write", "flush", "remove" ... and the path, or both of a renaming with " -> " between.
+struct FileOperation {
+  std::string_view what;
+  std::string path;
+  std::string Text() const { return std::string(what) + " " + path; }
+};
+
+// Paths are absolute, with "/" between. The folders above the working folder are there. Any thread.
 class MemoryFiles final : public FileSystem {
  public:
   explicit MemoryFiles(const Path& working_folder = "/work");
@@ -33,14 +41,22 @@ class MemoryFiles final : public FileSystem {
   std::string_view LineEnd() const override { return "\n"; }
   std::uint64_t ProcessId() const override { return 1; }
 
+  // Called before each operation. What is not Ok fails it; of a write, half of the bytes are
+  // written all the same.
+  std::function<FileStatus(const FileOperation&)> on_operation;
+
+  // From now on nothing gets through, as if the program had been killed.
+  void CutOff() { cut_off_ = true; }
+
   // Whether a change that was not flushed is on the disk all the same; asked for each in its order.
   using Keep = std::function<bool()>;
   // What stands when the power is back. Any combination of the changes may have been kept; a write
   // as a whole where it lies within a sector, else sector by sector.
   std::unique_ptr<MemoryFiles> AfterPowerCut(const Keep& keep) const;
 
-  // Makes the file with its folders, down to the disk.
+  // These are no operations. Makes the file with its folders, down to the disk.
   void Put(const Path& path, std::string_view content);
+  void Remove(const Path& path);
   // The file's content as the program sees it, or "(none)".
   std::string Content(const Path& path) const;
   // Of all files below a folder, by their names there; of an empty folder its name with "/".
@@ -51,14 +67,20 @@ class MemoryFiles final : public FileSystem {
   using NodePtr = std::shared_ptr<Node>;
   class Handle;
 
+  FileStatus Ask(std::string_view what, const std::string& path) const;
+  // Unless it is refused, with the tree locked.
+  template <typename Run>
+  FileStatus Do(std::string_view what, const std::string& path, Run run) const;
   NodePtr Find(const Path& path) const;
-  // The folder that path's last name is looked up in; null when it is not there.
-  NodePtr Parent(const Path& path, FileStatus& status) const;
+  // The node and the folder that its name is looked up in; null when it is not there.
+  FileStatus Find(const Path& path, NodePtr& folder, NodePtr& node) const;
   NodePtr Folders(const Path& path);
+  FileStatus RemoveOne(const Path& path, FileKind kind) const;
   static NodePtr AfterCut(const Node& node, const Keep& keep);
 
   mutable std::mutex mutex_;  // guards the tree
   NodePtr root_;
+  bool cut_off_ = false;
 };
 
 }  // namespace quillmere::testing
