@@ -10,6 +10,10 @@
 #include "support/memory_files.h"
 #include "support/stored_text.h"
 
+#ifndef ACCOUNTS
+#define ACCOUNTS "."
+#endif
+
 namespace quillmere {
 
 class AccountTest : public ::testing::Test {
@@ -55,6 +59,12 @@ class AccountTest : public ::testing::Test {
       if (!text || !shown.ends_with('\n')) account << "\n";
     }
     told_ = std::move(now);
+  }
+
+  // They are as they should be: nothing is to be told of them.
+  void ForgetFiles() {
+    told_ = files.All("/work");
+    renamed_.clear();
   }
 
   testing::MemoryFiles files;

@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: MIT
-// A workspace on a scripted client library in a folder of its own.
+// A workspace on a scripted client library and files in memory.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "support/account.h"
 #include "support/config_of.h"
 #include "support/hand_clock.h"
 #include "support/scripted_oci.h"
-#include "support/temp_folder.h"
 #include "workspace/job_operations.h"
 #include "workspace/job_tables.h"
 #include "workspace/source_operations.h"
@@ -26,7 +23,7 @@ struct TestProgress final : ProgressListener {
   int cancel = 1000000;
 };
 
-struct ScriptedWorkspace : ::testing::Test {
+struct ScriptedWorkspace : AccountTest {
   static constexpr const char* kUsers = "select username  from dba_users";
   static constexpr const char* kTables =
       "select owner, table_name,  NVL(tablespace_name,chr(0)),"
@@ -44,9 +41,10 @@ struct ScriptedWorkspace : ::testing::Test {
     workspace = Open();
   }
 
-  Workspace::Options Options() const {
+  Workspace::Options Options() {
     Workspace::Options options;
-    options.folder = folder.Path();
+    options.folder = "/work";
+    options.files = &files;
     options.oci = &api;
     options.clock = &clock;
     return options;
@@ -72,6 +70,14 @@ struct ScriptedWorkspace : ::testing::Test {
       const Outcome added = AddDataSource(*workspace, {name, "scott", "tiger", false}, progress);
       EXPECT_TRUE(added.done) << added.text;
     }
+    Forget();
+  }
+
+  // What has been told and written so far is as it should be.
+  void Forget() {
+    TakeMessages();
+    files.Remove("/work/error.log");
+    ForgetFiles();
   }
 
   std::size_t NewJob(const std::string& name = "Job1") {
@@ -82,7 +88,7 @@ struct ScriptedWorkspace : ::testing::Test {
   }
 
   SyncJob& Job(std::size_t index) { return workspace->Jobs().At(index); }
-  const JobTable* Table(std::size_t index, std::string_view name) {
+  JobTable* Table(std::size_t index, std::string_view name) {
     return ConfigOf(Job(index)).schemas.find("SHOP")->second.Find(name);
   }
 
@@ -96,20 +102,17 @@ struct ScriptedWorkspace : ::testing::Test {
     return messages;
   }
 
-  // Names and contents of all files.
-  std::map<std::string, std::string> Files() const {
-    std::map<std::string, std::string> files;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.Path())) {
-      const std::string name = std::filesystem::relative(entry.path(), folder.Path()).string();
-      files[name] = entry.is_regular_file() ? folder.Read(name) : "";
-    }
-    return files;
+  // A paragraph: what an operation said, the messages, the files that are others now.
+  void Tell(const std::string& what, const Outcome& outcome) {
+    account << "= " << what << (outcome.done ? ": done " : ": refused ") << outcome.text << "\n";
+    for (const std::string& line : TakeMessages()) account << line << "\n";
+    files.Remove("/work/error.log");
+    TellFiles();
   }
 
   testing::ScriptedOci script;
   const OciApi api = script.Api();
   HandClock clock;
-  TempFolder folder;
   std::unique_ptr<Workspace> workspace;
   TestProgress progress;
   std::size_t taken = 0;
