@@ -4,9 +4,6 @@
 namespace quillmere {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 const std::string kTables =
     "select owner, table_name,  NVL(tablespace_name,chr(0)), NVL(num_rows,0)  from dba_all_tables  "
     "where owner NOT IN ('SYS', 'SYSTEM') order by owner, table_name";
@@ -52,20 +49,8 @@ class CatalogueReaderTest : public SchemaOpsTest {
     const CatalogueRead result = Refresh();
     std::string text = result == CatalogueRead::Read ? "  read" : "  failed " + reason_;
     text += source_.needsave ? ", to be saved\n" : "\n";
-    const auto add = [&](std::initializer_list<std::string_view> texts) {
-      for (const std::string_view part : texts) text.append("  ").append(part);
-      text += '\n';
-    };
-    for (const TableRecord& t : source_.tables) {
-      add({t.table_owner, t.table_name, t.tablespace, std::to_string(t.rows)});
-    }
-    for (const KeyRecord& k : source_.primary_keys) {
-      add({k.table_owner, k.table_name, k.key_name, k.status});
-    }
-    for (const IndexRecord& i : source_.indexes) {
-      add({i.table_owner, i.table_name, i.index_owner, i.index_name, i.type, i.status});
-    }
-    for (const std::string& line : TakeLog()) add({"log", line});
+    text += Lists();
+    for (const std::string& line : TakeLog()) text += "  log  " + line + "\n";
     return text;
   }
 
@@ -88,34 +73,26 @@ TEST_F(CatalogueReaderTest, CancelKeepsTheRecordAndProgressIsPaced) {
   source_.tables.resize(3);
   EXPECT_EQ(Refresh(), CatalogueRead::Cancelled);
   EXPECT_EQ(source_.tables.size(), 3u);
-  EXPECT_THAT(script_.TakeExecuted(), IsEmpty());
-  EXPECT_THAT(heard_.progress, ElementsAre("read the list of tables 0/0"));
-
+  EXPECT_TRUE(script_.TakeExecuted().empty());
+  EXPECT_EQ(heard_.progress, Lines{"read the list of tables 0/0"});
   heard_ = {};
-  testing::ScriptedOci::Rows tables;
-  for (int i = 0; i < 3000; ++i) tables.push_back({"S", "B", "U", "1"});
+  testing::ScriptedOci::Rows tables(3000, {"S", "B", "U", "1"});
   tables.push_back({"S", std::string(121, 'T'), "U", "1"});
   script_.Answer(kTables, tables);
   EXPECT_EQ(Refresh(), CatalogueRead::Read);
   EXPECT_LT(heard_.progress.size(), 1000u);
   EXPECT_EQ(source_.tables.size(), 3000u);
-  EXPECT_THAT(TakeLog()[2], ::testing::StartsWith("! table beginning with S.TTT"));
+  EXPECT_TRUE(TakeLog()[2].starts_with("! table beginning with S.TTT"));
 }
 
 TEST(Version, IsTheWordThatLooksLikeARelease) {
-  struct Case {
-    Lines banner;
-    const char* version;
-  };
-  for (const Case& c : std::vector<Case>{
-           {{"Oracle9i Enterprise Edition Release 9.2.0.1.0 - Production", "CORE 9.2.0.1.1"},
-            "9.2.0.1.0"},
-           {{"Oracle Database 19c Enterprise Edition Release 19.0.0.0.0 - Prod"}, "19.0.0.0.0"},
-           {{"", "  Release 10.2.0.4, 64bit"}, "10.2.0.4"},
-           {{"Release 11 - 12.x ... ."}, ""},
-           {{}, ""}}) {
-    EXPECT_EQ(VersionFromBanner(c.banner), c.version);
-  }
+  const std::pair<Lines, const char*> rows[] = {
+      {{"Oracle9i Enterprise Edition Release 9.2.0.1.0 - Production", "CORE 9.2.0.1.1"},
+       "9.2.0.1.0"},
+      {{"", "  Release 10.2.0.4, 64bit"}, "10.2.0.4"},
+      {{"Release 11 - 12.x ... ."}, ""},
+      {{}, ""}};
+  for (const auto& [banner, version] : rows) EXPECT_EQ(VersionFromBanner(banner), version);
 }
 
 }  // namespace

@@ -2,13 +2,10 @@
 // Schema operations on a scripted client, with a listener that writes down what it hears.
 #pragma once
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "schemaops/schema_operations.h"
+#include "support/memory_files.h"
 #include "support/scripted_oci.h"
 #include "support/stored_text.h"
-#include "support/temp_folder.h"
 
 namespace quillmere {
 
@@ -42,10 +39,28 @@ class SchemaOpsTest : public ::testing::Test {
     Lines lines;
     for (; taken_ < log_.Entries().size(); ++taken_) {
       const MessageLog::Entry& entry = log_.Entries()[taken_];
-      lines.push_back((entry.error ? "! " : "") +
-                      entry.text.substr(FormatTimeStamp({}).size() + 1));
+      lines.push_back((entry.error ? "! " : "") + entry.text.substr(18));
     }
     return lines;
+  }
+
+  // The lists of the source's record.
+  std::string Lists() const {
+    std::string text;
+    const auto add = [&](std::initializer_list<std::string_view> texts) {
+      for (const std::string_view part : texts) text.append("  ").append(part);
+      text += '\n';
+    };
+    for (const TableRecord& t : source_.tables) {
+      add({t.table_owner, t.table_name, t.tablespace, std::to_string(t.rows)});
+    }
+    for (const KeyRecord& k : source_.primary_keys) {
+      add({k.table_owner, k.table_name, k.key_name, k.status});
+    }
+    for (const IndexRecord& i : source_.indexes) {
+      add({i.table_owner, i.table_name, i.index_owner, i.index_name, i.type, i.status});
+    }
+    return text;
   }
 
   // Statements that changed something since the last call, each with the number of its session
@@ -84,10 +99,10 @@ class SchemaOpsTest : public ::testing::Test {
 
   testing::ScriptedOci script_;
   OciLibrary library_{script_.Api()};
-  TempFolder folder_;
+  testing::MemoryFiles files_;
   SystemClock clock_;
   Settings settings_;
-  MessageLog log_{folder_.Files(), folder_.Path(), clock_, settings_};
+  MessageLog log_{files_, "/work", clock_, settings_};
   SchemaOperations operations_{library_, log_, settings_};
   HeardLines heard_;
   DataSource source_;
