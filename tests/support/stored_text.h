@@ -5,11 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -32,26 +34,33 @@ inline void ExpectStored(const std::string& text, const std::filesystem::path& f
 
 // How characters stand in a table that could not be read there; "{2000 x}" is 2000 of them.
 inline const std::pair<char, std::string> kShownAs[] = {{'\r', "\u240D"}, {'\t', "\u2409"}};
+inline constexpr std::size_t kLongRun = 40;
 
-inline std::string Meant(std::string text) {
-  for (const auto& [meant, shown] : kShownAs) {
-    for (std::size_t at; (at = text.find(shown)) != text.npos;) {
-      text.replace(at, shown.size(), 1, meant);
-    }
+inline std::string Meant(const std::string& shown) {
+  static const std::regex kRun("\\{(\\d+) (.)\\}");
+  std::string text;
+  auto from = shown.begin();
+  for (std::sregex_iterator run(from, shown.end(), kRun), end; run != end; ++run) {
+    text.append(from, (*run)[0].first).append(std::stoul((*run)[1]), *(*run)[2].first);
+    from = (*run)[0].second;
   }
-  for (std::size_t at; (at = text.find("{2000 ")) != text.npos;) {
-    text.replace(at, 8, std::string(2000, text[at + 6]));
+  text.append(from, shown.end());
+  for (const auto& [meant, as] : kShownAs) {
+    for (std::size_t at; (at = text.find(as)) != text.npos;) text.replace(at, as.size(), 1, meant);
   }
   return text;
 }
 
 inline std::string Shown(std::string text) {
-  for (const auto& [meant, shown] : kShownAs) {
-    for (std::size_t at; (at = text.find(meant)) != text.npos;) text.replace(at, 1, shown);
+  for (std::size_t at = 0, end = 0; at < text.size(); at = end) {
+    end = std::min(text.find_first_not_of(text[at], at), text.size());
+    if (end - at < kLongRun) continue;
+    const std::string run = "{" + std::to_string(end - at) + " " + text[at] + "}";
+    text.replace(at, end - at, run);
+    end = at + run.size();
   }
-  for (std::size_t at = 0; at + 2000 <= text.size(); ++at) {
-    if (text.find_first_not_of(text[at], at) < at + 2000) continue;
-    text.replace(at, 2000, std::string("{2000 ") + text[at] + "}");
+  for (const auto& [meant, as] : kShownAs) {
+    for (std::size_t at; (at = text.find(meant)) != text.npos;) text.replace(at, 1, as);
   }
   return text;
 }
