@@ -12,13 +12,12 @@
 #include "sim/model_oci.h"
 #include "support/config_of.h"
 #include "support/memory_files.h"
-#include "support/watched_files.h"
 
 namespace quillmere::sim {
 
 // One run of the program on a folder. The job comes back as its files say.
 struct Life final : RunnerListener {
-  Life(FileSystem& disk, const JobConfig& config, const HandClock& time, const OciApi& api,
+  Life(testing::MemoryFiles& disk, const JobConfig& config, const HandClock& time, const OciApi& api,
        const Settings& set)
       : files(disk), clock(time), settings(set), library(api) {
     JobConfig& own = ConfigOf(job);
@@ -50,7 +49,7 @@ struct Life final : RunnerListener {
   void Step() { runner.Step(index); }
   JobState State() const { return jobs.State(index); }
 
-  testing::WatchedFiles files;
+  testing::MemoryFiles& files;
   const HandClock& clock;
   const Settings& settings;
   std::vector<std::string> errors, told;
@@ -83,6 +82,7 @@ struct EngineOnModels {
   // The program is started (again) on what its disk holds.
   void Restart() {
     life.reset();
+    disk->Release();
     life = std::make_unique<Life>(*disk, config, clock, client.Api(), settings);
   }
   // The power fails: of what was not flushed the disk has what keep says.

@@ -21,7 +21,9 @@ class AccountTest : public ::testing::Test {
   AccountTest() {
     files.on_operation = [this](const testing::FileOperation& operation) {
       const std::size_t name = operation.path.rfind(" -> ");
-      if (name != std::string::npos) renamed_ += " " + operation.path.substr(name + 10);
+      if (name != std::string::npos && files.Content(operation.path.substr(0, name)) != "(none)") {
+        renamed_ += " " + operation.path.substr(name + 10);
+      }
       const bool refused = !refused_file.empty() && operation.what == refused_what &&
                            operation.path.find(refused_file) != std::string::npos;
       return refused ? FileStatus{FileCode::NoSpace, "full"} : FileStatus();

@@ -47,6 +47,11 @@ class MemoryFiles final : public FileSystem {
 
   // From now on nothing gets through, as if the program had been killed.
   void CutOff() { cut_off_ = true; }
+  // As for a program that begins: nobody watches, everything gets through.
+  void Release() {
+    on_operation = nullptr;
+    cut_off_ = false;
+  }
 
   // Whether a change that was not flushed is on the disk all the same; asked for each in its order.
   using Keep = std::function<bool()>;
