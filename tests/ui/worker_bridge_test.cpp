@@ -76,8 +76,7 @@ TEST_F(ScriptedWorkspace, TheWorkersMessagesAreTakenWhetherTheLoopRunsOrNot) {
   while (changes.isEmpty()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
   EXPECT_EQ(changes[0][0].value<std::vector<std::size_t>>(), std::vector<std::size_t>{0});
   EXPECT_TRUE(lost.isEmpty());
-  std::filesystem::remove(folder / "error.log");
-  std::filesystem::create_directory(folder / "error.log");
+  Refuse("append", "error.log");
   workspace->Jobs().SetState(1, JobState::Pausing);
   while (workspace->Jobs().State(1) != JobState::Paused) std::this_thread::yield();
   worker.End();
