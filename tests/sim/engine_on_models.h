@@ -17,8 +17,8 @@ namespace quillmere::sim {
 
 // One run of the program on a folder. The job comes back as its files say.
 struct Life final : RunnerListener {
-  Life(testing::MemoryFiles& disk, const JobConfig& config, const HandClock& time, const OciApi& api,
-       const Settings& set)
+  Life(testing::MemoryFiles& disk, const JobConfig& config, const HandClock& time,
+       const OciApi& api, const Settings& set)
       : files(disk), clock(time), settings(set), library(api) {
     JobConfig& own = ConfigOf(job);
     own.name = config.name;
