@@ -10,8 +10,10 @@
 
 namespace quillmere::sandbox {
 
-// The longest piece of a statement that one row of v$logmnr_contents carries, in bytes.
-inline constexpr std::size_t kRedoPieceBytes = 4000;
+// The longest piece of a statement that one row of v$logmnr_contents carries: bytes in the server's
+// character set, which are as many here when that is UTF-8, and up to four for each when it has one
+// byte a character.
+inline constexpr std::size_t kRedoPiece = 4000;
 
 struct RedoStatement {
   RedoOperation operation = RedoOperation::Insert;
@@ -24,7 +26,7 @@ struct RedoStatement {
 Status WriteRedo(const RedoShape& shape, const RedoRecord& record, std::int64_t row, bool undo,
                  const EvalContext& context, std::vector<RedoStatement>* out);
 
-// The statement in pieces of at most kRedoPieceBytes, cut between characters.
-std::vector<std::string> SplitRedo(const std::string& text);
+// The statement in pieces of at most kRedoPiece bytes or characters, cut between characters.
+std::vector<std::string> SplitRedo(const std::string& text, bool by_characters);
 
 }  // namespace quillmere::sandbox

@@ -171,12 +171,12 @@ struct UserStatement {
 
 // ALTER DATABASE and ALTER SYSTEM, as far as the redo goes.
 struct DatabaseChange {
-  enum class Kind { AddGroup, AddMember, Archive, SwitchLog, Supplemental };
+  enum class Kind { AddGroup, AddMember, Archive, SwitchLog, Supplemental, CharacterSet };
   Kind kind = Kind::SwitchLog;
   int group = 0;
-  int size = 0;              // bytes of every log; 0: it never ends
-  bool on = false;           // of Archive
-  std::string supplemental;  // NONE, MIN, KEY or ALL
+  int size = 0;      // bytes of every log; 0: it never ends
+  bool on = false;   // of Archive
+  std::string name;  // of Supplemental: NONE, MIN, KEY or ALL; of CharacterSet
 };
 
 struct GrantStatement {

@@ -199,6 +199,12 @@ void Parser::ParseDatabase(DatabaseChange* out) {
     Take("NOARCHIVELOG");
     return;
   }
+  if (Take("CHARACTER")) {
+    Need("SET", 2231);
+    out->kind = Kind::CharacterSet;
+    out->name = Name(2231);
+    return;
+  }
   const bool drop = Take("DROP");
   if (!drop) Need("ADD", 2231);
   if (Take("SUPPLEMENTAL")) return ParseSupplemental(drop, out);
@@ -216,14 +222,14 @@ void Parser::ParseSupplemental(bool drop, DatabaseChange* out) {
   out->kind = DatabaseChange::Kind::Supplemental;
   Need("LOG", 2231);
   Need("DATA", 2231);
-  out->supplemental = drop ? "NONE" : "MIN";
+  out->name = drop ? "NONE" : "MIN";
   if (!Take("(")) return;
   const bool all = Take("ALL");
   if (!all) Need("PRIMARY", 2231);
   if (!all) Need("KEY", 2231);
   Need(")");
   Need("COLUMNS", 2231);
-  out->supplemental = drop ? "MIN" : all ? "ALL" : "KEY";
+  out->name = drop ? "MIN" : all ? "ALL" : "KEY";
 }
 
 void Parser::ParseDrop(ObjectChange* out) {

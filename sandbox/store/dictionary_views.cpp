@@ -94,6 +94,8 @@ constexpr Definition kDefinitions[] = {
      "SUPPLEMENTAL_LOG_DATA_UI 'NO'; SUPPLEMENTAL_LOG_DATA_FK 'NO';"
      "SUPPLEMENTAL_LOG_DATA_ALL CASE supplemental WHEN 'ALL' THEN 'YES' ELSE 'NO' END;",
      "qm_meta"},
+    {"NLS_DATABASE_PARAMETERS", ViewAccess::Everybody,
+     "PARAMETER 'NLS_CHARACTERSET'; VALUE charset;", "qm_meta"},
     {"V$TRANSACTION", ViewAccess::Dictionary, kTransactions, ":transaction t"},
     {"GV$TRANSACTION", ViewAccess::Dictionary, kTransactions, ":transaction t"},
     {"V$SESSION", ViewAccess::Dictionary, kSessions, ":transaction t"},

@@ -65,7 +65,9 @@ void ChangeDatabase(SqlRunner* sql, const DatabaseChange& change, std::int64_t l
     case Kind::SwitchLog:
       return Switch(sql, last_scn);
     case Kind::Supplemental:
-      return sql->Run("UPDATE qm_meta SET supplemental = ?", change.supplemental);
+      return sql->Run("UPDATE qm_meta SET supplemental = ?", change.name);
+    case Kind::CharacterSet:
+      return sql->Run("UPDATE qm_meta SET charset = ?", change.name);
   }
 }
 

@@ -74,8 +74,8 @@ TEST(TextTest, PiecesEndBetweenCharacters) {
   for (int i = 0; i < 5000; ++i) mixed += i % 3 == 0 ? "\xE2\x82\xAC" : i % 3 == 1 ? "x" : "\x82";
   for (const std::string& text : {mixed, std::string(9000, '\x80')}) {
     std::string joined;
-    for (const std::string& piece : SplitRedo(text)) {
-      EXPECT_TRUE(!piece.empty() && piece.size() <= kRedoPieceBytes);
+    for (const std::string& piece : SplitRedo(text, false)) {
+      EXPECT_TRUE(!piece.empty() && piece.size() <= kRedoPiece);
       joined += piece;
     }
     EXPECT_EQ(joined, text);

@@ -24,7 +24,6 @@ namespace quillmere::sandbox_test {
 namespace {
 
 const std::map<std::string, std::string_view> kFollow = {
-    {"ReadScn", follow::kReadScn},
     {"OldestOpen", follow::kOldestOpen},
     {"OldestSession", follow::kOldestSession},
     {"Identity", follow::kIdentity},
@@ -35,15 +34,12 @@ const std::map<std::string, std::string_view> kFollow = {
     {"Contents", follow::kContents},
     {"Savepoint", follow::kSavepoint},
     {"BackToSavepoint", follow::kBackToSavepoint},
-    {"Rollback", follow::kRollback},
     {"CreatePositions", follow::kCreatePositions},
     {"InsertPosition", follow::kInsertPosition},
     {"LockPosition", follow::kLockPosition},
     {"UpdatePosition", follow::kUpdatePosition},
     {"DeletePosition", follow::kDeletePosition},
 };
-
-constexpr auto kScn = "select current_scn from v$database";
 
 std::string Replaced(std::string text, const std::string& what, const std::string& by) {
   for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size()) {
@@ -126,7 +122,7 @@ class TranscriptTest : public SandboxTest,
   }
 
   static std::string MinedOf(Client* client, const std::string& sql) {
-    const long long scn = std::stoll(client->Ask(kScn));
+    const long long scn = std::stoll(client->Ask(std::string(follow::kReadScn)));
     EXPECT_EQ(client->Execute(sql, oci::kCommitOnSuccess), "") << sql;
     std::string all;
     for (std::string text : client->Mine(scn + 1)) {
