@@ -10,6 +10,9 @@ namespace {
 // While nothing can be used a reading is taken every sweep. The oldest stays: it is the first that
 // will be usable.
 constexpr std::size_t kMostTaken = 64;
+// Of sweeps that are closer together only the newest is remembered: however short they are, what is
+// remembered reaches back far enough for a reading to become old enough.
+constexpr std::chrono::seconds kLeastApart{1};
 
 }  // namespace
 
@@ -40,6 +43,7 @@ bool SourceReadings::Take(const ReadingAnswers& answers, SteadyTime now,
   taken.upto = Behind(answers.scn_after);
   taken.several_threads = open_threads_ > 1;
   taken.when = now;
+  if (taken_.size() > 1 && now - taken_[taken_.size() - 2].when < kLeastApart) taken_.pop_back();
   if (taken_.size() == kMostTaken) taken_.erase(taken_.begin() + 1);
   taken_.push_back(taken);
   return true;
