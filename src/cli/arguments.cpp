@@ -91,6 +91,10 @@ void AddProperties(CLI::App& app, job::Arguments& arguments, bool required) {
       ->required(required)
       ->check(CLI::Range(0, kLongestInterval));
   app.add_option("--description", arguments.description, "free text")->required(required);
+  app.add_option("--follow", arguments.follow,
+                 required ? "rows or commits (recommended); otherwise as the settings have it"
+                          : "rows or commits (recommended); of a stopped job only")
+      ->check(CLI::IsMember({"rows", "commits"}));
 }
 
 void AddTables(CLI::App& app, job::Arguments& arguments) {

@@ -48,6 +48,12 @@ std::string WhyTablesUnknown(const SyncJob& record, const Arguments& arguments) 
   return {};
 }
 
+// What was given on the command line, else what there was.
+Follow ChosenFollow(const std::string& given, Follow otherwise) {
+  if (given.empty()) return otherwise;
+  return given == FollowName(Follow::Commits) ? Follow::Commits : Follow::Rows;
+}
+
 int Filter(const CommandLine& line, const Arguments& arguments, TableFilter filter) {
   const OpenJob open(line, arguments.name);
   if (!open) return kFailed;
@@ -68,8 +74,14 @@ int Filter(const CommandLine& line, const Arguments& arguments, TableFilter filt
 int Add(const CommandLine& line, const Arguments& arguments) {
   const auto workspace = OpenToChange(line, Folder::MayBeMade);
   if (workspace == nullptr) return kFailed;
-  JobProperties properties{arguments.name, arguments.description,      arguments.from,
-                           arguments.to,   arguments.interval.value(), true};
+  JobProperties properties{
+      arguments.name,
+      arguments.description,
+      arguments.from,
+      arguments.to,
+      arguments.interval.value(),
+      true,
+      ChosenFollow(arguments.follow, FollowOfNewJobs(workspace->ProgramSettings()))};
   if (!SourcesExist(*workspace, properties)) return kFailed;
   std::size_t index = JobList::kNotFound;
   const Outcome added = AddJob(*workspace, properties, index);
@@ -92,6 +104,7 @@ int Edit(const CommandLine& line, const Arguments& arguments) {
   replace(properties.destination, arguments.to);
   replace(properties.description, arguments.description);
   if (arguments.interval) properties.interval = *arguments.interval;
+  properties.follow = ChosenFollow(arguments.follow, properties.follow);
   const bool sources_given = !arguments.from.empty() || !arguments.to.empty();
   if (sources_given && !SourcesExist(*open.workspace, properties)) return kFailed;
   const Outcome edited = EditJob(*open.workspace, open.index, properties);

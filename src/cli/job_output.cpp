@@ -5,6 +5,7 @@
 
 #include "cli/json_text.h"
 #include "cli/text_table.h"
+#include "workspace/job_operations.h"
 
 namespace quillmere::cli {
 namespace {
@@ -43,7 +44,7 @@ std::vector<std::string> Counters(const JobRun& run, const JobList::Progress& pr
 }
 
 Json JobObject(const JobConfig& job, const JobRun& run, JobState state,
-               const JobList::Progress& progress) {
+               const JobList::Progress& progress, const std::string& held) {
   const TableCount tables = CountTables(job);
   return {{"name", job.name},
           {"state", StateName(state)},
@@ -59,7 +60,9 @@ Json JobObject(const JobConfig& job, const JobRun& run, JobState state,
           {"blocked", run.blocked_count.Get()},
           {"tables", tables.all},
           {"tables_included", tables.included},
-          {"tables_to_compare", tables.to_compare}};
+          {"tables_to_compare", tables.to_compare},
+          {"follow", FollowName(job.follow)},
+          {"held", held}};
 }
 
 Json TableObject(const JobTable& table) {
@@ -78,7 +81,8 @@ Json TableObject(const JobTable& table) {
 std::string JobListText(const Workspace& workspace) {
   const JobList& jobs = workspace.Jobs();
   std::vector<std::vector<std::string>> rows = {
-      {"JOB ID", "Status", "Total Done", "Need To Do", "Has Done", "Blocked"}};
+      {"JOB ID", "Status", "Total Done", "Need To Do", "Has Done", "Blocked", "Follows"}};
+  std::string held_jobs;
   for (std::size_t i = 0; i < jobs.Count(); ++i) {
     JobList::Progress progress;
     const JobState state = jobs.State(i, &progress);
@@ -86,9 +90,12 @@ std::string JobListText(const Workspace& workspace) {
     const SyncJob& job = jobs.At(i);
     std::vector<std::string> row = {NameOf(job), std::string(StateName(state))};
     for (std::string& counter : Counters(job.run, progress)) row.push_back(std::move(counter));
+    row.emplace_back(FollowName(FollowOf(job)));
+    const std::string held = jobs.HeldBecause(i);
+    if (!held.empty()) held_jobs += "\n" + row.front() + " is held: " + held + "\n";
     rows.push_back(std::move(row));
   }
-  return TextTable(rows);
+  return TextTable(rows) + held_jobs;
 }
 
 std::string JobListJson(const Workspace& workspace) {
@@ -99,8 +106,9 @@ std::string JobListJson(const Workspace& workspace) {
     const JobState state = jobs.State(i, &progress);
     if (state == JobState::Empty) continue;
     const SyncJob& job = jobs.At(i);
+    const std::string held = jobs.HeldBecause(i);
     const MutexLock lock(job.config_mutex);
-    list.push_back(JobObject(job.config, job.run, state, progress));
+    list.push_back(JobObject(job.config, job.run, state, progress, held));
   }
   return JsonText(list);
 }
@@ -110,19 +118,25 @@ std::string JobText(const Workspace& workspace, std::size_t index) {
   JobList::Progress progress;
   const JobState state = workspace.Jobs().State(index, &progress);
   const std::vector<std::string> counters = Counters(job.run, progress);
+  const std::string held = workspace.Jobs().HeldBecause(index);
   const MutexLock lock(job.config_mutex);
   const JobConfig& config = job.config;
-  std::string text = TextTable({{"JOB ID", config.name},
-                                {"Status", std::string(StateName(state))},
-                                {"Description", config.description},
-                                {"Source", config.src_database_name},
-                                {"Destination", config.des_database_name},
-                                {"Interval", std::to_string(config.sync_interval) + " min"},
-                                {"Total Done", counters[0]},
-                                {"Need To Do", counters[1]},
-                                {"Has Done", counters[2]},
-                                {"Blocked", counters[3]},
-                                {"Tables", Summary(config)}});
+  std::vector<std::vector<std::string>> head = {
+      {"JOB ID", config.name},
+      {"Status", std::string(StateName(state))},
+      {"Description", config.description},
+      {"Source", config.src_database_name},
+      {"Destination", config.des_database_name},
+      {"Interval", std::to_string(config.sync_interval) + " min"},
+      {"Total Done", counters[0]},
+      {"Need To Do", counters[1]},
+      {"Has Done", counters[2]},
+      {"Blocked", counters[3]},
+      {"Tables", Summary(config)},
+      {"Follows", std::string(FollowName(config.follow)) + ": " +
+                      std::string(WhatFollowingMeans(config.follow))}};
+  if (!held.empty()) head.push_back({"Held", held});
+  std::string text = TextTable(head);
   std::vector<std::vector<std::string>> rows = {{"Table Name", "Source Owner", "Remote Owner",
                                                  "Included", "Begin Rows", "Current Rows",
                                                  "Total Synced", "Total Blocked", "Compare"}};
@@ -142,8 +156,9 @@ std::string JobJson(const Workspace& workspace, std::size_t index) {
   const SyncJob& job = workspace.Jobs().At(index);
   JobList::Progress progress;
   const JobState state = workspace.Jobs().State(index, &progress);
+  const std::string held = workspace.Jobs().HeldBecause(index);
   const MutexLock lock(job.config_mutex);
-  Json object = JobObject(job.config, job.run, state, progress);
+  Json object = JobObject(job.config, job.run, state, progress, held);
   Json schemas = Json::array();
   for (const auto& [owner, schema] : job.config.schemas) {
     Json tables = Json::array();

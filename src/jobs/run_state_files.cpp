@@ -284,4 +284,16 @@ RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& fo
   return restored;
 }
 
+std::string WhyHeld(FileSystem& files, SyncJob& job, const JobFolder& folder) {
+  if (FollowOf(job) != Follow::Commits) return {};
+  RunRecord record;
+  if (!ReadRunRecord(files, folder.File(JobFile::CommitPoint), record)) {
+    static_cast<void>(ReadRunRecord(files, folder.File(JobFile::Record), record));
+  }
+  std::string held;
+  if (record.batch_pending != 0) ReadPendingTransactions(files, job, folder, record, held);
+  job.run.pending_batch.Clear();
+  return held;
+}
+
 }  // namespace quillmere

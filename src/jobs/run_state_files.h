@@ -71,4 +71,8 @@ struct RestoredRun {
 RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& folder,
                             RestoreMode mode);
 
+// Why a job that was looked at could not be continued, as Resume would find it; empty when it can.
+// For a folder on which no program works: reads the batch, changes nothing.
+std::string WhyHeld(FileSystem& files, SyncJob& job, const JobFolder& folder);
+
 }  // namespace quillmere

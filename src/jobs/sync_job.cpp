@@ -3,6 +3,10 @@
 
 namespace quillmere {
 
+std::string_view FollowName(Follow follow) {
+  return follow == Follow::Commits ? "commits" : "rows";
+}
+
 std::string_view StateName(JobState state) {
   switch (state) {
     case JobState::Starting:

@@ -35,6 +35,9 @@ enum class Follow {
   Commits,  // by the SCN of each commit, whole transactions
 };
 
+// "rows" and "commits".
+std::string_view FollowName(Follow follow);
+
 // "Starting" to "Paused"; any other value is the empty text.
 std::string_view StateName(JobState state);
 

@@ -15,6 +15,7 @@ void StoreProperties(Workspace& workspace, SyncJob& job, const JobProperties& pr
   JobConfig& config = job.config;
   config.description = properties.description;
   config.sync_interval = properties.interval;
+  config.follow = properties.follow;
   config.src_database_name = properties.source;
   config.des_database_name = properties.destination;
   ResolveLogOns(config, [&](std::string_view name) { return workspace.LogOnOf(name); });
@@ -72,8 +73,26 @@ JobRefusal WhyPropertiesRefused(const JobProperties& trimmed, std::size_t data_s
 JobProperties PropertiesOf(const SyncJob& job) {
   const MutexLock lock(job.config_mutex);
   const JobConfig& config = job.config;
-  return {config.name, config.description, config.src_database_name, config.des_database_name,
-          config.sync_interval};
+  return {config.name,
+          config.description,
+          config.src_database_name,
+          config.des_database_name,
+          config.sync_interval,
+          false,
+          config.follow};
+}
+
+Follow FollowOfNewJobs(const Settings& settings) {
+  return settings.new_jobs_follow_commits ? Follow::Commits : Follow::Rows;
+}
+
+std::string_view WhatFollowingMeans(Follow follow) {
+  if (follow == Follow::Commits) {
+    return "whole transactions in the order of their commits, none of them missed however long it "
+           "stays open";
+  }
+  return "change by change as they stand in the redo; changes of transactions that stay open over "
+         "a pass can be missed without a word";
 }
 
 JobProperties Trimmed(JobProperties properties) {
@@ -165,6 +184,10 @@ Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& pr
   if ((source_changed || trimmed.destination != old.destination) && state != JobState::Stopped) {
     return Outcome::Refused(
         "You can't change data source after a job is runned, Stop the job first please.");
+  }
+  if (trimmed.follow != old.follow && state != JobState::Stopped) {
+    return Outcome::Refused("What " + old.name +
+                            " follows can be changed while it is stopped only");
   }
   if (trimmed.name != old.name) {
     if (!workspace.Catalogue().Rename(index, trimmed.name, reason)) {

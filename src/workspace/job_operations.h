@@ -19,9 +19,16 @@ struct JobProperties {
   std::string name, description, source, destination;
   std::int32_t interval = 0;  // minutes
   bool zero_allowed = false;  // an interval of 0 is meant: due on every sweep
+  Follow follow = Follow::Rows;
 };
 
 JobProperties PropertiesOf(const SyncJob& job);
+
+// The way that a new job follows its source unless it is told otherwise.
+Follow FollowOfNewJobs(const Settings& settings);
+
+// In one sentence what arrives that way, and what can be missed.
+std::string_view WhatFollowingMeans(Follow follow);
 
 // Without the blanks around the four texts.
 JobProperties Trimmed(JobProperties properties);
@@ -60,7 +67,8 @@ Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_
 
 // Stores changed properties of a stopped or paused job. When the source changed, its tables are
 // read anew (which blocks); if that fails, table_list_fetched is false, and the outcome's text and
-// the log say why. What is refused leaves everything as it was; what cannot be saved is in force.
+// the log say why. Data sources and the way to follow change only while the job is stopped. What is
+// refused leaves everything as it was; what cannot be saved is in force.
 Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& properties);
 
 // A stopped job only. Its files go; its folder stays when there is anything else in it. Files that

@@ -103,6 +103,9 @@ JobState Workspace::RestoreJob(SyncJob& job) {
   const bool look_only = access_ == Access::LookOnly;
   RestoredRun restored = RestoreRunState(*files_, job, catalogue_.FolderOf(NameOf(job)),
                                          look_only ? RestoreMode::LookOnly : RestoreMode::Resume);
+  if (look_only && !other_program_) {
+    restored.held = WhyHeld(*files_, job, catalogue_.FolderOf(NameOf(job)));
+  }
   if (!restored.problem.empty()) log_.Add(restored.problem, true);
   const std::size_t index = jobs_.IndexOf(job);
   if (!restored.held.empty()) log_.Add(NameOf(job) + " is held: " + restored.held, true);

@@ -274,13 +274,16 @@ class Jobs(Site):
         self.cli("job", "exclude", "J", "SHOP", "--all", text="0 included")
         self.cli("job", "include", "J", "SHOP", "ITEM", "NOTE", text="2 included")
         self.cli("job", "owner", "J", "SHOP", "ARCHIVE", "NOTE")
+        self.cli("job", "show", "J", text="can be missed")
+        self.cli("job", "edit", "J", "--follow", "commits")
         run = Running(self, "--start", "J")
         run.wait_for("Job J started.")
         self.assertEqual(run.end(), 0)
         self.assertEqual((self.jobs()["J"]["state"], self.jobs()["J"]["has_runned"]),
                          ("Paused", True), "saved at the end, before any pass was due")
+        self.cli("job", "edit", "J", "--follow", "rows", status=1, text="while it is stopped only")
         self.cli("job", "stop", "J")
-        self.cli("job", "edit", "J", "--name", "Renamed", "--interval", 0)
+        self.cli("job", "edit", "J", "--name", "Renamed", "--interval", 0, "--follow", "rows")
         self.sandbox("sql", "A", given="create table SHOP.NEW (ID number);\n"
                      "drop table SHOP.SECRET;\n")
         self.cli("job", "refresh", "Renamed", text="3 of 1 owners, 3 included")
@@ -390,6 +393,29 @@ class Replication(Site):
                 self.assertNotIn("ERROR", run.text())
                 self.assert_same()
         self.assertEqual(self.jobs()["J"]["total_done"], 800)
+
+    def test_by_commits_a_transaction_is_taken_back_whole_and_a_lost_batch_holds_the_job(self):
+        self.cli("job", "edit", "J", "--follow", "commits", "--interval", 0)
+        run = Running(self, "--start", "J", QUILLMERE_SANDBOX_LATENCY_US="4000")
+        run.wait_for("Nothing synchronized")
+        self.cli("job", "edit", "J", "--follow", "rows", status=1)
+        self.fill(0, 400)
+        self.wait_for_job(lambda job: 20 < job["has_done"] < 300, "half a transaction")
+        self.assertEqual(run.end(), 0)
+        job = self.jobs()["J"]
+        self.assertEqual((job["follow"], job["total_done"], job["need_to_do"]), ("commits", 0, 400))
+        self.cli("job", "edit", "J", "--follow", "rows", status=1, text="while it is stopped only")
+        batch = self.work / "jobs" / "J" / "sqlcmds.txt"
+        aside = batch.rename(self.work / "aside")
+        for shown in (["list"], ["show", "J"]):
+            self.cli("job", *shown, text="It holds 400 changes")
+        self.assertIn("It holds 400 changes", self.jobs()["J"]["held"])
+        aside.rename(batch)
+        self.assertEqual(self.jobs()["J"]["held"], "")
+        run = Running(self, "--continue", "J")
+        run.wait_for("Successfully synchronized a batch of J")
+        self.assertEqual(run.end(), 0)
+        self.assert_same()
 
     def test_a_service_tells_its_manager_and_continues_what_is_paused(self):
         ldd = subprocess.run(["ldd", self.command()[0]], stdout=subprocess.PIPE, check=False).stdout
