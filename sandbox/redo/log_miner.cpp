@@ -82,9 +82,11 @@ class RecordWriter {
     std::vector<RedoStatement> statements;
     Status status;
     if (data.empty()) {
-      RedoStatement& hidden = statements.emplace_back();
-      hidden.operation = undo ? Undoing(operation) : operation;
-      hidden.text = "/* No SQL_REDO for temporary tables */";
+      RedoStatement& fixed = statements.emplace_back();
+      fixed.operation = undo ? Undoing(operation) : operation;
+      fixed.text = operation == RedoOperation::Start    ? "set transaction read write;"
+                   : operation == RedoOperation::Commit ? "commit;"
+                                                        : "/* No SQL_REDO for temporary tables */";
     } else {
       RedoRecord decoded;
       if (!DecodeRecord(operation, data, &decoded)) {

@@ -16,7 +16,7 @@
 namespace quillmere::sandbox {
 
 // The numbers are stored in database files and reported as OPERATION_CODE.
-enum class RedoOperation { Insert = 1, Delete = 2, Update = 3 };
+enum class RedoOperation { Insert = 1, Delete = 2, Update = 3, Start = 6, Commit = 7 };
 
 using RowValue = std::optional<std::string>;  // canonical text, or NULL
 using RowValues = std::vector<RowValue>;

@@ -28,16 +28,12 @@ class Writer {
         target_(QuotedName(shape.owner) + "." + QuotedName(shape.name)) {}
 
   Status Write(std::vector<RedoStatement>* out) {
-    switch (record_.operation) {
-      case RedoOperation::Insert:
-        WriteInsert(out);
-        break;
-      case RedoOperation::Delete:
-        out->push_back({RedoOperation::Delete, "delete from " + target_ + Conditions()});
-        break;
-      case RedoOperation::Update:
-        WriteUpdate(record_.changes, out);
-        break;
+    if (record_.operation == RedoOperation::Insert) {
+      WriteInsert(out);
+    } else if (record_.operation == RedoOperation::Delete) {
+      out->push_back({RedoOperation::Delete, "delete from " + target_ + Conditions()});
+    } else {
+      WriteUpdate(record_.changes, out);
     }
     return status_;
   }

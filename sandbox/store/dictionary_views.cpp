@@ -106,12 +106,13 @@ constexpr Definition kDefinitions[] = {
      "n:SCN r.scn; n:START_SCN r.xid; n:COMMIT_SCN t.commit_scn; n:THREAD# 1;"
      "d:START_TIMESTAMP t.started; d:COMMIT_TIMESTAMP t.committed; n:XIDUSN r.xid % 10 + 1;"
      "n:XIDSLT r.xid % 48; n:XIDSQN r.xid; SQL_REDO qm_piece(:record, p.key);"
-     "OPERATION CASE abs(p.value) % 16 WHEN 1 THEN 'INSERT' WHEN 2 THEN 'DELETE' ELSE 'UPDATE' END;"
+     "OPERATION CASE abs(p.value) % 16 WHEN 1 THEN 'INSERT' WHEN 2 THEN 'DELETE'"
+     " WHEN 3 THEN 'UPDATE' WHEN 6 THEN 'START' ELSE 'COMMIT' END;"
      "n:OPERATION_CODE abs(p.value) % 16; n:ROLLBACK r.undo; n:STATUS 0; SEG_OWNER s.owner;"
      "SEG_NAME s.name; TABLE_NAME s.name; n:DATA_OBJ# s.table_id;"
      "ROW_ID qm_rowid(s.table_id, r.row); n:CSF p.value < 0; n:SSN abs(p.value) / 16;"
      "RS_ID printf(' 0x%06x.%08x.%04x ', r.scn >> 32, r.scn & 4294967295, 16); SRC_CON_NAME NULL;",
-     "qm_redo r CROSS JOIN qm_shape s ON s.id = r.shape"
+     "qm_redo r LEFT JOIN qm_shape s ON s.id = r.shape"
      " CROSS JOIN qm_transaction t ON t.start_scn = r.xid"
      " CROSS JOIN json_each(qm_pieces(:record)) p WHERE r.scn BETWEEN :start AND :end"},
 };

@@ -13,6 +13,10 @@ namespace {
 // A transaction that begins below it has SCNs enough.
 constexpr std::int64_t kMaxScn = 1LL << 62;
 
+// Operations of the redo that change no row.
+constexpr int kStart = 6;
+constexpr int kCommit = 7;
+
 }  // namespace
 
 Status Transaction::Run(const std::string& sql) {
@@ -62,6 +66,7 @@ Status Transaction::Commit() {
       SqlRunner sql(writer_);
       PrepareCommit(&sql);
       sql.Run("COMMIT");
+      // Not before: who saw it would take the commit for one that can be read.
       if (sql.ok()) shown_.set_last_scn(scn_);
       return sql.status();
     });
@@ -76,6 +81,9 @@ void Transaction::PrepareCommit(SqlRunner* sql) {
   sql->Run("UPDATE qm_meta SET scn = ? WHERE id = 1", ++scn_);
   sql->Run("INSERT INTO qm_transaction VALUES(?, ?, ?, ?)", start_scn_, scn_, started_,
            DateTime::Now().Canonical(Kind::Date));
+  // Around the changes, which have SCNs between the two.
+  if (redo_bytes_ > 0) Write(sql, {start_scn_, 0, kStart, false, 0, {}});
+  if (redo_bytes_ > 0) Write(sql, {scn_, 0, kCommit, false, 0, {}});
   if (logs_switch_) AddToRedoLog(sql, redo_bytes_, scn_);
 }
 
@@ -84,6 +92,7 @@ Status Transaction::WriteRedo(std::int64_t shape, int operation, std::int64_t ro
   SqlRunner sql(writer_);
   sql.Fail(Start());
   Write(&sql, {++scn_, shape, operation, false, row, values});
+  shown_.set_last_scn(scn_);
   return sql.status();
 }
 
@@ -92,7 +101,6 @@ void Transaction::Write(SqlRunner* sql, const Change& change) {
   redo_bytes_ += kHead + static_cast<std::int64_t>(change.values.bytes.size());
   sql->Run("INSERT INTO qm_redo VALUES(?, ?, ?, ?, ?, ?, ?)", change.scn, start_scn_, change.shape,
            change.operation, change.undo ? 1 : 0, change.row, change.values);
-  shown_.set_last_scn(scn_);
 }
 
 void Transaction::End() {
@@ -165,6 +173,7 @@ Status Transaction::RollbackTo(const std::string& name) {
     undo.undo = true;
     Write(&sql, undo);
   }
+  shown_.set_last_scn(scn_);
   return sql.status();
 }
 

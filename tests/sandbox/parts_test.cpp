@@ -5,12 +5,11 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <random>
-#include <sstream>
 
 #include "sandbox/redo/redo_text.h"
 #include "sandbox/session/session.h"
-#include "sandbox/tool/script.h"
 #include "sandbox/values/decimal.h"
 
 namespace quillmere::sandbox {
@@ -69,19 +68,6 @@ TEST(DateTimeTest, WhatIsWrittenByAMaskIsReadBackByIt) {
   }
 }
 
-TEST(TextTest, PiecesEndBetweenCharacters) {
-  std::string mixed;
-  for (int i = 0; i < 5000; ++i) mixed += i % 3 == 0 ? "\xE2\x82\xAC" : i % 3 == 1 ? "x" : "\x82";
-  for (const std::string& text : {mixed, std::string(9000, '\x80')}) {
-    std::string joined;
-    for (const std::string& piece : SplitRedo(text, false)) {
-      EXPECT_TRUE(!piece.empty() && piece.size() <= kRedoPiece);
-      joined += piece;
-    }
-    EXPECT_EQ(joined, text);
-  }
-}
-
 TEST(RedoRecordTest, DamagedBytesAreRefused) {
   RedoRecord record;
   record.operation = RedoOperation::Update;
@@ -131,10 +117,26 @@ TEST_F(LocalSessionTest, NoCommitCanFollowACut) {
   ASSERT_TRUE(flag->Raise().ok());
   EXPECT_EQ(session_->Commit().code(), 3113);
   EXPECT_FALSE(session_->InTransaction());
-  std::ostringstream out;
-  std::istringstream script("select count(*) n from t");
-  EXPECT_TRUE(RunScript(folder_.string(), "X", script, out, out));
-  EXPECT_TRUE(out.str().starts_with("N\n0\n")) << out.str();
+}
+
+// Who reads the SCN, then the open transaction, then the SCN again must not find the commit in the
+// SCN before it is in the file, nor the transaction gone.
+TEST_F(LocalSessionTest, ACommitIsInTheFileBeforeItIsShown) {
+  std::unique_ptr<SqliteConnection> writer;
+  std::unique_ptr<OpenTransaction> shown;
+  ASSERT_TRUE(OpenDatabase(path_, &writer).ok());
+  ASSERT_TRUE(OpenTransaction::Open(path_.open, &shown).ok());
+  Transaction transaction(writer.get(), shown.get(), "X",
+                          [](const auto& commit) { return commit(); });
+  ASSERT_TRUE(transaction.Begin().ok() && transaction.WriteRedo(1, 1, 1, Blob{"x"}).ok());
+  std::function<int()> look = [&shown, before = shown->last_scn()] {
+    TransactionRecord open;
+    return shown->Find(&open) && shown->last_scn() == before ? 0 : 1;
+  };
+  const auto call = [](void* data) { return (*static_cast<std::function<int()>*>(data))(); };
+  sqlite3_commit_hook(writer->handle(), call, &look);
+  EXPECT_TRUE(transaction.Commit().ok());
+  EXPECT_EQ(shown->last_scn(), transaction.last_scn());
 }
 
 TEST_F(LocalSessionTest, ChangesEndWithTheNumbersForThem) {
