@@ -45,7 +45,6 @@ class Rig:
         self.runner = None
         self.workload = None
         self.hits = 0
-        self.start_up = 0.0  # seconds from the runner's start to its first step, on this machine
         self.left_by_kill = None  # block.dat of the latest kill in a pass that is not yet completed
 
     def call(self, command, given=None):
@@ -69,21 +68,18 @@ class Rig:
         lines = []
         for _ in range(transactions):
             self.next_id += 1
-            lines.append(f"insert into APP.LEDGER values ({self.next_id}, {self.next_id}.25, "
-                         f"'it''s; number\n{self.next_id}', sysdate);")
-            new = self.random.random() < 0.4 or not self.stock
-            if new:
-                lines.append(f"insert into APP.STOCK values ({self.next_id}, 100, 'part {self.next_id}');")
+            number, part, keep = self.next_id, None, self.random.random() < 0.9
+            lines.append(f"insert into APP.LEDGER values ({number}, {number}.25, 'it''s; number\n{number}', sysdate);")
+            if self.random.random() < 0.4 or not self.stock:
+                lines.append(f"insert into APP.STOCK values ({number}, 100, 'part {number}');")
+                self.stock += [number] if keep else []
             else:
                 part = self.random.choice(self.stock)
                 lines.append(f"update APP.STOCK set QUANTITY = QUANTITY - 1 where ID = {part};")
                 lines.append(f"update APP.LEDGER set AMOUNT = AMOUNT * 1.5 where ID = {part};")
-            keep = self.random.random() < 0.9
-            if keep and new:
-                self.stock.append(self.next_id)
-            elif keep and self.random.random() < 0.1:
-                gone = self.stock.pop(self.random.randrange(len(self.stock)))
-                lines.append(f"delete from APP.STOCK where ID = {gone};")
+            if part and keep and self.random.random() < 0.1:
+                self.stock.remove(part)
+                lines.append(f"delete from APP.STOCK where ID = {part};")
             lines.append("commit;" if keep else "rollback;")
         script = self.folder / "workload.sql"
         script.write_text("\n".join(lines) + "\n")
@@ -101,68 +97,56 @@ class Rig:
             self.runner = subprocess.Popen(self.cli + ["run", how, "crash", "--sweep-ms", "10"],
                                            stdout=out, stderr=out, env=environment)
 
-    def said(self):
-        return self.output.read_text(errors="replace").splitlines()
+    def said(self, part):
+        return [line for line in self.output.read_text(errors="replace").splitlines() if part in line]
+
+    def await_said(self, why, happened):
+        """Runs on until happened() is true."""
+        limit = time.monotonic() + 120
+        while not happened():
+            if time.monotonic() > limit or self.runner.poll() is not None:
+                raise Crash(why + ":\n" + "\n".join(self.said("")[-5:]))
+            time.sleep(0.02)
 
     def kill_runner(self):
+        """True when it was killed in the middle of a pass."""
         if self.runner.poll() is not None:
-            raise Crash("the runner ended by itself:\n" + "\n".join(self.said()[-5:]))
+            raise Crash("the runner ended by itself:\n" + "\n".join(self.said("")[-5:]))
         self.runner.send_signal(signal.SIGKILL)
         self.runner.wait()
-        if any("Successfully synchronized" in line for line in self.said()):
+        if self.said("ORA-00001"):
+            self.settle_double()
+        if self.said("Successfully synchronized"):
             self.left_by_kill = None  # a doubled pass would not have got past its first insert
-        commit_point = self.job_folder / "commit.dat"
-        if not commit_point.exists():
-            return False
-        record = (self.job_folder / "block.dat").read_bytes()
-        if record == commit_point.read_bytes():
+        commit_point, record = self.job_folder / "commit.dat", self.job_folder / "block.dat"
+        if not commit_point.exists() or record.read_bytes() == commit_point.read_bytes():
             return False  # nothing was done in this pass: what an earlier kill left still counts
-        self.left_by_kill = record
+        self.left_by_kill = record.read_bytes()
         return True
 
     def settle_double(self):
-        """True when the last kill hit the known moment: puts its record back."""
-        if not any("ORA-00001" in line for line in self.said()):
-            return False
+        """The last kill hit the known moment: puts its record back."""
         if self.left_by_kill is None:
             raise Crash("a statement came twice, and no kill had left a commit point:\n"
-                        + "\n".join(self.said()[-5:]))
+                        + "\n".join(self.said("")[-5:]))
         self.hits += 1
         (self.job_folder / "block.dat").write_bytes(self.left_by_kill)
         (self.job_folder / "commit.dat").unlink(missing_ok=True)
         self.left_by_kill = None
-        return True
-
-    def round(self, how):
-        """One life of the runner; true when it was killed in the middle of a pass."""
-        left_by_earlier_kill = self.left_by_kill
-        self.start_runner(how)
-        time.sleep(self.random.uniform(0.03, 0.45 + 2 * self.start_up))
-        in_a_pass = self.kill_runner()
-        if any("ORA-00001" in line for line in self.said()):
-            self.left_by_kill = left_by_earlier_kill
-            self.settle_double()
-        return in_a_pass
 
     def drain(self):
-        self.start_runner("--continue")
-        limit = time.monotonic() + 120
-        while True:
-            lines = self.said()
-            if any("ORA-00001" in line for line in lines):
-                self.runner.kill()
-                self.runner.wait()
-                self.settle_double()
+        def rests():
+            if self.said("ORA-00001"):
+                self.kill_runner()
                 self.start_runner("--continue")
-            last = [line for line in lines if "ynchronize" in line][-3:]
-            if len(last) == 3 and all("Nothing synchronized" in line for line in last):
-                break
-            if time.monotonic() > limit:
-                raise Crash("the job does not come to rest:\n" + "\n".join(lines[-5:]))
-            time.sleep(0.05)
+            last = self.said("ynchronize")[-3:]
+            return len(last) == 3 and all("Nothing synchronized" in line for line in last)
+
+        self.start_runner("--continue")
+        self.await_said("the job does not come to rest", rests)
         self.runner.terminate()
         if self.runner.wait(timeout=60) != 0:
-            raise Crash("the runner did not end well:\n" + "\n".join(self.said()[-5:]))
+            raise Crash("the runner did not end well:\n" + "\n".join(self.said("")[-5:]))
 
     def verdict(self):
         done = subprocess.run(self.sandbox + ["diff", "SRC", "DST"], text=True, capture_output=True,
@@ -183,12 +167,8 @@ def run(rig, kills):
     rig.set_up()
     began = time.monotonic()
     rig.start_runner("--start")
-    limit = began + 60
-    while not any("Job crash started." in line for line in rig.said()):
-        if time.monotonic() > limit or rig.runner.poll() is not None:
-            raise Crash("the job does not start:\n" + "\n".join(rig.said()))
-        time.sleep(0.02)
-    rig.start_up = time.monotonic() - began
+    rig.await_said("the job does not start", lambda: rig.said("Job crash started."))
+    start_up = time.monotonic() - began
     rig.kill_runner()
     in_a_pass = 0
     for number in range(kills):
@@ -196,7 +176,9 @@ def run(rig, kills):
             if rig.workload is not None:
                 rig.end_workload()
             rig.start_workload(150)
-        in_a_pass += rig.round("--continue")
+        rig.start_runner("--continue")
+        time.sleep(rig.random.uniform(0.03, 0.45 + 2 * start_up))
+        in_a_pass += rig.kill_runner()
         if (number + 1) % 20 == 0:
             print(f"{number + 1} kills, {in_a_pass} of them in a pass, known double hit {rig.hits} times",
                   flush=True)
@@ -213,19 +195,17 @@ def main():
     arguments = argparse.ArgumentParser()
     arguments.add_argument("programs", type=Path)
     arguments.add_argument("--kills", type=int, default=100)
-    arguments.add_argument("--seed", type=int, default=None)
+    arguments.add_argument("--seed", type=int, default=int.from_bytes(os.urandom(4), "little"))
     arguments.add_argument("--keep", type=Path, help="work in this folder and leave it there")
     given = arguments.parse_args()
-    seed = given.seed if given.seed is not None else int.from_bytes(os.urandom(4), "little")
-    print(f"seed {seed}", flush=True)
+    print(f"seed {given.seed}", flush=True)
     folder = given.keep or Path(tempfile.mkdtemp(prefix="quillmere-kill-"))
     folder.mkdir(parents=True, exist_ok=True)
-    rig = Rig(given.programs.resolve(), folder, seed)
+    rig = Rig(given.programs.resolve(), folder, given.seed)
     try:
         run(rig, given.kills)
     except Crash as reason:
-        print(f"FAILED: {reason}\nfiles: {folder}")
-        return 1
+        return f"FAILED: {reason}\nfiles: {folder}"
     finally:
         rig.stop()
     if given.keep is None:
