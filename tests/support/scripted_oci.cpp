@@ -65,124 +65,6 @@ struct ScriptedOci::Handle {
   std::size_t next = 0;
 };
 
-struct ScriptedOci::Functions {
-  static void* New(ub4 type) {
-    auto handle = std::make_unique<Handle>();
-    handle->type = type;
-    handle->name = TypeName(type) + std::to_string(++current->counts_[type]);
-    current->handles_.push_back(std::move(handle));
-    return current->handles_.back().get();
-  }
-
-  static sword EnvCreate(OCIEnv** env, ub4 mode, void*, void* (*)(void*, std::size_t),
-                         void* (*)(void*, void*, std::size_t), void (*)(void*, void*),
-                         std::size_t extra, void**) {
-    const sword status = current->Call(Line("EnvCreate", mode, extra));
-    if (status == kSuccess) *env = static_cast<OCIEnv*>(New(kHtypeEnv));
-    return status;
-  }
-
-  static sword HandleAlloc(const void* parent, void** handle, ub4 type, std::size_t extra, void**) {
-    const sword status = current->Call(Line("HandleAlloc", parent, TypeName(type), extra));
-    if (status == kSuccess) *handle = New(type);
-    return status;
-  }
-
-  static sword HandleFree(void* handle, ub4 type) {
-    const sword status = current->Call(Line("HandleFree", handle, TypeName(type)));
-    for (const auto& known : current->handles_) {
-      if (known.get() != handle) continue;
-      if (known->freed || known->type != type) return kInvalidHandle;
-      known->freed = true;
-    }
-    return status;
-  }
-
-  static sword ServerAttach(OCIServer* server, OCIError* error, const OraText* name, sb4 length,
-                            ub4 mode) {
-    const std::string text = Quote(name, static_cast<std::size_t>(length));
-    return current->Call(Line("ServerAttach", server, error, text, mode));
-  }
-
-  static sword ServerDetach(OCIServer* server, OCIError* error, ub4 mode) {
-    return current->Call(Line("ServerDetach", server, error, mode));
-  }
-
-  static sword AttrSet(void* target, ub4 type, void* value, ub4 size, ub4 attribute,
-                       OCIError* error) {
-    std::string text = Shown(value);
-    if (attribute == kAttrUsername || attribute == kAttrPassword) text = Quote(value, size);
-    if (attribute == kAttrPrefetchRows) text = std::to_string(*static_cast<ub4*>(value));
-    return current->Call(Line("AttrSet", target, TypeName(type), text, size, attribute, error));
-  }
-
-  static sword SessionBegin(OCISvcCtx* service, OCIError* error, OCISession* session,
-                            ub4 credentials, ub4 mode) {
-    return current->Call(Line("SessionBegin", service, error, session, credentials, mode));
-  }
-
-  static sword SessionEnd(OCISvcCtx* service, OCIError* error, OCISession* session, ub4 mode) {
-    return current->Call(Line("SessionEnd", service, error, session, mode));
-  }
-
-  static sword StmtPrepare(OCIStmt* statement, OCIError* error, const OraText* text, ub4 length,
-                           ub4 language, ub4 mode) {
-    auto* handle = reinterpret_cast<Handle*>(statement);
-    handle->sql.assign(reinterpret_cast<const char*>(text), length);
-    handle->defines.clear();
-    return current->Call(
-        Line("StmtPrepare", statement, error, Quote(text, length), language, mode));
-  }
-
-  static sword StmtExecute(OCISvcCtx* service, OCIStmt* statement, OCIError* error, ub4 iterations,
-                           ub4 row_offset, const OCISnapshot*, OCISnapshot*, ub4 mode) {
-    auto* handle = reinterpret_cast<Handle*>(statement);
-    const std::string line =
-        Line("StmtExecute", service, statement, error, iterations, row_offset, mode);
-    const sword status = current->Call(line + "  " + handle->sql);
-    current->transcript_.back() = line;
-    if (status != kSuccess) return status;
-    const auto answer = current->answers_.find(handle->sql);
-    handle->rows = answer == current->answers_.end() ? &current->answer_ : &answer->second;
-    handle->next = 0;
-    current->executed_.push_back(handle->sql);
-    if (current->on_executed) current->on_executed(handle->sql);
-    const bool fetch_with_it = iterations > 0 && !handle->defines.empty();
-    return fetch_with_it ? current->NextRow(*handle) : status;
-  }
-
-  static sword DefineByPos(OCIStmt* statement, OCIDefine**, OCIError* error, ub4 position,
-                           void* value, sb4 capacity, ub2 type, void* indicator, ub2* length,
-                           ub2* code, ub4 mode) {
-    reinterpret_cast<Handle*>(statement)->defines[position] = {
-        static_cast<char*>(value), capacity, static_cast<sb2*>(indicator), length};
-    const auto given = [](const void* pointer, std::string what) {
-      return pointer == nullptr ? "0" : what;
-    };
-    return current->Call(Line("DefineByPos", statement, error, position, capacity, type,
-                              given(indicator, "ind"), given(length, "len"), given(code, "code"),
-                              mode));
-  }
-
-  static sword StmtFetch2(OCIStmt* statement, OCIError* error, ub4 rows, ub2 orientation,
-                          sb4 offset, ub4 mode) {
-    const sword status =
-        current->Call(Line("StmtFetch2", statement, error, rows, orientation, offset, mode));
-    return status == kSuccess ? current->NextRow(*reinterpret_cast<Handle*>(statement)) : status;
-  }
-
-  static sword ErrorGet(void* handle, ub4 record, OraText*, sb4* code, OraText* buffer, ub4 size,
-                        ub4 type) {
-    current->transcript_.push_back(Line("ErrorGet", handle, record, size, TypeName(type)));
-    if (size == 0) return kError;
-    const std::size_t length = std::min<std::size_t>(current->message_.size(), size - 1);
-    std::memcpy(buffer, current->message_.data(), length);
-    buffer[length] = 0;
-    *code = current->code_;
-    return kSuccess;
-  }
-};
-
 ScriptedOci::ScriptedOci() {
   current = this;
 }
@@ -191,12 +73,104 @@ ScriptedOci::~ScriptedOci() {
   current = nullptr;
 }
 
+void* ScriptedOci::New(ub4 type) {
+  auto handle = std::make_unique<Handle>();
+  handle->type = type;
+  handle->name = TypeName(type) + std::to_string(++counts_[type]);
+  handles_.push_back(std::move(handle));
+  return handles_.back().get();
+}
+
 OciApi ScriptedOci::Api() const {
-  return OciApi{Functions::EnvCreate,    Functions::HandleAlloc,  Functions::HandleFree,
-                Functions::ServerAttach, Functions::ServerDetach, Functions::AttrSet,
-                Functions::SessionBegin, Functions::SessionEnd,   Functions::StmtPrepare,
-                Functions::StmtExecute,  Functions::DefineByPos,  Functions::StmtFetch2,
-                Functions::ErrorGet};
+  OciApi api;
+  api.EnvCreate = [](OCIEnv** env, ub4 mode, auto, auto, auto, auto, std::size_t extra, void**) {
+    const sword status = current->Call(Line("EnvCreate", mode, extra));
+    if (status == kSuccess) *env = static_cast<OCIEnv*>(current->New(kHtypeEnv));
+    return status;
+  };
+  api.HandleAlloc = [](const void* parent, void** handle, ub4 type, std::size_t extra, void**) {
+    const sword status = current->Call(Line("HandleAlloc", parent, TypeName(type), extra));
+    if (status == kSuccess) *handle = current->New(type);
+    return status;
+  };
+  api.HandleFree = [](void* handle, ub4 type) {
+    const sword status = current->Call(Line("HandleFree", handle, TypeName(type)));
+    for (const auto& known : current->handles_) {
+      if (known.get() != handle) continue;
+      if (known->freed || known->type != type) return kInvalidHandle;
+      known->freed = true;
+    }
+    return status;
+  };
+  api.ServerAttach = [](OCIServer* server, OCIError* error, const OraText* name, sb4 length,
+                        ub4 mode) {
+    const std::string text = Quote(name, static_cast<std::size_t>(length));
+    return current->Call(Line("ServerAttach", server, error, text, mode));
+  };
+  api.ServerDetach = [](OCIServer* server, OCIError* error, ub4 mode) {
+    return current->Call(Line("ServerDetach", server, error, mode));
+  };
+  api.AttrSet = [](void* target, ub4 type, void* value, ub4 size, ub4 attribute, OCIError* error) {
+    std::string text = Shown(value);
+    if (attribute == kAttrUsername || attribute == kAttrPassword) text = Quote(value, size);
+    if (attribute == kAttrPrefetchRows) text = std::to_string(*static_cast<ub4*>(value));
+    return current->Call(Line("AttrSet", target, TypeName(type), text, size, attribute, error));
+  };
+  api.SessionBegin = [](auto... given) { return current->Call(Line("SessionBegin", given...)); };
+  api.SessionEnd = [](auto... given) { return current->Call(Line("SessionEnd", given...)); };
+  api.StmtPrepare = [](OCIStmt* statement, OCIError* error, const OraText* text, ub4 length,
+                       ub4 language, ub4 mode) {
+    auto* handle = reinterpret_cast<Handle*>(statement);
+    handle->sql.assign(reinterpret_cast<const char*>(text), length);
+    handle->defines.clear();
+    return current->Call(
+        Line("StmtPrepare", statement, error, Quote(text, length), language, mode));
+  };
+  api.StmtExecute = [](OCISvcCtx* service, OCIStmt* statement, OCIError* error, ub4 iterations,
+                       ub4 row_offset, auto, auto, ub4 mode) {
+    return current->Execute(
+        Line("StmtExecute", service, statement, error, iterations, row_offset, mode),
+        *reinterpret_cast<Handle*>(statement), iterations);
+  };
+  api.DefineByPos = [](OCIStmt* statement, auto, OCIError* error, ub4 position, void* value,
+                       sb4 capacity, ub2 type, void* indicator, ub2* length, ub2* code, ub4 mode) {
+    reinterpret_cast<Handle*>(statement)->defines[position] = {
+        static_cast<char*>(value), capacity, static_cast<sb2*>(indicator), length};
+    const auto given = [](const void* pointer, std::string what) {
+      return pointer == nullptr ? "0" : what;
+    };
+    return current->Call(Line("DefineByPos", statement, error, position, capacity, type,
+                              given(indicator, "ind"), given(length, "len"), given(code, "code"),
+                              mode));
+  };
+  api.StmtFetch2 = [](OCIStmt* statement, auto... given) {
+    const sword status = current->Call(Line("StmtFetch2", statement, given...));
+    return status == kSuccess ? current->NextRow(*reinterpret_cast<Handle*>(statement)) : status;
+  };
+  api.ErrorGet = [](void* handle, ub4 record, OraText*, sb4* code, OraText* buffer, ub4 size,
+                    ub4 type) {
+    current->transcript_.push_back(Line("ErrorGet", handle, record, size, TypeName(type)));
+    if (size == 0) return kError;
+    const std::size_t length = std::min<std::size_t>(current->message_.size(), size - 1);
+    std::memcpy(buffer, current->message_.data(), length);
+    buffer[length] = 0;
+    *code = current->code_;
+    return kSuccess;
+  };
+  return api;
+}
+
+sword ScriptedOci::Execute(const std::string& line, Handle& statement, ub4 iterations) {
+  const sword status = Call(line + "  " + statement.sql);
+  transcript_.back() = line;
+  if (status != kSuccess) return status;
+  const auto answer = answers_.find(statement.sql);
+  statement.rows = answer == answers_.end() ? &answer_ : &answer->second;
+  statement.next = 0;
+  executed_.push_back(statement.sql);
+  if (on_executed) on_executed(statement.sql);
+  const bool fetch_with_it = iterations > 0 && !statement.defines.empty();
+  return fetch_with_it ? NextRow(statement) : status;
 }
 
 void ScriptedOci::FailOn(std::string part_of_line, std::string message, int code, int skip,

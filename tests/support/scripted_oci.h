@@ -73,11 +73,10 @@ class ScriptedOci {
     int skip;
     oci::sword status;
   };
-  struct Functions;
-  friend struct Functions;
-
+  void* New(oci::ub4 type);
   // Writes the call down; the status it shall return.
   oci::sword Call(const std::string& line);
+  oci::sword Execute(const std::string& line, Handle& statement, oci::ub4 iterations);
   oci::sword NextRow(Handle& statement);
 
   std::map<std::string, Rows> answers_;

@@ -48,17 +48,6 @@ class TempFolder {
     return {std::istreambuf_iterator<char>(file), {}};
   }
 
-  // A configuration file without its line feeds and indentation.
-  std::string ReadFlat(std::string_view name) const {
-    std::string flat;
-    bool indenting = true;
-    for (const char c : Read(name)) {
-      indenting = c == '\n' || (indenting && c == ' ');
-      if (!indenting) flat += c;
-    }
-    return flat;
-  }
-
   bool Exists(std::string_view name) const { return std::filesystem::exists(path_ / name); }
 
   // The names in a folder below, sorted.
