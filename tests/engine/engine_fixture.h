@@ -22,11 +22,9 @@ namespace quillmere {
 using testing::MemoryFiles;
 using testing::ScriptedOci;
 
-inline const std::string kScnQuery = "select max(ktuxescnw * power(2,32) + ktuxescnb) from x$ktuxe";
-inline const std::string kMembersQuery = "select member from v$logfile where type='ONLINE'";
-inline const std::string kRedoQuery =
-    "select scn, sql_redo from v$logmnr_contents where ( operation='INSERT' or operation='UPDATE' "
-    "or operation='DELETE' ) and ( seg_owner NOT IN ('SYS', 'SYSTEM') ) ";
+inline const std::string kScnQuery = "from x$ktuxe";
+inline const std::string kMembersQuery = "from v$logfile";
+inline const std::string kRedoQuery = "from v$logmnr_contents";
 inline const std::string kRowAddress = " and ROWID = 'AAABBBAAACCCDDDEEE'";
 
 // As it is mined, and as it is applied.

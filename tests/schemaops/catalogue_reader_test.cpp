@@ -4,9 +4,7 @@
 namespace quillmere {
 namespace {
 
-const std::string kTables =
-    "select owner, table_name,  NVL(tablespace_name,chr(0)), NVL(num_rows,0)  from dba_all_tables  "
-    "where owner NOT IN ('SYS', 'SYSTEM') order by owner, table_name";
+const std::string kTables = "from dba_all_tables";
 
 class CatalogueReaderTest : public SchemaOpsTest {
  protected:
@@ -18,22 +16,10 @@ class CatalogueReaderTest : public SchemaOpsTest {
 
   void AnswerTable(const std::string& table, testing::ScriptedOci::Rows count,
                    testing::ScriptedOci::Rows key, testing::ScriptedOci::Rows indexes) {
-    const std::string where = "owner='S' and table_name='" + table + "'";
-    script_.Answer(
-        "select count(*) from  DBA_CONSTRAINTS  where " + where + " and constraint_type='P'",
-        std::move(count));
-    script_.Answer("select constraint_name, status from  DBA_CONSTRAINTS  where " + where +
-                       " and  constraint_type='P' ",
-                   std::move(key));
-    script_.Answer(
-        "select I.index_name, I.index_type, I.status from  DBA_INDEXES  I where "
-        "I.owner='S' and I.table_name='" +
-            table +
-            "' AND NOT EXISTS (SELECT 1 FROM SYS.DBA_CONSTRAINTS C WHERE "
-            "C.CONSTRAINT_NAME=I.INDEX_NAME AND C.TABLE_NAME=I.TABLE_NAME AND "
-            "C.OWNER=I.OWNER AND C.CONSTRAINT_TYPE IN ('P','U')  AND "
-            "I.UNIQUENESS='UNIQUE') ",
-        std::move(indexes));
+    const std::string where = "where owner='S' and table_name='" + table + "'";
+    script_.Answer("count(*) from  DBA_CONSTRAINTS  " + where, std::move(count));
+    script_.Answer("status from  DBA_CONSTRAINTS  " + where, std::move(key));
+    script_.Answer("I.owner='S' and I.table_name='" + table + "'", std::move(indexes));
   }
 
   CatalogueRead Refresh() {

@@ -164,8 +164,13 @@ sword ScriptedOci::Execute(const std::string& line, Handle& statement, ub4 itera
   const sword status = Call(line + "  " + statement.sql);
   transcript_.back() = line;
   if (status != kSuccess) return status;
-  const auto answer = answers_.find(statement.sql);
-  statement.rows = answer == answers_.end() ? &answer_ : &answer->second;
+  std::size_t longest = 0;
+  statement.rows = &answer_;
+  for (const auto& [part, rows] : answers_) {
+    if (part.size() <= longest || statement.sql.find(part) == std::string::npos) continue;
+    longest = part.size();
+    statement.rows = &rows;
+  }
   statement.next = 0;
   executed_.push_back(statement.sql);
   if (on_executed) on_executed(statement.sql);

@@ -30,8 +30,8 @@ class ScriptedOci {
 
   OciApi Api() const;
 
-  // What a query of exactly this text answers from now on.
-  void Answer(const std::string& sql, Rows rows) { answers_[sql] = std::move(rows); }
+  // What queries that contain this text answer from now on; of several texts the longest counts.
+  void Answer(const std::string& part, Rows rows) { answers_[part] = std::move(rows); }
 
   // What all other queries answer.
   void AnswerAll(Rows rows) { answer_ = std::move(rows); }
