@@ -127,7 +127,7 @@ FollowResult FollowCommits::Start(OracleSession& source, Positions& positions, s
     return FollowResult::Failed;
   }
   memory_ = {};
-  const SourceFile started_on{NewJobId(), identity.dbid, identity.resetlogs_change};
+  const SourceFile started_on{NewJobId(), identity.dbid, identity.resetlogs_change, reading->upto};
   if (!WriteSourceFile(context_.files, context_.catalogue.FolderOf(name_), started_on, error)) {
     return FollowResult::Failed;
   }

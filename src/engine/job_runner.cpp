@@ -6,6 +6,7 @@
 #include "engine/follow.h"
 #include "engine/job_view.h"
 #include "engine/pass.h"
+#include "engine/position_guard.h"
 
 namespace quillmere {
 namespace {
@@ -24,6 +25,22 @@ void RecordAndNotify(EngineContext& context, std::size_t index, JobState state) 
   std::string error;
   if (!WriteRecord(context, index, state, error)) context.listener.OnError(index, error);
   context.listener.OnJobChanged(index, false);
+}
+
+// Of the start before; empty when there is none.
+std::string JobIdOf(const EngineContext& context, std::size_t index) {
+  SourceFile source;
+  const JobFolder folder = context.catalogue.FolderOf(NameOf(context.jobs.At(index)));
+  return ReadSourceFile(context.files, folder, source) ? source.job_id : std::string();
+}
+
+// A job that is started anew has no pass behind it that would have to be settled.
+bool RemoveCommitPoint(const EngineContext& context, std::size_t index, std::string& error) {
+  const JobFolder folder = context.catalogue.FolderOf(NameOf(context.jobs.At(index)));
+  const std::filesystem::path path = folder.File(JobFile::CommitPoint);
+  if (!IsThere(context.files, path) || RemoveForGood(context.files, path)) return true;
+  error = "Can not remove " + PathText(path) + ". Remove it, then start the job";
+  return false;
 }
 
 }  // namespace
@@ -59,6 +76,8 @@ bool JobRunner::FindPositions(std::size_t index, Positions& positions, bool& fou
   OracleSession source(context_.oci);
   std::string error;
   FollowResult result = FollowResult::Failed;
+  PositionGuard guard(context_, index);
+  const std::string old_job_id = guard.InUse() ? JobIdOf(context_, index) : std::string();
   if (source.Connect(JobView(context_.jobs.At(index)).source)) {
     result = WayOf(context_, index, memories_[index])->Start(source, positions, error);
   } else {
@@ -66,6 +85,8 @@ bool JobRunner::FindPositions(std::size_t index, Positions& positions, bool& fou
   }
   found = result == FollowResult::Done;
   if (result == FollowResult::Later) return false;
+  if (found && guard.InUse()) found = guard.Start(old_job_id, positions.cutoff_scn, error);
+  if (found) found = RemoveCommitPoint(context_, index, error);
   if (!found) context_.listener.OnError(index, error);
   return true;
 }

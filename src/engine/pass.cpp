@@ -16,6 +16,7 @@ Pass::Pass(EngineContext& context, std::size_t index, FollowMemory& memory,
       view_(job_),
       folder_(context.catalogue.FolderOf(view_.name)),
       way_(WayOf(context, index, memory)),
+      guard_(context, index),
       record_(context.files, folder_) {}
 
 void Pass::Run() {
@@ -24,6 +25,13 @@ void Pass::Run() {
                 std::to_string(job_.run.positions.cutoff_scn));
   }
   if (job_.run.pending_batch.Empty()) {
+    // A batch that was worked off, and the program ended before the record said so.
+    if (job_.run.batch_pending != 0 && !KeepRowFinished()) return Fail();
+    job_.run.batch_pending = 0;
+    // One that is still there has nothing left to go back to, and would be taken for the next one.
+    const std::filesystem::path point = folder_.File(JobFile::CommitPoint);
+    if (IsThere(context_.files, point) && !ForgetThePoint(point)) return Fail();
+    job_.run.unsettled.reset();
     const FollowResult captured = Capture();
     if (captured == FollowResult::Later) return;
     if (captured != FollowResult::Done) return Fail();
@@ -34,7 +42,7 @@ void Pass::Run() {
   }
   switch (ApplyBatch()) {
     case Outcome::WorkedOff:
-      return Finish();
+      return KeepRowFinished() ? Finish() : Fail();
     case Outcome::Interrupted:
       return;
     case Outcome::Failed:
@@ -102,6 +110,7 @@ Pass::Outcome Pass::ApplyBatch() {
           " synchronize, Connect destination fail : " + destination.LastError());
     return Outcome::Failed;
   }
+  if (guard_.InUse() && !SettlePosition(destination)) return Outcome::Failed;
   if (!OpenCommitPoint()) return Outcome::Failed;
   Information(progress_.batch_remaining < job_.run.pending_batch.Size()
                   ? "Continue synchronize a old batch"
@@ -143,7 +152,7 @@ void Pass::TakeBackPart(OracleSession& destination) {
     Error("Going back to the savepoint on " + view_.destination.name +
           " failed : " + destination.LastError());
     destination.Abandon();
-    has_part_ = true;
+    abandoned_ = true;
     return;
   }
   Uncount(first, next);
@@ -166,8 +175,9 @@ void Pass::Uncount(std::size_t first, std::size_t end) {
     auto& count = applied ? job_.run.applied_count : job_.run.blocked_count;
     count = count - 1;
     if (verdict.table == nullptr) continue;
-    Tally& tally = tallies_.at(verdict.table);
-    --(applied ? tally.applied : tally.blocked);
+    if (const auto tally = tallies_.find(verdict.table); tally != tallies_.end()) {
+      --(applied ? tally->second.applied : tally->second.blocked);
+    }
     auto& of_table = applied ? verdict.table->totalsynced : verdict.table->RecordsBlocked;
     of_table = of_table - 1;
   }
@@ -250,27 +260,120 @@ bool Pass::OpenCommitPoint() {
   return false;
 }
 
+// What the destination commits, the record and the position row say.
+bool Pass::ReadyToCommit(OracleSession& destination) {
+  if (record_failed_) WriteRecord();
+  std::string error;
+  if (record_failed_ || !record_.Flush(error)) {
+    if (!record_failed_) Error(error);
+    return false;
+  }
+  if (!guard_.InUse() || guard_.Write(destination, progress_.batch_remaining, error)) return true;
+  Error(error);
+  return false;
+}
+
 // Ends the destination session, which commits, and at once forgets the commit point: a kill between
-// the two doubles the pass. False when it is not known to have committed.
+// the two doubles the pass, unless the job has a position row. False when it is not known to have
+// committed.
 bool Pass::CommitDestination(OracleSession& destination) {
   // Made beforehand: nothing may come between the commit and the removal, or fail there.
   const std::filesystem::path path = folder_.File(JobFile::CommitPoint);
   std::string error;
-  if (!record_failed_ && !record_.Flush(error)) Error(error);
-  if (has_part_ || !destination.EndSession()) {
-    if (!has_part_) {
-      Error("The end of the session on " + view_.destination.name + " failed : " +
-            destination.LastError() + ". The statements of this pass count as not applied");
+  bool taken = !abandoned_;
+  if (taken && !ReadyToCommit(destination)) {
+    taken = false;
+    if (!destination.Execute(follow::kRollback)) destination.Abandon();
+  } else if (taken && !destination.EndSession()) {
+    if (guard_.InUse()) {
+      LeaveUnsettled(destination.LastError());
+      return false;
     }
+    taken = false;
+    Error("The end of the session on " + view_.destination.name + " failed : " +
+          destination.LastError() + ". The statements of this pass count as not applied");
+  }
+  if (!taken) {
     ReturnToCommitPoint();
     // A record on disk that says more than the server took must not outlive the commit point.
     if (record_failed_ || !record_.Flush(error)) return false;
   }
-  if (!RemoveForGood(context_.files, path)) {
-    Error("Can not remove " + PathText(path) +
-          ". Remove it before the program is started again, or this pass is applied twice");
-  }
+  ForgetThePoint(path);
   return destination_committed_;
+}
+
+// Tried again before the next capture.
+bool Pass::ForgetThePoint(const std::filesystem::path& path) {
+  bool harmless = false;
+  if (ForgetCommitPoint(context_.files, folder_, Record(), harmless)) return true;
+  Error("Can not remove " + PathText(path) +
+        (harmless ? ". It does no harm, but nothing more is captured until it is gone"
+                  : ". Remove it before the program is started again, or this pass is applied "
+                    "twice"));
+  return false;
+}
+
+// The answer was lost: both files stay, and the next pass asks the row.
+void Pass::LeaveUnsettled(const std::string& reason) {
+  job_.run.unsettled = {commit_point_, true};
+  Error("The end of the session on " + view_.destination.name + " failed : " + reason +
+        ". Whether it took the statements of this pass is found out by the next one");
+}
+
+bool Pass::SettlePosition(OracleSession& destination) {
+  std::string error;
+  switch (guard_.Lock(destination, progress_.batch_remaining, error)) {
+    case PositionGuard::Found::AsRecorded:
+      return true;
+    case PositionGuard::Found::NotTaken:
+      ReturnTo(job_.run.unsettled->commit_point, job_.run.unsettled->tables_counted);
+      break;
+    case PositionGuard::Found::Taken:
+      TakeAsApplied(job_.run.unsettled->commit_point, guard_.Remaining());
+      break;
+    case PositionGuard::Found::Held:
+      context_.jobs.Hold(index_, error);
+      context_.jobs.ReplaceState(index_, JobState::Started, JobState::Pausing);
+      [[fallthrough]];
+    case PositionGuard::Found::Failed:
+      Error(error);
+      return false;
+  }
+  context_.jobs.SetProgress(index_, progress_);
+  WriteRecord();
+  if (record_failed_ || !record_.Flush(error)) return false;
+  job_.run.unsettled.reset();
+  context_.listener.OnJobChanged(index_, false);
+  return true;
+}
+
+void Pass::ReturnTo(const RunRecord& commit_point, bool tables_counted) {
+  const std::size_t size = job_.run.pending_batch.Size();
+  if (tables_counted) {
+    Uncount(size - commit_point.batch_remaining, size - progress_.batch_remaining);
+  }
+  progress_ = {commit_point.batch_applied, commit_point.batch_remaining};
+  job_.run.applied_count = commit_point.applied_count;
+  job_.run.blocked_count = commit_point.blocked_count;
+  Information("The destination did not take the last pass of " + view_.name +
+              ": it is applied again");
+}
+
+// The record may not have come as far as the destination did.
+void Pass::TakeAsApplied(const RunRecord& commit_point, std::uint32_t remaining) {
+  Information("The destination took the last pass of " + view_.name + ": it goes on behind it");
+  if (remaining == progress_.batch_remaining) return;
+  const std::size_t size = job_.run.pending_batch.Size();
+  progress_ = {commit_point.batch_applied, remaining};
+  job_.run.applied_count = commit_point.applied_count;
+  job_.run.blocked_count = commit_point.blocked_count;
+  for (std::size_t i = size - commit_point.batch_remaining; i < size - remaining; ++i) {
+    const PendingBatch::Entry entry = job_.run.pending_batch[i];
+    const bool applied = entry.kind == PendingBatch::Kind::Statement &&
+                         Decide(job_, ParseStatement(entry.text)).decision == Decision::Accepted;
+    (applied ? job_.run.applied_count : job_.run.blocked_count).Increment();
+    if (applied) ++progress_.batch_applied;
+  }
 }
 
 void Pass::ReturnToCommitPoint() {
@@ -285,6 +388,13 @@ void Pass::ReturnToCommitPoint() {
   context_.jobs.SetProgress(index_, progress_);
   WriteRecord();
   context_.listener.OnJobChanged(index_, false);
+}
+
+bool Pass::KeepRowFinished() {
+  std::string error;
+  if (!guard_.InUse() || guard_.KeepFinished(error)) return true;
+  Error(error);
+  return false;
 }
 
 void Pass::Finish() {

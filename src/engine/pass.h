@@ -11,6 +11,7 @@
 #include "engine/engine_context.h"
 #include "engine/follow.h"
 #include "engine/job_view.h"
+#include "engine/position_guard.h"
 #include "engine/rewriter.h"
 #include "engine/whole_transactions.h"
 #include "jobs/run_state_files.h"
@@ -39,6 +40,11 @@ class Pass {
   FollowResult CaptureFromSource(std::string& error);
   bool RecordCapture();
   Outcome ApplyBatch();
+  // The position row says what the record says, after what was not settled is. False: it does not,
+  // or can not be asked.
+  bool SettlePosition(OracleSession& destination);
+  void ReturnTo(const RunRecord& commit_point, bool tables_counted);
+  void TakeAsApplied(const RunRecord& commit_point, std::uint32_t remaining);
   Outcome ApplyStatements(OracleSession& destination);
   // Executes or blocks one entry. False when it failed: it stays the next one to try.
   bool ApplyOne(OracleSession& destination, const PendingBatch::Entry& entry);
@@ -52,7 +58,11 @@ class Pass {
   void TakeBackPart(OracleSession& destination);
   void Uncount(std::size_t first, std::size_t end);
   bool CommitDestination(OracleSession& destination);
+  bool ReadyToCommit(OracleSession& destination);
+  bool ForgetThePoint(const std::filesystem::path& path);
+  void LeaveUnsettled(const std::string& reason);
   void ReturnToCommitPoint();
+  bool KeepRowFinished();
   void Finish();
   void Fail();
 
@@ -70,10 +80,11 @@ class Pass {
   const JobView view_;
   const JobFolder folder_;
   const std::unique_ptr<FollowWay> way_;
+  PositionGuard guard_;
   RunRecordWriter record_;
   bool record_failed_ = false;         // told once a pass
   bool destination_committed_ = true;  // as far as is known
-  bool has_part_ = false;  // of a transaction, which can not be taken back but with all the rest
+  bool abandoned_ = false;             // the destination, with all of this pass
   JobList::Progress progress_;
   RunRecord commit_point_;
   std::int32_t baseline_ = 0;

@@ -5,6 +5,7 @@
 
 #include "foundation/text.h"
 #include "oracle/H_oracle.h"
+#include "oracle/position_row.h"
 
 namespace quillmere {
 namespace {
@@ -72,6 +73,8 @@ ParsedStatement ParseStatement(std::string_view statement) {
 Verdict Decide(SyncJob& job, const ParsedStatement& parsed) {
   Verdict verdict;
   if (parsed.owner.empty() || parsed.table.empty() || IsSystemOwner(parsed.owner)) return verdict;
+  // Another program's, when the source is somebody's destination.
+  if (parsed.table == kPositionTable) return verdict;
   const MutexLock lock(job.config_mutex);
   const auto schema = job.config.schemas.find(parsed.owner);
   if (schema == job.config.schemas.end()) return verdict;

@@ -51,6 +51,7 @@ void AppendJobElement(XmlNode& root, const JobConfig& job) {
   node.AddChild("des_database_name", job.des_database_name);
   node.AddChild("has_runned", BoolText(job.has_runned));
   if (job.follow == Follow::Commits) node.AddChild("follow", kCommits);
+  if (!job.position_owner.empty()) node.AddChild("position_owner", job.position_owner);
 }
 
 void ReadJobElement(const XmlNode& node, JobConfig& job) {
@@ -63,6 +64,7 @@ void ReadJobElement(const XmlNode& node, JobConfig& job) {
   job.des_database_name = fields.Text("des_database_name");
   job.has_runned = fields.Text("has_runned") == "true";
   job.follow = fields.Text("follow") == kCommits ? Follow::Commits : Follow::Rows;
+  job.position_owner = fields.Text("position_owner");
 }
 
 void WriteSchemas(XmlWriter& writer, const SchemaMap& schemas) {

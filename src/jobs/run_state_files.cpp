@@ -35,6 +35,7 @@ void TakeRecord(SyncJob& job, const RunRecord& record) {
   job.run.batch_pending = record.batch_pending;
   job.run.positions = {record.mining_start_scn, record.cutoff_scn};
   job.run.next_positions.reset();
+  job.run.unsettled.reset();
 }
 
 // A commit point that is still there: the program ended before the destination's commit was known,
@@ -63,6 +64,19 @@ void SettleCommitPoint(FileSystem& files, const JobFolder& folder, RunRecord& re
   if (!RemoveForGood(files, path)) {
     problem = "Can not remove " + PathText(path) +
               ". Remove it before the job runs, or its last pass is applied again";
+  }
+}
+
+// Of a job with a position row: the row will tell, so both files stay as they are.
+void KeepUnsettled(FileSystem& files, const JobFolder& folder, SyncJob& job, std::string& held) {
+  RunRecord commit_point;
+  const FileStatus read = ReadRunRecord(files, folder.File(JobFile::CommitPoint), commit_point);
+  if (read) {
+    job.run.unsettled = {commit_point};
+  } else if (!read.Missing()) {
+    held = read.reason +
+           ". It says where the last pass began: bring it back and start the program "
+           "again, or compare the tables, stop the job and start it anew";
   }
 }
 
@@ -225,6 +239,19 @@ bool WriteCommitPoint(FileSystem& files, const JobFolder& folder, const RunRecor
   return false;
 }
 
+bool ForgetCommitPoint(FileSystem& files, const JobFolder& folder, const RunRecord& finished,
+                       bool& harmless) {
+  const std::filesystem::path path = folder.File(JobFile::CommitPoint);
+  harmless = true;
+  if (RemoveForGood(files, path)) return true;
+  std::unique_ptr<OpenFile> file;
+  if (!files.Open(path, OpenMode::InPlace, FileSystem::kUsualMode, file) ||
+      !file->Write(0, BytesOf(finished)) || !file->Flush()) {
+    harmless = false;
+  }
+  return false;
+}
+
 bool WriteBatchFile(FileSystem& files, const JobFolder& folder, const PendingBatch& batch,
                     std::string& error) {
   constexpr std::size_t kPieceBytes = std::size_t{1} << 18;
@@ -269,17 +296,24 @@ RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& fo
   RestoredRun restored;
   RunRecord record;
   static_cast<void>(ReadRunRecord(files, folder.File(JobFile::Record), record));
-  if (mode == RestoreMode::Resume) SettleCommitPoint(files, folder, record, restored.problem);
+  const bool has_row = !PositionOwnerOf(job).empty();
+  if (mode == RestoreMode::Resume && !has_row) {
+    SettleCommitPoint(files, folder, record, restored.problem);
+  }
   TakeRecord(job, record);
   restored.progress = {record.batch_applied, record.batch_remaining};
   restored.state = KnownState(record.state);
   if (mode == RestoreMode::LookOnly) return restored;
   if (restored.state == JobState::Started) restored.state = JobState::Paused;
-  if (record.batch_pending == 0) return restored;
+  if (has_row) KeepUnsettled(files, folder, job, restored.held);
+  // What is left of the batch at least.
+  const RunRecord& sure = job.run.unsettled ? job.run.unsettled->commit_point : record;
+  if (sure.batch_pending == 0 || !restored.held.empty()) return restored;
   if (FollowOf(job) == Follow::Commits) {
-    ReadPendingTransactions(files, job, folder, record, restored.held);
+    ReadPendingTransactions(files, job, folder, sure, restored.held);
   } else {
-    ReadPendingBatch(files, job, folder, restored.progress, restored.problem);
+    ReadPendingBatch(files, job, folder, {sure.batch_applied, sure.batch_remaining},
+                     restored.problem);
   }
   return restored;
 }

@@ -45,6 +45,12 @@ FileStatus ReadRunRecord(FileSystem& files, const std::filesystem::path& path, R
 bool WriteCommitPoint(FileSystem& files, const JobFolder& folder, const RunRecord& record,
                       std::string& error);
 
+// Removes the commit point, which may be missing already, for good. When that fails it is
+// overwritten with the record of the finished pass instead, so that it does no harm. False: it is
+// still there; harmless tells whether it was overwritten.
+bool ForgetCommitPoint(FileSystem& files, const JobFolder& folder, const RunRecord& finished,
+                       bool& harmless);
+
 // Replaces sqlcmds.txt by the batch, a statement a line; one that was set aside is an empty line.
 // Before whole transactions there are lines of their own (batch_lines.h).
 // Readable by its owner alone.

@@ -4,6 +4,7 @@
 #include <array>
 #include <random>
 
+#include "foundation/text.h"
 #include "foundation/xml_document.h"
 
 namespace quillmere {
@@ -23,10 +24,11 @@ bool WriteSourceFile(FileSystem& files, const JobFolder& folder, const SourceFil
                      std::string& error) {
   XmlDocument document;
   XmlNode& node = document.Root().AddChild("source");
-  node.AddChild("follow", "commits");
+  node.AddChild("follow", source.dbid.empty() ? "rows" : "commits");
   node.AddChild("job_id", source.job_id);
   node.AddChild("dbid", source.dbid);
   node.AddChild("resetlogs_change", source.resetlogs_change);
+  node.AddChild("row_cutoff", std::to_string(source.row_cutoff));
   return MakeFolders(files, folder.Path(), error) &&
          ReplaceTextFile(files, folder.File(JobFile::Source), document.Text(), FileAccess::Everyone,
                          error);
@@ -44,7 +46,9 @@ FileStatus ReadSourceFile(FileSystem& files, const JobFolder& folder, SourceFile
     read = {std::string(node->ChildValue("job_id")), std::string(node->ChildValue("dbid")),
             std::string(node->ChildValue("resetlogs_change"))};
   }
-  if (read.job_id.empty() || read.dbid.empty() || read.resetlogs_change.empty()) {
+  const bool whole =
+      node != nullptr && ParseNumber(node->ChildValue("row_cutoff"), read.row_cutoff);
+  if (!whole || read.job_id.empty() || read.dbid.empty() != read.resetlogs_change.empty()) {
     return {FileCode::Damaged, PathText(path) + " is damaged"};
   }
   source = std::move(read);

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// source.dat: which database a job that follows commits was started on. docs/file-formats.md has
-// its layout.
+// source.dat: which database a job was started on, and what its position row says. Of jobs that
+// follow commits or have such a row. docs/file-formats.md has its layout.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "jobs/job_folder.h"
@@ -10,8 +11,9 @@
 namespace quillmere {
 
 struct SourceFile {
-  std::string job_id;  // random, another one at each start
-  std::string dbid, resetlogs_change;
+  std::string job_id;                  // random, another one at each start
+  std::string dbid, resetlogs_change;  // empty when it follows rows
+  std::int64_t row_cutoff = 0;         // of the batch that was worked off last
 };
 
 // 32 random hexadecimal digits.

@@ -45,6 +45,11 @@ Follow FollowOf(const SyncJob& job) {
   return job.config.follow;
 }
 
+std::string PositionOwnerOf(const SyncJob& job) {
+  const MutexLock lock(job.config_mutex);
+  return job.config.position_owner;
+}
+
 bool TablesFetched(const SyncJob& job) {
   const MutexLock lock(job.config_mutex);
   return job.config.table_list_fetched;

@@ -128,6 +128,7 @@ struct JobConfig {
   bool has_runned = false;         // a start has succeeded
   bool save_mark = false;
   Follow follow = Follow::Rows;
+  std::string position_owner;  // whose table on the destination has the job's row; empty: none
   std::string src_database_name;
   std::string des_database_name;
   LogOn source, destination;  // of the data sources named above, see ResolveLogOns; not persisted
@@ -154,6 +155,13 @@ struct JobRun {
   Positions positions;
   std::optional<Positions> next_positions;  // where the batch at hand leads; not persisted
   PendingBatch pending_batch;
+  // The commit point of a pass of which nobody knows whether the destination took it: the position
+  // row will tell. Until then what is above may be too far.
+  struct Unsettled {
+    RunRecord commit_point;
+    bool tables_counted = false;  // the tables' counters have that pass in them
+  };
+  std::optional<Unsettled> unsettled;
   LocalTime next_due;  // not set: due at once
 };
 
@@ -173,8 +181,9 @@ struct SyncJob {
 // Its name as it stands, copied under its lock.
 std::string NameOf(const SyncJob& job);
 
-// How it follows its source, read under its lock.
+// How it follows its source, and who owns the table of its position row; read under its lock.
 Follow FollowOf(const SyncJob& job);
+std::string PositionOwnerOf(const SyncJob& job);
 
 // Gives the table the mark "compare". False when it bears it, or the job has no such table. Any
 // thread; the job's file gets it with the next save.

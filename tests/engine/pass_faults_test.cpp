@@ -137,6 +137,7 @@ class World {
   }
 
   void OnExecuted(const std::string& sql) {
+    if (sql == "rollback") open_.clear();
     if (sql.starts_with("INSERT") || sql.starts_with("DELETE")) open_.push_back(sql);
     // A pause with the last statement of a batch, and one before.
     if (sql == InsertOf("2") || sql.find("13'") != sql.npos) {

@@ -137,6 +137,7 @@ void DestinationModel::GoBack(const State& state) {
 }
 
 void DestinationModel::Commit() {
+  if (dying_until_ != 0) return;  // what is open is the dead session's
   committed_.insert(committed_.end(), open_.begin(), open_.end());
   if (!open_.empty()) commits_.push_back(committed_.size());
   open_.clear();

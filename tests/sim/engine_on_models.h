@@ -24,6 +24,7 @@ struct Life final : RunnerListener {
     own.name = config.name;
     own.sync_interval = config.sync_interval;
     own.follow = config.follow;
+    own.position_owner = config.position_owner;
     own.source = config.source;
     own.destination = config.destination;
     own.table_list_fetched = true;
