@@ -97,6 +97,14 @@ void AddProperties(CLI::App& app, job::Arguments& arguments, bool required) {
       ->check(CLI::IsMember({"rows", "commits"}));
 }
 
+void AddPositionTable(CLI::App& app, job::Arguments& arguments) {
+  CLI::Option* use =
+      app.add_option("--position-table", arguments.position_owner,
+                     "owner on the destination that gets a table with the job's position row");
+  app.add_flag("--no-position-table", arguments.no_position_table, "without a position row")
+      ->excludes(use);
+}
+
 void AddTables(CLI::App& app, job::Arguments& arguments) {
   CLI::Option* tables = app.add_option("TABLE", arguments.tables, "tables of that owner");
   CLI::Option* all = app.add_flag("--all", arguments.all, "all tables of that owner");
@@ -119,6 +127,7 @@ void AddJobCommands(CLI::App& app, Parsed& parsed) {
   CLI::App& edit = add("edit", "Change a stopped or paused job", job::Edit);
   edit.add_option("--name", arguments.new_name, "new name");
   AddProperties(edit, arguments, false);
+  AddPositionTable(edit, arguments);
   Add(group, "list", "List the jobs", parsed, arguments, job::List)
       .add_flag("--json", arguments.json, "as JSON");
   add("show", "Show a job with its tables", job::Show)

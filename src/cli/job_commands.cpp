@@ -5,6 +5,7 @@
 #include "engine/job_runner.h"
 #include "workspace/job_operations.h"
 #include "workspace/job_tables.h"
+#include "workspace/position_table.h"
 
 namespace quillmere::cli::job {
 namespace {
@@ -112,7 +113,12 @@ int Edit(const CommandLine& line, const Arguments& arguments) {
   const std::string name = NameOf(open.Job());
   const std::string done = "Job " + name + " changed";
   if (!edited.text.empty()) return FailWithoutTables(name, done + ". " + edited.text);
-  return Print(done + "\n");
+  const bool use_row = !arguments.position_owner.empty();
+  if (!use_row && !arguments.no_position_table) return Print(done + "\n");
+  const Outcome row = use_row
+                          ? UsePositionTable(*open.workspace, open.index, arguments.position_owner)
+                          : LeavePositionTable(*open.workspace, open.index);
+  return row ? Print(row.text + "\n") : Fail(row.text);
 }
 
 int List(const CommandLine& line, const Arguments& arguments) {

@@ -5,6 +5,7 @@
 
 #include "cli/json_text.h"
 #include "cli/text_table.h"
+#include "oracle/position_row.h"
 #include "workspace/job_operations.h"
 
 namespace quillmere::cli {
@@ -62,6 +63,7 @@ Json JobObject(const JobConfig& job, const JobRun& run, JobState state,
           {"tables_included", tables.included},
           {"tables_to_compare", tables.to_compare},
           {"follow", FollowName(job.follow)},
+          {"position_owner", job.position_owner},
           {"held", held}};
 }
 
@@ -134,7 +136,11 @@ std::string JobText(const Workspace& workspace, std::size_t index) {
       {"Blocked", counters[3]},
       {"Tables", Summary(config)},
       {"Follows", std::string(FollowName(config.follow)) + ": " +
-                      std::string(WhatFollowingMeans(config.follow))}};
+                      std::string(WhatFollowingMeans(config.follow))},
+      {"Position row", config.position_owner.empty()
+                           ? "none: a pass can be applied again after a death in the one moment "
+                             "between the destination's commit and ours"
+                           : "in " + config.position_owner + "." + std::string(kPositionTable)}};
   if (!held.empty()) head.push_back({"Held", held});
   std::string text = TextTable(head);
   std::vector<std::vector<std::string>> rows = {{"Table Name", "Source Owner", "Remote Owner",

@@ -37,8 +37,9 @@ PositionGuard::Found PositionGuard::Lock(OracleSession& destination, std::uint32
   constexpr std::string_view kWhatToDo =
       ". Compare the tables, then stop the job and start it anew";
   if (!ReadSource(error)) {
-    error += ". Without it the position row can not be found: bring the file back, or stop the job "
-             "and start it anew";
+    error +=
+        ". Without it the position row can not be found: bring the file back, or stop the job "
+        "and start it anew";
     return Found::Held;
   }
   std::optional<PositionRow::Value> value;

@@ -19,9 +19,9 @@ bool PositionRow::MakeTable(bool& made) {
 }
 
 bool PositionRow::Insert(const Value& value) {
-  return session_.Execute(
-      follow::FillIn(follow::kInsertPosition, {owner_, job_id_, std::to_string(value.cutoff_scn),
-                                               std::to_string(value.batch_remaining)}));
+  return session_.Execute(follow::FillIn(
+      follow::kInsertPosition,
+      {owner_, job_id_, std::to_string(value.cutoff_scn), std::to_string(value.batch_remaining)}));
 }
 
 bool PositionRow::Lock(std::optional<Value>& value) {
@@ -43,9 +43,9 @@ bool PositionRow::Lock(std::optional<Value>& value) {
 }
 
 bool PositionRow::Update(const Value& value) {
-  return session_.Execute(
-      follow::FillIn(follow::kUpdatePosition, {owner_, std::to_string(value.cutoff_scn),
-                                               std::to_string(value.batch_remaining), job_id_}));
+  return session_.Execute(follow::FillIn(
+      follow::kUpdatePosition,
+      {owner_, std::to_string(value.cutoff_scn), std::to_string(value.batch_remaining), job_id_}));
 }
 
 bool PositionRow::Delete() {

@@ -396,6 +396,11 @@ class Replication(Site):
 
     def test_by_commits_a_transaction_is_taken_back_whole_and_a_lost_batch_holds_the_job(self):
         self.cli("job", "edit", "J", "--follow", "commits", "--interval", 0)
+        self.cli("job", "edit", "J", "--position-table", "GHOST", status=1, text="could not be made")
+        self.sandbox("sql", "B", given="create user OPS identified by x;\n")
+        self.cli("job", "edit", "J", "--position-table", "OPS", text="could be written, locked")
+        self.cli("job", "edit", "J", "--no-position-table", text="no position row any more")
+        self.cli("job", "edit", "J", "--position-table", "OPS", text="is there on B")
         run = Running(self, "--start", "J", QUILLMERE_SANDBOX_LATENCY_US="4000")
         run.wait_for("Nothing synchronized")
         self.cli("job", "edit", "J", "--follow", "rows", status=1)
