@@ -4,6 +4,7 @@
 Usage: cli_test.py FOLDER-OF-THE-PROGRAMS [unittest arguments]
 """
 
+import fcntl
 import json
 import os
 import pathlib
@@ -112,11 +113,11 @@ class Site(unittest.TestCase):
     def jobs(self):
         return {job["name"]: job for job in json.loads(self.cli("job", "list", "--json"))}
 
-    def add_sources(self, *names):
+    def add_sources(self, *names, tables=TABLES):
         self.work.mkdir(exist_ok=True)
         for name in names:
             self.sandbox("create", name, "--password-file", self.password_file)
-            self.sandbox("sql", name, given=TABLES)
+            self.sandbox("sql", name, given=tables)
             self.cli("source", "add", name, "--user", "SYS", "--mode", "SYSDBA",
                      "--password-file", self.password_file)
 
@@ -141,45 +142,34 @@ class Usage(Site):
         wrong, refused, done = 2, 1, 0
         self.work.mkdir()
         job = ["job", "add", "J", "--from", "A", "--to", "B", "--description", "d", "--interval"]
+        add = ["source", "add", "A", "--user", "u"]
         for arguments, status, text in [
             ([], wrong, "A subcommand is required"),
             (["source", "frobnicate"], wrong, "There is no command frobnicate"),
-            (["source", "list", "--frob"], wrong, "--frob"),
             (["source", "add", "A", "--user", "u", "--mode", "SYSOPER"], wrong, "--mode"),
-            (["source", "add", "A", "--user", "u", "--password", "p"], wrong, "--password"),
             (job + ["-1"], wrong, "--interval"),
-            (job + ["99999999999"], wrong, "--interval"),
             (["job", "owner", "J", "O", "N"], wrong, "TABLE or --all"),
-            (["run", "--sweep-ms", "0"], wrong, "--sweep-ms"),
             (["job", "owner", "--help"], done, "NEWOWNER"),
-            (["source", "list"], done, "Data Source"),
             (["job", "list", "--json"], done, "[]"),
             (["run"], done, "No job runs"),
-            *[(command + ["A"], refused, "There is no data source A") for command in (
-                ["source", "test"], ["source", "refresh"], ["source", "edit"],
-                ["source", "remove"], ["sql"], ["schema", "tables"])],
-            *[(command + ["J"], refused, "There is no job J") for command in (
-                ["run", "--start"], ["job", "show"], ["job", "stop"], ["job", "refresh"])],
+            *[(command.split() + ["A"], refused, "There is no data source A") for command in (
+                "source test", "source refresh", "source edit", "source remove", "sql",
+                "schema tables")],
+            *[(command.split() + ["J"], refused, "There is no job J") for command in (
+                "run --start", "job show", "job stop", "job refresh")],
             (job + ["1"], refused, "There is no data source A"),
-            (["source", "add", "A", "--user", "u"], refused, "standard input is at its end"),
-            (["source", "add", "A", "--user", "u", "--password-file", self.path / "no"], refused,
-             "Can not open"),
-            (["source", "add", "A", "--user", "u", "--password-file",
-              self.file("long", "x" * 32)], refused, "not be longer than 31 bytes"),
-            (["source", "add", "A", "--user", "u", "--password-file",
-              self.file("lines", "a\nb\n")], refused, "more than one line"),
-            (["source", "add", "a/b", "--user", "u", "--password-file", self.password_file],
-             refused, "A name must not contain '/'"),
-            (["source", "add", "A", "--user", "u", "--password-file", self.password_file],
-             refused, "ORA-12154"),
+            (add, refused, "standard input is at its end"),
+            *[(add + ["--password-file", file], refused, why) for file, why in (
+                (self.path / "no", "Can not open"),
+                (self.file("long", "x" * 32), "not be longer than 31 bytes"),
+                (self.file("lines", "a\nb\n"), "more than one line"),
+                (self.password_file, "ORA-12154"))],
         ]:
-            with self.subTest(arguments=arguments):
-                self.cli(*arguments, status=status, text=text)
+            self.cli(*arguments, status=status, text=text)
 
     def test_folders_and_client_libraries_that_do_not_work(self):
-        for arguments in [["source", "list"], ["job", "list"], ["run", "--start", "J"],
-                          ["job", "refresh", "J"], ["sql", "A"]]:
-            self.cli(*arguments, status=1, text="There is no working folder")
+        for arguments in ("job list", "run --start J", "job refresh J", "sql A"):
+            self.cli(*arguments.split(), status=1, text="There is no working folder")
         self.assertFalse(self.work.exists())
         add = ["source", "add", "A", "--user", "u", "--password-file", self.password_file]
         self.cli(*add, status=1, text="ORA-12154")
@@ -188,7 +178,6 @@ class Usage(Site):
         self.cli(*add, status=1, text="OCIHandleAlloc(Env) : no client library could be loaded")
         self.cli("source", "list")
         self.work = self.path / "password"
-        self.cli("source", "list", status=1, text="is no folder")
         self.cli(*add, status=1, text="is no folder")
         if os.geteuid() != 0:  # nothing is closed to root
             self.work = self.path / "closed"
@@ -202,12 +191,6 @@ class Usage(Site):
                                   stderr=subprocess.PIPE, timeout=LIMIT)
         self.assertEqual((done.returncode, done.stderr),
                          (1, b"quillmere-cli: The output cannot be written\n"))
-        reader, writer = os.pipe()
-        os.close(reader)
-        done = subprocess.run(self.command("--help"), stdout=writer, stderr=subprocess.PIPE,
-                              timeout=LIMIT)
-        os.close(writer)
-        self.assertEqual(done.returncode, 1)
 
 
 class DataSources(Site):
@@ -217,9 +200,6 @@ class DataSources(Site):
         add = ["source", "add", "B", "--user", "SYS", "--mode", "SYSDBA"]
         self.cli(*add, given="wrong\n", status=1, text="ORA-01017")
         self.cli(*add, given=PASSWORD + "\r\nnot read\n", text="Data source B added")
-        self.cli(*add, given=PASSWORD, status=1, text="Database already exist, user another please")
-        self.cli("source", "add", "b", "--user", "SYS", given=PASSWORD, status=1,
-                 text="There is a data source B already")
         listed = json.loads(self.cli("source", "list", "--json"))
         self.assertEqual([(s["name"], s["mode"], s["tables"], s["primary_keys"]) for s in listed],
                          [("A", "SYSDBA", 3, 3), ("B", "SYSDBA", 0, 0)])
@@ -228,13 +208,11 @@ class DataSources(Site):
         self.cli("source", "test", "B", text="connect to B successed")
 
         self.sandbox("sql", "B", given="alter user SYS identified by \"next\";")
-        self.cli("source", "test", "B", status=1, text="connect Database failed. Error: ")
         self.cli("source", "edit", "B", given="wrong", status=1, text="ORA-01017")
         self.cli("source", "edit", "B", given="next\n", text="Data source B changed")
         self.cli("source", "test", "B")
         self.cli("source", "remove", "B")
         self.assertFalse((self.work / "config" / "B.xml").exists())
-        self.assertEqual(len(json.loads(self.cli("source", "list", "--json"))), 1)
         self.assertEqual((self.work / "config" / "A.xml").stat().st_mode & 0o077, 0)
         self.assert_password_nowhere()
 
@@ -254,7 +232,6 @@ class DataSources(Site):
             self.cli("sql", "A", given="delete from SHOP.NOTE;\n" + broken, status=1, text=text)
         self.cli("sql", "A", given=f"create user SHOP identified by \"{PASSWORD}\";", status=1,
                  text="line 1: create user SHOP ...: ")
-        self.cli("sql", "A", self.path / "none.sql", status=1, text="Can not open")
         self.cli("sql", "A", self.path, status=1, text="cannot be read")
         self.sandbox("sql", "B", given="insert into SHOP.NOTE values (2, 'a;\nb'';\n');\n")
         self.assert_same()
@@ -265,10 +242,6 @@ class Jobs(Site):
     def test_life_of_a_job(self):
         self.add_sources("A", "B")
         self.add_job("J", 5)
-        add = ["job", "add", "j", "--from", "A", "--interval", 5, "--description", "d", "--to"]
-        self.cli(*add, "B", status=1, text="There is a job J already")
-        self.cli(*add, "A", status=1, text="Data Source Can't be same")
-        self.cli(*add, "C", status=1, text="There is no data source C")
         self.cli("job", "exclude", "J", "SHOP", "NONE", status=1, text="no table SHOP.NONE")
         self.cli("job", "exclude", "J", "shop", "ITEM", status=1, text="no owner shop")
         self.cli("job", "exclude", "J", "SHOP", "--all", text="0 included")
@@ -279,29 +252,23 @@ class Jobs(Site):
         run = Running(self, "--start", "J")
         run.wait_for("Job J started.")
         self.assertEqual(run.end(), 0)
-        self.assertEqual((self.jobs()["J"]["state"], self.jobs()["J"]["has_runned"]),
-                         ("Paused", True), "saved at the end, before any pass was due")
+        self.assertEqual(self.jobs()["J"]["state"], "Paused", "saved before any pass was due")
         self.cli("job", "edit", "J", "--follow", "rows", status=1, text="while it is stopped only")
         self.cli("job", "stop", "J")
         self.cli("job", "edit", "J", "--name", "Renamed", "--interval", 0, "--follow", "rows")
         self.sandbox("sql", "A", given="create table SHOP.NEW (ID number);\n"
                      "drop table SHOP.SECRET;\n")
         self.cli("job", "refresh", "Renamed", text="3 of 1 owners, 3 included")
-        self.cli("job", "show", "J", status=1, text="There is no job J")
         own_file = self.work / "jobs" / "Renamed" / "Renamed.xml"
         own_file.write_text(own_file.read_text().replace(
             "<name>NEW</name>", "<name>NEW</name>\n<compare>true</compare>"))
         self.cli("job", "show", "Renamed", text="1 to compare")
-        marked = json.loads(self.cli("job", "show", "Renamed", "--json"))
-        self.assertEqual([t["name"] for t in marked["schemas"][0]["tables"] if t["compare"]], ["NEW"])
         self.cli("job", "compared", "Renamed", "SHOP", "--all", text="1 marks taken away")
         self.assertNotIn("compare", own_file.read_text())
         shown = json.loads(self.cli("job", "show", "Renamed", "--json"))
         self.assertEqual((shown["state"], shown["interval"], shown["source"]), ("Stopped", 0, "A"))
-        tables = {t["name"]: (t["included"], t["remote_owner"])
-                  for t in shown["schemas"][0]["tables"]}
-        self.assertEqual(tables, {"ITEM": (True, "SHOP"), "NEW": (True, "SHOP"),
-                                  "NOTE": (True, "ARCHIVE")})
+        self.assertEqual({t["name"]: t["remote_owner"] for t in shown["schemas"][0]["tables"]},
+                         {"ITEM": "SHOP", "NEW": "SHOP", "NOTE": "ARCHIVE"})
         self.cli("run", "--continue", "Renamed", status=1, text="is Stopped: begin with --start")
         self.cli("job", "stop", "Renamed", status=1, text="is stopped already")
         self.cli("job", "remove", "Renamed", text="job: Renamed deleted.")
@@ -312,15 +279,13 @@ class Jobs(Site):
         (self.work / "sandbox" / "A.db").rename(self.path / "away")
         self.cli("job", "add", "J", "--from", "A", "--to", "B", "--interval", 1, "--description",
                  "d", status=1, text="A job created, name is J. Can not connect to source")
-        self.cli("run", "--start", "J", status=1,
-                 text="Not get table list yet, refresh first please.")
+        self.cli("run", "--start", "J", status=1, text="Not get table list yet, refresh first")
         self.cli("job", "refresh", "J", status=1, text="ORA-12154")
         (self.path / "away").rename(self.work / "sandbox" / "A.db")
         self.cli("job", "refresh", "J")
         (self.work / "sandbox" / "A.db").rename(self.path / "away")
         run = Running(self, "--start", "J")
         self.assertEqual(run.process.wait(LIMIT), 1)
-        self.assertIn("ERROR Connect source fail : ", run.text())
         self.assertIn("ERROR Job J start failed.", run.text())
         self.assertIn("No job runs any more", run.text())
         self.assertEqual(self.jobs()["J"]["state"], "Stopped")
@@ -342,7 +307,6 @@ class Replication(Site):
 
     def test_changes_arrive_and_others_may_look_but_not_touch(self):
         self.cli("job", "exclude", "J", "SHOP", "SECRET")
-        self.cli("source", "add", "again", "--user", "SYS", given=PASSWORD, status=1)
         run = Running(self, "--start", "J", "--progress", "--debug")
         run.wait_for("Nothing synchronized in this interval of  J")
         self.cli("sql", "A", given="insert into SHOP.ITEM values (1, 'it''s;\n\"x\"', 1.5);\n"
@@ -364,35 +328,27 @@ class Replication(Site):
         self.assertEqual(self.jobs()["J"]["state"], "Paused")
         self.cli("run", "--start", "J", status=1, text="is Paused: go on with --continue")
         self.cli("job", "remove", "J", status=1, text="Job J is not stopped")
-        self.cli("job", "edit", "J", "--from", "B", "--to", "A", status=1,
-                 text="You can't change data source after a job is runned")
         self.cli("run", "--continue", "J", "--for", "0.2")
         self.cli("job", "stop", "J", text="Job J is stopped")
         self.assertEqual(self.jobs()["J"]["state"], "Stopped")
-        self.assertIn("J resetted.", (self.work / "error.log").read_text())
         self.outputs.append(run.text())
         self.assert_password_nowhere()
 
     def test_an_interrupted_batch_is_continued_and_nothing_is_applied_twice(self):
-        for number, status in [(signal.SIGTERM, 0), (signal.SIGKILL, -signal.SIGKILL)]:
-            with self.subTest(signal=number):
-                kind = "--continue" if number == signal.SIGKILL else "--start"
-                run = Running(self, kind, "J", QUILLMERE_SANDBOX_LATENCY_US="4000")
-                run.wait_for("Nothing synchronized")
-                self.fill(number * 1000, number * 1000 + 400)
-                self.wait_for_job(lambda job: 20 < job["has_done"] < 300, "half a batch")
-                self.assertEqual(run.end(number), status)
-                job = self.jobs()["J"]
-                self.assertEqual(job["state"], "Paused")
-                self.assertGreater(job["need_to_do"], 0)
-                run = Running(self, "--continue", "J")
-                run.wait_for("Successfully synchronized a batch of J")
-                self.assertEqual(run.end(), 0)
-                old = "Continue synchronize a old batch"
-                self.assertEqual(old in run.text(), number == signal.SIGTERM)
-                self.assertNotIn("ERROR", run.text())
-                self.assert_same()
-        self.assertEqual(self.jobs()["J"]["total_done"], 800)
+        run = Running(self, "--start", "J", QUILLMERE_SANDBOX_LATENCY_US="4000")
+        run.wait_for("Nothing synchronized")
+        self.fill(0, 400)
+        self.wait_for_job(lambda job: 20 < job["has_done"] < 300, "half a batch")
+        self.assertEqual(run.end(), 0)
+        self.assertEqual(self.jobs()["J"]["state"], "Paused")
+        self.assertGreater(self.jobs()["J"]["need_to_do"], 0)
+        run = Running(self, "--continue", "J")
+        run.wait_for("Successfully synchronized a batch of J")
+        self.assertEqual(run.end(), 0)
+        self.assertIn("Continue synchronize a old batch", run.text())
+        self.assertNotIn("ERROR", run.text())
+        self.assert_same()
+        self.assertEqual(self.jobs()["J"]["total_done"], 400)
 
     def test_by_commits_a_transaction_is_taken_back_whole_and_a_lost_batch_holds_the_job(self):
         self.cli("job", "edit", "J", "--follow", "commits", "--interval", 0)
@@ -446,11 +402,9 @@ class Replication(Site):
                 told.append(manager.recv(100))
 
     def test_a_reader_who_has_gone_or_sleeps_does_not_hold_the_jobs(self):
-        def start(**streams):
-            return subprocess.Popen(self.command("run", "--sweep-ms", "1", *self.verb, "J"),
-                                    env=self.environment(), **streams)
-        self.verb = ["--start"]
-        gone = start(stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        command = self.command("run", "--sweep-ms", "1")
+        gone = subprocess.Popen(command + ["--start", "J"], stdout=subprocess.PIPE,
+                                stderr=subprocess.PIPE)
         gone.stdout.readline()
         gone.stdout.close()
         self.assertIn(b"see error.log", gone.stderr.readline())
@@ -459,23 +413,80 @@ class Replication(Site):
         gone.send_signal(signal.SIGTERM)
         self.assertEqual(gone.wait(LIMIT), 0)
         gone.stderr.close()
-
-        self.verb = ["--continue"]
         reader, writer = os.pipe()
-        os.set_blocking(writer, False)
-        try:  # a pipe that is full from the start
-            while True:
-                os.write(writer, b"x" * 4096)
-        except BlockingIOError:
-            os.set_blocking(writer, True)
-        asleep = start(stdout=writer, stderr=writer)
+        fcntl.fcntl(writer, fcntl.F_SETPIPE_SZ, 4096)
+        os.write(writer, b"x" * 4096)  # full from the start
         log = self.work / "error.log"
         before = log.stat().st_size
+        asleep = subprocess.Popen(command + ["--continue", "J"], stdout=writer, stderr=writer)
         wait_until(lambda: log.stat().st_size > before, "a message for who sleeps")
         asleep.send_signal(signal.SIGTERM)
         self.assertEqual(asleep.wait(LIMIT), 0)
         os.close(reader)
         os.close(writer)
+
+
+class Schema(Site):
+    """A key in another order than the table's columns, referenced by another owner."""
+    USERS = "create user SHOP identified by x;\ncreate user CRM identified by x;\n"
+    TABLES = USERS + """
+create table SHOP.ORDERS (ID number(10), PART number(3), NAME varchar2(60) default 'none' not null,
+  AMOUNT number(12,2), FREE number, AT date, RATE float, CODE char(4), TXT clob, PIC blob,
+  constraint ORDERS_PK primary key (PART, ID));
+create table SHOP.PLAIN (A varchar2(10));
+create index SHOP.ORDERS_NAME on SHOP.ORDERS(NAME, AT);
+create index SHOP.ORDERS_CODE on SHOP.ORDERS(CODE);
+create table CRM.VISITS (V number(5) primary key, OID number(10), OPART number(3),
+  constraint VISITS_FK foreign key (OPART, OID) references SHOP.ORDERS (PART, ID));
+"""
+    ORPHAN = "insert into CRM.VISITS values (1, 77, 7);"
+
+    def setUp(self):
+        super().setUp()
+        self.add_sources("A", tables=self.TABLES)
+        self.add_sources("B", tables=self.USERS)
+
+    def lists(self, name):
+        return [sorted(json.loads(self.cli("schema", kind, name, "--json")), key=str)
+                for kind in ("tables", "keys", "indexes")]
+
+    def test_migrated_definitions_are_the_same(self):
+        self.cli("schema", "migrate", "A", "B", "table", "--owner", "SHOP", "--owner", "CRM",
+                 "--with-key", "--with-indexes")
+        self.assertEqual(self.sandbox("diff", "A", "B"), "identical\n")
+        self.cli("source", "refresh", "B")
+        self.assertEqual(self.lists("A"), self.lists("B"))
+        # What does not travel: foreign keys and defaults.
+        self.sandbox("sql", "A", given=self.ORPHAN, status=1)
+        self.sandbox("sql", "B", given=self.ORPHAN)
+        # Dropped on the target and made anew, without the key that was not asked for.
+        self.cli("schema", "migrate", "A", "B", "table", "CRM.VISITS", "--drop-target")
+        self.cli("source", "refresh", "B")
+        self.assertEqual(len(self.lists("B")[1]), 1)
+        self.cli("schema", "migrate", "A", "B", "key", "--owner", "CRM")
+        self.cli("source", "refresh", "B")
+        self.assertEqual(self.lists("A"), self.lists("B"))
+
+    def test_rename_keeps_foreign_keys_and_drop_goes_on_after_a_failure(self):
+        self.cli("schema", "rename", "A", "key", "SHOP.ORDERS_PK", "ORDERS_KEY",
+                 text="Key: SHOP.ORDERS_PK's name changed to ORDERS_KEY")
+        self.cli("schema", "rename", "A", "index", "SHOP.ORDERS_CODE", "CODES")
+        self.cli("schema", "rename", "A", "table", "SHOP.PLAIN", "PLANE")
+        cached = self.lists("A")
+        self.cli("source", "refresh", "A")
+        self.assertEqual(cached, self.lists("A"))
+        self.sandbox("sql", "A", given=self.ORPHAN, status=1)
+        out = self.cli("schema", "drop", "A", "table", "SHOP.ORDERS", "SHOP.PLANE", status=1,
+                       text="1 of 2 failed: Drop Table ORDERS failed, reason: ")
+        self.assertIn("Drop Table PLANE successed", out)
+        self.cli("schema", "drop", "A", "index", "SHOP.CODES")
+        self.cli("schema", "drop", "A", "key", "SHOP.ORDERS_KEY")
+        self.sandbox("sql", "A", given=self.ORPHAN)
+        self.cli("schema", "drop", "A", "table", "SHOP.ORDERS", "--cascade")
+        self.assertNotIn("SHOP", self.cli("schema", "tables", "A"))
+        self.cli("schema", "drop", "A", "key", "SHOP.NONE", status=1, text="is not in the lists")
+        self.assertIn("Drop Primary key ORDERS_KEY successed",
+                      (self.work / "error.log").read_text())
 
 
 if __name__ == "__main__":

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <thread>
@@ -11,30 +10,16 @@
 namespace quillmere::cli {
 namespace {
 
-using ::testing::ElementsAreArray;
-
 TEST(MessageQueue, AFullQueueHoldsTheWorkerUntilItIsTaken) {
-  constexpr std::size_t kMessages = 1000;
   MessageQueue queue(3);
   std::thread worker([&] {
-    for (std::size_t i = 0; i < kMessages; ++i) {
-      if (i % 2 == 0) {
-        queue.OnError(0, std::to_string(i));
-      } else {
-        queue.OnInformation(0, std::to_string(i));
-      }
-    }
+    for (int i = 0; i < 1000; ++i) queue.OnError(0, std::to_string(i));
   });
-  std::size_t next = 0;
-  while (next < kMessages) {
+  for (int next = 0; next < 1000;) {
     const auto taken = queue.Take(std::chrono::seconds(10));
     ASSERT_FALSE(taken.empty());
     ASSERT_LE(taken.size(), 3U);
-    for (const auto& message : taken) {
-      EXPECT_EQ(message.text, std::to_string(next));
-      EXPECT_EQ(message.error, next % 2 == 0);
-      ++next;
-    }
+    for (const auto& message : taken) EXPECT_EQ(message.text, std::to_string(next++));
   }
   worker.join();
   EXPECT_TRUE(queue.Take(std::chrono::milliseconds(0)).empty());
