@@ -60,6 +60,7 @@ TEST_F(MainWindow, HintsMessagesAndSettings) {
   MoveOver(Find("TreeView1"));
   WaitFor("its hint", [this] { return TextOf("LblTips").starts_with("Show all errors"); });
   ChooseInMenu("Options", "ShowLog");
+  Work().ProgramSettings().commit_age_seconds = 9;  // which has no field
   ChooseInMenu("Options", "Settings ...");
   Click("CheckDebug");
   Enter("EditMessageLimit", "7");
@@ -68,6 +69,7 @@ TEST_F(MainWindow, HintsMessagesAndSettings) {
   Restart();
   EXPECT_TRUE(Work().ProgramSettings().debug);
   EXPECT_EQ(Work().ProgramSettings().message_limit, 7);
+  EXPECT_EQ(Work().ProgramSettings().commit_age_seconds, 9);
   EXPECT_FALSE(IsShown("TreeView1"));
   ChooseInMenu("Options", "ShowLog");
   EXPECT_TRUE(IsShown("TreeView1"));

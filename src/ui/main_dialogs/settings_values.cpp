@@ -47,11 +47,12 @@ std::string WhyClientFileRefused(FileSystem& files, const std::string& path) {
 
 bool StoreSettings(FileSystem& files, const std::filesystem::path& file,
                    const SettingsValues& values, Settings& settings, std::string& reason) {
-  Settings stored;
-  Assign(stored, values);
-  if (!SaveSettings(files, file, stored, reason)) return false;
+  // What has no field in the form stays in the file as it is.
+  const SettingsValues before = ValuesOf(settings);
   Assign(settings, values);
-  return true;
+  if (SaveSettings(files, file, settings, reason)) return true;
+  Assign(settings, before);
+  return false;
 }
 
 }  // namespace quillmere
