@@ -20,7 +20,6 @@
 #define GUARDED_BY(mutex) QUILLMERE_THREAD_MARK(guarded_by(mutex))
 // A function: called only while the mutex is held, or only while it is not.
 #define REQUIRES(...) QUILLMERE_THREAD_MARK(requires_capability(__VA_ARGS__))
-#define EXCLUDES(...) QUILLMERE_THREAD_MARK(locks_excluded(__VA_ARGS__))
 // A function that comes back with the mutex taken, or given up.
 #define ACQUIRE(...) QUILLMERE_THREAD_MARK(acquire_capability(__VA_ARGS__))
 #define RELEASE(...) QUILLMERE_THREAD_MARK(release_capability(__VA_ARGS__))

@@ -28,8 +28,6 @@ struct JobActions {
   bool exclude = false;
   bool change_remote_owner = false;
   bool migrate = false;
-
-  bool operator==(const JobActions&) const = default;
 };
 
 // state: that of the node's job; of no meaning for the root and without a node.
