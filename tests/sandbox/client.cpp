@@ -16,8 +16,8 @@ using namespace oci;
 
 namespace {
 
-OraText* Text(const std::string& value) {
-  return const_cast<OraText*>(reinterpret_cast<const OraText*>(value.data()));
+const OraText* Text(const std::string& value) {
+  return reinterpret_cast<const OraText*>(value.data());
 }
 
 ub4 Size(const std::string& value) {
@@ -53,14 +53,14 @@ std::string Client::Check(sword result) const {
   return result == kInvalidHandle ? "invalid handle" : LastError();
 }
 
-std::string Client::Connect(const std::string& database, const std::string& user,
-                            const std::string& password, bool sysdba) {
+std::string Client::Connect(const std::string& database, std::string user, std::string password,
+                            bool sysdba) {
   std::string failure = Check(
       OCIServerAttach(server, error, Text(database), static_cast<sb4>(database.size()), kDefault));
   if (!failure.empty()) return failure;
   OCIAttrSet(svcctx, kHtypeSvcCtx, server, 0, kAttrServer, error);
-  OCIAttrSet(session, kHtypeSession, Text(user), Size(user), kAttrUsername, error);
-  OCIAttrSet(session, kHtypeSession, Text(password), Size(password), kAttrPassword, error);
+  OCIAttrSet(session, kHtypeSession, user.data(), Size(user), kAttrUsername, error);
+  OCIAttrSet(session, kHtypeSession, password.data(), Size(password), kAttrPassword, error);
   failure = Check(OCISessionBegin(svcctx, error, session, kCredRdbms, sysdba ? kSysdba : kDefault));
   if (!failure.empty()) Drop();
   if (!failure.empty()) return failure;

@@ -36,8 +36,8 @@ class Client {
   Client(const Client&) = delete;
   Client& operator=(const Client&) = delete;
 
-  std::string Connect(const std::string& database, const std::string& user,
-                      const std::string& password, bool sysdba);
+  std::string Connect(const std::string& database, std::string user, std::string password,
+                      bool sysdba);
   std::string ConnectSys(const std::string& database) {
     return Connect(database, "SYS", "sandbox", true);
   }

@@ -91,8 +91,9 @@ sword ModelOci::Error(int code) {
 template <typename Serve>
 sword ModelOci::Served(std::string_view call, const void* on, ub4 type, std::string_view text,
                        Serve serve) {
-  auto* handle = static_cast<Handle*>(const_cast<void*>(on));
-  if (!handles_.contains(handle) || handle->type != type) return kInvalidHandle;
+  const auto found = handles_.find(on);
+  if (found == handles_.end() || (*found)->type != type) return kInvalidHandle;
+  Handle* handle = *found;
   const bool remote = call.starts_with("Session") || call == "StmtExecute" || call == "StmtFetch2";
   if (remote && handle->server == nullptr) return kInvalidHandle;
   const std::optional<Fault> wrong = fault ? fault(call, text) : std::nullopt;
@@ -233,8 +234,10 @@ sword ModelOci::FetchMined(Handle& statement) {
 // --- The 13 functions ---------------------------------------------------------------------------
 
 void ModelOci::Free(const void* freed) {
-  auto* handle = static_cast<Handle*>(const_cast<void*>(freed));
-  if (handles_.erase(handle) != 0) delete handle;
+  const auto found = handles_.find(freed);
+  if (found == handles_.end()) return;
+  delete *found;
+  handles_.erase(found);
 }
 
 OciApi ModelOci::Api() const {

@@ -7,9 +7,9 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 
 #include "oracle/oci_abi.h"
 #include "sim/destination_model.h"
@@ -70,7 +70,7 @@ class ModelOci {
   HandClock& clock_;
   std::map<std::string, SourceModel*, std::less<>> sources_;
   std::map<std::string, DestinationModel*, std::less<>> destinations_;
-  std::unordered_set<Handle*> handles_;
+  std::set<Handle*, std::less<>> handles_;  // found by the address that a call names
   std::string message_;
   int code_ = 0;
   std::int64_t commit_second_ = -1;  // whose text is commit_time_
