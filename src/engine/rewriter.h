@@ -12,8 +12,8 @@ namespace quillmere {
 
 enum class Verb { Insert, Delete, Update };
 
-// What a statement says of itself. Views into the statement. Owner or table is empty when it cannot
-// be parsed.
+// What a statement says of itself. Views into the statement, which must outlive them. Owner or
+// table is empty when it cannot be parsed. Any thread.
 struct ParsedStatement {
   std::string_view verb_text;
   Verb verb = Verb::Update;

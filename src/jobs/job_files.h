@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How job records stand in their files. Inside of jobs/.
+// How job records stand in their files: between a tree of XML and the record, which the caller has
+// locked. What a file leaves out takes its default. Inside of jobs/.
 #pragma once
 
 #include "foundation/xml_document.h"

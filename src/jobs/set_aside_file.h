@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // setaside.sql of a job: the changes that were not applied, for the operator, who alone takes
-// something away. docs/file-formats.md has its layout.
+// something away. docs/file-formats.md has its layout. For the thread that a job's run belongs to.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // How to log on to a database: the one record of it, from what an operator enters to what a session
-// sends.
+// sends. A plain value; whoever holds one says who guards it.
 #pragma once
 
 #include <string>

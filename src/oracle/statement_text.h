@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The texts of the schema statements: pure functions, names pasted as they stand. Internal to
-// oracle/.
+// The texts of the schema statements: pure functions for any thread, names pasted as they stand.
+// Internal to oracle/.
 #pragma once
 
 #include <initializer_list>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Which folder the window program works in. A program that is started from a desktop's menu finds
-// itself in the home folder, which is no place for its files.
+// itself in the home folder, which is no place for its files. Any thread; nothing is made or
+// changed.
 #pragma once
 
 #include <filesystem>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The size that the operator gave a dialog. Its place is not kept: dialogs open over their window.
+// User-interface thread.
 #pragma once
 
 class QDialog;

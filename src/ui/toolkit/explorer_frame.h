@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The frame that both explorers share: a tree under a head with a menu button on the left; a filter
 // line and a list on the right; a tool bar above. The form fills it and gives the parts their
-// object names.
+// object names. User-interface thread.
 #pragma once
 
 #include <QWidget>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The field above a list that shows only the rows with what is typed, letter by letter. Ctrl+F
-// leads to it, Escape empties it.
+// leads to it, Escape empties it. User-interface thread.
 #pragma once
 
 #include <QLineEdit>

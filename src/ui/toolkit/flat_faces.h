@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the parts of windows look like in the flat style. Internal to the toolkit.
+// What the parts of windows look like in the flat style, in the colours of the option's palette.
+// option and painter are used during the call only. Internal to the toolkit. User-interface thread.
 #pragma once
 
 #include <QColor>

@@ -10,7 +10,8 @@ class QWidget;
 
 namespace quillmere {
 
-// Of the widget and all in it that has none of its own.
+// Of the widget and all in it that has none of its own, for as long as the widget lives; a later
+// text takes its place. User-interface thread.
 void SetHint(QWidget* widget, const QString& text);
 
 // Watches the mouse over the widgets of an application and tells the hint of the widget under it,

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Entries of pop-up menus that stand for an action under a name of their own.
+// Entries of pop-up menus that stand for an action under a name of their own. User-interface
+// thread.
 #pragma once
 
 #include <QString>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The modal dialog of long work on the user-interface thread: what is being done, how far it is,
-// and Cancel, which takes effect between two items.
+// and Cancel, which takes effect between two items. What was done before a Cancel stays done.
 #pragma once
 
 #include <QElapsedTimer>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Sorting of long lists. Internal to the toolkit.
+// Sorting of long lists. Any thread: what is handed in is used during the call only. Internal to
+// the toolkit.
 #pragma once
 
 #include <cstddef>

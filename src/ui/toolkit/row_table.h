@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The list view of all windows: rows of a RowModel with grid lines, whole rows selected, read-only,
-// sorted by a click on a column's head. Ctrl+C copies the selected rows.
+// sorted by a click on a column's head. Ctrl+C copies the selected rows. User-interface thread.
 #pragma once
 
 #include <QTableView>
