@@ -17,6 +17,8 @@ import time
 import unittest
 
 PROGRAMS = pathlib.Path(sys.argv.pop(1)).resolve()
+for variable in [name for name in os.environ if name.startswith("QUILLMERE_")]:
+    del os.environ[variable]
 PASSWORD = "canary-Xq7!<\\>"
 LIMIT = 120  # seconds that a condition may take; a slow machine with sanitizers needs them
 
@@ -30,10 +32,7 @@ create table SHOP.SECRET (ID number(10) primary key);
 
 def wait_until(condition, what):
     end = time.monotonic() + LIMIT
-    while True:
-        value = condition()
-        if value:
-            return value
+    while not condition():
         if time.monotonic() > end:
             raise AssertionError("waited in vain: " + what)
         time.sleep(0.02)
@@ -47,7 +46,7 @@ class Running:
         with open(self.log, "w") as out:
             self.process = subprocess.Popen(
                 site.command("run", "--sweep-ms", "20", *arguments),
-                stdout=out, stderr=subprocess.STDOUT, env=site.environment(**environment))
+                stdout=out, stderr=subprocess.STDOUT, env={**os.environ, **environment})
 
     def text(self):
         return self.log.read_text()
@@ -84,13 +83,9 @@ class Site(unittest.TestCase):
         return [str(PROGRAMS / "quillmere-cli"), "--workdir", str(self.work),
                 "--client", self.client, *map(str, arguments)]
 
-    def environment(self, **more):
-        return {**{k: v for k, v in os.environ.items() if not k.startswith("QUILLMERE_")}, **more}
-
-    def cli(self, *arguments, status=0, text=None, given="", **options):
+    def cli(self, *arguments, status=0, text=None, given=""):
         done = subprocess.run(self.command(*arguments), input=given.encode(), timeout=LIMIT,
-                              stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                              env=self.environment(), **options)
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         out, err = done.stdout.decode(), done.stderr.decode()
         self.outputs.append(out + err)
         shown = f"{arguments}: {done.returncode}\n{out}{err}"
@@ -103,12 +98,10 @@ class Site(unittest.TestCase):
         return out
 
     def sandbox(self, *arguments, given="", status=0):
-        done = subprocess.run([str(PROGRAMS / "quillmere-sandbox"), "--workdir", str(self.work),
-                               *arguments], input=given.encode(), timeout=LIMIT,
-                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
-        out = done.stdout.decode()
-        self.assertEqual(done.returncode, status, f"{arguments}: {out}")
-        return out
+        done = subprocess.run([PROGRAMS / "quillmere-sandbox", "--workdir", self.work, *arguments],
+                              input=given, text=True, timeout=LIMIT, stdout=subprocess.PIPE)
+        self.assertEqual(done.returncode, status, f"{arguments}: {done.stdout}")
+        return done.stdout
 
     def jobs(self):
         return {job["name"]: job for job in json.loads(self.cli("job", "list", "--json"))}

@@ -64,27 +64,22 @@ TEST(SettingsForm, AClientLibraryWithAPathMustBeThere) {
 }
 
 TEST(SchemaDialogs, ARunIsSummedUpUnlessAllWasDone) {
-  struct Row {
-    std::size_t succeeded, failed, total;
-    bool cancelled, logged;
-    testing::Matcher<std::string> says;
-  };
-  for (const Row& row :
-       std::vector<Row>{{3, 0, 3, false, true, ""},
-                        {0, 1, 1, false, true, StartsWith("Drop Table T failed, reason: no\n")},
-                        {3, 1, 9, true, true,
-                         AllOf(StartsWith("1 of 9 failed, the first one with:\nDrop Table T"),
-                               HasSubstr("3 of 9 were done and stay done, 5 were"))},
-                        {0, 0, 9, true, true, "Cancelled, nothing was changed"},
-                        {3, 0, 3, false, false, HasSubstr("error.log cannot be written")}}) {
+  const auto sum = [](std::size_t succeeded, std::size_t failed, std::size_t total, bool logged) {
     SchemaRun run;
-    run.succeeded = row.succeeded;
-    run.failed = row.failed;
-    run.cancelled = row.cancelled;
-    run.logged = row.logged;
+    run.succeeded = succeeded;
+    run.failed = failed;
+    run.cancelled = succeeded + failed < total;
+    run.logged = logged;
     run.first_failure = "Drop Table T failed, reason: no";
-    EXPECT_THAT(RunSummary(run, row.total), row.says);
-  }
+    return RunSummary(run, total);
+  };
+  EXPECT_EQ(sum(3, 0, 3, true), "");
+  EXPECT_THAT(sum(0, 1, 1, true), StartsWith("Drop Table T failed, reason: no\n"));
+  EXPECT_THAT(sum(3, 1, 9, true),
+              AllOf(StartsWith("1 of 9 failed, the first one with:\nDrop Table T"),
+                    HasSubstr("3 of 9 were done and stay done, 5 were")));
+  EXPECT_EQ(sum(0, 0, 9, true), "Cancelled, nothing was changed");
+  EXPECT_THAT(sum(3, 0, 3, false), HasSubstr("error.log cannot be written"));
 }
 
 TEST(SharedFiles, AreLookedForInThreePlacesInTurn) {
