@@ -7,6 +7,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <random>
 #include <thread>
 
 #include "support/memory_files.h"
@@ -33,116 +35,91 @@ constexpr auto kEveryone = FileAccess::Everyone;
 
 // --- What every file system does alike ---------------------------------------------------------
 
-class EveryFileSystem : public ::testing::TestWithParam<bool> {
- protected:
-  std::filesystem::path operator/(std::string_view name) { return folder_ / name; }
-  void Write(std::string_view name, std::string_view content) {
-    std::string error;
-    EXPECT_TRUE(ReplaceFile(files_, *this / name, content, kEveryone, error)) << error;
-  }
-  std::string Read(std::string_view name) {
-    std::string content;
-    return ReadFile(files_, *this / name, content) ? content : "(none)";
-  }
-  TempFolder real_;
-  MemoryFiles memory_;
-  FileSystem& files_ = GetParam() ? real_.Files() : static_cast<FileSystem&>(memory_);
-  const std::filesystem::path folder_ = GetParam() ? real_.Path() : "/work";
-};
-INSTANTIATE_TEST_SUITE_P(Files, EveryFileSystem, ::testing::Bool(),
-                         [](const auto& suite) { return suite.param ? "System" : "Memory"; });
-
-TEST_P(EveryFileSystem, TellsWhyAFileIsNotOpened) {
-  Write("file", "x");
-  ASSERT_TRUE(files_.MakeFolder(*this / "folder"));
-  using enum FileCode;
-  const struct {
-    const char* name;
-    FileCode read, made, appended, in_place;
-  } rows[] = {{"file", Ok, Exists, Ok, Ok},
-              {"folder", NotAFile, Exists, NotAFile, NotAFile},
-              {"none/below", Missing, Missing, Missing, Missing},
-              {"file/below", NotAFile, NotAFile, NotAFile, NotAFile}};
-  for (const auto& row : rows) {
-    const auto open = [&](OpenMode how) {
-      std::unique_ptr<OpenFile> file;
-      const FileStatus status = files_.Open(*this / row.name, how, FileSystem::kOwnerOnly, file);
-      EXPECT_EQ(status.reason.empty(), static_cast<bool>(status));
-      EXPECT_EQ(file != nullptr, static_cast<bool>(status));
-      return status.code;
-    };
-    EXPECT_EQ(open(OpenMode::Read), row.read) << row.name;
-    EXPECT_EQ(open(OpenMode::New), row.made) << row.name;
-    EXPECT_EQ(open(OpenMode::Append), row.appended) << row.name;
-    EXPECT_EQ(open(OpenMode::InPlace), row.in_place) << row.name;
-  }
-  EXPECT_EQ(Read("file"), "x") << "opening changes nothing";
-}
-
-TEST_P(EveryFileSystem, WritesWhereItIsTold) {
+// Does one thing with a file, or with two, and tells what came of it. number: an offset or a size.
+std::string Do(FileSystem& files, const std::filesystem::path& one,
+               const std::filesystem::path& two, std::size_t what, std::size_t number) {
   std::unique_ptr<OpenFile> file;
-  ASSERT_TRUE(files_.Open(*this / "f", OpenMode::Append, FileSystem::kOwnerOnly, file));
-  EXPECT_TRUE(file->Append("abc") && file->Append("defg") && file->Close());
-  ASSERT_TRUE(files_.Open(*this / "f", OpenMode::InPlace, FileSystem::kUsualMode, file));
-  EXPECT_TRUE(file->Write(1, "BC") && file->Write(8, "!") && file->Flush());
-  EXPECT_EQ(file->Size(), 9u);
-  char bytes[4] = {};
-  std::size_t got = 0;
-  EXPECT_TRUE(file->Read(6, bytes, 4, got));
-  EXPECT_EQ(std::string(bytes, got), std::string("g\0!", 3));
-  EXPECT_TRUE(file->Read(9, bytes, 4, got));
-  EXPECT_EQ(got, 0u);
-  EXPECT_TRUE(file->Truncate(3));
-  EXPECT_EQ(Read("f"), "aBC");
   FileFacts facts;
-  ASSERT_TRUE(files_.Look(*this / "f", facts));
-  EXPECT_EQ(facts.kind, FileKind::File);
-  EXPECT_EQ(facts.size, 3u);
-  EXPECT_EQ(facts.mode, FileSystem::kOwnerOnly);
-}
-
-TEST_P(EveryFileSystem, NamesAreMadeRenamedAndRemoved) {
-  FileSystem& files = files_;
-  using enum FileCode;
-  Write("a", "a");
-  Write("b", "b");
-  EXPECT_TRUE(files.Rename(*this / "a", *this / "b"));
-  EXPECT_EQ(Read("b"), "a");
-  EXPECT_EQ(files.Rename(*this / "a", *this / "c").code, Missing);
-  EXPECT_TRUE(files.MakeFolder(*this / "d"));
-  EXPECT_EQ(files.MakeFolder(*this / "d").code, Exists);
-  EXPECT_EQ(files.MakeFolder(*this / "no/d").code, Missing);
-  Write("d/x", "x");
-  EXPECT_EQ(files.Rename(*this / "b", *this / "d").code, NotAFile);
-  EXPECT_TRUE(files.Rename(*this / "d", *this / "e"));
-  EXPECT_EQ(Read("e/x"), "x") << "what is in a folder goes with it";
-  EXPECT_TRUE(files.AreSame(*this / "e", *this / "e/"));
-  EXPECT_FALSE(files.AreSame(*this / "e", *this / "b"));
-  EXPECT_EQ(files.RemoveFolder(*this / "e").code, Exists);
-  EXPECT_TRUE(files.RemoveFile(*this / "e/x"));
-  EXPECT_EQ(files.RemoveFile(*this / "e/x").code, Missing);
-  EXPECT_TRUE(files.RemoveFolder(*this / "e"));
-  EXPECT_EQ(files.FlushFolder(*this / "e").code, Missing);
   std::vector<std::filesystem::path> names;
-  EXPECT_TRUE(files.List(folder_, names));
-  EXPECT_EQ(names, std::vector<std::filesystem::path>{"b"});
-  FileFacts facts;
-  EXPECT_EQ(files.Look(*this / "e", facts).code, Missing);
-  EXPECT_EQ(files.Look(*this / "b/e", facts).code, NotAFile);
+  const auto told = [](const FileStatus& status, const std::string& more = "") {
+    EXPECT_EQ(status.reason.empty(), static_cast<bool>(status));
+    return std::to_string(static_cast<int>(status.code)) + " " + (status ? more : "");
+  };
+  switch (what) {
+    case 0:
+      return told(files.MakeFolder(one));
+    case 1:
+      return told(files.RemoveFolder(one));
+    case 2:
+      return told(files.RemoveFile(one));
+    case 3:
+      return told(files.Rename(one, two)) + (files.AreSame(one, two) ? "same" : "");
+    case 4:
+      return told(files.FlushFolder(one));
+    case 5: {
+      std::string all = told(files.List(one, names));
+      std::sort(names.begin(), names.end());
+      for (const auto& name : names) all += name.string() + " ";
+      return all;
+    }
+    case 6: {
+      const FileStatus status = files.Look(one, facts);
+      const std::string kind = std::to_string(static_cast<int>(facts.kind));
+      if (facts.kind != FileKind::File) return told(status, kind);
+      EXPECT_TRUE(!status || facts.mode == FileSystem::kOwnerOnly);
+      return told(status, kind + std::to_string(facts.size));
+    }
+    default: {
+      const auto how = static_cast<OpenMode>(what - 7);
+      const FileStatus opened = files.Open(one, how, FileSystem::kOwnerOnly, file);
+      EXPECT_EQ(file != nullptr, static_cast<bool>(opened));
+      if (!opened) return told(opened);
+      const bool in_place = how == OpenMode::InPlace, reads = how == OpenMode::Read;
+      EXPECT_TRUE(!in_place || file->Write(number, "xyz"));
+      EXPECT_TRUE(!in_place || number % 3 > 0 || file->Truncate(number / 2));
+      EXPECT_TRUE(in_place || reads || file->Append("abcdefg"));
+      std::string content(20, '?');
+      std::size_t got = 0;
+      EXPECT_TRUE(!(in_place || reads) || file->Read(number, content.data(), content.size(), got));
+      return told(file->Flush(), content.substr(0, got) + std::to_string(file->Size()));
+    }
+  }
 }
 
-TEST_P(EveryFileSystem, ALockKeepsOthersOut) {
+TEST(EveryFileSystem, TellsTheSame) {
+  const TempFolder real;
+  MemoryFiles memory;
+  std::mt19937 random(1);
+  const std::string names[] = {"a", "b", "d", "e", "d/x", "e/x", "a/x", "none/x"};
+  for (int step = 0; step < 20'000 && !::testing::Test::HasFailure(); ++step) {
+    const std::string& one = names[random() % std::size(names)];
+    const std::string& two = names[random() % std::size(names)];
+    const std::size_t what = random() % 11, number = random() % 10;
+    if (what == 3 && (two.starts_with(one + "/") || one.starts_with(two + "/"))) continue;
+    EXPECT_EQ(Do(memory, "/work/" + one, "/work/" + two, what, number),
+              Do(real.Files(), real / one, real / two, what, number))
+        << what << " " << one << " " << two << " " << number;
+  }
+}
+
+TEST(EveryFileSystem, ALockKeepsOthersOut) {
   using Lock = OpenFile::LockKind;
-  std::unique_ptr<OpenFile> one, two;
-  ASSERT_TRUE(files_.Open(*this / "f", OpenMode::InPlace, FileSystem::kUsualMode, one));
-  ASSERT_TRUE(files_.Open(*this / "f", OpenMode::Read, FileSystem::kUsualMode, two));
-  EXPECT_TRUE(one->TryLock(Lock::Shared) && two->TryLock(Lock::Shared));
-  EXPECT_EQ(one->TryLock(Lock::Exclusive).code, FileCode::Busy);
-  two.reset();
-  EXPECT_TRUE(one->TryLock(Lock::Exclusive));
-  ASSERT_TRUE(files_.Open(*this / "f", OpenMode::Read, FileSystem::kUsualMode, two));
-  EXPECT_EQ(two->TryLock(Lock::Shared).code, FileCode::Busy);
-  EXPECT_TRUE(one->Close() && two->TryLock(Lock::Shared));
+  const TempFolder real;
+  MemoryFiles memory;
+  const std::pair<FileSystem*, std::filesystem::path> rows[] = {{&real.Files(), real / "f"},
+                                                                {&memory, "/work/f"}};
+  for (const auto& [files, path] : rows) {
+    std::unique_ptr<OpenFile> one, two;
+    ASSERT_TRUE(files->Open(path, OpenMode::InPlace, FileSystem::kUsualMode, one));
+    ASSERT_TRUE(files->Open(path, OpenMode::Read, FileSystem::kUsualMode, two));
+    EXPECT_TRUE(one->TryLock(Lock::Shared) && two->TryLock(Lock::Shared));
+    EXPECT_EQ(one->TryLock(Lock::Exclusive).code, FileCode::Busy);
+    two.reset();
+    EXPECT_TRUE(one->TryLock(Lock::Exclusive));
+    ASSERT_TRUE(files->Open(path, OpenMode::Read, FileSystem::kUsualMode, two));
+    EXPECT_EQ(two->TryLock(Lock::Shared).code, FileCode::Busy);
+    EXPECT_TRUE(one->Close() && two->TryLock(Lock::Shared));
+  }
 }
 
 // --- What the system's one does besides --------------------------------------------------------

@@ -216,8 +216,9 @@ FileStatus MemoryFiles::Look(const Path& path, FileFacts& facts) {
 FileStatus MemoryFiles::List(const Path& folder, std::vector<Path>& names) {
   return Do("list", folder, [&]() -> FileStatus {
     names.clear();
-    const NodePtr node = Find(folder);
-    if (node == nullptr) return Refused(FileCode::Missing);
+    NodePtr above, node;
+    FileStatus status = Find(folder, above, node);
+    if (!status) return status;
     if (node->kind != FileKind::Folder) return Refused(FileCode::NotAFile);
     for (const auto& entry : node->now.entries) names.emplace_back(entry.first);
     return {};
@@ -233,10 +234,10 @@ bool MemoryFiles::AreSame(const Path& a, const Path& b) {
 FileStatus MemoryFiles::Rename(const Path& from, const Path& to) {
   return Do("rename", from.string() + " -> " + to.string(), [&]() -> FileStatus {
     NodePtr old_folder, node, new_folder, replaced;
-    FileStatus status = Find(from, old_folder, node);
-    if (!status) return status;
-    status = Find(to, new_folder, replaced);
-    if (!status && (!status.Missing() || new_folder == nullptr)) return status;
+    const FileStatus source = Find(from, old_folder, node), target = Find(to, new_folder, replaced);
+    if (!source && (!source.Missing() || old_folder == nullptr)) return source;
+    if (!target && (!target.Missing() || new_folder == nullptr)) return target;
+    if (node == nullptr) return source;
     if (replaced == node) return {};
     if (replaced != nullptr && replaced->kind != node->kind) return Refused(FileCode::NotAFile);
     if (replaced != nullptr && !replaced->now.entries.empty()) return Refused(FileCode::Exists);
@@ -282,8 +283,9 @@ FileStatus MemoryFiles::MakeFolder(const Path& path) {
 
 FileStatus MemoryFiles::FlushFolder(const Path& folder) {
   return Do("flush folder", folder, [&]() -> FileStatus {
-    const NodePtr node = Find(folder);
-    if (node == nullptr) return Refused(FileCode::Missing);
+    NodePtr above, node;
+    FileStatus status = Find(folder, above, node);
+    if (!status) return status;
     if (node->kind != FileKind::Folder) return Refused(FileCode::NotAFile);
     node->Flush();
     return {};
