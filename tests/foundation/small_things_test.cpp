@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "foundation/H_tea.h"
-#include "support/temp_folder.h"
+#include "support/memory_files.h"
 
 namespace quillmere {
 namespace {
@@ -82,30 +82,29 @@ TEST(Clock, StampsTime) {
 }
 
 TEST(Settings, AreKeptAndABrokenFileIsToo) {
-  TempFolder folder;
-  const auto file = folder / "config/settings.xml";
+  testing::MemoryFiles files;
+  const std::string file = "/work/config/settings.xml",
+                    broken = "<settings>\n<debug>true</debug>\n";
   std::string error;
   Settings settings, read;
   settings.debug = true;
-  EXPECT_TRUE(LoadSettings(folder.Files(), file, settings, error)) << error;
+  EXPECT_TRUE(LoadSettings(files, file, settings, error)) << error;
   EXPECT_FALSE(settings.debug) << "a missing file means the defaults";
   settings.statement_trace = true;
   settings.message_limit = 70;
   settings.client_library = "C:\\oracle\\oci.dll";
-  ASSERT_TRUE(SaveSettings(folder.Files(), file, settings, error)) << error;
-  ASSERT_TRUE(LoadSettings(folder.Files(), file, read, error)) << error;
-  EXPECT_TRUE(read.statement_trace && !read.debug && !read.registry_messages);
-  EXPECT_EQ(read.message_limit, 70);
-  EXPECT_EQ(read.client_library, "C:\\oracle\\oci.dll");
-
-  const std::string broken = "<settings>\n<debug>true</debug>\n";
-  folder.Write("config/settings.xml", broken);
-  EXPECT_FALSE(LoadSettings(folder.Files(), file, read, error));
+  ASSERT_TRUE(SaveSettings(files, file, settings, error)) << error;
+  const std::string saved = files.Content(file);
+  files.Put(file, broken);
+  EXPECT_FALSE(LoadSettings(files, file, read, error));
   EXPECT_NE(error.find("settings.xml: Unexpected EOF"), std::string::npos) << error;
   EXPECT_TRUE(!read.debug && read.message_limit == 500) << "the defaults";
-  ASSERT_TRUE(SaveSettings(folder.Files(), file, settings, error)) << error;
-  EXPECT_EQ(folder.Read("config/settings.xml.bad"), broken);
-  EXPECT_TRUE(LoadSettings(folder.Files(), file, read, error));
+  ASSERT_TRUE(SaveSettings(files, file, settings, error)) << error;
+  EXPECT_EQ(files.Content(file + ".bad"), broken);
+  ASSERT_TRUE(LoadSettings(files, file, read, error)) << error;
+  EXPECT_TRUE(read.statement_trace && read.client_library == settings.client_library);
+  ASSERT_TRUE(SaveSettings(files, file, read, error)) << error;
+  EXPECT_EQ(files.Content(file), saved) << "all has come back";
 }
 
 }  // namespace

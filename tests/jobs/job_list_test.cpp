@@ -18,13 +18,12 @@ std::size_t AddJob(JobList& jobs, std::string_view name, JobState state = JobSta
 }
 
 TEST(JobState, Names) {
-  const std::tuple<int, const char*, bool> cases[] = {
-      {0, "", false},        {1, "Starting", true}, {2, "Started", true}, {3, "Stopping", true},
-      {4, "Stopped", false}, {5, "Pausing", true},  {6, "Paused", false}, {7, "", true}};
-  for (const auto& [state, name, running] : cases) {
-    EXPECT_EQ(StateName(static_cast<JobState>(state)), name);
-    EXPECT_EQ(IsRunning(static_cast<JobState>(state)), running) << name;
+  std::string names;
+  for (int value = 0; value < 8; ++value) {
+    const auto state = static_cast<JobState>(value);
+    names += std::string(StateName(state)) + (IsRunning(state) ? "+ " : ", ");
   }
+  EXPECT_EQ(names, ", Starting+ Started+ Stopping+ Stopped, Pausing+ Paused, + ");
 }
 
 TEST(JobList, SlotsAreUsedAgain) {
