@@ -84,8 +84,8 @@ TEST(BatchFile, ReadsBackByteForByte) {
   EXPECT_EQ(refused, 99U - 3U) << "three statements end within 100 bytes";
 }
 
-// Given are files, a record by its fields, "|" for a line's end in a batch; both ways of looking at
-// them, and the files that stand then.
+// Given are files, or after "refuse" the operation that fails: a record by its fields, "|" for a
+// line's end in a batch; both ways of looking at them, and the files that stand then.
 TEST(Restore, TakesUpWhatIsWholeAndTellsTheRest) {
   ExpectCases(TABLES "/restore.txt", [](const std::string& given) {
     MemoryFiles files;
@@ -100,7 +100,12 @@ TEST(Restore, TakesUpWhatIsWholeAndTellsTheRest) {
         text = Bytes(r);
       }
       std::ranges::replace(text, '|', '\n');
-      files.Put("/work/jobs/J/" + name, text);
+      if (name != "refuse") files.Put("/work/jobs/J/" + name, text);
+      if (name == "refuse") {
+        files.on_operation = [refused = text](const testing::FileOperation& operation) {
+          return FileStatus{operation.Text() == refused ? FileCode::NoSpace : FileCode::Ok, "full"};
+        };
+      }
     }
     std::ostringstream found;
     for (const RestoreMode mode : {RestoreMode::LookOnly, RestoreMode::Resume}) {
