@@ -37,8 +37,9 @@ class OpenTransaction {
   std::int64_t last_scn() const;
   void set_last_scn(std::int64_t scn);
 
-  // By the one writer: shows its transaction to all, machine and program being filled in here.
-  Status Show(TransactionRecord record);
+  // By the one writer: shows its transaction to all; machine, program and process are those that
+  // it runs in.
+  Status Show(const TransactionRecord& record);
   // Called when its end is in the database file, so that nobody sees neither.
   void Hide();
   // False when no transaction is open.

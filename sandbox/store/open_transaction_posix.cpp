@@ -78,7 +78,7 @@ void OpenTransaction::set_last_scn(std::int64_t scn) {
   shared_->last_scn = scn;
 }
 
-Status OpenTransaction::Show(TransactionRecord record) {
+Status OpenTransaction::Show(const TransactionRecord& record) {
   if (!LockFile(file_, FileLock::Exclusive))
     return FileFailure("lock the file of the open transaction");
   shown_ = true;
