@@ -45,6 +45,7 @@ class DdlExecutor {
   void NewShape(std::int64_t table_id);
   void Change(const ObjectChange& change);
   void RenameTable(const Table& table, const std::string& new_name);
+  void ChangeLogging(const DatabaseChange& change);
   void DropTable(const Table& table, bool cascade);
 
   // Constraints (ddl_constraints.cpp)

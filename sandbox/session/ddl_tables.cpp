@@ -21,11 +21,19 @@ Status DdlExecutor::Execute(const Statement& statement) {
   } else if (const auto* grant = std::get_if<GrantStatement>(&statement)) {
     ChangeGrant(*grant);
   } else if (const auto* database = std::get_if<DatabaseChange>(&statement)) {
-    if (!may_("", "", "ALTER DATABASE")) sql_.Fail(Ora(1031));
-    ChangeDatabase(&sql_, *database, last_scn_);
+    ChangeLogging(*database);
   }
   catalog_.Clear();
   return sql_.status();
+}
+
+void DdlExecutor::ChangeLogging(const DatabaseChange& change) {
+  if (change.table.name.empty()) {
+    if (!may_("", "", "ALTER DATABASE")) sql_.Fail(Ora(1031));
+    return ChangeDatabase(&sql_, change, last_scn_);
+  }
+  const TablePtr table = FindTable(change.table, "ALTER ANY TABLE");
+  if (table) sql_.Run("UPDATE qm_table SET supplemental = ? WHERE id = ?", change.name, table->id);
 }
 
 TablePtr DdlExecutor::FindTable(const ObjectName& name, const char* privilege) {

@@ -58,10 +58,11 @@ void RowChanger::WriteRedo(const Table& table, const RedoRecord& record, std::in
 std::vector<std::size_t> RowChanger::LoggedColumns(const Table& table, const RowChanges& changes) {
   const std::string& supplemental = transaction_.supplemental();
   std::set<std::size_t> logged;
-  if (supplemental == "ALL") return {};
+  if (supplemental == "ALL" || table.supplemental == "ALL") return {};
   for (const auto& change : changes) logged.insert(change.first);
-  const UniqueKey* key = supplemental == "KEY" ? table.PrimaryKey() : nullptr;
-  if (key != nullptr) logged.insert(key->columns.begin(), key->columns.end());
+  const UniqueKey* key = table.PrimaryKey();
+  const bool log_key = supplemental == "KEY" || table.supplemental == "KEY";
+  if (log_key && key != nullptr) logged.insert(key->columns.begin(), key->columns.end());
   return {logged.begin(), logged.end()};
 }
 

@@ -169,10 +169,11 @@ struct UserStatement {
   std::string password;
 };
 
-// ALTER DATABASE and ALTER SYSTEM, as far as the redo goes.
+// ALTER DATABASE and ALTER SYSTEM, as far as the redo goes, and what of it ALTER TABLE may say too.
 struct DatabaseChange {
   enum class Kind { AddGroup, AddMember, Archive, SwitchLog, Supplemental, CharacterSet };
   Kind kind = Kind::SwitchLog;
+  ObjectName table;  // of Supplemental; without name: the database
   int group = 0;
   int size = 0;      // bytes of every log; 0: it never ends
   bool on = false;   // of Archive

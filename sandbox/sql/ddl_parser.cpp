@@ -161,6 +161,13 @@ void Parser::ParseAlter(Statement* out) {
     Need("TO", 14155);
     change.kind = table ? Change::RenameTable : Change::RenameIndex;
     change.name = Name(table ? 903 : 953);
+  } else if (table && (Is("ADD") || Is("DROP")) && NextIs("SUPPLEMENTAL")) {
+    auto& logged = out->emplace<DatabaseChange>();
+    logged.table = std::move(change.object);
+    const bool drop = Is("DROP");
+    Advance();
+    Advance();
+    return ParseSupplemental(drop, &logged);
   } else if (table && Take("ADD")) {
     TableDefinition& added = out->emplace<TableDefinition>();
     added.create = false;

@@ -22,6 +22,7 @@ CREATE TABLE qm_grant(grantee TEXT NOT NULL, privilege TEXT NOT NULL, owner TEXT
   object TEXT NOT NULL, PRIMARY KEY(grantee, privilege, owner, object)) WITHOUT ROWID;
 CREATE TABLE qm_table(id INTEGER PRIMARY KEY AUTOINCREMENT, owner TEXT NOT NULL, name TEXT NOT NULL,
   tablespace TEXT, num_rows INTEGER, shape INTEGER NOT NULL, temporary INTEGER NOT NULL,
+  supplemental TEXT NOT NULL DEFAULT 'NONE',
   UNIQUE(owner, name));
 CREATE INDEX qm_table_name ON qm_table(name);
 CREATE TABLE qm_column(id INTEGER PRIMARY KEY AUTOINCREMENT, table_id INTEGER NOT NULL,
@@ -51,14 +52,15 @@ CREATE TABLE qm_transaction(start_scn INTEGER PRIMARY KEY, commit_scn INTEGER NO
   started TEXT NOT NULL, committed TEXT NOT NULL);
 CREATE TABLE qm_logfile(grp INTEGER NOT NULL, suffix TEXT PRIMARY KEY);
 CREATE TABLE qm_log(sequence INTEGER PRIMARY KEY, grp INTEGER NOT NULL, first_scn INTEGER NOT NULL,
-  next_scn INTEGER);
-CREATE VIEW qm_online_log AS SELECT f.grp, f.suffix, l.sequence, l.first_scn, l.next_scn
+  next_scn INTEGER, first_time TEXT NOT NULL DEFAULT CURRENT_TIMESTAMP);
+CREATE VIEW qm_online_log AS SELECT f.grp, f.suffix, l.sequence, l.first_scn, l.next_scn,
+  l.first_time
   FROM qm_logfile f LEFT JOIN qm_log l ON l.sequence =
   (SELECT max(sequence) FROM qm_log WHERE grp = f.grp);
-CREATE VIEW qm_archived_log AS SELECT '.arch' || sequence AS suffix, sequence, first_scn, next_scn
+CREATE VIEW qm_archived_log AS SELECT '.arch' || sequence AS suffix, *
   FROM qm_log WHERE next_scn IS NOT NULL AND (SELECT archive FROM qm_meta);
 INSERT INTO qm_logfile VALUES(1, '');
-INSERT INTO qm_log VALUES(1, 1, 1, NULL);
+INSERT INTO qm_log(grp, first_scn) VALUES(1, 1);
 INSERT INTO qm_meta(id, format, scn, dict_version, next_name, created, dbid)
   VALUES(1, 3, 1000, 1, 1, strftime('%Y-%m-%d %H:%M:%S', 'now'), abs(random() % 4000000000));
 )sql";

@@ -73,12 +73,12 @@ constexpr Definition kDefinitions[] = {
      "n:MEMBERS l.members; ARCHIVED CASE WHEN m.archive AND l.next_scn THEN 'YES' ELSE 'NO' END;"
      "STATUS CASE WHEN l.sequence IS NULL THEN 'UNUSED' WHEN l.next_scn IS NULL THEN 'CURRENT'"
      " ELSE 'INACTIVE' END; n:FIRST_CHANGE# ifnull(l.first_scn, 0);"
-     "n:NEXT_CHANGE# ifnull(l.next_scn, '18446744073709551615');",
+     "n:NEXT_CHANGE# ifnull(l.next_scn, '18446744073709551615'); d:FIRST_TIME l.first_time;",
      "(SELECT *, count(*) AS members FROM qm_online_log GROUP BY grp) l, qm_meta m"},
     {"V$ARCHIVED_LOG", ViewAccess::Dictionary,
      "NAME :log || suffix; n:DEST_ID 1; n:THREAD# 1; n:SEQUENCE# sequence; n:RESETLOGS_CHANGE# 1;"
      "n:FIRST_CHANGE# first_scn; n:NEXT_CHANGE# next_scn; STANDBY_DEST 'NO'; ARCHIVED 'YES';"
-     "DELETED 'NO'; STATUS 'A';",
+     "DELETED 'NO'; STATUS 'A'; d:FIRST_TIME first_time;",
      "qm_archived_log"},
     {"V$THREAD", ViewAccess::Dictionary,
      "n:THREAD# 1; STATUS 'OPEN'; ENABLED 'PUBLIC'; n:ENABLE_CHANGE# 1;"
@@ -94,6 +94,12 @@ constexpr Definition kDefinitions[] = {
      "SUPPLEMENTAL_LOG_DATA_UI 'NO'; SUPPLEMENTAL_LOG_DATA_FK 'NO';"
      "SUPPLEMENTAL_LOG_DATA_ALL CASE supplemental WHEN 'ALL' THEN 'YES' ELSE 'NO' END;",
      "qm_meta"},
+    {"DBA_LOG_GROUPS", ViewAccess::Dictionary,
+     "OWNER owner; TABLE_NAME name; ALWAYS 'ALWAYS'; LOG_GROUP_TYPE CASE supplemental"
+     " WHEN 'ALL' THEN 'ALL COLUMN LOGGING' ELSE 'PRIMARY KEY LOGGING' END;",
+     "(SELECT * FROM qm_table WHERE supplemental IN ('ALL', 'KEY'))"},
+    {"V$INSTANCE", ViewAccess::Dictionary,
+     "n:INSTANCE_NUMBER 1; INSTANCE_NAME 'sandbox'; VERSION '1.0'; STATUS 'OPEN';", "(SELECT 1)"},
     {"NLS_DATABASE_PARAMETERS", ViewAccess::Everybody,
      "PARAMETER 'NLS_CHARACTERSET'; VALUE charset;", "qm_meta"},
     {"V$TRANSACTION", ViewAccess::Dictionary, kTransactions, ":transaction t"},

@@ -14,7 +14,8 @@ void Switch(SqlRunner* sql, std::int64_t last_scn) {
   if (!group) sql->Fail(Ora(900, "SWITCH LOGFILE: there is one group only"));
   sql->Run("DELETE FROM qm_log WHERE grp = ? AND NOT (SELECT archive FROM qm_meta)", group);
   sql->Run("UPDATE qm_log SET next_scn = ? WHERE sequence = ?", last_scn + 1, sequence);
-  sql->Run("INSERT INTO qm_log VALUES(?, ?, ?, NULL)", sequence + 1, group, last_scn + 1);
+  sql->Run("INSERT INTO qm_log(sequence, grp, first_scn) VALUES(?, ?, ?)", sequence + 1, group,
+           last_scn + 1);
   sql->Exec("UPDATE qm_meta SET log_bytes = 0");
   const auto oldest = sql->Int("SELECT min(first_scn) FROM qm_log");
   sql->Run("DELETE FROM qm_redo WHERE scn < ?", oldest);

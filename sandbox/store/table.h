@@ -48,8 +48,9 @@ struct Table {
   std::int64_t id = 0;
   std::string owner;
   std::string name;
-  std::int64_t shape = 0;  // its form in the redo
-  bool temporary = false;  // its rows go at the commit, and the redo tells nothing of them
+  std::int64_t shape = 0;    // its form in the redo
+  std::string supplemental;  // NONE, KEY or ALL, beside what the database says
+  bool temporary = false;    // its rows go at the commit, and the redo tells nothing of them
   std::vector<Column> columns;
   std::unordered_map<std::string, std::size_t> by_name;  // positions in columns
   std::vector<UniqueKey> keys;
