@@ -138,7 +138,8 @@ class EngineTest : public ::testing::Test {
   std::vector<std::string> Applied() {
     std::vector<std::string> applied = script_.TakeExecuted();
     std::erase_if(applied, [](const std::string& sql) {
-      return !sql.starts_with("INSERT") && !sql.starts_with("UPDATE") && !sql.starts_with("DELETE");
+      return !sql.starts_with("INSERT") && !sql.starts_with("UPDATE") &&
+             !sql.starts_with("DELETE") && sql != "rollback";
     });
     return applied;
   }

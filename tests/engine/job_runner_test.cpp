@@ -208,6 +208,19 @@ TEST_F(Account, WhatKeepsABatchFromBeingBegun) {
   Tell("the redo breaks off");
 }
 
+TEST_F(Account, NoCommitWithoutItsRecord) {
+  StartJob();
+  script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"11", Insert("2")}});
+  for (const std::string what : {"write", "flush"}) {
+    Refuse(what, "block.dat");
+    NextPass();
+    Tell(what + " is refused");
+  }
+  files_.on_operation = nullptr;
+  NextPass();
+  Tell("none is");
+}
+
 TEST_F(Account, ARequestStopsAPassBehindTheStatementInHand) {
   StartJob();
   script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"11", Insert("2")}, {"12", Insert("3")}});

@@ -91,24 +91,21 @@ class World {
 
  private:
   std::string OnCall(const std::string& line) {
-    const bool ends = line.starts_with("SessionEnd(" + destination_ + ",");
-    const bool works = ends || line.starts_with("StmtExecute(" + destination_ + ",");
+    const bool ends = on_destination_ && line.starts_with("SessionEnd(");
+    const bool works = ends || (on_destination_ && line.starts_with("StmtExecute("));
     if (dead || (works && Meets(Fault::PowerCut, line))) return "ORA-03113: end-of-file";
     const bool takes_memory = line.starts_with("StmtFetch2") ||
                               (line.starts_with("HandleAlloc") && line.find("stm") != line.npos);
     if (takes_memory && Meets(Fault::OutOfMemory, line)) throw std::bad_alloc();
-    if (line.find("\"DES\"") != std::string::npos) {
+    if (line.starts_with("ServerAttach")) {
+      on_destination_ = line.find("DES") != line.npos;
       open_.clear();
-      last_session.clear();
-      attached_ = line.substr(line.find('(') + 1, line.find(',') - line.find('(') - 1);
-    }
-    if (line.starts_with("AttrSet(svc") && line.find(", svc, " + attached_ + ", ") != line.npos) {
-      destination_ = line.substr(8, line.find(',') - 8);
+      if (on_destination_) last_session.clear();
     }
     CheckFiles(ends);
     const bool refused = Meets(Fault::Refusal, line);
     if (!ends) return refused || Refuses(line) ? "ORA-00001: unique constraint" : "";
-    destination_ = "none";
+    on_destination_ = false;
     // The third change's session is lost when it ends for the first time.
     if (refused || (std::count(open_.begin(), open_.end(), InsertOf("3")) > 0 && !end_failed_++)) {
       open_.clear();
@@ -126,7 +123,7 @@ class World {
     const std::string commit_point = disk_now->Content("/work/jobs/J/commit.dat");
     const std::string record = disk_now->Content("/work/jobs/J/block.dat");
     EXPECT_TRUE(open_.empty() || commit_point != "(none)");
-    EXPECT_TRUE(!open_.empty() || destination_ != "none" || commit_point == "(none)");
+    EXPECT_TRUE(!open_.empty() || on_destination_ || commit_point == "(none)");
     if (!ends || open_.empty()) return;
     EXPECT_EQ(record, files.Content("/work/jobs/J/block.dat"));
     EXPECT_NE(record, commit_point) << "ahead of it";
@@ -160,7 +157,7 @@ class World {
   int operations_ = 0;
   int refused_ = 0, end_failed_ = 0;
   EngineProgram* program_ = nullptr;
-  std::string attached_ = "none", destination_ = "none";
+  bool on_destination_ = false;
   Texts open_;
 };
 

@@ -11,33 +11,23 @@ namespace quillmere {
 namespace {
 
 TEST(WorkingFolder, NamedElseCurrentElseTheUsers) {
-  TempFolder empty;
-  TempFolder used;
-  TempFolder somebodys;
+  const TempFolder empty, used, somebodys;
   used.Write("jobs/jobs.xml", "");
   somebodys.Write("config/app.conf", "");
   somebodys.Write("jobs/readme", "");
-  const std::filesystem::path data = "/data";
-  struct Row {
-    const char* what;
-    std::optional<std::filesystem::path> named;
-    std::filesystem::path current;
-    std::filesystem::path data;
-    std::filesystem::path expected;
+  using Path = std::filesystem::path;
+  const auto expect = [](const char* what, const std::optional<Path>& named, const Path& current,
+                         const Path& data, const Path& expected) {
+    const WorkingFolder chosen = ChooseWorkingFolder(named, current, data);
+    EXPECT_EQ(chosen.folder, expected) << what;
+    EXPECT_STRNE(chosen.why, "") << what;
   };
-  const Row rows[] = {
-      {"named", "/named", used.Path(), data, "/named"},
-      {"named as nothing", "", used.Path(), data, ""},
-      {"started in one", std::nullopt, used.Path(), data, used.Path()},
-      {"started elsewhere", std::nullopt, empty.Path(), data, data},
-      {"folders of those names are not enough", std::nullopt, somebodys.Path(), data, data},
-      {"nothing known", std::nullopt, empty.Path(), "", empty.Path()},
-  };
-  for (const Row& row : rows) {
-    const WorkingFolder chosen = ChooseWorkingFolder(row.named, row.current, row.data);
-    EXPECT_EQ(chosen.folder, row.expected) << row.what;
-    EXPECT_STRNE(chosen.why, "") << row.what;
-  }
+  expect("named", "/named", used.Path(), "/data", "/named");
+  expect("named as nothing", "", used.Path(), "/data", "");
+  expect("started in one", std::nullopt, used.Path(), "/data", used.Path());
+  expect("started elsewhere", std::nullopt, empty.Path(), "/data", "/data");
+  expect("such folders are not enough", std::nullopt, somebodys.Path(), "/data", "/data");
+  expect("nothing known", std::nullopt, empty.Path(), "", empty.Path());
 }
 
 #ifndef _WIN32
