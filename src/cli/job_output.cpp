@@ -135,7 +135,7 @@ std::string JobText(const Workspace& workspace, std::size_t index) {
       {"Has Done", counters[2]},
       {"Blocked", counters[3]},
       {"Tables", Summary(config)},
-      {"Follows", std::string(FollowName(config.follow)) + ": " +
+      {"Follows", std::string(FollowName(config.follow)) + ". " +
                       std::string(WhatFollowingMeans(config.follow))},
       {"Position row", config.position_owner.empty()
                            ? "none: a pass can be applied again after a death in the one moment "

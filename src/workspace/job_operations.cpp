@@ -88,11 +88,11 @@ Follow FollowOfNewJobs(const Settings& settings) {
 
 std::string_view WhatFollowingMeans(Follow follow) {
   if (follow == Follow::Commits) {
-    return "whole transactions in the order of their commits, none of them missed however long it "
-           "stays open";
+    return "Whole transactions in the order of their commits, none of them missed however long it "
+           "stays open.";
   }
-  return "change by change as they stand in the redo; changes of transactions that stay open over "
-         "a pass can be missed without a word";
+  return "Change by change as they stand in the redo; changes of transactions that stay open over "
+         "a pass can be missed without a word.";
 }
 
 JobProperties Trimmed(JobProperties properties) {

@@ -70,6 +70,7 @@ TEST_F(JobExplorer, AJobIsEnteredChangedAndDeleted) {
   ClickAction("FileOpen");
   Enter("EditJobName", name);
   Enter("EditJobDescription", "a\tb \n\nc");
+  ClickAt(Find("FollowCommits"), [] { return QPoint(10, 10); });
   for (const std::string answer : {"No", "Yes"}) {
     Click("OkBtn");
     AnswerBox("The description cannot be kept exactly so: its file breaks very long", answer);
@@ -77,7 +78,9 @@ TEST_F(JobExplorer, AJobIsEnteredChangedAndDeleted) {
   WaitForMessage("J's name changed to " + name);
   Restart();
   EXPECT_EQ(Ui([this] { return Config().description; }), "a b\nc");
+  EXPECT_EQ(Ui([this] { return Config().follow; }), Follow::Commits);
   SelectNode({name});
+  EXPECT_EQ(TextOf("ListNote").find("Follows commits. Whole transactions"), 0U);
   for (const std::string answer : {"No", "Yes"}) {
     EXPECT_TRUE(folder_.Exists("jobs/" + name + "/" + name + ".xml"));
     Press("ctrl+d");
@@ -113,6 +116,17 @@ TEST_F(JobExplorer, AJobRunsPausesGoesOnAndStops) {
   Request("RunPause", "Pause J?", JobState::Paused);
   WaitForJob("Paused", 42, 2);
   EXPECT_EQ(ActionsShown(), (Names{"FileNew", "FileOpen", "Refresh", "RunRun", "RunStop"}));
+  ClickAction("FileOpen");
+  EXPECT_FALSE(Find("GroupFollow")->isEnabled()) << "until it is stopped";
+  Click("CancelBtn");
+  Ui([this] { Work().Jobs().Hold(0, "the batch is gone"); });
+  SelectNode({});
+  SelectNode({"J"});
+  EXPECT_EQ(TextOf("ListNote").find("Held: the batch is gone\nFollows rows."), 0U);
+  ClickAction("RunRun");
+  AnswerBox("Continue J?", "Yes");
+  AnswerBox("J is held: the batch is gone");
+  Ui([this] { Work().Jobs().Hold(0, {}); });
   Sql("A", "update SHOP.ITEM set NAME = 'b';\ndelete from CRM.VISIT;");
   Request("RunRun", "Continue J?", JobState::Started);
   NextPass();

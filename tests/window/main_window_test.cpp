@@ -64,6 +64,7 @@ TEST_F(MainWindow, HintsMessagesAndSettings) {
   Work().ProgramSettings().commit_age_seconds = 9;  // which has no field
   ChooseInMenu("Options", "Settings ...");
   Click("CheckDebug");
+  Choose("CBNewJobsFollow", "Commits (recommended)");
   Enter("EditMessageLimit", "7");
   Click("OkBtn");
   WaitForNoDialog();
@@ -71,6 +72,7 @@ TEST_F(MainWindow, HintsMessagesAndSettings) {
   EXPECT_TRUE(Work().ProgramSettings().debug);
   EXPECT_EQ(Work().ProgramSettings().message_limit, 7);
   EXPECT_EQ(Work().ProgramSettings().commit_age_seconds, 9);
+  EXPECT_TRUE(Work().ProgramSettings().new_jobs_follow_commits);
   EXPECT_FALSE(IsShown("TreeView1"));
   ChooseInMenu("Options", "ShowLog");
   EXPECT_TRUE(IsShown("TreeView1"));

@@ -150,9 +150,10 @@ void TakeSourceDialogs(UiContext& context, Scene& scene, Studio& studio) {
 }
 
 void TakeJobDialogs(UiContext& context, Scene& scene, Studio& studio) {
-  JobProperties properties = PropertiesOf(context.workspace.Jobs().At(0));
+  JobProperties properties = PropertiesOf(context.workspace.Jobs().At(3));
+  properties.follow = Follow::Commits;
   TJobEditForm edit(context, &scene.Main());
-  studio.TakeModal("job-properties", [&] { edit.Edit(properties, 0); });
+  studio.TakeModal("job-properties", [&] { edit.Edit(properties, 3); });
   const auto filter = [&](const QString& name, TableFilter mode,
                           const std::vector<std::string>& tables, const char* owner) {
     TFilterForm form(context, &scene.Main());

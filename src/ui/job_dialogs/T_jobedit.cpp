@@ -3,12 +3,14 @@
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRadioButton>
 #include <limits>
 
 #include "ui/sources/Dbconnection.h"
@@ -24,6 +26,7 @@ const QString kSizeName = QStringLiteral("TJobEditForm");
 constexpr int kWidth = 860;
 constexpr int kHeight = 440;
 constexpr int kDescriptionLines = 4;
+constexpr int kFollowLines = 3;
 
 // The field's text; unlike toPlainText() with its non-breaking blanks.
 QString TextOf(const QPlainTextEdit& field) {
@@ -147,6 +150,42 @@ void TJobEditForm::AddFields(QFormLayout& form) {
   Describe(interval_->Edit(), "EditSyncInterval", QStringLiteral("Synchronize Interval in minutes"),
            tip);
   form.addRow(QStringLiteral("Synchronize &Interval(minutes):"), interval_);
+  form.addRow(MakeFollow());
+}
+
+// Under each of the two what it means.
+QWidget* TJobEditForm::MakeFollow() {
+  follow_ = new QGroupBox(QStringLiteral("Follow"));
+  Describe(*follow_, "GroupFollow", QStringLiteral("What the job follows"), {});
+  auto* column = new QVBoxLayout(follow_);
+  column->setSpacing(kSpacing / 2);
+  const auto add = [&](const char* object, const QString& caption, Follow follow) {
+    const QString means = ToQt(WhatFollowingMeans(follow));
+    auto* choice = new QRadioButton(caption);
+    Describe(*choice, object, caption, means);
+    auto* words = new QLabel(means);
+    words->setWordWrap(true);
+    words->setForegroundRole(QPalette::PlaceholderText);
+    words->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    words->setIndent(2 * kMargin);
+    // The form does not ask for the height that goes with a width.
+    words->setMinimumHeight(words->fontMetrics().lineSpacing() * kFollowLines);
+    column->addWidget(choice);
+    column->addWidget(words);
+    return choice;
+  };
+  commits_ = add("FollowCommits", QStringLiteral("&Commits (recommended)"), Follow::Commits);
+  rows_ = add("FollowRows", QStringLiteral("&Rows"), Follow::Rows);
+  return follow_;
+}
+
+void TJobEditForm::ShowFollow(Follow follow) {
+  (follow == Follow::Commits ? commits_ : rows_)->setChecked(true);
+  const JobList& jobs = context_.workspace.Jobs();
+  const bool free = index_ == JobList::kNotFound || jobs.State(index_) == JobState::Stopped;
+  follow_->setEnabled(free);
+  follow_->setToolTip(free ? QString()
+                           : QStringLiteral("Can be changed while the job is stopped only"));
 }
 
 bool TJobEditForm::Edit(JobProperties& properties, std::size_t index) {
@@ -165,6 +204,7 @@ void TJobEditForm::Show(const JobProperties& properties) {
   description_->setPlainText(ToQt(properties.description));
   shown_description_ = TextOf(*description_);
   interval_->Edit().setText(QString::number(properties.interval));
+  ShowFollow(properties.follow);
   name_->setFocus();
   name_->selectAll();
 }
@@ -187,6 +227,7 @@ JobProperties TJobEditForm::Entered() const {
   entered.description = EnteredDescription();
   entered.source = source_->Chosen();
   entered.destination = destination_->Chosen();
+  entered.follow = commits_->isChecked() ? Follow::Commits : Follow::Rows;
   entered.interval = ParseInterval(ToBytes(interval_->Edit().text()));
   return Trimmed(std::move(entered));
 }

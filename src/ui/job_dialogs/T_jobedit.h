@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The properties of a job: its name, what it is for, from where to where it synchronizes, how
-// often.
+// often, and in which way.
 #pragma once
 
 #include <QDialog>
@@ -13,7 +13,9 @@
 #include "workspace/job_operations.h"
 
 class QFormLayout;
+class QGroupBox;
 class QPlainTextEdit;
+class QRadioButton;
 
 namespace quillmere {
 
@@ -33,6 +35,8 @@ class TJobEditForm : public QDialog {
   QWidget* MakeSourcePart();
   QWidget* MakeJobPart();
   void AddFields(QFormLayout& form);
+  QWidget* MakeFollow();
+  void ShowFollow(Follow follow);
   void Show(const JobProperties& properties);
   void ShowSources(std::string_view source, std::string_view destination);
   JobProperties Entered() const;
@@ -57,6 +61,9 @@ class TJobEditForm : public QDialog {
   SourceChoice* source_ = nullptr;
   SourceChoice* destination_ = nullptr;
   IntervalField* interval_ = nullptr;
+  QGroupBox* follow_ = nullptr;
+  QRadioButton* rows_ = nullptr;
+  QRadioButton* commits_ = nullptr;
 };
 
 }  // namespace quillmere

@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "ui/jobs/batch_delegate.h"
+#include "ui/jobs/job_state_icon.h"
 #include "ui/toolkit/menu_entry.h"
 #include "ui/toolkit/notice.h"
 #include "ui/toolkit/text.h"
@@ -202,6 +203,16 @@ void TJobMgrForm::ShowJobs(const JobNodeRef& node) {
   frame_.Filter().SetModel(&job_rows_);
   const bool all = node.kind == JobNode::AllJobs;
   frame_.SetCountText(all ? Counted(job_rows_.SourceRowCount(), QStringLiteral("job")) : QString());
+  frame_.SetNote(all ? QString() : NoteOf(node.job));
+}
+
+// What an operator has to know of the one job that is shown.
+QString TJobMgrForm::NoteOf(std::size_t job) const {
+  const Follow follow = FollowOf(jobs_.At(job));
+  QString note = QStringLiteral("Follows %1. %2")
+                     .arg(ToQt(FollowName(follow)), ToQt(WhatFollowingMeans(follow)));
+  const std::string held = jobs_.HeldBecause(job);
+  return held.empty() ? note : HeldText(held) + u'\n' + note;
 }
 
 void TJobMgrForm::ShowTables(const JobNodeRef& node, TableRows& rows, const QString& layout) {
@@ -212,6 +223,7 @@ void TJobMgrForm::ShowTables(const JobNodeRef& node, TableRows& rows, const QStr
   frame_.List().ShowRows(rows, layout, true);
   frame_.Filter().SetModel(&rows);
   frame_.SetCountText(Counted(rows.SourceRowCount(), QStringLiteral("table")));
+  frame_.SetNote({});
 }
 
 // Keeps the selection: the same node while its job is there, else the one in its place.

@@ -62,6 +62,7 @@ class TJobMgrForm : public QWidget {
   void OnNodeChanged();
   void ShowList(const JobNodeRef& node);
   void ShowJobs(const JobNodeRef& node);
+  QString NoteOf(std::size_t job) const;
   void ShowTables(const JobNodeRef& node, TableRows& rows, const QString& layout);
   void Rebuild();
   void KeepExpanded();

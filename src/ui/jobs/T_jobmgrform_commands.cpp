@@ -25,6 +25,7 @@ auto WithProgress(QWidget* parent, const QString& title, const std::string& step
 void TJobMgrForm::NewJob() {
   JobProperties properties;
   properties.name = ProposeJobName(jobs_);
+  properties.follow = FollowOfNewJobs(context_.workspace.ProgramSettings());
   TJobEditForm form(context_, this);
   if (!form.Edit(properties, JobList::kNotFound)) return;
   std::size_t index = JobList::kNotFound;

@@ -34,7 +34,8 @@ QVariant StateColor(JobState state) {
 }
 
 QVariant StateExtra(const JobRow& row, int role) {
-  if (role == Qt::DecorationRole) return JobStateIcon(row.state);
+  if (role == Qt::DecorationRole) return JobStateIcon(row.state, !row.held.empty());
+  if (role == Qt::ToolTipRole && !row.held.empty()) return HeldText(row.held);
   return role == Qt::ForegroundRole ? StateColor(row.state) : QVariant();
 }
 
@@ -55,6 +56,7 @@ void Append(std::vector<JobRow>& rows, const JobList& jobs, std::size_t index) {
   row.applied = job.run.applied_count;
   row.blocked = job.run.blocked_count;
   row.name = NameOf(job);
+  row.held = jobs.HeldBecause(index);
   rows.push_back(std::move(row));
 }
 

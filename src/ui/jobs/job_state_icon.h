@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: MIT
-// The picture of a job's run state.
+// The picture of a job's run state, or of one that is held beside it.
 #pragma once
 
 #include <QIcon>
 
 #include "jobs/sync_job.h"
 #include "ui/toolkit/icons.h"
+#include "ui/toolkit/text.h"
 
 namespace quillmere {
 
-inline QIcon JobStateIcon(JobState state) {
+inline QString HeldText(const std::string& reason) {
+  return QStringLiteral("Held: ") + ToQt(reason);
+}
+
+inline QIcon JobStateIcon(JobState state, bool held) {
+  if (held) return Icon("warning");
   switch (state) {
     case JobState::Started:
       return Icon("state-started");

@@ -37,7 +37,7 @@ JobNode KindOf(quintptr number) {
   }
 }
 
-QIcon IconOf(JobNode kind, JobState state) {
+QIcon IconOf(JobNode kind, JobState state, bool held) {
   switch (kind) {
     case JobNode::AllJobs:
       return Icon("jobs");
@@ -46,7 +46,7 @@ QIcon IconOf(JobNode kind, JobState state) {
     case JobNode::Exclude:
       return Icon("exclude");
     default:
-      return JobStateIcon(state);
+      return JobStateIcon(state, held);
   }
 }
 
@@ -57,7 +57,7 @@ std::vector<JobTreeModel::Job> JobTreeModel::Read(const JobList& jobs) {
   for (std::size_t i = 0; i < jobs.Count(); ++i) {
     const JobState state = jobs.State(i);
     if (state == JobState::Empty) continue;
-    read.push_back({i, NameOf(jobs.At(i)), state});
+    read.push_back({i, NameOf(jobs.At(i)), state, jobs.HeldBecause(i)});
   }
   return read;
 }
@@ -68,7 +68,9 @@ bool JobTreeModel::Update(const JobList& jobs) {
       std::equal(read.begin(), read.end(), jobs_.begin(), jobs_.end(),
                  [](const Job& a, const Job& b) { return a.index == b.index && a.name == b.name; });
   if (same) {
-    for (std::size_t row = 0; row < read.size(); ++row) SetState(row, read[row].state);
+    for (std::size_t row = 0; row < read.size(); ++row) {
+      SetState(row, read[row].state, std::move(read[row].held));
+    }
     return false;
   }
   beginResetModel();
@@ -79,12 +81,15 @@ bool JobTreeModel::Update(const JobList& jobs) {
 
 void JobTreeModel::UpdateStates(const JobList& jobs, const std::vector<std::size_t>& changed) {
   for (const std::size_t job : changed) {
-    if (const auto row = RowOf(job)) SetState(*row, jobs.State(job));
+    if (const auto row = RowOf(job)) SetState(*row, jobs.State(job), jobs.HeldBecause(job));
   }
 }
 
-void JobTreeModel::SetState(std::size_t row, JobState state) {
-  if (std::exchange(jobs_[row].state, state) == state) return;
+void JobTreeModel::SetState(std::size_t row, JobState state, std::string held) {
+  Job& job = jobs_[row];
+  if (job.state == state && job.held == held) return;
+  job.state = state;
+  job.held = std::move(held);
   const QModelIndex changed = index(static_cast<int>(row), 0, Root());
   Q_EMIT dataChanged(changed, changed, {Qt::DecorationRole, Qt::ToolTipRole});
 }
@@ -157,10 +162,12 @@ QVariant JobTreeModel::data(const QModelIndex& index, int role) const {
       if (kind == JobNode::Job) return OneLine(job->name);
       return kind == JobNode::Include ? QStringLiteral("Include") : QStringLiteral("Exclude");
     case Qt::DecorationRole:
-      return IconOf(kind, job == nullptr ? JobState::Empty : job->state);
+      return IconOf(kind, job == nullptr ? JobState::Empty : job->state,
+                    job != nullptr && !job->held.empty());
     case Qt::ToolTipRole:
       if (kind != JobNode::Job) return {};
-      return QString(OneLine(job->name) + QStringLiteral(": ") + ToQt(StateName(job->state)));
+      return QString(OneLine(job->name) + QStringLiteral(": ") + ToQt(StateName(job->state)) +
+                     (job->held.empty() ? QString() : u'\n' + HeldText(job->held)));
     case kTagRole:
       return ToQt(NodeTag(kind));
     default:

@@ -53,12 +53,13 @@ class JobTreeModel : public QAbstractItemModel {
     std::size_t index = 0;
     std::string name;
     JobState state = JobState::Empty;
+    std::string held{};  // why it can not be continued
   };
 
   static std::vector<Job> Read(const JobList& jobs);
   // Where the job stands among its siblings.
   std::optional<std::size_t> RowOf(std::size_t job) const;
-  void SetState(std::size_t row, JobState state);
+  void SetState(std::size_t row, JobState state, std::string held);
 
   std::vector<Job> jobs_;  // in index order
 };

@@ -18,6 +18,7 @@
 #include "ui/toolkit/icons.h"
 #include "ui/toolkit/notice.h"
 #include "ui/toolkit/text.h"
+#include "workspace/job_operations.h"
 
 namespace quillmere {
 namespace {
@@ -62,6 +63,7 @@ SettingsForm::SettingsForm(UiContext& context, QWidget* parent)
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   layout->setSpacing(kMargin);
   layout->addWidget(MakeMessages());
+  layout->addWidget(MakeJobs());
   layout->addWidget(MakeClient());
   layout->addWidget(MakeLook());
   layout->addStretch();
@@ -91,6 +93,24 @@ QWidget* SettingsForm::MakeMessages() {
       QStringLiteral("When the message list is full it is emptied but for its latest row. The log "
                      "files keep everything."));
   form->addRow(QStringLiteral("&Rows of the message list:"), message_limit_);
+  return box;
+}
+
+QWidget* SettingsForm::MakeJobs() {
+  auto* box = new QGroupBox(QStringLiteral("Jobs"));
+  QFormLayout* form = FormIn(box);
+  follow_ = new QComboBox;
+  follow_->setObjectName(QStringLiteral("CBNewJobsFollow"));
+  follow_->setAccessibleName(QStringLiteral("What new jobs follow"));
+  for (const Follow follow : {Follow::Rows, Follow::Commits}) {
+    follow_->addItem(follow == Follow::Commits ? QStringLiteral("Commits (recommended)")
+                                               : QStringLiteral("Rows"));
+    follow_->setItemData(follow_->count() - 1, ToQt(WhatFollowingMeans(follow)), Qt::ToolTipRole);
+  }
+  follow_->setToolTip(
+      QStringLiteral("What the dialog of a new job proposes; jobs that are there stay as they "
+                     "are"));
+  form->addRow(QStringLiteral("&New jobs follow:"), follow_);
   return box;
 }
 
@@ -163,6 +183,7 @@ void SettingsForm::Show(const SettingsValues& values) {
   statement_trace_->setChecked(values.statement_trace);
   registry_messages_->setChecked(values.registry_messages);
   message_limit_->setValue(values.message_limit);
+  follow_->setCurrentIndex(values.new_jobs_follow_commits ? 1 : 0);
   const ClientKind kind = KindOf(values.client_library);
   if (kind == ClientKind::File) client_path_->setText(ToQt(values.client_library));
   client_->setCurrentIndex(client_->findData(static_cast<int>(kind)));
@@ -180,9 +201,12 @@ std::string SettingsForm::ClientPath() const {
 
 SettingsValues SettingsForm::Entered() const {
   const bool as_before = Kind() == KindOf(before_.client_library) && Kind() != ClientKind::File;
-  return {debug_->isChecked(), statement_trace_->isChecked(), registry_messages_->isChecked(),
+  return {debug_->isChecked(),
+          statement_trace_->isChecked(),
+          registry_messages_->isChecked(),
           message_limit_->value(),
-          as_before ? before_.client_library : ClientSetting(Kind(), ClientPath())};
+          as_before ? before_.client_library : ClientSetting(Kind(), ClientPath()),
+          follow_->currentIndex() == 1};
 }
 
 void SettingsForm::ShowKind() {

@@ -26,6 +26,7 @@ class SettingsForm : public QDialog {
 
  private:
   QWidget* MakeMessages();
+  QWidget* MakeJobs();
   QWidget* MakeClient();
   QWidget* MakeLook();
   QWidget* MakeButtons();
@@ -47,6 +48,7 @@ class SettingsForm : public QDialog {
   QComboBox* client_ = nullptr;
   QLineEdit* client_path_ = nullptr;
   QPushButton* browse_ = nullptr;
+  QComboBox* follow_ = nullptr;
   QComboBox* scheme_ = nullptr;
 };
 

@@ -12,13 +12,14 @@ void Assign(Settings& settings, const SettingsValues& values) {
   settings.registry_messages = values.registry_messages;
   settings.message_limit = values.message_limit;
   settings.client_library = values.client_library;
+  settings.new_jobs_follow_commits = values.new_jobs_follow_commits;
 }
 
 }  // namespace
 
 SettingsValues ValuesOf(const Settings& settings) {
-  return {settings.debug, settings.statement_trace, settings.registry_messages,
-          settings.message_limit, settings.client_library};
+  return {settings.debug,         settings.statement_trace, settings.registry_messages,
+          settings.message_limit, settings.client_library,  settings.new_jobs_follow_commits};
 }
 
 ClientKind KindOf(const std::string& client_library) {

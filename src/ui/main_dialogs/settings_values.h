@@ -15,6 +15,7 @@ struct SettingsValues {
   bool registry_messages = false;
   int message_limit = kDefaultMessageLimit;
   std::string client_library;
+  bool new_jobs_follow_commits = false;
 };
 
 inline constexpr int kMostMessageRows = 1'000'000;

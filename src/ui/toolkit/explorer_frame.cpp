@@ -86,6 +86,13 @@ ExplorerFrame::ExplorerFrame(WindowMemory& memory, const QString& name, const QS
   filter_ = new FilterLine(this);
   count_ = new QLabel(this);
   count_->setForegroundRole(QPalette::PlaceholderText);
+  note_ = new QLabel(this);
+  note_->setObjectName(QStringLiteral("ListNote"));
+  note_->setTextFormat(Qt::PlainText);
+  note_->setWordWrap(true);
+  note_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  note_->setContentsMargins(kSpacing, 0, kSpacing, kSpacing / 2);
+  note_->hide();
   list_ = new RowTable(memory, this);
   auto* right = new QWidget(this);
   auto* filter_row = new QHBoxLayout;
@@ -97,6 +104,7 @@ ExplorerFrame::ExplorerFrame(WindowMemory& memory, const QString& name, const QS
   right_column->setContentsMargins(0, 0, 0, 0);
   right_column->setSpacing(0);
   right_column->addLayout(filter_row);
+  right_column->addWidget(note_);
   right_column->addWidget(list_, 1);
 
   splitter_ = new QSplitter(Qt::Horizontal, this);
@@ -127,6 +135,11 @@ ExplorerFrame::~ExplorerFrame() {
 
 void ExplorerFrame::SetCountText(const QString& text) {
   count_->setText(text);
+}
+
+void ExplorerFrame::SetNote(const QString& text) {
+  if (note_->text() != text) note_->setText(text);
+  note_->setVisible(!text.isEmpty());
 }
 
 }  // namespace quillmere

@@ -38,6 +38,9 @@ class ExplorerFrame : public QWidget {
   // A line beside the filter: how many rows there are.
   void SetCountText(const QString& text);
 
+  // Lines above the list that say something of what it shows; none when the text is empty.
+  void SetNote(const QString& text);
+
  private:
   WindowMemory& memory_;
   const QString name_;
@@ -48,6 +51,7 @@ class ExplorerFrame : public QWidget {
   QTreeView* tree_ = nullptr;
   FilterLine* filter_ = nullptr;
   QLabel* count_ = nullptr;
+  QLabel* note_ = nullptr;
   RowTable* list_ = nullptr;
 };
 
