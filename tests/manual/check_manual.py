@@ -1,10 +1,9 @@
 # SPDX-License-Identifier: MIT
 """Checks the manual: its links and pictures exist, and it knows every message of the program.
 
-    check_manual.py SOURCE_FOLDER [--list]
+    check_manual.py SOURCE_FOLDER
 
-Messages are taken from the string literals of the sources: those of three words and more. --list
-prints them instead of checking.
+Messages are taken from the string literals of the sources: those of three words and more.
 """
 import html.parser
 import re
@@ -86,9 +85,6 @@ def wanted(folder):
 
 def main():
     folder = Path(sys.argv[1])
-    if "--list" in sys.argv:
-        print("\n".join(f"{file.relative_to(folder)}: {text}" for file, text in wanted(folder)))
-        return 0
     pages = {file: Page(file.read_text(encoding="utf-8")) for file in sorted((folder / "HTML").glob("*.html"))}
     faults = []
     for file, page in pages.items():
