@@ -13,99 +13,63 @@
 #include "support/config_of.h"
 #include "support/hand_clock.h"
 #include "support/temp_folder.h"
+#include "ui/databases/database_lists.h"
 #include "ui/databases/database_tree.h"
 #include "ui/jobs/job_actions.h"
 #include "ui/jobs/job_rows.h"
 #include "ui/jobs/job_tree_model.h"
 #include "ui/jobs/table_rows.h"
 #include "ui/main/message_list_model.h"
-#include "ui/toolkit/row_list.h"
 
 namespace quillmere {
 namespace {
 
 using testing::ElementsAre;
 
-struct Row {
-  std::string name, owner;
-  std::int64_t rows = 0;
-};
-
-class Rows final : public RowList<Row> {
- public:
-  Rows()
-      : RowList({Text<&Row::name>("Name", 100), Text<&Row::owner>("Owner", 100),
-                 Number<&Row::rows>("Rows", 100)}) {}
-
-  void Show(std::vector<Row> rows, bool same_rows = false) { Take(std::move(rows), same_rows); }
-
-  std::vector<std::string> Names() const {
-    std::vector<std::string> names;
-    for (int row = 0; row < rowCount(); ++row) {
-      names.push_back(index(row, 0).data().toString().toStdString());
-    }
-    return names;
+std::vector<std::string> Names(const RowModel& model) {
+  std::vector<std::string> names;
+  for (int row = 0; row < model.rowCount(); ++row) {
+    names.push_back(model.index(row, 0).data().toString().toStdString());
   }
-};
+  return names;
+}
 
-struct RowModelTest : testing::Test {
-  const std::vector<Row> five = {{"ORDERS", "HQ", 9},
-                                 {"items", "HQ", 100},
-                                 {"ORDERS", "EAST", 20},
-                                 {"", "EAST", -1},
-                                 {"Ärger", "WEST", 20}};
-  Rows model;
-};
-
-TEST_F(RowModelTest, SortsByBytesAndByNumberAndFiltersTextsWhateverTheirCase) {
+TEST(RowModel, SortsByBytesAndByNumberAndFiltersTextsWhateverTheirCase) {
   constexpr auto kUp = Qt::AscendingOrder, kDown = Qt::DescendingOrder;
   const std::tuple<const char*, int, Qt::SortOrder, std::vector<std::string>> rows[] = {
       {"", 0, kUp, {"", "ORDERS", "ORDERS", "items", "Ärger"}},
       {"", 0, kDown, {"Ärger", "items", "ORDERS", "ORDERS", ""}},
-      {"", 2, kUp, {"", "ORDERS", "ORDERS", "Ärger", "items"}},  // as numbers
+      {"", 3, kUp, {"", "ORDERS", "ORDERS", "Ärger", "items"}},  // as numbers
       {"order", 0, kUp, {"ORDERS", "ORDERS"}},
       {"eAsT", 0, kUp, {"", "ORDERS"}},
       {"Ä", 0, kUp, {"Ärger"}},
       {"100", 0, kUp, {}},
   };
+  DataSource source;
+  source.tables = {{"HQ", "ORDERS", "", "", 9},
+                   {"HQ", "items", "", "", 100},
+                   {"EAST", "ORDERS", "", "", 20},
+                   {"EAST", "", "", "", -1},
+                   {"WEST", "Ärger", "", "", 20}};
   for (const auto& [filter, column, order, names] : rows) {
-    Rows fresh;
-    fresh.Show(five);
-    fresh.SetFilter(filter);
-    fresh.sort(column, order);
-    EXPECT_EQ(fresh.Names(), names) << filter << column;
+    TableList list;
+    list.Show(&source);
+    list.SetFilter(filter);
+    list.sort(column, order);
+    EXPECT_EQ(Names(list), names) << filter << column;
   }
 }
 
-TEST_F(RowModelTest, SortsManyShortRunsLikeOneLongOne) {
-  std::vector<Row> rows;
-  for (int i = 0; i < 3000; ++i) rows.push_back({"T" + std::to_string((i * 7919) % 3000), "A", i});
-  model.Show(rows);
-  const std::vector<std::string> names = model.Names();
+TEST(RowModel, SortsManyShortRunsLikeOneLongOne) {
+  DataSource source;
+  for (int i = 0; i < 3000; ++i) {
+    source.tables.push_back({"A", "T" + std::to_string((i * 7919) % 3000), "", "", 0});
+  }
+  TableList list;
+  list.Show(&source);
+  const std::vector<std::string> names = Names(list);
   EXPECT_EQ(names.size(), 3000U);
   EXPECT_TRUE(std::is_sorted(names.begin(), names.end()));
-}
-
-TEST_F(RowModelTest, FreshNumbersKeepTheSelectionOnItsRowAndOtherRowsStartAnew) {
-  model.Show(five);
-  model.sort(2, Qt::AscendingOrder);
-  QItemSelectionModel selection(&model);
-  selection.select(model.index(4, 0),
-                   QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-  const QSignalSpy reset(&model, &QAbstractItemModel::modelReset);
-  std::vector<Row> fresh = five;
-  fresh[1].rows = -5;  // from the last place to the first
-  model.Show(fresh, true);
-  EXPECT_EQ(reset.count(), 0);
-  ASSERT_EQ(selection.selectedRows().size(), 1);
-  EXPECT_EQ(selection.selectedRows().front().row(), 0);
-  EXPECT_EQ(model.SourceRow(selection.selectedRows().front()), 1U);
-  model.SetFilter("orders");
-  model.Show({{"ORDERS", "NORTH", 1}, {"BILLS", "NORTH", 1}});
-  EXPECT_EQ(reset.count(), 2) << "the filter's, and that of the rows";
-  EXPECT_EQ(model.Names(), std::vector<std::string>{"ORDERS"});
-  EXPECT_EQ(model.ModelRowOf(1), -1);
-  EXPECT_EQ(model.ModelRowOf(0), 0);
 }
 
 // A letter for each action that shows, "FileNew" aside.
@@ -174,19 +138,31 @@ struct Jobs : ::testing::Test {
 
 TEST_F(Jobs, KeepTheirRowsWhileOnlyNumbersMove) {
   const std::size_t shop = Add("shop", JobState::Started, {300, 100});
-  Add("crm", JobState::Stopped);
+  const std::size_t crm = Add("crm", JobState::Stopped);
   JobRows rows;
   rows.Fill(jobs);
+  rows.sort(2, Qt::AscendingOrder);
+  QItemSelectionModel selection(&rows);
+  selection.select(rows.index(rows.ModelRowOf(shop), 0), QItemSelectionModel::Select);
   const QSignalSpy resets(&rows, &QAbstractItemModel::modelReset);
-  jobs.At(shop).run.applied_count = 5000;
   jobs.At(shop).run.blocked_count = 7;
-  rows.Fill(jobs);
+  for (const int count : {5000, -1}) {  // the last, then the first
+    jobs.At(shop).run.applied_count = count;
+    rows.Fill(jobs);
+    ASSERT_EQ(selection.selectedIndexes().size(), 1);
+    const QModelIndex selected = selection.selectedIndexes().front();
+    EXPECT_EQ(selected.row(), count > 0 ? 1 : 0);
+    EXPECT_THAT(Cells(rows, selected.row()),
+                ElementsAre("shop", "Started", std::to_string(count), "100", "300", "7"));
+    EXPECT_EQ(rows.index(selected.row(), 4).data(JobRows::kBatchRole).toInt(), 750);
+  }
   EXPECT_EQ(resets.count(), 0);
-  EXPECT_THAT(Cells(rows, 1), ElementsAre("shop", "Started", "5000", "100", "300", "7"));
-  EXPECT_EQ(rows.index(1, 4).data(JobRows::kBatchRole).toInt(), 750);
-  rows.Fill(jobs, shop);
-  EXPECT_EQ(resets.count(), 1);
-  EXPECT_EQ(rows.JobOf(rows.SourceRow(0)), shop);
+  rows.SetFilter("shop");
+  rows.Fill(jobs, crm);
+  EXPECT_EQ(resets.count(), 2) << "the filter's, and that of the rows";
+  EXPECT_EQ(rows.rowCount(), 0);
+  EXPECT_EQ(rows.ModelRowOf(0), -1);
+  EXPECT_EQ(rows.JobOf(0), crm);
 }
 
 TEST_F(Jobs, TablesAreListedByTheirFlagAndOutliveTheJobsOwn) {
