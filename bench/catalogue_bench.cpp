@@ -69,13 +69,15 @@ std::string Statement(std::size_t i) {
          "','" + std::string(i % 200, 'x') + "')";
 }
 
-double BytesAboveText() {
+// a_transaction: statements of each, 0 for a batch that was taken by rows.
+double BytesAboveText(std::size_t a_transaction) {
   PendingBatch batch;
   std::size_t text = 0;
   const std::size_t before = BytesInUse();
   for (std::size_t i = 0; i < kStatements; ++i) {
     const std::string statement = Statement(i);
     text += statement.size();
+    if (a_transaction != 0 && i % a_transaction == 0) batch.BeginTransaction({});
     batch.Append(statement);
   }
   const std::size_t taken = BytesInUse() - before;
@@ -103,7 +105,12 @@ void AddCatalogueBenches(RatioTable& table) {
              [thousand] { thousand->SaveWithOneChange(); }, 101});
   table.Add({"save, nothing of 1000 jobs changed / 1 of 1", 0, [one] { one->SaveWithOneChange(); },
              [thousand] { thousand->Save(); }, 101});
-  table.AddFigure("pending batch, bytes above the text", "a statement", 64, BytesAboveText);
+  const auto above_text = [&](const char* name, double limit, std::size_t a_transaction) {
+    table.AddFigure(name, "a statement", limit, [=] { return BytesAboveText(a_transaction); });
+  };
+  above_text("pending batch, bytes above the text", 64, 0);
+  above_text("the same by commits, ten statements a transaction", 64, 10);
+  above_text("the same by commits, one statement a transaction", 64, 1);
 }
 
 }  // namespace quillmere::bench

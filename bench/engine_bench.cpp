@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "benches.h"
+#include "engine/follow_commits.h"
 #include "engine/follow_rows.h"
 #include "engine/job_runner.h"
 #include "null_oci.h"
@@ -69,6 +70,33 @@ class Engine {
     if (!FollowRows(context_, 0).Mine(session) || Job().run.pending_batch.Empty()) std::abort();
     benchmark::DoNotOptimize(rows);
     Job().run.pending_batch.Clear();
+  }
+
+  // Reads the redo and applies it, by the way that the job follows. How many statements.
+  std::size_t WholePass() {
+    OracleSession session(library_);
+    if (!session.Connect({"S", "u", "p", false})) std::abort();
+    JobRun& run = Job().run;
+    run.positions.cutoff_scn = 1'000'000'000;
+    FollowMemory memory;
+    std::string error;
+    std::int64_t stopped_at = MinedRow::kNoScn;
+    CommitMiner miner(session);
+    const bool mined = FollowOf(Job()) == Follow::Rows
+                           ? FollowRows(context_, 0).Mine(session)
+                           : FollowCommits(context_, 0, memory).Read(miner, 0, stopped_at, error);
+    const std::size_t size = run.pending_batch.Size();
+    if (!mined || size == 0) std::abort();
+    run.next_due = LocalTime{};
+    jobs_.SetState(0, JobState::Started, {0, static_cast<std::uint32_t>(size)});
+    run.applied_count = 0;
+    runner_.Step(0);
+    if (static_cast<std::size_t>(run.applied_count.Get()) != size) std::abort();
+    return size;
+  }
+  void FollowBy(Follow follow) {
+    const MutexLock lock(Job().config_mutex);
+    Job().config.follow = follow;
   }
 
   void StartAll() {
@@ -203,6 +231,16 @@ void AddEngineBenches(RatioTable& table) {
   table.Add({"capture, 1000000 rows / copying their bytes", 4, [=] { million->Copy(); },
              mine(million), 5});
   table.Add({"capture, 1000000 rows / 100000 rows", 11, mine(tenth), mine(million), 5});
+  const auto pass_by = [=](Follow follow) {
+    const auto engine = std::make_shared<Engine>(1, 10);
+    engine->FollowBy(follow);
+    return [=] {
+      NullOci(&tenth->Rows());
+      engine->WholePass();
+    };
+  };
+  table.Add({"pass of 100000 rows by commits / by rows", 1.15, pass_by(Follow::Rows),
+             pass_by(Follow::Commits), 9});
   table.AddFigure("sweep over 1000 idle jobs, processor time", "ms", 1, IdleSweep);
 }
 

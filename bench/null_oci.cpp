@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "null_oci.h"
 
+#include <charconv>
 #include <cstring>
+
+#include "oracle/follow_queries.h"
 
 namespace quillmere::bench {
 
@@ -17,7 +20,9 @@ struct Column {
 
 const std::vector<RedoRow>* canned = nullptr;
 std::size_t next = 0;
-Column columns[2];
+constexpr ub4 kRowColumns = 2;
+constexpr ub4 kCommitColumns = follow::Column::Count;
+Column columns[kCommitColumns];
 ub4 defined = 0;
 char handle = 0;  // the address of something
 
@@ -25,6 +30,34 @@ void Put(const Column& column, std::string_view text) {
   std::memcpy(column.value, text.data(), text.size());
   *column.indicator = 0;
   *column.length = static_cast<ub2>(text.size());
+}
+
+void PutNumber(std::size_t column, std::string_view before, std::size_t number) {
+  char text[64];
+  const std::size_t length = before.copy(text, before.size());
+  const char* const end = std::to_chars(text + length, text + sizeof text, number).ptr;
+  Put(columns[column], {text, static_cast<std::size_t>(end - text)});
+}
+
+// A row whose text goes on and the next one are of one change.
+void PutFacts(const RedoRow& row) {
+  using follow::Column;
+  static std::size_t change = 0;
+  if (next == 0) change = 0;
+  const bool goes_on = !row.text.ends_with(';');
+  PutNumber(Column::CommitScn, "", 5000 + change / 10);
+  PutNumber(Column::Xid, "4.12.", change / 10);
+  Put(columns[Column::OperationCode], "1");
+  Put(columns[Column::Operation], "INSERT");
+  Put(columns[Column::Rollback], "0");
+  Put(columns[Column::Csf], goes_on ? "1" : "0");
+  Put(columns[Column::Status], "0");
+  Put(columns[Column::Owner], "SALES");
+  Put(columns[Column::Table], "ORDERS_1");
+  PutNumber(Column::Change, " 0x0000a1.00001234.0010 .", change);
+  PutNumber(Column::Row, "70123.AAAR3sAAEAAAACXA", change);
+  Put(columns[Column::CommitTime], "2026-01-31 23:59:07");
+  if (!goes_on) ++change;
 }
 
 sword EnvCreate(OCIEnv** env, ub4, void*, void* (*)(void*, std::size_t),
@@ -65,16 +98,19 @@ sword StmtExecute(OCISvcCtx*, OCIStmt*, OCIError*, ub4, ub4, const OCISnapshot*,
 }
 sword DefineByPos(OCIStmt*, OCIDefine**, OCIError*, ub4 position, void* value, sb4, ub2,
                   void* indicator, ub2* length, ub2*, ub4) {
-  if (position <= 2) {
+  if (position <= kCommitColumns) {
     columns[position - 1] = {static_cast<char*>(value), static_cast<sb2*>(indicator), length};
   }
   defined = position;
   return kSuccess;
 }
 sword StmtFetch2(OCIStmt*, OCIError*, ub4, ub2, sb4, ub4) {
-  if (canned == nullptr || defined != 2 || next == canned->size()) return kNoData;
-  Put(columns[0], (*canned)[next].scn);
-  Put(columns[1], (*canned)[next].text);
+  const bool known = defined == kRowColumns || defined == kCommitColumns;
+  if (canned == nullptr || !known || next == canned->size()) return kNoData;
+  const RedoRow& row = (*canned)[next];
+  Put(columns[0], row.scn);
+  Put(columns[defined - 1], row.text);
+  if (defined == kCommitColumns) PutFacts(row);
   ++next;
   return kSuccess;
 }

@@ -14,7 +14,9 @@ struct RedoRow {
   std::string_view text;
 };
 
-// The table; its queries of two text columns fetch the rows, all others find nothing. One thread.
+// The table; its queries of two text columns fetch the rows, those of fourteen the same rows as
+// transactions of ten changes with all that following by commits asks for; all others find nothing.
+// One thread.
 OciApi NullOci(const std::vector<RedoRow>* rows = nullptr);
 
 }  // namespace quillmere::bench

@@ -26,6 +26,10 @@ class FollowCommits final : public FollowWay {
   void Finish() override {}
   NameQuotes Quotes() const override { return NameQuotes::Kept; }
 
+  // The part of a capture that reads the redo, from a session on which mining was started. Behind
+  // too many statements stopped_at is the commit SCN before which it ended, else it stays.
+  bool Read(CommitMiner& miner, std::int64_t upto, std::int64_t& stopped_at, std::string& error);
+
  private:
   struct Look;
 
@@ -37,7 +41,6 @@ class FollowCommits final : public FollowWay {
   bool Mine(CommitMiner& miner, const Reading& reading, std::string& error);
   bool SetLogs(CommitMiner& miner, std::vector<RedoLog>& chosen, std::vector<RedoLog>& online,
                std::string& error);
-  bool Read(CommitMiner& miner, std::int64_t upto, std::int64_t& stopped_at, std::string& error);
   bool KeepBatch(std::string& error);
   std::string SourceName() const;
 
