@@ -24,6 +24,7 @@ struct World {
   std::int64_t stall_ms = 0;
   std::size_t threads = 1;
   std::int64_t lag_ms = 0;
+  double per_second = 1;
 };
 
 constexpr World kWorlds[] = {{"short", 2, 20'000, 1},
@@ -61,6 +62,9 @@ class Trial {
     on_.destination.strict = follow == Follow::Commits;
   }
 
+  // Ends the program at its so manieth operation on files or the client library.
+  void KillAt(std::size_t operation) { kill_in_ = operation; }
+
   void Run(int sweeps, Verdict& verdict) {
     Tick(20'000);
     on_.life->Run();
@@ -73,7 +77,9 @@ class Trial {
       Sweep(world_.sweep_ms * kPerCent[random_.Below(6)] / 100);
     }
     calm_ = true;
-    for (int i = 0; i < 40 && !one_moment_; ++i) Sweep(30'000);
+    kill_in_ = 0;
+    const int calm_sweeps = chaos_ ? 40 : 8;
+    for (int i = 0; i < calm_sweeps && !one_moment_; ++i) Sweep(30'000);
     verdict.deaths += deaths_;
     verdict.refusals += refusals_;
     verdict.moments += moments_ + lost_answers_;
@@ -95,7 +101,8 @@ class Trial {
     SourceShape shape{.seed = seed, .straddling = kBehaviours[seed % 2], .threads = world.threads};
     shape.lag_ms = world.lag_ms;
     shape.log = {.bytes = 60'000, .archived = true, .archives_kept = 1000};
-    shape.habits = {.per_second = 1, .mean_seconds = world.mean_seconds, .no_statement = .02};
+    shape.habits = {
+        .per_second = world.per_second, .mean_seconds = world.mean_seconds, .no_statement = .02};
     // What can not be taken by rows would only stop them.
     if (follow == Follow::Rows) {
       shape.habits.savepoint = shape.habits.long_text = shape.habits.temporary = 0;
@@ -258,6 +265,27 @@ TEST(FollowCommitsTest, LosesDoublesAndHalvesNothing) {
       EXPECT_EQ(verdict.Wrong(), 0U) << world.name << ", " << verdict.first;
       EXPECT_GT(verdict.changes, 500U) << world.name;
     }
+  }
+}
+
+// With the row nothing is lost or doubled wherever it dies; without it the one moment is left.
+TEST(FollowCommitsTest, DyingAtAnyOperationOnlyDelays) {
+  static constexpr World kSmall{
+      .name = "small", .mean_seconds = 2, .sweep_ms = 20'000, .interval = 0, .per_second = .2};
+  for (const bool row : {true, false}) {
+    Verdict verdict;
+    std::size_t at = 1;
+    for (; verdict.deaths + 1 == at && verdict.Wrong() == 0; ++at) {
+      Trial trial(kSmall, 2, Follow::Commits, false, row);
+      trial.KillAt(at);
+      trial.Run(3, verdict);
+    }
+    std::cout << "killed at each of " << at << " operations" << (row ? ", position row: " : ": ")
+              << verdict.changes << " changes, " << verdict.one_moment << " in the one moment\n";
+    EXPECT_EQ(verdict.Wrong(), 0U) << "at " << at << ", " << verdict.first;
+    EXPECT_GT(at, 300U);
+    EXPECT_GT(verdict.moments, 0U);
+    EXPECT_EQ(verdict.one_moment == 0, row);
   }
 }
 
