@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "engine/job_runner.h"
+#include "support/account.h"
 #include "support/config_of.h"
 #include "support/hand_clock.h"
-#include "support/memory_files.h"
 #include "support/scripted_oci.h"
 
 namespace quillmere {
@@ -104,7 +104,7 @@ struct EngineProgram {
   JobRunner runner{context};
 };
 
-class EngineTest : public ::testing::Test {
+class EngineTest : public AccountTest {
  protected:
   EngineTest() {
     script_.Answer(kScnQuery, {{"100"}});
@@ -112,7 +112,7 @@ class EngineTest : public ::testing::Test {
     program_.AddJob();
   }
 
-  std::string Read(const std::string& name) const { return files_.Content("/work/" + name); }
+  std::string Read(const std::string& name) const { return files.Content("/work/" + name); }
   RunRecord Record() {
     RunRecord record;
     const std::string bytes = Read("jobs/J/block.dat");
@@ -144,10 +144,9 @@ class EngineTest : public ::testing::Test {
     return applied;
   }
 
-  MemoryFiles files_;
   HandClock clock_;
   ScriptedOci script_;
-  EngineProgram program_{files_, clock_, script_};
+  EngineProgram program_{files, clock_, script_};
   Recorder& listener_ = program_.listener;
   SyncJob& job_ = program_.Job();
 };

@@ -3,22 +3,15 @@
 
 #include "engine/engine_fixture.h"
 #include "engine/work_thread.h"
-#include "support/stored_text.h"
 
 namespace quillmere {
 namespace {
 
-// Each test's account is the file of its name in transcripts/.
 class Account : public EngineTest {
  protected:
-  void TearDown() override {
-    const std::string test = ::testing::UnitTest::GetInstance()->current_test_info()->name();
-    ExpectStored(account_.str(), std::filesystem::path(TRANSCRIPTS) / (test + ".txt"));
-  }
-
   // From now on a paragraph has the calls, too, and what happens on the disk between them.
   void WithCalls() {
-    files_.on_operation = [this](const testing::FileOperation& operation) {
+    files.on_operation = [this](const testing::FileOperation& operation) {
       constexpr std::string_view kOnlyAsk = "look list read close";
       if (kOnlyAsk.find(operation.what) == std::string_view::npos) {
         script_.Note("    " + operation.Text());
@@ -30,38 +23,29 @@ class Account : public EngineTest {
 
   // A paragraph: what was told and applied since the last one, and how the job stands.
   void Tell(const std::string& what) {
-    account_ << "= " << what << "\n";
+    account << "= " << what << "\n";
     for (const std::string& line : script_.TakeTranscript()) {
-      if (with_calls_) account_ << line << "\n";
+      if (with_calls_) account << line << "\n";
     }
-    for (const std::string& line : listener_.Take()) account_ << line << "\n";
-    for (const std::string& sql : Applied()) account_ << "  " << sql << "\n";
+    for (const std::string& line : listener_.Take()) account << line << "\n";
+    for (const std::string& sql : Applied()) account << "  " << sql << "\n";
     const RunRecord record = Record();
     const std::int64_t due = job_.run.next_due.ms - clock_.Now().ms;
-    account_ << StateName(program_.State()) << ", on disk "
-             << StateName(static_cast<JobState>(record.state)) << " from "
-             << record.mining_start_scn << " below " << record.cutoff_scn
-             << (record.batch_pending != 0 ? ", batch with " : ", no batch, ")
-             << record.batch_remaining << " to do, " << record.batch_applied << " done; applied "
-             << job_.run.applied_count << ", blocked " << job_.run.blocked_count << ", due in "
-             << std::max<std::int64_t>(due, 0) / 1000 << " s\n";
+    account << StateName(program_.State()) << ", on disk "
+            << StateName(static_cast<JobState>(record.state)) << " from " << record.mining_start_scn
+            << " below " << record.cutoff_scn
+            << (record.batch_pending != 0 ? ", batch with " : ", no batch, ")
+            << record.batch_remaining << " to do, " << record.batch_applied << " done; applied "
+            << job_.run.applied_count << ", blocked " << job_.run.blocked_count << ", due in "
+            << std::max<std::int64_t>(due, 0) / 1000 << " s\n";
   }
-  void TellFile(const std::string& name) { account_ << "[" << name << "]\n" << Read(name) << "\n"; }
-
-  // The operation fails as on a full disk, until files_.on_operation is set anew.
-  void Refuse(const std::string& what, const std::string& file) {
-    files_.on_operation = [=](const testing::FileOperation& operation) {
-      const bool refused = operation.what == what && operation.path.find(file) != file.npos;
-      return refused ? FileStatus{FileCode::NoSpace, "full"} : FileStatus();
-    };
-  }
+  void TellFile(const std::string& name) { account << "[" << name << "]\n" << Read(name) << "\n"; }
 
   void Run() {
     std::string reason;
-    if (!RequestRun(program_.context, 0, reason)) account_ << "no: " << reason << "\n";
+    if (!RequestRun(program_.context, 0, reason)) account << "no: " << reason << "\n";
   }
 
-  std::ostringstream account_;
   bool with_calls_ = false;
 };
 
@@ -116,12 +100,12 @@ TEST_F(Account, Requests) {
   Refuse("write", "block.dat");
   Run();
   Tell("continue, and the disk is full");
-  files_.on_operation = [&](const testing::FileOperation& operation) {
+  files.on_operation = [&](const testing::FileOperation& operation) {
     EXPECT_EQ(program_.State(), JobState::Paused) << operation.Text();
     return FileStatus();
   };
   Run();
-  files_.on_operation = nullptr;
+  files.on_operation = nullptr;
   Tell("continue");
   program_.jobs.SetProgress(0, {3, 4});
   RequestStop(program_.jobs, 0);
@@ -175,7 +159,7 @@ TEST_F(Account, WhatIsSetAside) {
   NextPass();
   EXPECT_FALSE(program_.Table("ITEMS").compare);
   Tell("it can not be kept: the same is mined again");
-  files_.on_operation = nullptr;
+  Refuse();
   script_.FailOn("ServerAttach", "ORA-12541: TNS", 12541, 1);  // the destination's
   NextPass();
   Tell("it is told, and its tables are marked");
@@ -200,7 +184,7 @@ TEST_F(Account, WhatKeepsABatchFromBeingBegun) {
     Tell(row.call + row.file);
   }
   TellFile("sqlerror.log");
-  files_.on_operation = nullptr;
+  Refuse();
   NextPass();
   Tell("none");
   script_.Answer(kRedoQuery, {{"11", Insert("2").substr(0, 40) + std::string(4000, 'x')}});
@@ -216,7 +200,7 @@ TEST_F(Account, NoCommitWithoutItsRecord) {
     NextPass();
     Tell(what + " is refused");
   }
-  files_.on_operation = nullptr;
+  Refuse();
   NextPass();
   Tell("none is");
 }
@@ -249,12 +233,12 @@ TEST_F(EngineTest, ARecordThatIsNotTakenBackKeepsTheCommitPoint) {
       ended = ended || (line.starts_with("SessionEnd") && Read("jobs/J/commit.dat") != "(none)");
       return "";
     };
-    files_.on_operation = [&](const testing::FileOperation& operation) {
+    files.on_operation = [&](const testing::FileOperation& operation) {
       const bool refused = ended && operation.Text() == what + " /work/jobs/J/block.dat";
       return refused ? FileStatus{FileCode::Failed, "Input/output error"} : FileStatus();
     };
     NextPass();
-    files_.on_operation = nullptr;
+    files.on_operation = nullptr;
     script_.on_call = nullptr;
     EXPECT_NE(Read("jobs/J/commit.dat"), "(none)") << what;
     EXPECT_EQ(job_.run.applied_count, 0);
