@@ -95,12 +95,10 @@ TEST_F(JobCatalogueTest, FilesHoldWhatTheyShould) {
   EXPECT_EQ(restarted.jobs.State(0, &progress), JobState::Paused);
   EXPECT_EQ(progress.batch_remaining, 22u);
   const JobConfig& read = restarted.Job(0);
-  EXPECT_EQ(read.source.password, "tiger");
-  EXPECT_TRUE(read.source.sysdba);
+  EXPECT_TRUE(read.source.password == "tiger" && read.source.sysdba);
   EXPECT_EQ(read.destination.user_id, "") << "an unregistered data source";
   EXPECT_EQ(read.error_log_path, "/work/jobs/J1/error.log");
-  EXPECT_TRUE(read.table_list_fetched);
-  EXPECT_FALSE(restarted.Job(1).table_list_fetched);
+  EXPECT_TRUE(read.table_list_fetched && !restarted.Job(1).table_list_fetched);
   files.Remove("/work/jobs/jobs.xml");
   ++restarted.Job(0).tables_revision;
   Save("read, and written as they were", restarted);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <map>
+#include <mutex>
 #include <sstream>
 #include <string>
 
@@ -22,10 +23,11 @@ class AccountTest : public ::testing::Test {
     files.on_operation = [this](const testing::FileOperation& operation) {
       const std::size_t name = operation.path.rfind(" -> ");
       if (name != std::string::npos && files.Content(operation.path.substr(0, name)) != "(none)") {
+        const std::lock_guard lock(mutex_);  // threads may write
         renamed_ += " " + operation.path.substr(name + 10);
       }
-      const bool refused = !refused_file.empty() && operation.what == refused_what &&
-                           operation.path.find(refused_file) != std::string::npos;
+      const bool refused = !refused_file_.empty() && operation.what == refused_what_ &&
+                           operation.path.find(refused_file_) != std::string::npos;
       return refused ? FileStatus{FileCode::NoSpace, "full"} : FileStatus();
     };
   }
@@ -38,8 +40,8 @@ class AccountTest : public ::testing::Test {
 
   // From now on the operation fails on files whose path has this part, as on a full disk.
   void Refuse(std::string what = {}, std::string file = {}) {
-    refused_what = std::move(what);
-    refused_file = std::move(file);
+    refused_what_ = std::move(what);
+    refused_file_ = std::move(file);
   }
 
   // What was written by replacing a file, then each file that is another than at the last call:
@@ -73,7 +75,8 @@ class AccountTest : public ::testing::Test {
   std::ostringstream account;
 
  private:
-  std::string refused_what, refused_file;
+  std::string refused_what_, refused_file_;
+  std::mutex mutex_;
   std::string renamed_;
   std::map<std::string, std::string> told_;
 };
