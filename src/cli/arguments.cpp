@@ -130,8 +130,9 @@ void AddJobCommands(CLI::App& app, Parsed& parsed) {
   AddPositionTable(edit, arguments);
   Add(group, "list", "List the jobs", parsed, arguments, job::List)
       .add_flag("--json", arguments.json, "as JSON");
-  add("show", "Show a job with its tables", job::Show)
-      .add_flag("--json", arguments.json, "as JSON");
+  CLI::App& show = add("show", "Show a job with its tables", job::Show);
+  show.add_flag("--json", arguments.json, "as JSON");
+  show.add_flag("--live", arguments.live, "ask the source what the job stands on");
   add("refresh", "Read the tables of the source anew", job::Refresh);
   add("stop", "Reset a paused job", job::Stop);
   add("remove", "Delete a stopped job", job::Remove);

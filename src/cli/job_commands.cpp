@@ -2,6 +2,7 @@
 #include "cli/job_commands.h"
 
 #include "cli/job_output.h"
+#include "engine/job_footing.h"
 #include "engine/job_runner.h"
 #include "workspace/job_operations.h"
 #include "workspace/job_tables.h"
@@ -53,6 +54,19 @@ std::string WhyTablesUnknown(const SyncJob& record, const Arguments& arguments) 
 Follow ChosenFollow(const std::string& given, Follow otherwise) {
   if (given.empty()) return otherwise;
   return given == FollowName(Follow::Commits) ? Follow::Commits : Follow::Rows;
+}
+
+std::vector<FootingLine> LookAtSource(Workspace& workspace, std::size_t index) {
+  const SyncJob& job = workspace.Jobs().At(index);
+  const LogOn log_on = [&] {
+    const MutexLock lock(job.config_mutex);
+    return job.config.source;
+  }();
+  OracleSession source(workspace.Oci());
+  if (!source.Connect(log_on)) {
+    return {{"Server", "not known: Connect source fail : " + source.LastError(), true}};
+  }
+  return ReadFooting(source, job);
 }
 
 int Filter(const CommandLine& line, const Arguments& arguments, TableFilter filter) {
@@ -132,7 +146,10 @@ int Show(const CommandLine& line, const Arguments& arguments) {
   if (workspace == nullptr) return kFailed;
   const std::size_t index = FindJob(*workspace, arguments.name);
   if (index == JobList::kNotFound) return kFailed;
-  return Print(arguments.json ? JobJson(*workspace, index) : JobText(*workspace, index));
+  std::vector<FootingLine> footing;
+  if (arguments.live) footing = LookAtSource(*workspace, index);
+  return Print(arguments.json ? JobJson(*workspace, index, footing)
+                              : JobText(*workspace, index, footing));
 }
 
 int Refresh(const CommandLine& line, const Arguments& arguments) {

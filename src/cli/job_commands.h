@@ -17,6 +17,7 @@ struct Arguments {
   std::vector<std::string> tables;  // of owner
   bool all = false;                 // its tables, whatever they are called
   bool json = false;
+  bool live = false;  // the source is asked, too
   bool no_position_table = false;
 };
 

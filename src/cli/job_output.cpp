@@ -115,7 +115,8 @@ std::string JobListJson(const Workspace& workspace) {
   return JsonText(list);
 }
 
-std::string JobText(const Workspace& workspace, std::size_t index) {
+std::string JobText(const Workspace& workspace, std::size_t index,
+                    const std::vector<FootingLine>& footing) {
   const SyncJob& job = workspace.Jobs().At(index);
   JobList::Progress progress;
   const JobState state = workspace.Jobs().State(index, &progress);
@@ -142,6 +143,9 @@ std::string JobText(const Workspace& workspace, std::size_t index) {
                              "between the destination's commit and ours"
                            : "in " + config.position_owner + "." + std::string(kPositionTable)}};
   if (!held.empty()) head.push_back({"Held", held});
+  for (const FootingLine& line : footing) {
+    head.push_back({line.warning ? "Warning" : line.subject, line.text});
+  }
   std::string text = TextTable(head);
   std::vector<std::vector<std::string>> rows = {{"Table Name", "Source Owner", "Remote Owner",
                                                  "Included", "Begin Rows", "Current Rows",
@@ -158,7 +162,8 @@ std::string JobText(const Workspace& workspace, std::size_t index) {
   return text;
 }
 
-std::string JobJson(const Workspace& workspace, std::size_t index) {
+std::string JobJson(const Workspace& workspace, std::size_t index,
+                    const std::vector<FootingLine>& footing) {
   const SyncJob& job = workspace.Jobs().At(index);
   JobList::Progress progress;
   const JobState state = workspace.Jobs().State(index, &progress);
@@ -172,6 +177,11 @@ std::string JobJson(const Workspace& workspace, std::size_t index) {
     schemas.push_back({{"owner", owner}, {"tables", std::move(tables)}});
   }
   object["schemas"] = std::move(schemas);
+  Json live = Json::array();
+  for (const FootingLine& line : footing) {
+    live.push_back({{"subject", line.subject}, {"text", line.text}, {"warning", line.warning}});
+  }
+  if (!live.empty()) object["live"] = std::move(live);
   return JsonText(object);
 }
 

@@ -72,7 +72,8 @@ void JobRunner::Step(std::size_t index) try {
                                 ". End the program and start it again before the job goes on");
 }
 
-bool JobRunner::FindPositions(std::size_t index, Positions& positions, bool& found) {
+bool JobRunner::FindPositions(std::size_t index, Positions& positions, bool& found,
+                              std::vector<FootingLine>& footing) {
   OracleSession source(context_.oci);
   std::string error;
   FollowResult result = FollowResult::Failed;
@@ -88,6 +89,9 @@ bool JobRunner::FindPositions(std::size_t index, Positions& positions, bool& fou
   if (found && guard.InUse()) found = guard.Start(old_job_id, positions.cutoff_scn, error);
   if (found) found = RemoveCommitPoint(context_, index, error);
   if (!found) context_.listener.OnError(index, error);
+  const SyncJob& job = context_.jobs.At(index);
+  // A job that follows rows asks nothing more than is required.
+  if (found && FollowOf(job) == Follow::Commits) footing = ReadFooting(source, job);
   return true;
 }
 
@@ -96,7 +100,8 @@ void JobRunner::Start(std::size_t index) {
   const JobView view(job);
   Positions positions;
   bool found = false;
-  if (!FindPositions(index, positions, found)) return;
+  std::vector<FootingLine> footing;
+  if (!FindPositions(index, positions, found, footing)) return;
   if (!found) {
     context_.jobs.ReplaceState(index, JobState::Starting, JobState::Stopped);
     RecordAndNotify(context_, index, JobState::Stopped);
@@ -118,6 +123,12 @@ void JobRunner::Start(std::size_t index) {
   context_.jobs.ReplaceState(index, JobState::Starting, JobState::Started, JobList::Progress{});
   RecordAndNotify(context_, index, JobState::Started);
   context_.listener.OnInformation(index, "Job " + view.name + " started.");
+  if (footing.empty()) return;
+  for (FootingLine& line : ChosenFooting(job)) footing.push_back(std::move(line));
+  for (const FootingLine& line : footing) {
+    context_.listener.OnInformation(
+        index, view.name + ": " + line.subject + (line.warning ? " warning: " : ": ") + line.text);
+  }
 }
 
 void JobRunner::Pause(std::size_t index) {

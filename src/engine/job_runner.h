@@ -10,6 +10,7 @@
 
 #include "engine/engine_context.h"
 #include "engine/follow_memory.h"
+#include "engine/job_footing.h"
 #include "jobs/run_state_files.h"
 
 namespace quillmere {
@@ -34,7 +35,8 @@ class JobRunner {
 
  private:
   // False: to be asked again with the next sweep.
-  bool FindPositions(std::size_t index, Positions& positions, bool& found);
+  bool FindPositions(std::size_t index, Positions& positions, bool& found,
+                     std::vector<FootingLine>& footing);
   void Start(std::size_t index);
   void Pause(std::size_t index);
   void Reset(std::size_t index);

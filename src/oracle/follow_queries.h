@@ -79,6 +79,34 @@ inline constexpr std::string_view kLogsNow =
     "select thread#, sequence#, first_change# from v$log where status in ('CURRENT', 'ACTIVE', "
     "'INACTIVE')";
 
+// --- What a job stands on, for the operator --------------------------------------------------
+
+// Fails before 12c, which has no containers.
+inline constexpr std::string_view kContainer =
+    "select sys_context('userenv', 'con_name') from dual";
+
+// YES, NO or IMPLICIT.
+inline constexpr std::string_view kSupplemental =
+    "select supplemental_log_data_min, supplemental_log_data_pk, supplemental_log_data_all from "
+    "v$database";
+
+// Owner, table, PRIMARY KEY LOGGING or ALL COLUMN LOGGING.
+inline constexpr std::string_view kLogGroups =
+    "select owner, table_name, log_group_type from dba_log_groups where log_group_type in "
+    "('PRIMARY KEY LOGGING', 'ALL COLUMN LOGGING')";
+
+inline constexpr std::string_view kKeyedTables =
+    "select owner, table_name from dba_constraints where constraint_type = 'P'";
+
+// How many logs, first SCN of the oldest and minutes since it was begun.
+inline constexpr std::string_view kOnlineReach =
+    "select count(*), nvl(min(first_change#), 0), nvl(max(trunc((sysdate - first_time) * 1440)), "
+    "0) from v$log where status in ('CURRENT', 'ACTIVE', 'INACTIVE')";
+inline constexpr std::string_view kArchivedReach =
+    "select count(*), nvl(min(first_change#), 0), nvl(max(trunc((sysdate - first_time) * 1440)), "
+    "0) from v$archived_log where name is not null and deleted = 'NO' and status = 'A' and "
+    "standby_dest = 'NO' and resetlogs_change# = (select resetlogs_change# from v$database)";
+
 // --- Contents --------------------------------------------------------------------------------
 
 // Columns of kContents by position.

@@ -355,6 +355,13 @@ class Replication(Site):
         job = self.jobs()["J"]
         self.assertEqual((job["follow"], job["total_done"], job["need_to_do"]), ("commits", 0, 400))
         self.cli("job", "edit", "J", "--follow", "rows", status=1, text="while it is stopped only")
+        self.sandbox("sql", "A", given="alter database drop supplemental log data (all) columns;\n"
+                     "alter table SHOP.NOTE add supplemental log data (all) columns;\n")
+        self.cli("job", "show", "J", "--live", text="Container             not known: ")
+        live = json.loads(self.cli("job", "show", "J", "--live", "--json"))["live"]
+        self.assertEqual([line["text"].partition(": ")[2] for line in live if line["warning"]],
+                         [f"alter table SHOP.{table} add supplemental log data (primary key) columns"
+                          for table in ("ITEM", "SECRET")])
         batch = self.work / "jobs" / "J" / "sqlcmds.txt"
         aside = batch.rename(self.work / "aside")
         for shown in (["list"], ["show", "J"]):
