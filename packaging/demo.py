@@ -113,6 +113,10 @@ class Workload:
                    f"where ID = {r.choice(self.orders)}")
             yield f"delete from SHOP.ORDER_LINES where ORDER_ID = {r.choice(self.orders)} and LINE_NO > 2"
 
+    def long(self):
+        """One transaction, made slowly: see Demo.long_transaction."""
+        return [statement for _ in range(4) for statement in self.customer()] + ["commit"]
+
     def transactions(self, count):
         for number in range(count):
             lists = (list(self.customers), list(self.products), list(self.orders))
@@ -133,8 +137,9 @@ class Demo:
         self.runner = None
         self.log = folder / "run.txt"
 
-    def call(self, command, given=None):
-        done = subprocess.run(command, input=given, text=True, capture_output=True, check=False)
+    def call(self, command, given=None, **environment):
+        done = subprocess.run(command, input=given, text=True, capture_output=True, check=False,
+                              env=dict(os.environ, **environment))
         if done.returncode != 0:
             sys.exit(f"{' '.join(command)}\nfailed: {done.stderr or done.stdout}")
         return done.stdout
@@ -151,8 +156,11 @@ class Demo:
     def job(self):
         for name in ("SHOP_HQ", "SHOP_COPY"):
             self.call(self.cli + ["source", "add", name, "--user", "SYS", "--mode", "SYSDBA"], "sandbox\n")
-        self.call(self.cli + ["job", "add", "shop", "--from", "SHOP_HQ", "--to", "SHOP_COPY",
-                              "--interval", "0", "--description", "demonstration"])
+        # What a sandbox has committed is in its redo at once.
+        (self.folder / "config" / "settings.xml").write_text(
+            "<settings>\n<commit_age>0</commit_age>\n</settings>\n")
+        self.call(self.cli + ["job", "add", "shop", "--from", "SHOP_HQ", "--to", "SHOP_COPY", "--follow",
+                              "commits", "--interval", "0", "--description", "demonstration"])
         self.call(self.cli + ["job", "exclude", "shop", *EXCLUDED.split(".")])
         owner, table = MOVED[0].split(".")
         self.call(self.cli + ["job", "owner", "shop", owner, MOVED[1].split(".")[0], table])
@@ -163,6 +171,12 @@ class Demo:
         with self.log.open("a") as log:
             self.runner = subprocess.Popen(self.cli + ["run", *how, "--sweep-ms", "400"],
                                            stdout=log, stderr=log, env=environment)
+
+    def long_transaction(self, shop, pause_us):
+        """So long between two statements that passes come and go while it is open."""
+        script = self.folder / "long.sql"
+        script.write_text("".join(s + ";\n" for s in shop.long()), encoding="utf-8")
+        self.call(self.cli + ["sql", "SHOP_HQ", str(script)], QUILLMERE_SANDBOX_LATENCY_US=str(pause_us))
 
     def status(self):
         return json.loads(self.call(self.cli + ["job", "show", "shop", "--json"]))
@@ -193,7 +207,7 @@ def main():
     demo = Demo(programs, folder)
     print("1. Two sandbox databases, SHOP_HQ and SHOP_COPY: 7 tables, 2 owners", flush=True)
     demo.databases()
-    print(f"2. A job from one to the other: {EXCLUDED} left out, {MOVED[0]} written to "
+    print(f"2. A job from one to the other, following commits: {EXCLUDED} left out, {MOVED[0]} written to "
           f"{MOVED[1].split('.')[0]}", flush=True)
     demo.job()
     demo.start("--start", "shop")
@@ -202,7 +216,11 @@ def main():
         time.sleep(0.05)
     print(f"3. The job runs; {transactions} transactions on SHOP_HQ, every seventh rolled back", flush=True)
     script = folder / "workload.sql"
-    statements = [s for t in Workload(2026).transactions(transactions) for s in t]
+    shop, before = Workload(2026), len(demo.messages())
+    demo.long_transaction(shop, 400_000)
+    passes = sum("Nothing synchronized" in line for line in demo.messages()[before:])
+    print(f"   The first one was open over {passes} passes", flush=True)
+    statements = [s for t in shop.transactions(transactions) for s in t]
     script.write_text("".join(s + ";\n" for s in statements), encoding="utf-8")
     workload = subprocess.Popen(demo.cli + ["sql", "SHOP_HQ", str(script)],
                                 stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)

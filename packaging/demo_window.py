@@ -17,6 +17,8 @@ BATCH = 6            # transactions at a time
 PAUSE = 0.7          # seconds between them
 SECONDS = int(os.environ.get("DEMO_SECONDS", "1800"))
 FIRST_PASSES = 40    # statements that are applied before the window opens
+LONG_EVERY = 12      # of the batches, one is a transaction that stays open over several passes
+LONG_PAUSE = 700_000  # microseconds between its statements
 
 
 def statements(transactions):
@@ -28,10 +30,15 @@ class Shop:
 
     def __init__(self, demo):
         self.demo = demo
-        self.transactions = Workload(2026).transactions(10**9)
+        self.workload = Workload(2026)
+        self.transactions = self.workload.transactions(10**9)
+        self.batches = 0
         self.script = demo.folder / "workload.sql"
 
     def work(self):
+        self.batches += 1
+        if self.batches % LONG_EVERY == 0:
+            return self.demo.long_transaction(self.workload, LONG_PAUSE)
         batch = [next(self.transactions) for _ in range(BATCH)]
         self.script.write_text(statements(batch), encoding="utf-8")
         self.demo.call(self.demo.cli + ["sql", "SHOP_HQ", str(self.script)])
