@@ -46,7 +46,7 @@ std::string JoinBalanced(const std::vector<std::string>& parts, std::size_t begi
 bool IsAggregate(const Expr& expr) {
   return expr.op == ExprOp::CountStar ||
          (expr.op == ExprOp::Call &&
-          (expr.text == "COUNT" || expr.text == "MAX" || expr.text == "MIN" || expr.text == "SUM"));
+          (expr.text == "COUNT" || expr.text == "MAX" || expr.text == "MIN"));
 }
 
 }  // namespace
@@ -193,7 +193,6 @@ Compiled ExpressionCompiler::Aggregate(const Expr& expr, const Scope& scope) {
   const Compiled argument = Value(*expr.args[0], scope);
   met_column = met_before;
   if (expr.text == "COUNT") return {"CAST(count(" + Emit(argument) + ") AS TEXT)", Kind::Number};
-  if (expr.text == "SUM") return {"qm_sum(" + Emit(argument, Kind::Number) + ")", Kind::Number};
   const std::string sql = Emit(argument);
   const bool number = argument.kind == Kind::Number;
   return {(expr.text == "MAX" ? "max(" : "min(") + (number ? InNumberOrder(sql) : sql) + ")",

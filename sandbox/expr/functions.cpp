@@ -47,17 +47,6 @@ Status Arithmetic(const Args& args, const EvalContext&, std::string* out) {
   return status;
 }
 
-Status Modulo(const Decimal& a, const Decimal& b, Decimal* out) {
-  if (b.IsZero()) {
-    *out = a;
-    return {};
-  }
-  Decimal times;
-  Status status = Decimal::Divide(a, b, &times);
-  if (status.ok()) status = Decimal::Multiply(times.Truncated(0), b, &times);
-  return status.ok() ? Decimal::Add(a, times.Negated(), out) : status;
-}
-
 Status Subtract(const Decimal& a, const Decimal& b, Decimal* out) {
   return Decimal::Add(a, b.Negated(), out);
 }
@@ -199,13 +188,11 @@ const std::vector<Function>& Table() {
       {"-", 2, {kNumber, kNumber}, kNumber, Arithmetic<Subtract>},
       {"*", 2, {kNumber, kNumber}, kNumber, Arithmetic<Decimal::Multiply>},
       {"/", 2, {kNumber, kNumber}, kNumber, Arithmetic<Decimal::Divide>},
-      {"MOD", 2, {kNumber, kNumber}, kNumber, Arithmetic<Modulo>},
       {"POWER", 2, {kNumber, kNumber}, kNumber, Arithmetic<Power>},
       {"ROUND", 1, {kNumber, kNumber}, kNumber, FitScale<&Decimal::Rounded>},
       {"TRUNC", 1, {kNumber, kNumber}, kNumber, FitScale<&Decimal::Truncated>},
       {"TO_NUMBER", 1, {kNumber}, kNumber, Same},
       {"UPPER", 1, {kText}, kText, ChangeCase<Upper>},
-      {"LOWER", 1, {kText}, kText, ChangeCase<Lower>},
       {"SUBSTR", 2, {kText, kNumber, kNumber}, kText, Substring},
       {"LENGTH", 1, {kText}, kNumber, Length},
       {"CHR", 1, {kNumber}, kText, Chr},

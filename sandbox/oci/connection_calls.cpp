@@ -22,14 +22,14 @@ Outcome Begin(Environment& environment, const void* svchp, const void* usrhp, bo
   if (user->session) return Status(24313, "user already authenticated");
   user->service = reinterpret_cast<HandleId>(svchp);
   user->server = service->server;
-  if (Status status = server->link->RoundTrip(); !status.ok()) return status;
+  server->link->RoundTrip();
   return Session::Open(server->link, {user->user, user->password, sysdba, false}, &user->session);
 }
 
 Outcome End(SessionHandle* user) {
   if (!user->session) return Ora(1012);
-  Status status = user->session->link().RoundTrip();
-  if (status.ok()) status = user->session->Commit();
+  user->session->link().RoundTrip();
+  Status status = user->session->Commit();
   user->session.reset();  // rolls back what a failure left
   return status;
 }
@@ -95,8 +95,7 @@ sword OCIServerDetach(OCIServer* srvhp, OCIError* errhp, ub4) {
     if (server == nullptr) return kInvalidHandle;
     if (!server->link) return Ora(3114);
     environment.EndSessionsOn(reinterpret_cast<HandleId>(srvhp));
-    // What is left of a cut connection is detached all the same.
-    (void)server->link->RoundTrip();
+    server->link->RoundTrip();
     server->link.reset();
     return kSuccess;
   });

@@ -27,10 +27,7 @@ bool HasLarge(const Cursor& cursor) {
 Status Refill(Environment& environment, StatementHandle* statement, std::size_t wanted) {
   auto* user = environment.Find<SessionHandle>(statement->session);
   if (user == nullptr || !user->session) return Ora(1012);
-  if (Status status = user->session->link().RoundTrip(); !status.ok()) {
-    user->session->Rollback();
-    return status;
-  }
+  user->session->link().RoundTrip();
   return TakeRows(statement, wanted);
 }
 

@@ -17,15 +17,11 @@ Outcome Execute(Environment& environment, const ServiceHandle& service, Statemen
   if (statement->text.empty()) return Ora(24337);
   if ((mode & ~oci::kCommitOnSuccess) != 0) return Status(24300, "bad value for mode");
   Session& session = *user->session;
-  Status status = session.link().RoundTrip();
-  if (!status.ok()) {
-    session.Rollback();
-    return status;
-  }
+  session.link().RoundTrip();
   statement->session = service.session;
   StatementResult result;
   const bool query_only = iters <= rowoff;
-  status = session.Execute(statement->text, &result, query_only);
+  Status status = session.Execute(statement->text, &result, query_only);
   statement->cursor = result.cursor;
   for (oci::ub4 i = rowoff + 1; i < iters && status.ok() && !result.cursor; ++i) {
     status = session.Execute(statement->text, &result);

@@ -83,10 +83,8 @@ class RecordWriter {
     Status status;
     if (data.empty()) {
       RedoStatement& fixed = statements.emplace_back();
-      fixed.operation = undo ? Undoing(operation) : operation;
-      fixed.text = operation == RedoOperation::Start    ? "set transaction read write;"
-                   : operation == RedoOperation::Commit ? "commit;"
-                                                        : "/* No SQL_REDO for temporary tables */";
+      fixed.operation = operation;
+      fixed.text = operation == RedoOperation::Start ? "set transaction read write;" : "commit;";
     } else {
       RedoRecord decoded;
       if (!DecodeRecord(operation, data, &decoded)) {
@@ -104,11 +102,6 @@ class RecordWriter {
   const std::string& piece(std::size_t number) const { return pieces_.at(number); }
 
  private:
-  static RedoOperation Undoing(RedoOperation operation) {
-    if (operation == RedoOperation::Update) return operation;
-    return operation == RedoOperation::Insert ? RedoOperation::Delete : RedoOperation::Insert;
-  }
-
   void Take(const std::vector<RedoStatement>& statements) {
     list_.clear();
     pieces_.clear();

@@ -3,7 +3,6 @@
 // when it fails. Used by the thread that holds the session.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,19 +17,16 @@ namespace quillmere::sandbox {
 // something then gives nothing.
 class DdlExecutor {
  public:
-  // Whether the session may do to an owner's object what the privilege is for.
-  using Permission = std::function<bool(const std::string& owner, const std::string& object,
-                                        const std::string& privilege)>;
-
-  // All must outlive it. `last_scn` is the SCN given latest.
+  // All must outlive it. `last_scn` is the SCN given latest; `dba` may do everything, others what
+  // they like with their own objects.
   DdlExecutor(SqliteConnection* writer, Catalog* catalog, const EvalContext* context,
-              std::int64_t last_scn, Permission permission)
+              std::int64_t last_scn, bool dba)
       : writer_(writer),
         sql_(writer),
         catalog_(*catalog),
         context_(*context),
         last_scn_(last_scn),
-        may_(std::move(permission)) {}
+        dba_(dba) {}
 
   Status Execute(const Statement& statement);
 
@@ -76,24 +72,24 @@ class DdlExecutor {
   // Users (ddl_users.cpp)
   void ChangeUser(const UserStatement& user);
   void DropUser(const std::string& name, bool cascade);
-  void ChangeGrant(const GrantStatement& grant);
   bool UserExists(const std::string& name);
 
+  bool May(const std::string& owner) const { return dba_ || owner == context_.user; }
   std::string OwnerOf(const ObjectName& name) const {
     return name.owner.empty() ? context_.user : name.owner;
   }
-  TablePtr FindTable(const ObjectName& name, const char* privilege);
+  TablePtr FindTable(const ObjectName& name);
   // As it is after the changes so far.
   TablePtr Reload(std::int64_t table_id);
   // The owner of an object being made: named or the session's user, who may make it there.
-  std::string TargetOwner(const ObjectName& name, const char* privilege);
+  std::string TargetOwner(const ObjectName& name);
 
   SqliteConnection* writer_;
   SqlRunner sql_;
   Catalog& catalog_;
   const EvalContext& context_;
   std::int64_t last_scn_;
-  Permission may_;
+  bool dba_;
 };
 
 }  // namespace quillmere::sandbox

@@ -102,7 +102,7 @@ TablePtr DdlExecutor::FindReferencedKey(const Table& child, const ConstraintDef&
                                         std::vector<std::size_t>* child_columns) {
   ObjectName referenced = def.referenced;
   if (referenced.owner.empty()) referenced.owner = child.owner;
-  const TablePtr parent = FindTable(referenced, "REFERENCES");
+  const TablePtr parent = FindTable(referenced);
   const std::vector<std::size_t> given = Columns(child, def.columns);
   if (!parent || !sql_.ok()) return nullptr;
   std::vector<std::size_t> wanted = Columns(*parent, def.referenced_columns);
@@ -156,9 +156,9 @@ void DdlExecutor::AddForeignKey(const Table& table, const std::string& name,
     sql_.Fail(NotValid(2298, table, name, "parent keys not found"));
   }
   sql_.Run(
-      "INSERT INTO qm_constraint(owner, name, table_id, type, ref_id, delete_rule)"
-      " VALUES(?, ?, ?, 'R', ?, ?)",
-      table.owner, name, table.id, key->constraint_id, def.delete_rule);
+      "INSERT INTO qm_constraint(owner, name, table_id, type, ref_id)"
+      " VALUES(?, ?, ?, 'R', ?)",
+      table.owner, name, table.id, key->constraint_id);
   const std::int64_t id = sql_.LastRowId();
   SaveColumns("qm_constraint_column", id, table, columns);
   // Without it every change of a parent would read the whole child table.

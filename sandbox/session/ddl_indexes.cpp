@@ -57,8 +57,8 @@ void DdlExecutor::RemoveIndex(const std::string& name) {
 }
 
 void DdlExecutor::Create(const CreateIndex& create) {
-  const std::string owner = TargetOwner(create.index, "CREATE ANY INDEX");
-  const TablePtr table = FindTable(create.table, "INDEX");
+  const std::string owner = TargetOwner(create.index);
+  const TablePtr table = FindTable(create.table);
   if (!table) return;
   CheckIndexName(owner, create.index.name);
   const std::vector<std::size_t> columns = Columns(*table, create.columns);
@@ -79,9 +79,7 @@ void DdlExecutor::ChangeIndex(const ObjectChange& change) {
   const std::string owner = OwnerOf(change.object);
   const auto id =
       sql_.Int("SELECT id FROM qm_index WHERE owner = ? AND name = ?", owner, change.object.name);
-  if (!id || !may_(owner, "", drop ? "DROP ANY INDEX" : "ALTER ANY INDEX")) {
-    return sql_.Fail(Ora(1418));
-  }
+  if (!id || !May(owner)) return sql_.Fail(Ora(1418));
   if (!drop) {
     CheckIndexName(owner, change.name);
     return sql_.Run("UPDATE qm_index SET name = ? WHERE id = ?", change.name, *id);

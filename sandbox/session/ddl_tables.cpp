@@ -18,8 +18,6 @@ Status DdlExecutor::Execute(const Statement& statement) {
     Change(*change);
   } else if (const auto* user = std::get_if<UserStatement>(&statement)) {
     ChangeUser(*user);
-  } else if (const auto* grant = std::get_if<GrantStatement>(&statement)) {
-    ChangeGrant(*grant);
   } else if (const auto* database = std::get_if<DatabaseChange>(&statement)) {
     ChangeLogging(*database);
   }
@@ -29,20 +27,18 @@ Status DdlExecutor::Execute(const Statement& statement) {
 
 void DdlExecutor::ChangeLogging(const DatabaseChange& change) {
   if (change.table.name.empty()) {
-    if (!may_("", "", "ALTER DATABASE")) sql_.Fail(Ora(1031));
+    if (!dba_) sql_.Fail(Ora(1031));
     return ChangeDatabase(&sql_, change, last_scn_);
   }
-  const TablePtr table = FindTable(change.table, "ALTER ANY TABLE");
+  const TablePtr table = FindTable(change.table);
   if (table) sql_.Run("UPDATE qm_table SET supplemental = ? WHERE id = ?", change.name, table->id);
 }
 
-TablePtr DdlExecutor::FindTable(const ObjectName& name, const char* privilege) {
+TablePtr DdlExecutor::FindTable(const ObjectName& name) {
   const std::string owner = OwnerOf(name);
   TablePtr table;
   sql_.Fail(catalog_.FindTable(writer_, owner, name.name, &table));
-  if (sql_.ok() && !may_(owner, name.name, privilege)) {
-    sql_.Fail(Ora(may_(owner, name.name, "SELECT ANY TABLE") ? 1031 : 942));
-  }
+  if (!May(owner)) sql_.Fail(Ora(942));
   return sql_.ok() ? table : nullptr;
 }
 
@@ -53,10 +49,10 @@ TablePtr DdlExecutor::Reload(std::int64_t table_id) {
   return table;
 }
 
-std::string DdlExecutor::TargetOwner(const ObjectName& name, const char* privilege) {
+std::string DdlExecutor::TargetOwner(const ObjectName& name) {
   const std::string owner = OwnerOf(name);
   if (!UserExists(owner)) sql_.Fail({1918, "user '" + owner + "' does not exist"});
-  if (!may_(owner, "", privilege)) sql_.Fail(Ora(1031));
+  if (!May(owner)) sql_.Fail(Ora(1031));
   return owner;
 }
 
@@ -74,14 +70,13 @@ void DdlExecutor::CheckColumns(const std::vector<ColumnDef>& columns, const Tabl
 }
 
 void DdlExecutor::CreateTable(const TableDefinition& def) {
-  const ObjectName name{TargetOwner(def.table, "CREATE ANY TABLE"), def.table.name};
+  const ObjectName name{TargetOwner(def.table), def.table.name};
   if (sql_.Int("SELECT 1 FROM qm_table WHERE owner = ? AND name = ?", name.owner, name.name)) {
     sql_.Fail(Ora(955));
   }
   CheckColumns(def.columns, nullptr);
-  sql_.Run("INSERT INTO qm_table(owner, name, tablespace, shape, temporary) VALUES(?, ?, ?, 0, ?)",
-           name.owner, name.name, def.tablespace.empty() ? std::string("USERS") : def.tablespace,
-           def.temporary ? 1 : 0);
+  sql_.Run("INSERT INTO qm_table(owner, name, tablespace, shape) VALUES(?, ?, ?, 0)", name.owner,
+           name.name, def.tablespace.empty() ? std::string("USERS") : def.tablespace);
   const std::int64_t id = sql_.LastRowId();
   std::string body = "rid INTEGER PRIMARY KEY";
   for (std::size_t i = 0; i < def.columns.size(); ++i) {
@@ -125,7 +120,7 @@ void DdlExecutor::NewShape(std::int64_t table_id) {
 }
 
 void DdlExecutor::ExtendTable(const TableDefinition& def) {
-  const TablePtr table = FindTable(def.table, "ALTER ANY TABLE");
+  const TablePtr table = FindTable(def.table);
   if (!table) return;
   const ObjectName name{table->owner, table->name};
   const bool has_rows = sql_.Int("SELECT 1 FROM " + table->SqlName() + " LIMIT 1").has_value();
@@ -161,11 +156,7 @@ void DdlExecutor::Change(const ObjectChange& change) {
   if (change.kind == ChangeKind::DropIndex || change.kind == ChangeKind::RenameIndex) {
     return ChangeIndex(change);
   }
-  const bool drop = change.kind == ChangeKind::DropTable || change.kind == ChangeKind::Truncate;
-  const bool analyze = change.kind == ChangeKind::Analyze;
-  const TablePtr table = FindTable(change.object, drop      ? "DROP ANY TABLE"
-                                                  : analyze ? "ANALYZE ANY"
-                                                            : "ALTER ANY TABLE");
+  const TablePtr table = FindTable(change.object);
   if (!table) return;
   switch (change.kind) {
     case ChangeKind::DropTable:
@@ -174,15 +165,11 @@ void DdlExecutor::Change(const ObjectChange& change) {
       return DropConstraint(*table, change.name, change.cascade);
     case ChangeKind::RenameTable:
       return RenameTable(*table, change.name);
-    case ChangeKind::Truncate:
+    default:  // Truncate
       for (const ForeignKey& key : table->children) {
         if (key.child_table != table->id) sql_.Fail(Ora(2266));
       }
       return sql_.Exec("DELETE FROM " + table->SqlName());
-    default:
-      return sql_.Run("UPDATE qm_table SET num_rows = (SELECT count(*) FROM " + table->SqlName() +
-                          ") WHERE id = ?",
-                      table->id);
   }
 }
 
@@ -210,7 +197,6 @@ void DdlExecutor::DropTable(const Table& table, bool cascade) {
         "DELETE FROM qm_table WHERE id = ?"}) {
     sql_.Run(sql, table.id);
   }
-  sql_.Run("DELETE FROM qm_grant WHERE owner = ? AND object = ?", table.owner, table.name);
   sql_.Exec("DROP TABLE " + table.SqlName());
 }
 

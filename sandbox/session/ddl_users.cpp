@@ -1,7 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
-#include <initializer_list>
-
 #include "sandbox/session/ddl.h"
 #include "sandbox/store/platform.h"
 
@@ -13,24 +10,6 @@ Status NoUser(const std::string& name) {
   return {1918, "user '" + name + "' does not exist"};
 }
 
-bool IsOneOf(const std::string& word, std::initializer_list<std::string_view> words) {
-  return std::find(words.begin(), words.end(), word) != words.end();
-}
-
-// System privileges are several words; a single one is a role.
-Status CheckPrivilege(const std::string& privilege, bool on_object) {
-  if (on_object) {
-    const bool known = IsOneOf(privilege, {"SELECT", "INSERT", "UPDATE", "DELETE", "REFERENCES",
-                                           "INDEX", "ALTER", "ALL", "ALL PRIVILEGES"});
-    return known ? Status() : Ora(990, privilege);
-  }
-  const bool known =
-      privilege.find(' ') != std::string::npos ||
-      IsOneOf(privilege, {"CONNECT", "RESOURCE", "DBA", "SYSDBA", "SELECT_CATALOG_ROLE",
-                          "EXECUTE_CATALOG_ROLE", "LOGMINING"});
-  return known ? Status() : Status(1919, "role '" + privilege + "' does not exist");
-}
-
 }  // namespace
 
 bool DdlExecutor::UserExists(const std::string& name) {
@@ -38,8 +17,7 @@ bool DdlExecutor::UserExists(const std::string& name) {
 }
 
 void DdlExecutor::ChangeUser(const UserStatement& user) {
-  const bool own = user.name == context_.user && !user.create;
-  if (!own && !may_("", "", user.create ? "CREATE USER" : "ALTER USER")) sql_.Fail(Ora(1031));
+  if (!May(user.create ? "" : user.name)) sql_.Fail(Ora(1031));
   if (UserExists(user.name) == user.create) {
     sql_.Fail(user.create ? Status(1920, "user name '" + user.name +
                                              "' conflicts with another user or role name")
@@ -56,46 +34,13 @@ void DdlExecutor::ChangeUser(const UserStatement& user) {
 }
 
 void DdlExecutor::DropUser(const std::string& name, bool cascade) {
-  if (!may_("", "", "DROP USER") || IsOneOf(name, {"SYS", "SYSTEM"})) sql_.Fail(Ora(1031));
+  if (!dba_ || name == "SYS" || name == "SYSTEM") sql_.Fail(Ora(1031));
   if (!UserExists(name)) sql_.Fail(NoUser(name));
   for (const std::int64_t id : sql_.Ints("SELECT id FROM qm_table WHERE owner = ?", name)) {
     if (!cascade) sql_.Fail({1922, "CASCADE must be specified to drop '" + name + "'"});
     if (const TablePtr table = Reload(id)) DropTable(*table, true);
   }
-  sql_.Run("DELETE FROM qm_grant WHERE grantee = ?", name);
   sql_.Run("DELETE FROM qm_user WHERE name = ?", name);
-}
-
-void DdlExecutor::ChangeGrant(const GrantStatement& grant) {
-  ObjectName on;
-  if (grant.object) {
-    const TablePtr table = FindTable(*grant.object, "GRANT ANY OBJECT PRIVILEGE");
-    if (!table) return;
-    on = {table->owner, table->name};
-  } else if (!may_("", "", "GRANT ANY PRIVILEGE")) {
-    sql_.Fail(Ora(1031));
-  }
-  for (const std::string& privilege : grant.privileges) {
-    sql_.Fail(CheckPrivilege(privilege, grant.object.has_value()));
-  }
-  for (const std::string& grantee : grant.grantees) {
-    if (grantee != "PUBLIC" && !UserExists(grantee)) {
-      sql_.Fail({1917, "user or role '" + grantee + "' does not exist"});
-    }
-    for (const std::string& privilege : grant.privileges) {
-      if (!grant.revoke) {
-        sql_.Run("INSERT OR IGNORE INTO qm_grant VALUES(?, ?, ?, ?)", grantee, privilege, on.owner,
-                 on.name);
-        continue;
-      }
-      sql_.Run(
-          "DELETE FROM qm_grant WHERE grantee = ? AND privilege = ? AND owner = ? AND object = ?",
-          grantee, privilege, on.owner, on.name);
-      if (sql_.ok() && writer_->Changes() == 0) {
-        sql_.Fail({1952, "privileges not granted to '" + grantee + "'"});
-      }
-    }
-  }
 }
 
 }  // namespace quillmere::sandbox

@@ -193,16 +193,9 @@ Status RunUpdate(const Update& update, const TablePtr& table, const EvalContext&
 
 }  // namespace
 
-const ObjectName* TargetOf(const Statement& statement, const char** privilege) {
-  if (const auto* insert = std::get_if<Insert>(&statement)) {
-    *privilege = "INSERT";
-    return &insert->table;
-  }
-  if (const auto* update = std::get_if<Update>(&statement)) {
-    *privilege = "UPDATE";
-    return &update->table;
-  }
-  *privilege = "DELETE";
+const ObjectName* TargetOf(const Statement& statement) {
+  if (const auto* insert = std::get_if<Insert>(&statement)) return &insert->table;
+  if (const auto* update = std::get_if<Update>(&statement)) return &update->table;
   const auto* erase = std::get_if<Delete>(&statement);
   return erase == nullptr ? nullptr : &erase->table;
 }

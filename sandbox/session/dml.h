@@ -8,9 +8,8 @@
 
 namespace quillmere::sandbox {
 
-// The table that an Insert, Update or Delete changes, and the privilege that takes; null when the
-// statement is none of these.
-const ObjectName* TargetOf(const Statement& statement, const char** privilege);
+// The table that an Insert, Update or Delete changes; null when the statement is none of these.
+const ObjectName* TargetOf(const Statement& statement);
 
 // Runs such a statement on its table; `rows` receives the number of rows changed. After a failure
 // the statement must be undone.

@@ -7,8 +7,6 @@ namespace quillmere::sandbox {
 
 namespace {
 
-constexpr std::size_t kMaxCascade = 200;
-
 // The values of a key in a row; nothing when one of them is NULL, for then it binds nothing.
 std::optional<std::vector<std::string>> KeyValues(const Table& table,
                                                   const std::vector<std::int64_t>& columns,
@@ -42,10 +40,6 @@ Status Violated(int code, const ForeignKey& key, const std::string& how) {
   return {code, "integrity constraint (" + key.owner + "." + key.name + ") violated - " + how};
 }
 
-Status ChildFound(const ForeignKey& key) {
-  return Violated(2292, key, "child record found");
-}
-
 }  // namespace
 
 bool RowChanger::Exists(std::int64_t table_id, const std::vector<std::int64_t>& columns,
@@ -66,51 +60,11 @@ void RowChanger::NoteParents(const Table& table, const RowValues& row, const Row
 }
 
 void RowChanger::NoteChildren(const Table& table, const RowValues& old_values,
-                              const RowChanges& changes) {
+                              const RowChanges* changes) {
   for (const ForeignKey& key : table.children) {
-    if (!Touches(table, key.parent_columns, changes)) continue;
+    if (changes != nullptr && !Touches(table, key.parent_columns, *changes)) continue;
     auto values = KeyValues(table, key.parent_columns, old_values);
     if (values) checks_.push_back({&key, true, std::move(*values)});
-  }
-}
-
-// Children first: their changes then stand before the parent's in the redo too.
-void RowChanger::FollowChildren(const Table& table, const RowValues& old_values) {
-  for (const ForeignKey& key : table.children) {
-    auto values = KeyValues(table, key.parent_columns, old_values);
-    if (!values || !Exists(key.child_table, key.child_columns, *values)) continue;
-    if (key.delete_rule == "NO ACTION") {
-      // The statement may yet remove the child itself.
-      checks_.push_back({&key, true, std::move(*values)});
-    } else if (deleting_.size() > kMaxCascade) {
-      sql_.Fail(ChildFound(key));
-    } else {
-      ActOnChildren(key, *values);
-    }
-  }
-}
-
-void RowChanger::ActOnChildren(const ForeignKey& key, const std::vector<std::string>& values) {
-  TablePtr child;
-  sql_.Fail(catalog_.FindTableById(&writer_, key.child_table, &child));
-  if (!sql_.ok()) return;
-  kept_.push_back(child);
-  for (const std::int64_t row :
-       sql_.Ints("SELECT rid" + WhereSql(key.child_table, key.child_columns), values)) {
-    // A row may reference itself, or one whose removal led here.
-    const std::pair<std::int64_t, std::int64_t> self(child->id, row);
-    if (std::find(deleting_.begin(), deleting_.end(), self) != deleting_.end()) continue;
-    if (key.delete_rule == "CASCADE") {
-      Delete(*child, row);
-      continue;
-    }
-    RowUpdate update{row, {}, {}};
-    if (!Read(*child, row, &update.old_values)) continue;
-    for (const std::int64_t column : key.child_columns) {
-      update.changes.emplace_back(static_cast<std::size_t>(child->FindColumnId(column)),
-                                  RowValue());
-    }
-    Update(*child, {update});
   }
 }
 
@@ -121,7 +75,7 @@ Status RowChanger::Finish() {
     if (!check.parent_changed) {
       sql_.Fail(Violated(2291, key, "parent key not found"));
     } else if (Exists(key.child_table, key.child_columns, check.values)) {
-      sql_.Fail(ChildFound(key));
+      sql_.Fail(Violated(2292, key, "child record found"));
     }
   }
   return sql_.status();

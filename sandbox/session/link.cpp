@@ -37,26 +37,18 @@ Status Link::AttachFile(const DatabasePath& path, std::shared_ptr<Link>* out) {
   if (!std::filesystem::is_regular_file(path.file, error)) return Ora(12154);
   std::shared_ptr<Link> link(new Link());
   link->path_ = path;
-  if (Status status = CutFlag::Open(path.cut, &link->cut_); !status.ok()) return status;
   if (Status status = OpenTransaction::Open(path.open, &link->open_); !status.ok()) return status;
-  link->seen_ = link->cut_->Count();
   link->latency_ =
       std::chrono::microseconds(NumberFromEnvironment("QUILLMERE_SANDBOX_LATENCY_US", 0));
   link->lock_wait_ =
       std::chrono::milliseconds(NumberFromEnvironment("QUILLMERE_SANDBOX_LOCK_WAIT_MS", 60000));
   *out = std::move(link);
-  return (*out)->RoundTrip();
+  (*out)->RoundTrip();
+  return {};
 }
 
-Status Link::RoundTrip() {
+void Link::RoundTrip() const {
   if (latency_.count() > 0) std::this_thread::sleep_for(latency_);
-  return IsCut() ? Fail() : Status();
-}
-
-Status Link::Fail() {
-  const Status status = Ora(dead_ ? 3114 : 3113);
-  dead_ = true;
-  return status;
 }
 
 }  // namespace quillmere::sandbox

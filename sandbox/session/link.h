@@ -7,7 +7,6 @@
 #include <memory>
 #include <string>
 
-#include "sandbox/store/cut_flag.h"
 #include "sandbox/store/database_file.h"
 #include "sandbox/store/open_transaction.h"
 
@@ -19,20 +18,8 @@ class Link {
   static Status Attach(const std::string& name, std::shared_ptr<Link>* out);
   static Status AttachFile(const DatabasePath& path, std::shared_ptr<Link>* out);
 
-  // One exchange with the server: waits for QUILLMERE_SANDBOX_LATENCY_US, then ORA-03113 when the
-  // connection has been cut since it was attached, and ORA-03114 ever after. On the caller's
-  // thread.
-  Status RoundTrip();
-  bool IsCut() const { return dead_ || cut_->Count() != seen_; }
-
-  // Runs `commit` with the certainty that no cut comes between the check and the commit.
-  template <typename Commit>
-  Status Committing(Commit commit) {
-    if (Status status = cut_->LockForCommit(); !status.ok()) return status;
-    Status status = IsCut() ? Fail() : commit();
-    cut_->Unlock();
-    return status;
-  }
+  // One exchange with the server: waits for QUILLMERE_SANDBOX_LATENCY_US on the caller's thread.
+  void RoundTrip() const;
 
   const DatabasePath& path() const { return path_; }
   OpenTransaction& open_transaction() const { return *open_; }
@@ -40,13 +27,9 @@ class Link {
 
  private:
   Link() = default;
-  Status Fail();
 
   DatabasePath path_;
-  std::unique_ptr<CutFlag> cut_;
   std::unique_ptr<OpenTransaction> open_;
-  std::uint64_t seen_ = 0;
-  bool dead_ = false;
   std::chrono::microseconds latency_{0};
   std::chrono::milliseconds lock_wait_{60000};
 };

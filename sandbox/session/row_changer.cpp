@@ -47,9 +47,7 @@ bool RowChanger::Read(const Table& table, std::int64_t row, RowValues* out) {
 
 void RowChanger::WriteRedo(const Table& table, const RedoRecord& record, std::int64_t row) {
   if (!sql_.ok()) return;
-  if (table.temporary) transaction_.ClearAtCommit(table.SqlName());
-  // Of a temporary table it is kept that there was a change, not which.
-  const Blob values{table.temporary ? "" : EncodeRecord(record)};
+  const Blob values{EncodeRecord(record)};
   sql_.Fail(transaction_.WriteRedo(table.shape, static_cast<int>(record.operation), row, values));
 }
 
@@ -94,11 +92,9 @@ void RowChanger::Insert(const Table& table, const RowValues& row) {
 
 void RowChanger::Delete(const Table& table, std::int64_t row) {
   RowValues old_values;
-  // A cascade over another road may have taken it already.
   if (!Read(table, row, &old_values)) return;
-  deleting_.emplace_back(table.id, row);
-  FollowChildren(table, old_values);
-  deleting_.pop_back();
+  // The statement may yet remove the children itself.
+  NoteChildren(table, old_values, nullptr);
   RemoveRow(table, row);
   WriteRedo(table, {RedoOperation::Delete, old_values, {}, {}}, row);
 }
@@ -114,7 +110,7 @@ void RowChanger::Update(const Table& table, const std::vector<RowUpdate>& update
     }
     WriteRow(table, update.row, values);
     NoteParents(table, values, &update.changes);
-    NoteChildren(table, update.old_values, update.changes);
+    NoteChildren(table, update.old_values, &update.changes);
     WriteRedo(table,
               {RedoOperation::Update, update.old_values, update.changes,
                LoggedColumns(table, update.changes)},

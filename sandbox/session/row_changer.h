@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "sandbox/redo/redo_record.h"
-#include "sandbox/store/catalog.h"
 #include "sandbox/store/sql_runner.h"
+#include "sandbox/store/table.h"
 #include "sandbox/store/transaction.h"
 
 namespace quillmere::sandbox {
@@ -25,9 +25,9 @@ struct RowUpdate {
 
 class RowChanger {
  public:
-  // All three must outlive it, and so must the tables that it is given.
-  RowChanger(SqliteConnection* writer, Catalog* catalog, Transaction* transaction)
-      : writer_(*writer), catalog_(*catalog), transaction_(*transaction), sql_(writer) {}
+  // Both must outlive it, and so must the tables that it is given.
+  RowChanger(SqliteConnection* writer, Transaction* transaction)
+      : writer_(*writer), transaction_(*transaction), sql_(writer) {}
 
   void Insert(const Table& table, const RowValues& row);
   void Delete(const Table& table, std::int64_t row);
@@ -52,20 +52,16 @@ class RowChanger {
   void RemoveRow(const Table& table, std::int64_t row);
   void WriteRedo(const Table& table, const RedoRecord& record, std::int64_t row);
   std::vector<std::size_t> LoggedColumns(const Table& table, const RowChanges& changes);
+  // No changes: the row is new, or goes.
   void NoteParents(const Table& table, const RowValues& row, const RowChanges* changes);
-  void NoteChildren(const Table& table, const RowValues& old_values, const RowChanges& changes);
-  void FollowChildren(const Table& table, const RowValues& old_values);
-  void ActOnChildren(const ForeignKey& key, const std::vector<std::string>& values);
+  void NoteChildren(const Table& table, const RowValues& old_values, const RowChanges* changes);
   bool Exists(std::int64_t table_id, const std::vector<std::int64_t>& columns,
               const std::vector<std::string>& values);
 
   SqliteConnection& writer_;
-  Catalog& catalog_;
   Transaction& transaction_;
   SqlRunner sql_;
   std::vector<Check> checks_;
-  std::vector<TablePtr> kept_;  // tables that the checks point into
-  std::vector<std::pair<std::int64_t, std::int64_t>> deleting_;  // table and row, outermost first
 };
 
 }  // namespace quillmere::sandbox

@@ -17,10 +17,7 @@ Status Session::Execute(const std::string& sql, StatementResult* result, bool qu
   if (Status status = ParseStatement(sql, &statement); !status.ok()) return status;
   if (const auto* select = std::get_if<Select>(&statement)) return ExecuteSelect(*select, result);
   if (query_only) return Ora(24333);
-  const char* privilege = nullptr;
-  if (const ObjectName* target = TargetOf(statement, &privilege)) {
-    return ExecuteDml(statement, *target, privilege, result);
-  }
+  if (const ObjectName* target = TargetOf(statement)) return ExecuteDml(statement, *target, result);
   if (const auto* control = std::get_if<TransactionControl>(&statement)) {
     return ExecuteControl(*control);
   }
@@ -28,14 +25,14 @@ Status Session::Execute(const std::string& sql, StatementResult* result, bool qu
   return ExecuteDdl(statement);
 }
 
-// Tables and grants are good as long as nobody changes the dictionary.
+// Tables are good as long as nobody changes the dictionary.
 Status Session::CheckVersion(SqliteConnection* connection) {
   SqlRunner sql(connection);
   const auto version = sql.Int("SELECT dict_version FROM qm_meta WHERE id = 1");
   if (!sql.ok() || version.value_or(0) == version_) return sql.status();
   catalog_.Clear();
   version_ = version.value_or(0);
-  return LoadPrivileges(connection);
+  return {};
 }
 
 // What the views take from the session and from the transaction that is open, its own or another's.
@@ -90,9 +87,7 @@ Status Session::OpenSelect(const Select& select, StatementResult* result) {
   if (Status status = CheckVersion(connection); !status.ok()) return status;
   SelectEnvironment environment;
   environment.find_table = [this, connection](const ObjectName& name, TablePtr* out) {
-    Status status = FindTable(connection, name, out);
-    const bool hidden = status.ok() && !MayChange((*out)->owner, (*out)->name, "SELECT");
-    return hidden ? Ora(942) : status;
+    return FindTable(connection, name, out);
   };
   environment.check_view = [this](const DictionaryView& view) { return CheckView(view); };
   environment.placeholders = [this] { return Placeholders(); };
@@ -138,22 +133,18 @@ Status Session::BeginChange() {
   if (Status status = OpenWriter(); !status.ok()) return status;
   if (transaction_->active()) return {};
   Status status = transaction_->Begin();
-  if (!status.ok()) return link_->IsCut() ? link_->RoundTrip() : status;
-  return CheckVersion(writer_.get());
+  return status.ok() ? CheckVersion(writer_.get()) : status;
 }
 
 Status Session::ExecuteDml(const Statement& statement, const ObjectName& target,
-                           const char* privilege, StatementResult* result) {
+                           StatementResult* result) {
   const bool had_changes = InTransaction() && transaction_->changed();
   Status status = BeginChange();
   TablePtr table;
   if (status.ok()) status = FindTable(writer_.get(), target, &table);
-  if (status.ok() && !MayChange(table->owner, table->name, privilege)) {
-    status = Ora(MayChange(table->owner, table->name, "SELECT") ? 1031 : 942);
-  }
   if (status.ok()) status = transaction_->MarkStatement();
   if (status.ok()) {
-    RowChanger changer(writer_.get(), &catalog_, transaction_.get());
+    RowChanger changer(writer_.get(), transaction_.get());
     status = RunDml(statement, table, context_, writer_.get(), &changer, &result->rows);
     if (status.ok()) status = transaction_->KeepStatement();
     if (!status.ok()) {
@@ -170,11 +161,7 @@ Status Session::ExecuteDml(const Statement& statement, const ObjectName& target,
 Status Session::ExecuteDdl(const Statement& statement) {
   if (Status status = Commit(); !status.ok()) return status;
   if (Status status = BeginChange(); !status.ok()) return status;
-  DdlExecutor executor(
-      writer_.get(), &catalog_, &context_, transaction_->last_scn(),
-      [this](const std::string& owner, const std::string& object, const std::string& privilege) {
-        return MayChange(owner, object, privilege);
-      });
+  DdlExecutor executor(writer_.get(), &catalog_, &context_, transaction_->last_scn(), dba_);
   Status status = executor.Execute(statement);
   if (status.ok()) status = transaction_->BumpDictionary();
   if (status.ok()) status = Commit();

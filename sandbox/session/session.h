@@ -53,15 +53,13 @@ class Session {
   // Opening (session_open.cpp)
   Status OpenConnection(std::unique_ptr<SqliteConnection>* out);
   Status Authenticate(const LogOn& log_on);
-  Status LoadPrivileges(SqliteConnection* connection);
   Status OpenWriter();
 
   // Statements
   std::vector<std::pair<std::string, std::string>> Placeholders() const;
   Status ExecuteSelect(const Select& select, StatementResult* result);
   Status OpenSelect(const Select& select, StatementResult* result);
-  Status ExecuteDml(const Statement& statement, const ObjectName& target, const char* privilege,
-                    StatementResult* result);
+  Status ExecuteDml(const Statement& statement, const ObjectName& target, StatementResult* result);
   Status ExecuteDdl(const Statement& statement);
   Status ExecuteProcedure(const ProcedureCall& call);
   Status ExecuteControl(const TransactionControl& control);
@@ -70,18 +68,9 @@ class Session {
   Status OpenCursor(const SelectPlan& plan, SqliteConnection* connection, StatementResult* result);
   static void DetachCursors(std::vector<std::weak_ptr<Cursor>>* cursors);
 
-  // Names and rights
+  // Names and rights. ORA-00942 for another's table, too, unless the session may do everything.
   Status FindTable(SqliteConnection* connection, ObjectName name, TablePtr* out);
-  // No owner and object: whether it has the privilege or role itself.
-  bool MayChange(const std::string& owner, const std::string& object,
-                 const std::string& privilege) const;
   Status CheckView(const DictionaryView& view) const;
-
-  struct Grant {
-    std::string privilege;
-    std::string owner;
-    std::string object;
-  };
 
   std::shared_ptr<Link> link_;
   EvalContext context_;
@@ -90,9 +79,9 @@ class Session {
   std::unique_ptr<SqliteConnection> writer_;
   std::unique_ptr<Transaction> transaction_;
   Catalog catalog_;
-  std::int64_t version_ = -1;  // of the dictionary that catalog and grants are of
-  std::vector<Grant> grants_;
+  std::int64_t version_ = -1;  // of the dictionary that the catalog is of
   bool sysdba_ = false;
+  bool dba_ = false;                                    // may do everything: SYS and SYSTEM
   std::optional<std::chrono::milliseconds> lock_wait_;  // of the statement, when it says one
   // Open ones, by the connection that they are on.
   std::vector<std::weak_ptr<Cursor>> cursors_;

@@ -43,7 +43,6 @@ Status Session::Open(std::shared_ptr<Link> link, const LogOn& log_on,
   std::unique_ptr<Session> session(new Session(std::move(link)));
   Status status = session->OpenConnection(&session->reader_);
   if (status.ok()) status = session->Authenticate(log_on);
-  if (status.ok()) status = session->LoadPrivileges(session->reader_.get());
   if (status.ok()) *out = std::move(session);
   return status;
 }
@@ -60,6 +59,7 @@ Status Session::OpenConnection(std::unique_ptr<SqliteConnection>* out) {
 Status Session::Authenticate(const LogOn& log_on) {
   context_.user = Upper(log_on.user);
   sysdba_ = log_on.sysdba;
+  dba_ = sysdba_ || context_.user == "SYSTEM";
   if (log_on.trusted) return {};
   std::string hash;
   SqlRunner sql(reader_.get());
@@ -68,27 +68,8 @@ Status Session::Authenticate(const LogOn& log_on) {
       [&hash](const SqliteStatement& row) { hash = row.Text(0); }, context_.user);
   if (!sql.ok()) return sql.status();
   if (!PasswordMatches(log_on.password, hash)) return Ora(1017);
-  if (!sysdba_) return context_.user == "SYS" ? Ora(28009) : Status();
-  if (Status status = LoadPrivileges(reader_.get()); !status.ok()) return status;
-  const bool granted = std::any_of(grants_.begin(), grants_.end(), [](const Grant& grant) {
-    return grant.privilege == "SYSDBA" && grant.object.empty();
-  });
-  if (!granted) return Ora(1031);
-  context_.user = "SYS";
-  return {};
-}
-
-Status Session::LoadPrivileges(SqliteConnection* connection) {
-  grants_.clear();
-  SqlRunner sql(connection);
-  sql.Each(
-      "SELECT privilege, owner, object FROM qm_grant WHERE grantee IN (?, 'PUBLIC')",
-      [this](const SqliteStatement& row) {
-        grants_.push_back(
-            {std::string(row.Text(0)), std::string(row.Text(1)), std::string(row.Text(2))});
-      },
-      context_.user);
-  return sql.status();
+  if (sysdba_ == (context_.user == "SYS")) return {};
+  return Ora(sysdba_ ? 1031 : 28009);
 }
 
 // The connection that writes is opened by the first change: most sessions only read.
@@ -103,45 +84,29 @@ Status Session::OpenWriter() {
     // A pause between two calls means that a new wait has begun.
     if (now - last > std::chrono::milliseconds(200)) since = now;
     last = now;
-    if (link_->IsCut() || now - since >= lock_wait_.value_or(link_->lock_wait())) {
+    if (now - since >= lock_wait_.value_or(link_->lock_wait())) {
       last = {};
       return false;
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
     return true;
   });
-  transaction_ = std::make_unique<Transaction>(
-      writer_.get(), &link_->open_transaction(), context_.user,
-      [this](const std::function<Status()>& commit) { return link_->Committing(commit); });
+  transaction_ =
+      std::make_unique<Transaction>(writer_.get(), &link_->open_transaction(), context_.user);
   return {};
 }
 
-bool Session::MayChange(const std::string& owner, const std::string& object,
-                        const std::string& privilege) const {
-  if (sysdba_ || (!owner.empty() && owner == context_.user)) return true;
-  return std::any_of(grants_.begin(), grants_.end(), [&](const Grant& grant) {
-    if (grant.object.empty()) {
-      return grant.privilege == "DBA" || grant.privilege == privilege ||
-             grant.privilege == privilege + " ANY TABLE";
-    }
-    return grant.owner == owner && grant.object == object &&
-           (grant.privilege == privilege || grant.privilege == "ALL" ||
-            grant.privilege == "ALL PRIVILEGES");
-  });
-}
-
 Status Session::CheckView(const DictionaryView& view) const {
-  const bool dictionary =
-      MayChange("", "", "SELECT ANY DICTIONARY") || MayChange("", "", "SELECT_CATALOG_ROLE");
   const bool hidden = (view.access == ViewAccess::SysdbaOnly && !sysdba_) ||
-                      (view.access == ViewAccess::Dictionary && !dictionary);
+                      (view.access == ViewAccess::Dictionary && !dba_);
   if (hidden) return Ora(942);
   return view.name == "V$LOGMNR_CONTENTS" && !miner_.started() ? Ora(1306) : Status();
 }
 
 Status Session::FindTable(SqliteConnection* connection, ObjectName name, TablePtr* out) {
   if (name.owner.empty()) name.owner = context_.user;
-  return catalog_.FindTable(connection, name.owner, name.name, out);
+  Status status = catalog_.FindTable(connection, name.owner, name.name, out);
+  return dba_ || name.owner == context_.user ? status : Ora(942);
 }
 
 }  // namespace quillmere::sandbox

@@ -117,7 +117,6 @@ struct ConstraintDef {
   std::vector<std::string> columns;
   ObjectName referenced;
   std::vector<std::string> referenced_columns;  // empty: its primary key
-  std::string delete_rule = "NO ACTION";
 };
 
 struct ColumnDef {
@@ -131,7 +130,6 @@ struct ColumnDef {
 // CREATE TABLE, and what ALTER TABLE adds. Constraints of columns stand among the others.
 struct TableDefinition {
   bool create = true;
-  bool temporary = false;  // its rows are gone at the commit
   ObjectName table;
   std::vector<ColumnDef> columns;
   std::vector<ConstraintDef> constraints;
@@ -154,8 +152,7 @@ struct ObjectChange {
     DropConstraint,
     RenameTable,
     RenameIndex,
-    Truncate,
-    Analyze
+    Truncate
   };
   Kind kind = Kind::DropTable;
   ObjectName object;
@@ -180,13 +177,6 @@ struct DatabaseChange {
   std::string name;  // of Supplemental: NONE, MIN, KEY or ALL; of CharacterSet
 };
 
-struct GrantStatement {
-  bool revoke = false;
-  std::vector<std::string> privileges;
-  std::optional<ObjectName> object;
-  std::vector<std::string> grantees;
-};
-
 struct TransactionControl {
   enum class Kind { Commit, Rollback, Savepoint, RollbackTo };
   Kind kind = Kind::Commit;
@@ -206,6 +196,6 @@ struct ProcedureCall {
 
 using Statement =
     std::variant<Select, Insert, Update, Delete, TableDefinition, CreateIndex, ObjectChange,
-                 UserStatement, DatabaseChange, GrantStatement, TransactionControl, ProcedureCall>;
+                 UserStatement, DatabaseChange, TransactionControl, ProcedureCall>;
 
 }  // namespace quillmere::sandbox

@@ -20,13 +20,6 @@ std::string WithoutEndBlanks(std::string_view text) {
 void Parser::ParseCreate(Statement* out) {
   if (Take("TABLE")) return ParseCreateTable(&out->emplace<TableDefinition>());
   if (Take("USER")) return ParseUser(true, &out->emplace<UserStatement>());
-  if (Take("GLOBAL")) {
-    auto& table = out->emplace<TableDefinition>();
-    table.temporary = true;
-    Need("TEMPORARY");
-    Need("TABLE");
-    return ParseCreateTable(&table);
-  }
   const bool unique = Take("UNIQUE");
   if (!unique && !Is("INDEX")) return NotUnderstood();
   Need("INDEX");
@@ -52,9 +45,6 @@ void Parser::ParseCreateTable(TableDefinition* out) {
     ParseTableElement(out);
   } while (Take(","));
   Need(")");
-  if (out->temporary && Take("ON")) {
-    for (const char* word : {"COMMIT", "DELETE", "ROWS"}) Need(word, 922);
-  }
   ParseTablespace(&out->tablespace);
   if (!AtEnd()) Fail(Ora(922));
 }
@@ -90,13 +80,6 @@ void Parser::ParseReferences(ConstraintDef* out) {
   Need("REFERENCES");
   out->referenced = Object(903);
   if (Is("(")) out->referenced_columns = Names();
-  if (!Take("ON")) return;
-  Need("DELETE");
-  out->delete_rule = "CASCADE";
-  if (Take("CASCADE")) return;
-  out->delete_rule = "SET NULL";
-  Need("SET");
-  Need("NULL");
 }
 
 void Parser::ParseColumn(TableDefinition* out) {
@@ -241,9 +224,8 @@ void Parser::ParseSupplemental(bool drop, DatabaseChange* out) {
 
 void Parser::ParseDrop(ObjectChange* out) {
   const bool drop = Take("DROP");
-  const bool analyze = !drop && Take("ANALYZE");
-  if (!drop && !analyze) Advance();
-  out->kind = analyze ? Change::Analyze : drop ? Change::DropTable : Change::Truncate;
+  if (!drop) Advance();
+  out->kind = drop ? Change::DropTable : Change::Truncate;
   if (drop && Take("INDEX")) {
     out->kind = Change::DropIndex;
     out->object = Object(953);
@@ -255,8 +237,6 @@ void Parser::ParseDrop(ObjectChange* out) {
     out->object = Object(903);
     out->cascade = drop && Take("CASCADE");
     if (out->cascade) Need("CONSTRAINTS");
-    if (analyze) Need("COMPUTE");
-    if (analyze) Need("STATISTICS");
   } else {
     NotUnderstood();
   }
@@ -276,33 +256,7 @@ void Parser::ParseUser(bool create, UserStatement* out) {
   out->password =
       quoted ? password.text : sql_.substr(password.begin, password.end - password.begin);
   Advance();
-  // Nothing here depends on where a user's tables are kept.
-  while (Is("DEFAULT") || Is("TEMPORARY") || Is("QUOTA")) {
-    const bool quota = Take("QUOTA");
-    if (!quota) Advance();
-    if (quota) Need("UNLIMITED");
-    Need(quota ? "ON" : "TABLESPACE");
-    Name(2216);
-  }
   if (!AtEnd()) Fail(Ora(922));
-}
-
-void Parser::ParseGrant(bool revoke, GrantStatement* out) {
-  Advance();
-  out->revoke = revoke;
-  do {
-    std::string& privilege = out->privileges.emplace_back();
-    while (Current().kind == TokenKind::Word && !Is("ON") && !Is("TO") && !Is("FROM")) {
-      privilege += (privilege.empty() ? "" : " ") + Current().text;
-      Advance();
-    }
-    if (privilege.empty()) Fail(Ora(990));
-  } while (Take(","));
-  if (Take("ON")) out->object = Object(903);
-  Need(revoke ? "FROM" : "TO");
-  do {
-    out->grantees.push_back(Take("PUBLIC") ? "PUBLIC" : Name(987));
-  } while (Take(","));
 }
 
 }  // namespace quillmere::sandbox

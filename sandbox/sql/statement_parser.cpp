@@ -34,10 +34,8 @@ void Parser::Parse(Statement* out) {
     ParseCreate(out);
   } else if (Take("ALTER")) {
     ParseAlter(out);
-  } else if (Is("DROP") || Is("TRUNCATE") || Is("ANALYZE")) {
+  } else if (Is("DROP") || Is("TRUNCATE")) {
     ParseDrop(&out->emplace<ObjectChange>());
-  } else if (Is("GRANT") || Is("REVOKE")) {
-    ParseGrant(Is("REVOKE"), &out->emplace<GrantStatement>());
   } else if (Take("BEGIN")) {
     ParseBlock(&out->emplace<ProcedureCall>());
   } else if (Is("COMMIT") || Is("ROLLBACK") || Is("SAVEPOINT")) {

@@ -53,7 +53,7 @@ class Parser : public TokenReader {
   void ParseArgument(ProcedureArgument* out);
   void NotUnderstood() { Fail(Ora(900, Shortened(sql_))); }
 
-  // Tables, indexes, users and grants (ddl_parser.cpp)
+  // Tables, indexes, and users (ddl_parser.cpp)
   void ParseCreate(Statement* out);
   void ParseAlter(Statement* out);
   void ParseDrop(ObjectChange* out);
@@ -67,7 +67,6 @@ class Parser : public TokenReader {
   void ParseUser(bool create, UserStatement* out);
   void ParseDatabase(DatabaseChange* out);
   void ParseSupplemental(bool drop, DatabaseChange* out);
-  void ParseGrant(bool revoke, GrantStatement* out);
 
   std::string_view sql_;
   int depth_ = 0;

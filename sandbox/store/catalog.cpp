@@ -67,7 +67,7 @@ void LoadKeys(SqlRunner* sql, Table* table) {
 void LoadForeignKeys(SqlRunner* sql, const std::string& side, std::int64_t table_id,
                      std::vector<ForeignKey>* out) {
   sql->Each(
-      "SELECT c.id, c.owner, c.name, c.delete_rule, c.table_id, r.table_id, k.column_id,"
+      "SELECT c.id, c.owner, c.name, c.table_id, r.table_id, k.column_id,"
       " q.column_id FROM qm_constraint c JOIN qm_constraint r ON r.id = c.ref_id"
       " JOIN qm_constraint_column k ON k.constraint_id = c.id"
       " JOIN qm_constraint_column q ON q.constraint_id = r.id AND q.position = k.position"
@@ -79,12 +79,11 @@ void LoadForeignKeys(SqlRunner* sql, const std::string& side, std::int64_t table
           key.constraint_id = row.Int(0);
           key.owner = row.Text(1);
           key.name = row.Text(2);
-          key.delete_rule = row.Text(3);
-          key.child_table = row.Int(4);
-          key.parent_table = row.Int(5);
+          key.child_table = row.Int(3);
+          key.parent_table = row.Int(4);
         }
-        out->back().child_columns.push_back(row.Int(6));
-        out->back().parent_columns.push_back(row.Int(7));
+        out->back().child_columns.push_back(row.Int(5));
+        out->back().parent_columns.push_back(row.Int(6));
       },
       table_id);
 }
@@ -146,14 +145,13 @@ Status Catalog::FindTableById(SqliteConnection* connection, std::int64_t id, Tab
   auto table = std::make_shared<Table>();
   SqlRunner sql(connection);
   sql.Each(
-      "SELECT id, owner, name, shape, temporary, supplemental FROM qm_table WHERE id = ?",
+      "SELECT id, owner, name, shape, supplemental FROM qm_table WHERE id = ?",
       [&table](const SqliteStatement& row) {
         table->id = row.Int(0);
         table->owner = row.Text(1);
         table->name = row.Text(2);
         table->shape = row.Int(3);
-        table->temporary = row.Int(4) != 0;
-        table->supplemental = row.Text(5);
+        table->supplemental = row.Text(4);
       },
       id);
   LoadColumns(&sql, table.get());

@@ -18,10 +18,8 @@ CREATE TABLE qm_meta(id INTEGER PRIMARY KEY, format INTEGER NOT NULL, scn INTEGE
   charset TEXT NOT NULL DEFAULT 'AL32UTF8');
 CREATE TABLE qm_user(id INTEGER PRIMARY KEY AUTOINCREMENT, name TEXT NOT NULL UNIQUE,
   password TEXT NOT NULL, created TEXT NOT NULL);
-CREATE TABLE qm_grant(grantee TEXT NOT NULL, privilege TEXT NOT NULL, owner TEXT NOT NULL,
-  object TEXT NOT NULL, PRIMARY KEY(grantee, privilege, owner, object)) WITHOUT ROWID;
 CREATE TABLE qm_table(id INTEGER PRIMARY KEY AUTOINCREMENT, owner TEXT NOT NULL, name TEXT NOT NULL,
-  tablespace TEXT, num_rows INTEGER, shape INTEGER NOT NULL, temporary INTEGER NOT NULL,
+  tablespace TEXT, shape INTEGER NOT NULL,
   supplemental TEXT NOT NULL DEFAULT 'NONE',
   UNIQUE(owner, name));
 CREATE INDEX qm_table_name ON qm_table(name);
@@ -32,7 +30,7 @@ CREATE TABLE qm_column(id INTEGER PRIMARY KEY AUTOINCREMENT, table_id INTEGER NO
   UNIQUE(table_id, position));
 CREATE TABLE qm_constraint(id INTEGER PRIMARY KEY AUTOINCREMENT, owner TEXT NOT NULL,
   name TEXT NOT NULL, table_id INTEGER NOT NULL, type TEXT NOT NULL, ref_id INTEGER,
-  delete_rule TEXT, UNIQUE(owner, name));
+  UNIQUE(owner, name));
 CREATE INDEX qm_constraint_table ON qm_constraint(table_id);
 CREATE INDEX qm_constraint_ref ON qm_constraint(ref_id);
 CREATE INDEX qm_constraint_name ON qm_constraint(name);
@@ -62,7 +60,7 @@ CREATE VIEW qm_archived_log AS SELECT '.arch' || sequence AS suffix, *
 INSERT INTO qm_logfile VALUES(1, '');
 INSERT INTO qm_log(grp, first_scn) VALUES(1, 1);
 INSERT INTO qm_meta(id, format, scn, dict_version, next_name, created, dbid)
-  VALUES(1, 3, 1000, 1, 1, strftime('%Y-%m-%d %H:%M:%S', 'now'), abs(random() % 4000000000));
+  VALUES(1, 4, 1000, 1, 1, strftime('%Y-%m-%d %H:%M:%S', 'now'), abs(random() % 4000000000));
 )sql";
 
 Status FillDatabase(SqliteConnection* connection, const std::string& password) {
@@ -78,7 +76,6 @@ Status FillDatabase(SqliteConnection* connection, const std::string& password) {
         " VALUES(?, ?, strftime('%Y-%m-%d %H:%M:%S', 'now'))",
         user, hash);
   }
-  sql.Exec("INSERT INTO qm_grant VALUES('SYS', 'SYSDBA', '', ''), ('SYSTEM', 'DBA', '', '')");
   sql.Exec("COMMIT");
   return sql.status();
 }
@@ -94,7 +91,6 @@ bool FindDatabasePath(const std::filesystem::path& directory, const std::string&
                       });
   if (!usable) return false;
   out->file = directory / (name + ".db");
-  out->cut = directory / (name + ".cut");
   out->open = directory / (name + ".open");
   return true;
 }
@@ -117,7 +113,7 @@ Status CreateDatabase(const DatabasePath& path, const std::string& password) {
 }
 
 Status OpenDatabase(const DatabasePath& path, std::unique_ptr<SqliteConnection>* out) {
-  constexpr int kFormat = 3;
+  constexpr int kFormat = 4;
   std::error_code error;
   if (!std::filesystem::is_regular_file(path.file, error)) return Ora(12154);
   std::unique_ptr<SqliteConnection> connection;

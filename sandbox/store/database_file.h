@@ -13,7 +13,6 @@ namespace quillmere::sandbox {
 
 struct DatabasePath {
   std::filesystem::path file;  // <dir>/<NAME>.db
-  std::filesystem::path cut;   // <dir>/<NAME>.cut
   std::filesystem::path open;  // <dir>/<NAME>.open
 };
 

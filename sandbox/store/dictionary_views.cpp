@@ -15,7 +15,7 @@ struct Definition {
 };
 
 constexpr std::string_view kTables =
-    "OWNER t.owner; TABLE_NAME t.name; TABLESPACE_NAME t.tablespace; n:NUM_ROWS t.num_rows;"
+    "OWNER t.owner; TABLE_NAME t.name; TABLESPACE_NAME t.tablespace; n:NUM_ROWS NULL;"
     "STATUS 'VALID';";
 
 // There is one at most, and of the sessions only the one that has it is known.
@@ -48,7 +48,8 @@ constexpr Definition kDefinitions[] = {
      "qm_column c JOIN qm_table t ON t.id = c.table_id"},
     {"DBA_CONSTRAINTS", ViewAccess::Dictionary,
      "OWNER t.owner; CONSTRAINT_NAME c.name; CONSTRAINT_TYPE c.type; TABLE_NAME t.name;"
-     "R_OWNER r.owner; R_CONSTRAINT_NAME r.name; DELETE_RULE c.delete_rule; STATUS 'ENABLED';",
+     "R_OWNER r.owner; R_CONSTRAINT_NAME r.name; DELETE_RULE iif(c.type = 'R', 'NO ACTION', NULL); "
+     "STATUS 'ENABLED';",
      "qm_constraint c JOIN qm_table t ON t.id = c.table_id"
      " LEFT JOIN qm_constraint r ON r.id = c.ref_id"},
     {"DBA_CONS_COLUMNS", ViewAccess::Dictionary,

@@ -17,7 +17,7 @@ Status MakePrivateFile(const std::filesystem::path& path);
 
 // Locks of a whole file by its descriptor, gone when that is closed or its process dies. False when
 // `Try` finds another's lock.
-enum class FileLock { Shared, Exclusive, Try, None };
+enum class FileLock { Exclusive, Try, None };
 bool LockFile(std::intptr_t file, FileLock lock);
 // ORA-01110 with what the system says of the latest call.
 Status FileFailure(const std::string& what);

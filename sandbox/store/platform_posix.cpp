@@ -33,7 +33,6 @@ Status MakePrivateFile(const std::filesystem::path& path) {
 
 bool LockFile(std::intptr_t file, FileLock lock) {
   const int how = lock == FileLock::Exclusive ? LOCK_EX
-                  : lock == FileLock::Shared  ? LOCK_SH
                   : lock == FileLock::Try     ? LOCK_SH | LOCK_NB
                                               : LOCK_UN;
   int result = 0;

@@ -59,31 +59,7 @@ void CallLiteral(sqlite3_context* call, int, sqlite3_value** values) {
   sqlite3_result_value(call, values[0]);
 }
 
-// Lives in SQLite's memory of the aggregate, which begins as zeros; deleted at its end.
-struct RunningTotal {
-  Decimal* sum;
-};
-
-void SumStep(sqlite3_context* call, int, sqlite3_value** values) {
-  SqliteGuarded(call, [&] {
-    auto* total = static_cast<RunningTotal*>(sqlite3_aggregate_context(call, sizeof(RunningTotal)));
-    const Datum value = SqliteArgument(values[0], Kind::Number);
-    if (total == nullptr || value.null) return;
-    if (total->sum == nullptr) total->sum = new Decimal();
-    const auto number = Decimal::Parse(value.text);
-    const Status status = number ? Decimal::Add(*total->sum, *number, total->sum) : Ora(1722);
-    if (!status.ok()) SqliteResult(call, status, {});
-  });
-}
-
-void SumFinal(sqlite3_context* call) {
-  const auto* total = static_cast<RunningTotal*>(sqlite3_aggregate_context(call, 0));
-  if (total == nullptr || total->sum == nullptr) return sqlite3_result_null(call);
-  SqliteResult(call, {}, Datum::Of(Kind::Number, total->sum->Text()));
-  delete total->sum;
-}
-
-// The value of a subquery, which may have one row.
+// The value of a subquery, which may have one row. In SQLite's memory, which begins as zeros.
 struct OnlyValue {
   sqlite3_value* value;
 };
@@ -158,8 +134,6 @@ Status RegisterFunctions(SqliteConnection* connection, const EvalContext* contex
     data.to = static_cast<Kind>(pair % kKindCount);
     add(SqliteConversionName(data.from, data.to), CallConversion, data, SQLITE_DETERMINISTIC);
   }
-  failed |= sqlite3_create_function_v2(db, "qm_sum", 1, SQLITE_UTF8, nullptr, nullptr, SumStep,
-                                       SumFinal, nullptr);
   failed |= sqlite3_create_function_v2(db, "qm_only", 1, SQLITE_UTF8, nullptr, nullptr, OnlyStep,
                                        OnlyFinal, nullptr);
   failed |= sqlite3_create_collation_v2(db, std::string(kNumberOrder).c_str(), SQLITE_UTF8, nullptr,

@@ -9,7 +9,7 @@
 
 namespace quillmere::sandbox {
 
-// Registers every function, conversion, SUM and the number order, and makes LIKE tell upper from
+// Registers every function, conversion and the number order, and makes LIKE tell upper from
 // lower case. `context` must outlive the connection.
 Status RegisterFunctions(SqliteConnection* connection, const EvalContext* context);
 

@@ -37,7 +37,6 @@ struct ForeignKey {
   std::int64_t constraint_id = 0;
   std::string owner;
   std::string name;
-  std::string delete_rule;
   std::int64_t child_table = 0;
   std::int64_t parent_table = 0;
   std::vector<std::int64_t> child_columns;  // column ids, pairwise
@@ -50,7 +49,6 @@ struct Table {
   std::string name;
   std::int64_t shape = 0;    // its form in the redo
   std::string supplemental;  // NONE, KEY or ALL, beside what the database says
-  bool temporary = false;    // its rows go at the commit, and the redo tells nothing of them
   std::vector<Column> columns;
   std::unordered_map<std::string, std::size_t> by_name;  // positions in columns
   std::vector<UniqueKey> keys;

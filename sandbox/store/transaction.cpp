@@ -42,7 +42,6 @@ Status Transaction::Begin() {
            });
   scn_ = std::max(committed, shown_.last_scn());
   redo_bytes_ = 0;
-  temporary_.clear();
   if (committed < 0 || scn_ >= kMaxScn) sql.Fail(Ora(19706));
   if (!sql.ok()) Rollback();
   return sql.status();
@@ -60,24 +59,19 @@ Status Transaction::Start() {
 }
 
 Status Transaction::Commit() {
-  Status status;
+  SqlRunner sql(writer_);
   if (active_ && changed_) {
-    status = guard_([this] {
-      SqlRunner sql(writer_);
-      PrepareCommit(&sql);
-      sql.Run("COMMIT");
-      // Not before: who saw it would take the commit for one that can be read.
-      if (sql.ok()) shown_.set_last_scn(scn_);
-      return sql.status();
-    });
+    PrepareCommit(&sql);
+    sql.Run("COMMIT");
+    // Not before: who saw it would take the commit for one that can be read.
+    if (sql.ok()) shown_.set_last_scn(scn_);
   }
   // What is left open is a failure, or had nothing to commit.
   Rollback();
-  return status;
+  return sql.status();
 }
 
 void Transaction::PrepareCommit(SqlRunner* sql) {
-  for (const std::string& table : temporary_) sql->Exec("DELETE FROM " + table);
   sql->Run("UPDATE qm_meta SET scn = ? WHERE id = 1", ++scn_);
   sql->Run("INSERT INTO qm_transaction VALUES(?, ?, ?, ?)", start_scn_, scn_, started_,
            DateTime::Now().Canonical(Kind::Date));

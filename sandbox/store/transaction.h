@@ -5,8 +5,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -17,12 +15,9 @@ namespace quillmere::sandbox {
 
 class Transaction {
  public:
-  // `committing` runs the commit it is given when it may happen at all.
-  using CommitGuard = std::function<Status(const std::function<Status()>&)>;
-
   // `writer` and `shown` must outlive it.
-  Transaction(SqliteConnection* writer, OpenTransaction* shown, std::string user, CommitGuard guard)
-      : writer_(writer), shown_(*shown), user_(std::move(user)), guard_(std::move(guard)) {}
+  Transaction(SqliteConnection* writer, OpenTransaction* shown, std::string user)
+      : writer_(writer), shown_(*shown), user_(std::move(user)) {}
 
   bool active() const { return active_; }
   bool changed() const { return changed_; }
@@ -44,8 +39,6 @@ class Transaction {
   Status Start();
   // Writes a change to the redo: its values, which are of the form `shape`, beside the row.
   Status WriteRedo(std::int64_t shape, int operation, std::int64_t row, const Blob& values);
-  // The rows of a temporary table, by its name in SQL, go when the transaction ends.
-  void ClearAtCommit(const std::string& table) { temporary_.insert(table); }
   // After the transaction's only statement was undone: nothing is left to commit.
   void ForgetChanges() { changed_ = false; }
   // Ends a transaction that changed nothing, and its lock; savepoints set before it stay.
@@ -91,7 +84,6 @@ class Transaction {
   SqliteConnection* writer_;
   OpenTransaction& shown_;
   std::string user_;
-  CommitGuard guard_;
   bool active_ = false;
   bool changed_ = false;
   std::int64_t scn_ = 0;
@@ -100,7 +92,6 @@ class Transaction {
   std::string supplemental_;
   bool logs_switch_ = false;
   std::int64_t redo_bytes_ = 0;
-  std::set<std::string> temporary_;
   std::int64_t dictionary_version_ = 0;
   int next_savepoint_ = 1;
   std::vector<Savepoint> savepoints_;

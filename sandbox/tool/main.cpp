@@ -7,7 +7,6 @@
 #include <iterator>
 
 #include "foundation/version.h"
-#include "sandbox/store/cut_flag.h"
 #include "sandbox/store/sql_runner.h"
 #include "sandbox/tool/compare.h"
 #include "sandbox/tool/script.h"
@@ -111,19 +110,6 @@ int Compare(const Arguments& arguments) {
   return differences == 0 ? kDone : kFailed;
 }
 
-int Cut(const Arguments& arguments) {
-  DatabasePath path;
-  std::unique_ptr<SqliteConnection> connection;
-  std::unique_ptr<CutFlag> flag;
-  if (!Find(arguments, arguments.name, &path)) return kFailed;
-  Status status = OpenDatabase(path, &connection);
-  if (status.ok()) status = CutFlag::Open(path.cut, &flag);
-  if (status.ok()) status = flag->Raise();
-  if (!status.ok()) return Fail(status.Text());
-  std::cout << "All connections to " << arguments.name << " are cut.\n";
-  return kDone;
-}
-
 int Scn(const Arguments& arguments) {
   DatabasePath path;
   std::unique_ptr<SqliteConnection> connection;
@@ -162,7 +148,6 @@ int Main(int argc, char** argv) {
   diff->add_option("--map", arguments.mapped, "OWNER.TABLE=OWNER2.TABLE of the second database")
       ->expected(1)
       ->take_all();
-  add("cut", "cut all connections to a database", Cut);
   add("scn", "print the SCN of the last commit", Scn);
   try {
     app.parse(argc, argv);

@@ -53,8 +53,8 @@ class Runner {
         std::min(statement->text.find_first_not_of(" \t\r\n"), statement->text.size());
     const bool block = Upper(statement->text.substr(begin, 6)) == "BEGIN ";
     StatementResult result;
-    Status status = link_->RoundTrip();
-    if (status.ok()) status = session_->Execute(statement->text + (block ? ";" : ""), &result);
+    link_->RoundTrip();
+    Status status = session_->Execute(statement->text + (block ? ";" : ""), &result);
     if (status.ok() && result.cursor) PrintRows(result.cursor.get(), out_, &status);
     changed_ += result.rows;
     ++done_;

@@ -43,14 +43,6 @@ std::string Upper(std::string_view text) {
   return result;
 }
 
-std::string Lower(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return result;
-}
-
 std::string QuoteLiteral(std::string_view text) {
   std::string quoted = "'";
   for (const char c : text) {

@@ -15,7 +15,6 @@ std::size_t ByteOfCharacter(std::string_view text, std::size_t character);
 // The longest beginning of at most `bytes` bytes that does not split a character.
 std::size_t CutAtCharacter(std::string_view text, std::size_t bytes);
 std::string Upper(std::string_view text);
-std::string Lower(std::string_view text);
 // 'it''s'
 std::string QuoteLiteral(std::string_view text);
 

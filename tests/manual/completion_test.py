@@ -24,7 +24,7 @@ ROWS = (
     (["quillmere-cli", "--workdir", "try", "schema", "drop", "HQ", "t"], "= table"),
     (["quillmere-cli", "source", "add", "X", "--mode", "S"], "= SYSDBA"),
     (["quillmere-sandbox", "--workdir", "try", "diff", "HQ", "BR"], "= BRANCH"),
-    (["quillmere-sandbox", "c"], "= create cut"),
+    (["quillmere-sandbox", "c"], "= create"),
 )
 
 SCRIPT = r"""

@@ -109,16 +109,6 @@ class LocalSessionTest : public ::testing::Test {
   std::unique_ptr<Session> session_;
 };
 
-// A cut that comes after the statement arrived and before it commits.
-TEST_F(LocalSessionTest, NoCommitCanFollowACut) {
-  EXPECT_EQ(Execute("insert into t values (1)"), 0);
-  std::unique_ptr<CutFlag> flag;
-  ASSERT_TRUE(CutFlag::Open(path_.cut, &flag).ok());
-  ASSERT_TRUE(flag->Raise().ok());
-  EXPECT_EQ(session_->Commit().code(), 3113);
-  EXPECT_FALSE(session_->InTransaction());
-}
-
 // Who reads the SCN, then the open transaction, then the SCN again must not find the commit in the
 // SCN before it is in the file, nor the transaction gone.
 TEST_F(LocalSessionTest, ACommitIsInTheFileBeforeItIsShown) {
@@ -126,8 +116,7 @@ TEST_F(LocalSessionTest, ACommitIsInTheFileBeforeItIsShown) {
   std::unique_ptr<OpenTransaction> shown;
   ASSERT_TRUE(OpenDatabase(path_, &writer).ok());
   ASSERT_TRUE(OpenTransaction::Open(path_.open, &shown).ok());
-  Transaction transaction(writer.get(), shown.get(), "X",
-                          [](const auto& commit) { return commit(); });
+  Transaction transaction(writer.get(), shown.get(), "X");
   ASSERT_TRUE(transaction.Begin().ok() && transaction.WriteRedo(1, 1, 1, Blob{"x"}).ok());
   std::function<int()> look = [&shown, before = shown->last_scn()] {
     TransactionRecord open;
