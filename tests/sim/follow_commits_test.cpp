@@ -272,6 +272,35 @@ TEST(FollowCommitsTest, LosesDoublesAndHalvesNothing) {
   }
 }
 
+// Positions mean nothing on another database, or on one that was taken back to an earlier time.
+TEST(FollowCommitsTest, ASourceThatWasTakenBackHoldsTheJob) {
+  for (const bool resetlogs : {false, true}) {
+    EngineOnModels on(SourceShape{.habits = {.per_second = 1}}, Follow::Commits, 0);
+    on.settings.commit_age_seconds = 0;
+    const auto sweep = [&](std::int64_t ms) {
+      on.Wait(ms);
+      on.source.RunUntil(on.client.Now());
+      on.life->Step();
+    };
+    on.life->Run();
+    for (int i = 0; i < 20 && on.life->State() == JobState::Starting; ++i) sweep(1'500);
+    ASSERT_EQ(on.life->State(), JobState::Started);
+    const SourceModel backup = on.source;
+    for (int i = 0; i < 5; ++i) sweep(20'000);
+    const auto arrived = on.destination.Journal();
+    EXPECT_FALSE(arrived.empty());
+    on.source.RestoreFrom(backup, resetlogs);
+    on.life->Step();
+    on.life->Step();
+    EXPECT_EQ(on.life->State(), JobState::Paused);
+    const std::string held = on.life->jobs.HeldBecause(on.life->index);
+    EXPECT_NE(held.find(resetlogs ? "opened with RESETLOGS" : "taken back"), held.npos) << held;
+    on.life->Run();
+    EXPECT_EQ(on.life->State(), JobState::Paused) << "nor does it go on";
+    EXPECT_EQ(on.destination.Journal(), arrived);
+  }
+}
+
 // With the row nothing is lost or doubled wherever it dies; without it the one moment is left.
 TEST(FollowCommitsTest, DyingAtAnyOperationOnlyDelays) {
   static constexpr World kSmall{
