@@ -145,11 +145,6 @@ Status Now(const Args&, const EvalContext& context, std::string* out) {
   return {};
 }
 
-Status Midnight(const Args& args, const EvalContext&, std::string* out) {
-  *out = args[0].substr(0, 10) + " 00:00:00";
-  return {};
-}
-
 // A date moved by days, possibly with a fraction, to the second.
 template <Operation operation>
 Status MoveByDays(const Args& args, const EvalContext&, std::string* out) {
@@ -206,7 +201,6 @@ const std::vector<Function>& Table() {
       {"TO_DATE", 1, {kText, kText}, kDate, ToTime<kDate>},
       {"TO_TIMESTAMP", 1, {kText, kText}, kStamp, ToTime<kStamp>},
       {"TO_TIMESTAMP_TZ", 1, {kText, kText}, kZoned, ToTime<kZoned>},
-      {"TRUNC", 1, {kDate}, kDate, Midnight},
       {"+", 2, {kDate, kNumber}, kDate, MoveByDays<Decimal::Add>},
       {"-", 2, {kDate, kNumber}, kDate, MoveByDays<Subtract>},
       {"-", 2, {kDate, kDate}, kNumber, DaysBetween},

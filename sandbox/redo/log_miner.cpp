@@ -68,8 +68,7 @@ std::string TextOf(sqlite3_value* value) {
 // Writes records; the latest one is kept, for it is asked for piece by piece.
 class RecordWriter {
  public:
-  RecordWriter(const EvalContext* context, bool by_characters)
-      : context_(*context), by_characters_(by_characters) {}
+  explicit RecordWriter(const EvalContext* context) : context_(*context) {}
 
   Status Take(sqlite3_value** record) {
     const std::int64_t scn = sqlite3_value_int64(record[kScn]);
@@ -107,7 +106,7 @@ class RecordWriter {
     pieces_.clear();
     for (std::size_t i = 0; i < statements.size(); ++i) {
       const std::size_t code = static_cast<std::size_t>(statements[i].operation) + 16 * i;
-      for (std::string& piece : SplitRedo(statements[i].text, by_characters_)) {
+      for (std::string& piece : SplitRedo(statements[i].text)) {
         list_ += (list_.empty() ? "[-" : ",-") + std::to_string(code);
         pieces_.push_back(std::move(piece));
       }
@@ -128,7 +127,6 @@ class RecordWriter {
   }
 
   const EvalContext& context_;
-  bool by_characters_;
   std::int64_t scn_ = 0;
   std::int64_t shape_id_ = 0;
   RedoShape shape_;
@@ -152,10 +150,7 @@ void CallPieces(sqlite3_context* call, int count, sqlite3_value** values) {
 }  // namespace
 
 Status RegisterRedoFunctions(SqliteConnection* connection, const EvalContext* context) {
-  SqlRunner sql(connection);
-  const auto narrow = sql.Int("SELECT charset <> 'AL32UTF8' FROM qm_meta");
-  if (!sql.ok()) return sql.status();
-  auto* writer = new RecordWriter(context, narrow.value_or(0) != 0);
+  auto* writer = new RecordWriter(context);
   const auto forget = [](void* data) { delete static_cast<RecordWriter*>(data); };
   sqlite3* db = connection->handle();
   int failed = sqlite3_create_function_v2(db, "qm_pieces", kCount, SQLITE_UTF8, writer, CallPieces,

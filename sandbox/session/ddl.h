@@ -33,11 +33,9 @@ class DdlExecutor {
  private:
   // Tables (ddl_tables.cpp)
   void CreateTable(const TableDefinition& def);
-  void ExtendTable(const TableDefinition& def);
   std::string AddColumnRow(const ObjectName& table, std::int64_t table_id, std::size_t position,
                            const ColumnDef& column);
-  void CheckColumns(const std::vector<ColumnDef>& columns, const Table* extended);
-  void FillColumn(std::int64_t table_id, const ColumnDef& def);
+  void CheckColumns(const std::vector<ColumnDef>& columns);
   void NewShape(std::int64_t table_id);
   void Change(const ObjectChange& change);
   void RenameTable(const Table& table, const std::string& new_name);

@@ -4,14 +4,16 @@
 #include "sandbox/expr/compiler.h"
 #include "sandbox/redo/redo_record.h"
 #include "sandbox/session/ddl.h"
-#include "sandbox/session/dml.h"
 #include "sandbox/store/redo_logs.h"
 
 namespace quillmere::sandbox {
 
 Status DdlExecutor::Execute(const Statement& statement) {
   if (const auto* table = std::get_if<TableDefinition>(&statement)) {
-    table->create ? CreateTable(*table) : ExtendTable(*table);
+    CreateTable(*table);
+  } else if (const auto* added = std::get_if<AddedConstraint>(&statement)) {
+    const TablePtr extended = FindTable(added->table);
+    if (extended) AddConstraints(extended->id, {added->constraint});
   } else if (const auto* index = std::get_if<CreateIndex>(&statement)) {
     Create(*index);
   } else if (const auto* change = std::get_if<ObjectChange>(&statement)) {
@@ -56,15 +58,11 @@ std::string DdlExecutor::TargetOwner(const ObjectName& name) {
   return owner;
 }
 
-void DdlExecutor::CheckColumns(const std::vector<ColumnDef>& columns, const Table* extended) {
+void DdlExecutor::CheckColumns(const std::vector<ColumnDef>& columns) {
   constexpr std::size_t kMaxColumns = 1000;
   std::set<std::string> names;
-  if (extended != nullptr) {
-    for (const Column& column : extended->columns) names.insert(column.name);
-  }
   for (const ColumnDef& column : columns) {
-    if (names.insert(column.name).second) continue;
-    sql_.Fail(Ora(extended == nullptr ? 957 : 1430, column.name));
+    if (!names.insert(column.name).second) sql_.Fail(Ora(957, column.name));
   }
   if (names.size() > kMaxColumns) sql_.Fail(Ora(1792));
 }
@@ -74,7 +72,7 @@ void DdlExecutor::CreateTable(const TableDefinition& def) {
   if (sql_.Int("SELECT 1 FROM qm_table WHERE owner = ? AND name = ?", name.owner, name.name)) {
     sql_.Fail(Ora(955));
   }
-  CheckColumns(def.columns, nullptr);
+  CheckColumns(def.columns);
   sql_.Run("INSERT INTO qm_table(owner, name, tablespace, shape) VALUES(?, ?, ?, 0)", name.owner,
            name.name, def.tablespace.empty() ? std::string("USERS") : def.tablespace);
   const std::int64_t id = sql_.LastRowId();
@@ -117,37 +115,6 @@ void DdlExecutor::NewShape(std::int64_t table_id) {
   sql_.Run("INSERT INTO qm_shape(table_id, owner, name, columns) VALUES(?, ?, ?, ?)", table_id,
            table->owner, table->name, Blob{EncodeShapeColumns(table->columns)});
   sql_.Run("UPDATE qm_table SET shape = ? WHERE id = ?", sql_.LastRowId(), table_id);
-}
-
-void DdlExecutor::ExtendTable(const TableDefinition& def) {
-  const TablePtr table = FindTable(def.table);
-  if (!table) return;
-  const ObjectName name{table->owner, table->name};
-  const bool has_rows = sql_.Int("SELECT 1 FROM " + table->SqlName() + " LIMIT 1").has_value();
-  CheckColumns(def.columns, table.get());
-  std::size_t position = table->columns.size();
-  for (const ColumnDef& column : def.columns) {
-    if (has_rows && column.not_null && !column.default_value) sql_.Fail(Ora(1758));
-    const std::string added = AddColumnRow(name, table->id, ++position, column);
-    sql_.Exec("ALTER TABLE " + table->SqlName() + " ADD COLUMN " + added);
-  }
-  if (!def.columns.empty()) NewShape(table->id);
-  for (const ColumnDef& column : def.columns) {
-    if (has_rows && column.default_value) FillColumn(table->id, column);
-  }
-  AddConstraints(table->id, def.constraints);
-}
-
-// Rows that are there already take the default; no redo, as for all of DDL.
-void DdlExecutor::FillColumn(std::int64_t table_id, const ColumnDef& def) {
-  const TablePtr table = Reload(table_id);
-  if (!table) return;
-  const auto column = static_cast<std::size_t>(table->FindColumn(def.name));
-  RowValue value;
-  sql_.Fail(DefaultValue(*table, column, context_, writer_, &value));
-  if (!value && def.not_null) sql_.Fail(Ora(1758));
-  sql_.Run("UPDATE " + table->SqlName() + " SET " + table->columns[column].SqlName() + " = ?",
-           value);
 }
 
 void DdlExecutor::Change(const ObjectChange& change) {

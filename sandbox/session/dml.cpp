@@ -200,17 +200,6 @@ const ObjectName* TargetOf(const Statement& statement) {
   return erase == nullptr ? nullptr : &erase->table;
 }
 
-Status DefaultValue(const Table& table, std::size_t column, const EvalContext& context,
-                    SqliteConnection* connection, RowValue* out) {
-  const Scope nothing;
-  Assignments assignments(table, nothing, context);
-  assignments.Add(column, nullptr);
-  RowChanges changes;
-  Status status = Evaluate(assignments, connection, &changes);
-  if (status.ok()) *out = std::move(changes[0].second);
-  return status;
-}
-
 Status RunDml(const Statement& statement, const TablePtr& table, const EvalContext& context,
               SqliteConnection* writer, RowChanger* changer, std::int64_t* rows) {
   std::vector<std::int64_t> found(1);

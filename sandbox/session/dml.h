@@ -16,8 +16,4 @@ const ObjectName* TargetOf(const Statement& statement);
 Status RunDml(const Statement& statement, const TablePtr& table, const EvalContext& context,
               SqliteConnection* writer, RowChanger* changer, std::int64_t* rows);
 
-// What a column's default is now; NULL when it has none.
-Status DefaultValue(const Table& table, std::size_t column, const EvalContext& context,
-                    SqliteConnection* connection, RowValue* out);
-
 }  // namespace quillmere::sandbox

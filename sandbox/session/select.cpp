@@ -36,23 +36,17 @@ class SelectCompiler {
     for (const SelectSource& source : select.from) {
       from += (from.empty() ? " FROM " : ", ") + Source(source, &scope);
     }
-    std::string sql = select.distinct ? "SELECT DISTINCT " : "SELECT ";
-    sql += Items(select, scope, columns) + from;
+    std::string sql = "SELECT " + Items(select, scope, columns) + from;
     if (select.where) {
       expressions_.met_aggregate = false;
       sql += " WHERE " + expressions_.Condition(*select.where, scope);
       if (expressions_.met_aggregate) expressions_.Fail(Ora(934));
     }
-    std::string group;
-    for (const ExprPtr& expr : select.group_by) {
-      group += (group.empty() ? " GROUP BY " : ", ");
-      group += expressions_.Emit(expressions_.Value(*expr, scope));
-    }
     std::string order;
     for (const OrderItem& item : select.order_by) {
       order += (order.empty() ? " ORDER BY " : ", ") + Order(item, select, scope, *columns);
     }
-    return sql + group + order;
+    return sql + order;
   }
 
   std::string Source(const SelectSource& source, Scope* scope) {
@@ -109,7 +103,7 @@ class SelectCompiler {
       const bool named = item.alias.empty() && item.expr->op != ExprOp::Literal;
       append(named ? item.expr->text : item.alias, value);
     }
-    if (aggregates && rows && select.group_by.empty()) expressions_.Fail(Ora(937));
+    if (aggregates && rows) expressions_.Fail(Ora(937));
     return list;
   }
 

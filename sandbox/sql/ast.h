@@ -67,11 +67,9 @@ struct OrderItem {
 };
 
 struct Select {
-  bool distinct = false;
   std::vector<SelectItem> items;
   std::vector<SelectSource> from;
   ExprPtr where;
-  std::vector<ExprPtr> group_by;
   std::vector<OrderItem> order_by;
   bool for_update = false;
   std::optional<int> lock_wait;  // seconds; none: as long as any statement waits
@@ -127,13 +125,17 @@ struct ColumnDef {
   std::string default_text;
 };
 
-// CREATE TABLE, and what ALTER TABLE adds. Constraints of columns stand among the others.
+// Constraints of columns stand among the others.
 struct TableDefinition {
-  bool create = true;
   ObjectName table;
   std::vector<ColumnDef> columns;
   std::vector<ConstraintDef> constraints;
   std::string tablespace;
+};
+
+struct AddedConstraint {
+  ObjectName table;
+  ConstraintDef constraint;
 };
 
 struct CreateIndex {
@@ -168,13 +170,13 @@ struct UserStatement {
 
 // ALTER DATABASE and ALTER SYSTEM, as far as the redo goes, and what of it ALTER TABLE may say too.
 struct DatabaseChange {
-  enum class Kind { AddGroup, AddMember, Archive, SwitchLog, Supplemental, CharacterSet };
+  enum class Kind { AddGroup, AddMember, Archive, SwitchLog, Supplemental };
   Kind kind = Kind::SwitchLog;
   ObjectName table;  // of Supplemental; without name: the database
   int group = 0;
   int size = 0;      // bytes of every log; 0: it never ends
   bool on = false;   // of Archive
-  std::string name;  // of Supplemental: NONE, MIN, KEY or ALL; of CharacterSet
+  std::string name;  // of Supplemental: NONE, MIN, KEY or ALL
 };
 
 struct TransactionControl {
@@ -195,7 +197,7 @@ struct ProcedureCall {
 };
 
 using Statement =
-    std::variant<Select, Insert, Update, Delete, TableDefinition, CreateIndex, ObjectChange,
-                 UserStatement, DatabaseChange, TransactionControl, ProcedureCall>;
+    std::variant<Select, Insert, Update, Delete, TableDefinition, AddedConstraint, CreateIndex,
+                 ObjectChange, UserStatement, DatabaseChange, TransactionControl, ProcedureCall>;
 
 }  // namespace quillmere::sandbox

@@ -152,14 +152,13 @@ void Parser::ParseAlter(Statement* out) {
     Advance();
     return ParseSupplemental(drop, &logged);
   } else if (table && Take("ADD")) {
-    TableDefinition& added = out->emplace<TableDefinition>();
-    added.create = false;
-    added.table = std::move(change.object);
-    if (!Take("(")) return ParseTableElement(&added);
-    do {
-      ParseTableElement(&added);
-    } while (Take(","));
-    return Need(")");
+    TableDefinition added;
+    ParseTableElement(&added);
+    if (added.columns.empty()) {
+      *out = AddedConstraint{std::move(change.object), std::move(added.constraints[0])};
+      return;
+    }
+    Fail(Ora(900, "ALTER TABLE ... ADD of a column"));
   } else if (table && Take("DROP")) {
     change.kind = Change::DropConstraint;
     if (Take("CONSTRAINT")) {
@@ -187,12 +186,6 @@ void Parser::ParseDatabase(DatabaseChange* out) {
     out->kind = Kind::Archive;
     out->on = Take("ARCHIVELOG");
     Take("NOARCHIVELOG");
-    return;
-  }
-  if (Take("CHARACTER")) {
-    Need("SET", 2231);
-    out->kind = Kind::CharacterSet;
-    out->name = Name(2231);
     return;
   }
   const bool drop = Take("DROP");

@@ -223,17 +223,10 @@ ExprPtr Parser::Arguments(ExprPtr call) {
 // The word SELECT has been read.
 Select Parser::Query() {
   Select select;
-  select.distinct = Take("DISTINCT");
   do {
     select.items.push_back(QueryItem());
   } while (Take(","));
   QueryFrom(&select);
-  if (Take("GROUP")) {
-    Need("BY", 924);
-    do {
-      select.group_by.push_back(Value());
-    } while (Take(","));
-  }
   if (Take("ORDER")) {
     Need("BY", 924);
     do {

@@ -12,10 +12,6 @@ namespace {
 
 constexpr std::size_t kMaxNameBytes = 30;
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 bool IsNameStart(char c) {
   return std::isalpha(static_cast<unsigned char>(c)) || static_cast<unsigned char>(c) >= 0x80;
 }

@@ -99,10 +99,6 @@ constexpr Definition kDefinitions[] = {
      "OWNER owner; TABLE_NAME name; ALWAYS 'ALWAYS'; LOG_GROUP_TYPE CASE supplemental"
      " WHEN 'ALL' THEN 'ALL COLUMN LOGGING' ELSE 'PRIMARY KEY LOGGING' END;",
      "(SELECT * FROM qm_table WHERE supplemental IN ('ALL', 'KEY'))"},
-    {"V$INSTANCE", ViewAccess::Dictionary,
-     "n:INSTANCE_NUMBER 1; INSTANCE_NAME 'sandbox'; VERSION '1.0'; STATUS 'OPEN';", "(SELECT 1)"},
-    {"NLS_DATABASE_PARAMETERS", ViewAccess::Everybody,
-     "PARAMETER 'NLS_CHARACTERSET'; VALUE charset;", "qm_meta"},
     {"V$TRANSACTION", ViewAccess::Dictionary, kTransactions, ":transaction t"},
     {"GV$TRANSACTION", ViewAccess::Dictionary, kTransactions, ":transaction t"},
     {"V$SESSION", ViewAccess::Dictionary, kSessions, ":transaction t"},

@@ -68,8 +68,6 @@ class SqliteConnection {
 
   bool InTransaction() const { return sqlite3_get_autocommit(db_) == 0; }
   std::int64_t LastRowId() const { return sqlite3_last_insert_rowid(db_); }
-  // Rows changed by the latest statement.
-  std::int64_t Changes() const { return sqlite3_changes64(db_); }
   sqlite3* handle() { return db_; }
 
  private:

@@ -21,7 +21,6 @@ class Transaction {
 
   bool active() const { return active_; }
   bool changed() const { return changed_; }
-  std::int64_t dictionary_version() const { return dictionary_version_; }
   // The SCN given latest.
   std::int64_t last_scn() const { return scn_; }
   // NONE, MIN, KEY or ALL, as at the beginning.

@@ -16,8 +16,7 @@ namespace {
 
 enum class Item {
   Number,
-  Year2,      // in this century
-  NearYear2,  // in the century that makes it near
+  Year2,  // in the century that makes it near
   MonthName,
   Hour12,
   Meridian,
@@ -41,14 +40,11 @@ struct Element {
 
 constexpr Element kElements[] = {
     {"YYYY", Item::Number, &DateTime::year, 4, 1, 9999, 1841},
-    {"RRRR", Item::Number, &DateTime::year, 4, 1, 9999, 1841},
-    {"YY", Item::Year2},
-    {"RR", Item::NearYear2},
+    {"RR", Item::Year2},
     {"MM", Item::Number, &DateTime::month, 2, 1, 12, 1843},
     {"MON", Item::MonthName},
     {"DD", Item::Number, &DateTime::day, 2, 1, 31, 1847},
     {"HH24", Item::Number, &DateTime::hour, 2, 0, 23, 1850},
-    {"HH12", Item::Hour12},
     {"HH", Item::Hour12},
     {"MI", Item::Number, &DateTime::minute, 2, 0, 59, 1851},
     {"SS", Item::Number, &DateTime::second, 2, 0, 59, 1852},
@@ -75,12 +71,7 @@ Status SplitMask(std::string_view mask, std::vector<Part>* out) {
   while (!mask.empty()) {
     Part& part = out->emplace_back();
     std::size_t size = 1;
-    if (mask[0] == '"') {
-      const std::size_t end = mask.find('"', 1);
-      if (end == std::string_view::npos) return Ora(1821);
-      part.literal = mask.substr(1, end - 1);
-      size = end + 1;
-    } else if (!std::isalnum(static_cast<unsigned char>(mask[0]))) {
+    if (!std::isalnum(static_cast<unsigned char>(mask[0]))) {
       part.literal = mask.substr(0, 1);
     } else {
       for (const Element& element : kElements) {
@@ -115,7 +106,6 @@ std::string Format(const DateTime& value, const Part& part) {
     case Item::Number:
       return Padded(value.*part.element->field, part.element->digits);
     case Item::Year2:
-    case Item::NearYear2:
       return Padded(value.year % 100, 2);
     case Item::MonthName:
       return std::string(kMonths[static_cast<std::size_t>(value.month - 1)]);
@@ -139,10 +129,6 @@ std::string Format(const DateTime& value, const Part& part) {
       return zone_hour + ":" + Padded(zone % 60, 2);
   }
   return "";
-}
-
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
 }
 
 // Reads one text by one mask, part by part.
@@ -183,8 +169,7 @@ class Reader {
       case Item::Number:
         return ReadInt(*part.element, &(value_.*part.element->field));
       case Item::Year2:
-      case Item::NearYear2:
-        return ReadYear(part.element->item == Item::NearYear2);
+        return ReadYear();
       case Item::MonthName:
         return ReadMonth();
       case Item::Hour12:
@@ -231,8 +216,7 @@ class Reader {
       const auto byte = static_cast<unsigned char>(text_[at_]);
       if (c == ' ') {
         SkipBlanks();
-      } else if (std::isalnum(static_cast<unsigned char>(c)) ? text_[at_] == c
-                                                             : std::ispunct(byte) || byte == ' ') {
+      } else if (std::ispunct(byte) || byte == ' ') {
         ++at_;
       } else if (!std::isdigit(byte)) {
         return Ora(1861);
@@ -258,7 +242,7 @@ class Reader {
     return ReadInt(element.digits, element.low, element.high, element.error, out);
   }
 
-  Status ReadYear(bool near) {
+  Status ReadYear() {
     const std::size_t start = at_;
     int value = 0;
     if (Status status = ReadInt(4, 0, 9999, 1841, &value); !status.ok()) return status;
@@ -267,7 +251,7 @@ class Reader {
     if (at_ - start > 2) return value == 0 ? Ora(1841) : Status();
     value_.year += now_.year / 100 * 100;
     const bool late = now_.year % 100 >= 50;
-    if (near && late != (value >= 50)) value_.year += late ? 100 : -100;
+    if (late != (value >= 50)) value_.year += late ? 100 : -100;
     return {};
   }
 

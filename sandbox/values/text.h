@@ -9,6 +9,9 @@
 
 namespace quillmere::sandbox {
 
+inline bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 std::size_t CountCharacters(std::string_view text);
 // The byte where the character of that number (from 0) begins; the size behind the last.
 std::size_t ByteOfCharacter(std::string_view text, std::size_t character);

@@ -50,7 +50,7 @@ TEST(DateTimeTest, WhatIsWrittenByAMaskIsReadBackByIt) {
   std::mt19937 random(5);
   const char* const masks[] = {"YYYY-MM-DD HH24:MI:SS.FF", "DD-MON-YYYY HH:MI:SS.FF9 AM",
                                "Mon DD, YYYY, HH24.MI.SSXFF", "YYYYMMDDHH24MISSFF9",
-                               "DD.MM.YYYY HH12:MI:SS.FF PM TZH:TZM"};
+                               "DD.MM.YYYY HH:MI:SS.FF PM TZH:TZM"};
   for (int i = 0; i < 2000; ++i) {
     DateTime value;
     value = value.PlusSeconds(static_cast<long long>(random()) * 70);
