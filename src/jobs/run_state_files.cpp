@@ -80,6 +80,12 @@ void KeepUnsettled(FileSystem& files, const JobFolder& folder, SyncJob& job, std
   }
 }
 
+// After a power cut: the record of an earlier batch, when that of the pass was not on the disk yet.
+bool IsOlder(const RunRecord& record, const RunRecord& commit_point) {
+  return record.cutoff_scn != commit_point.cutoff_scn ||
+         record.mining_start_scn != commit_point.mining_start_scn;
+}
+
 void ReadPendingBatch(FileSystem& files, SyncJob& job, const JobFolder& folder,
                       const JobList::Progress& progress, std::string& problem) {
   PendingBatch& batch = job.run.pending_batch;
@@ -306,6 +312,14 @@ RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& fo
   if (mode == RestoreMode::LookOnly) return restored;
   if (restored.state == JobState::Started) restored.state = JobState::Paused;
   if (has_row) KeepUnsettled(files, folder, job, restored.held);
+  if (job.run.unsettled && IsOlder(record, job.run.unsettled->commit_point)) {
+    record = job.run.unsettled->commit_point;
+    job.run.positions = {record.mining_start_scn, record.cutoff_scn};
+    job.run.applied_count = record.applied_count;
+    job.run.blocked_count = record.blocked_count;
+    job.run.batch_pending = record.batch_pending;
+    restored.progress = {record.batch_applied, record.batch_remaining};
+  }
   // What is left of the batch at least.
   const RunRecord& sure = job.run.unsettled ? job.run.unsettled->commit_point : record;
   if (sure.batch_pending == 0 || !restored.held.empty()) return restored;
