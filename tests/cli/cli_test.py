@@ -323,22 +323,6 @@ class Replication(Site):
         self.outputs.append(run.text())
         self.assert_password_nowhere()
 
-    def test_an_interrupted_batch_is_continued_and_nothing_is_applied_twice(self):
-        run = Running(self, "--start", "J", QUILLMERE_SANDBOX_LATENCY_US="4000")
-        run.wait_for("Nothing synchronized")
-        self.fill(0, 400)
-        self.wait_for_job(lambda job: 20 < job["has_done"] < 300, "half a batch")
-        self.assertEqual(run.end(), 0)
-        self.assertEqual(self.jobs()["J"]["state"], "Paused")
-        self.assertGreater(self.jobs()["J"]["need_to_do"], 0)
-        run = Running(self, "--continue", "J")
-        run.wait_for("Successfully synchronized a batch of J")
-        self.assertEqual(run.end(), 0)
-        self.assertIn("Continue synchronize a old batch", run.text())
-        self.assertNotIn("ERROR", run.text())
-        self.assert_same()
-        self.assertEqual(self.jobs()["J"]["total_done"], 400)
-
     def test_by_commits_a_transaction_is_taken_back_whole_and_a_lost_batch_holds_the_job(self):
         self.cli("job", "edit", "J", "--follow", "commits", "--interval", 0)
         self.cli("job", "edit", "J", "--position-table", "GHOST", status=1, text="could not be made")

@@ -114,7 +114,6 @@ int DestinationModel::Change(Table& table, std::int64_t id, std::int64_t from, s
   const auto row = table.values.find(id);
   const std::int64_t value = row == table.values.end() ? 0 : row->second;
   if (from == 0 && value != 0 && strict) return 1;
-  if (value != from) ++state_.missed;
   if (value != from && from != 0) return 0;
   undo_.push_back({&table, id, value});
   table.values[id] = to;

@@ -27,8 +27,7 @@ class DestinationModel {
   // What was committed: the arrivals, and how many they were after each commit that added some.
   const std::vector<Arrival>& Journal() const { return committed_; }
   const std::vector<std::size_t>& Commits() const { return commits_; }
-  // What no server notices: changes that found no row, texts that arrived damaged.
-  std::size_t Missed() const { return state_.missed; }
+  // What no server notices: texts that arrived damaged.
   std::size_t Damaged() const { return state_.damaged; }
 
   // The number of the ORA error with which the server refuses a statement; 0 lets it pass.
@@ -56,7 +55,7 @@ class DestinationModel {
     std::int64_t id, value;  // V before; 0: there was no row
   };
   struct State {
-    std::size_t undo = 0, arrivals = 0, missed = 0, damaged = 0;
+    std::size_t undo = 0, arrivals = 0, damaged = 0;
     std::map<std::string, std::vector<std::string>> positions;  // OWNER/job id; OWNER/: its table
   };
 

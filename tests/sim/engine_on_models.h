@@ -91,10 +91,6 @@ struct EngineOnModels {
     life.reset();
     disk = disk->AfterPowerCut(keep);
   }
-  void NextPass() {
-    clock.TurnMinutes(1);
-    life->Step();
-  }
   void Wait(std::int64_t ms) { clock.now = LocalTime{clock.now.load().ms + ms}; }
 
   HandClock clock;

@@ -192,12 +192,6 @@ sword ModelOci::FetchMined(Handle& statement) {
     mined = statement.server->mining->Next();
   } while (mined != nullptr && by_rows && mined->operation_code > 3);
   if (mined == nullptr || to.size() < statement.mined_columns) return Error(1403);
-  MinedRow changed;
-  if (on_row) {
-    changed = *mined;
-    on_row(changed);
-    mined = &changed;
-  }
   const Transaction* of = mined->transaction;
   if (of != nullptr && of->committed_at / 1000 != commit_second_) {
     commit_second_ = of->committed_at / 1000;

@@ -35,9 +35,6 @@ class ModelOci {
   // the source goes on working meanwhile.
   std::int64_t source_ms = 1, destination_ms = 0, round_trip_ms = 1;
 
-  // May change a row of v$logmnr_contents before it is seen.
-  std::function<void(MinedRow&)> on_row;
-
   // Asked before each call on a handle, with its name (StmtExecute) and its statement or connect
   // name where it has one: what goes wrong with it.
   struct Fault {

@@ -102,15 +102,6 @@ std::uint64_t SourceModel::FirstCommitted(std::size_t thread, std::int64_t commi
   return instances_[thread].committed_gone + static_cast<std::uint64_t>(first - committed.begin());
 }
 
-std::size_t SourceModel::ChangesHeld() const {
-  std::size_t held = 0;
-  for (const auto& [number, transaction] : open_) held += transaction.changes.size();
-  for (const Instance& instance : instances_) {
-    for (const Transaction& transaction : instance.committed) held += transaction.changes.size();
-  }
-  return held;
-}
-
 // --- Transactions -------------------------------------------------------------------------------
 
 std::uint32_t SourceModel::Begin(std::size_t thread) {
@@ -175,7 +166,6 @@ void SourceModel::Record(Transaction& transaction, Change change) {
     transaction.begun_at = now_;
   }
   transaction.changes.push_back(change);
-  if (on_change) on_change(transaction);
 }
 
 std::size_t SourceModel::Savepoint(std::uint32_t number) const {

@@ -52,7 +52,6 @@ class SourceModel {
   // beginning; null when their redo is gone.
   const Transaction* Committed(std::size_t thread, std::uint64_t index) const;
   std::uint64_t FirstCommitted(std::size_t thread, std::int64_t commit_scn) const;
-  std::size_t ChangesHeld() const;
 
   // --- Transactions made by hand, beside those of the users -----------------------------------
   // The number of the transaction, which is open from its first change on.
@@ -68,8 +67,8 @@ class SourceModel {
   void Commit(std::uint32_t transaction, bool shares_scn = false);
   void Rollback(std::uint32_t transaction);
 
-  // Told of each change in the redo, and of each commit while what is live in it is known.
-  std::function<void(const Transaction&)> on_change, on_commit;
+  // Told of each commit while what is live in it is known.
+  std::function<void(const Transaction&)> on_commit;
 
   // --- Fate -----------------------------------------------------------------------------------
   RedoThread& Thread(std::size_t thread) { return threads_[thread]; }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <set>
 
 #include "sim/mining.h"
 
@@ -82,56 +81,6 @@ TEST(MiningTest, AgreesWithBruteForceForAnyStartAndAnyLogs) {
     }
   }
   EXPECT_GT(rows, 10'000U);
-}
-
-TEST(MiningTest, RefusesLogsAsAServerDoes) {
-  SourceShape shape{.habits = {.per_second = 0}};
-  shape.log.members = 2;
-  SourceModel source(shape);
-  Mining mining(source);
-  EXPECT_EQ(mining.Start(1000), 1292);
-  EXPECT_EQ(mining.Open(), 1306);
-  EXPECT_EQ(mining.Add(MemberName(0, 2, 0)), 0);
-  EXPECT_EQ(mining.Add(MemberName(0, 2, 1)), 1289) << "the same log's second member";
-  EXPECT_EQ(mining.Start(999), 1291);
-  EXPECT_EQ(mining.Start(1000), 0);
-  source.ResetLogs();
-  EXPECT_EQ(mining.Add(MemberName(0, 2, 0)), 1284) << "never used since RESETLOGS";
-}
-
-TEST(SourceModelTest, HoldsNoMoreThanItsLogs) {
-  SourceShape shape{.habits = {.per_second = 20, .mean_seconds = 1}};
-  shape.log.bytes = 100'000;
-  SourceModel source(shape);
-  std::size_t most = 0;
-  for (int i = 1; i <= 600; ++i) {
-    source.RunUntil(i * 1000);
-    most = std::max(most, source.ChangesHeld());
-  }
-  EXPECT_GT(source.Switches(), 50U);
-  EXPECT_LT(most, 3 * 100'000 / 200 + 500) << "200 bytes of redo a change";
-}
-
-TEST(SourceModelTest, IsTheSameForTheSameSeedAndAnotherAfterARestore) {
-  SourceModel source(SourceShape{}), twin(SourceShape{});
-  source.RunUntil(100'000);
-  twin.RunUntil(100'000);
-  const SourceModel backup = source;
-  source.RunUntil(200'000);
-  twin.RunUntil(200'000);
-  EXPECT_EQ(source.CurrentScn(), twin.CurrentScn());
-  EXPECT_EQ(source.ChangesHeld(), twin.ChangesHeld());
-  source.RestoreFrom(backup, false);
-  EXPECT_LT(source.CurrentScn(), twin.CurrentScn());
-  EXPECT_EQ(source.OldestOpen(), -1);
-  source.RunUntil(300'000);
-  twin.RunUntil(300'000);
-  EXPECT_NE(source.CurrentScn(), twin.CurrentScn());
-  EXPECT_EQ(source.ResetlogsScn(), 1);
-  source.RestoreFrom(backup, true);
-  EXPECT_GT(source.ResetlogsScn(), 1000);
-  EXPECT_EQ(source.Threads()[0].Online()[0].sequence, 1);
-  EXPECT_EQ(source.ChangesHeld(), 0U);
 }
 
 }  // namespace

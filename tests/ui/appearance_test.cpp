@@ -4,13 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QDir>
 #include <QLineEdit>
 #include <QPalette>
-#include <QPixmap>
 
 #include "support/temp_folder.h"
-#include "ui/toolkit/icons.h"
 #include "ui/toolkit/text.h"
 
 namespace quillmere {
@@ -66,24 +63,6 @@ TEST_F(AppearanceTest, TheChoiceComesBackAndAMissingSkinIsSaid) {
   without.Restore(reason);
   EXPECT_NE(reason.find("skin.qss"), std::string::npos) << reason;
   EXPECT_EQ(Window(), dark);
-}
-
-TEST_F(AppearanceTest, EveryDrawingCanBeDrawnAndFollowsThePalette) {
-  const QStringList drawings = QDir(":/icons").entryList({"*.svg"});
-  EXPECT_GE(drawings.size(), 50);
-  EXPECT_TRUE(Icon("no-such-drawing").isNull());
-  for (const QString& drawing : drawings) {
-    SCOPED_TRACE(drawing.toStdString());
-    const QIcon icon = Icon(drawing.chopped(4).toStdString());
-    appearance_.SetScheme(Appearance::Scheme::Light);
-    const QImage light = icon.pixmap(16).toImage();
-    appearance_.SetScheme(Appearance::Scheme::Dark);
-    const QImage dark = icon.pixmap(16).toImage();
-    QImage nothing(light.size(), light.format());
-    nothing.fill(Qt::transparent);
-    EXPECT_NE(light, nothing);
-    EXPECT_EQ(light == dark, drawing == "app.svg");
-  }
 }
 
 TEST_F(AppearanceTest, AnUntouchedFieldGivesItsBytesBack) {

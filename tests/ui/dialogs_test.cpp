@@ -5,8 +5,6 @@
 #include "support/config_of.h"
 #include "support/temp_folder.h"
 #include "ui/databases/schema_texts.h"
-#include "ui/job_dialogs/interval_field.h"
-#include "ui/main/shared_files.h"
 #include "ui/main_dialogs/settings_values.h"
 #include "ui/sources/login_advice.h"
 
@@ -47,13 +45,6 @@ TEST(DialogAdvice, DeletingADataSourceSaysWhichJobsItStops) {
   EXPECT_THAT(DeleteQuestion(jobs, "B"), EndsWith("J1 and 2 other jobs can not run without it."));
 }
 
-TEST(DialogAdvice, TheIntervalStopsAtBothEnds) {
-  EXPECT_EQ(SteppedInterval(0, -1), 0);
-  EXPECT_EQ(SteppedInterval(9995, 10), 10000);
-  EXPECT_EQ(SteppedInterval(2147483647, 1), 10000) << "typed";
-  EXPECT_EQ(SteppedInterval(-2147483647 - 1, -10), 0) << "typed";
-}
-
 TEST(SettingsForm, AClientLibraryWithAPathMustBeThere) {
   const TempFolder folder;
   folder.Write("libfound.so", "x");
@@ -80,21 +71,6 @@ TEST(SchemaDialogs, ARunIsSummedUpUnlessAllWasDone) {
                     HasSubstr("3 of 9 were done and stay done, 5 were")));
   EXPECT_EQ(sum(0, 0, 9, true), "Cancelled, nothing was changed");
   EXPECT_THAT(sum(3, 0, 3, false), HasSubstr("error.log cannot be written"));
-}
-
-TEST(SharedFiles, AreLookedForInThreePlacesInTurn) {
-  const TempFolder folder;
-  std::string tried;
-  const auto find = [&](std::string& looked) {
-    return FindSharedFile(folder.Files(), "HTML/x", folder / "work", folder / "usr/bin", looked);
-  };
-  EXPECT_TRUE(find(tried).empty());
-  for (const std::string place : {"usr/share/quillmere", "usr/bin", "work"}) {
-    EXPECT_NE(tried.find((folder / place).string()), std::string::npos) << tried;
-    folder.Write(place + "/HTML/x", "text");
-    std::string ignored;
-    EXPECT_EQ(find(ignored), folder / place / "HTML/x");
-  }
 }
 
 }  // namespace

@@ -60,18 +60,6 @@ TEST(RowModel, SortsByBytesAndByNumberAndFiltersTextsWhateverTheirCase) {
   }
 }
 
-TEST(RowModel, SortsManyShortRunsLikeOneLongOne) {
-  DataSource source;
-  for (int i = 0; i < 3000; ++i) {
-    source.tables.push_back({"A", "T" + std::to_string((i * 7919) % 3000), "", "", 0});
-  }
-  TableList list;
-  list.Show(&source);
-  const std::vector<std::string> names = Names(list);
-  EXPECT_EQ(names.size(), 3000U);
-  EXPECT_TRUE(std::is_sorted(names.begin(), names.end()));
-}
-
 // A letter for each action that shows, "FileNew" aside.
 std::string Letters(const JobActions& a) {
   const std::pair<bool, char> actions[] = {{a.file_open, 'o'}, {a.file_delete, 'D'},
