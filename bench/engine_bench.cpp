@@ -12,6 +12,7 @@
 #include "engine/follow_commits.h"
 #include "engine/follow_rows.h"
 #include "engine/job_runner.h"
+#include "engine/transaction_assembler.h"
 #include "null_oci.h"
 #include "silence.h"
 #include "support/temp_folder.h"
@@ -202,6 +203,56 @@ double IdleSweep() {
   return (ProcessorMilliseconds() - begin) / kSweeps;
 }
 
+// One transaction of a million statements: what is in use above its text when the last of them goes
+// from the transaction into the batch.
+double BytesOfALongTransaction() {
+  constexpr std::size_t kLong = 1'000'000;
+  struct Taker final : TransactionAssembler::Taker {
+    std::string_view Store(std::string_view text) override {
+      bytes += text.size();
+      return batch.Store(text);
+    }
+    void OnTransaction(const TransactionAssembler::Transaction&) override {
+      batch.BeginTransaction({});
+    }
+    void OnStatement(std::string_view stored) override {
+      batch.AppendStored(stored);
+      if (batch.Size() == kLong) most = BytesInUse();
+    }
+    void OnSetAside(std::int64_t, std::string_view, std::string_view, Safety,
+                    std::string_view) override {
+      std::abort();
+    }
+    void OnUntold(std::int64_t, std::string_view, std::string_view, std::string_view,
+                  TransactionAssembler::Untold) override {
+      std::abort();
+    }
+    void OnComment(std::int64_t, std::string_view) override {}
+    PendingBatch batch;
+    std::size_t bytes = 0, most = 0;
+  };
+  const std::size_t before = BytesInUse();
+  Taker taker;
+  TransactionAssembler assembler(taker, 2 * kLong);
+  std::string reason;
+  for (std::size_t i = 0; i < kLong; ++i) {
+    const std::string number = std::to_string(i);
+    const std::string text = "insert into \"SALES\".\"ORDERS\"(\"ID\",\"NOTE\") values ('" +
+                             number + "','a note of some length');";
+    MinedRow row;
+    row.commit_scn = 5000;
+    row.transaction = "4.12.1";
+    row.operation_code = 1;
+    row.owner = "SALES";
+    row.table = "ORDERS";
+    row.change = row.row = number;
+    row.text = text;
+    if (assembler.OnRow(row, reason) != CommitSink::Next::GoOn) std::abort();
+  }
+  if (!assembler.Finish(reason) || taker.most == 0) std::abort();
+  return static_cast<double>(taker.most - before - taker.bytes) / static_cast<double>(kLong);
+}
+
 }  // namespace
 
 void AddEngineBenches(RatioTable& table) {
@@ -241,6 +292,8 @@ void AddEngineBenches(RatioTable& table) {
   };
   table.Add({"pass of 100000 rows by commits / by rows", 1.15, pass_by(Follow::Rows),
              pass_by(Follow::Commits), 9});
+  table.AddFigure("transaction of 1000000 statements, bytes above its text", "a statement", 64,
+                  BytesOfALongTransaction);
   table.AddFigure("sweep over 1000 idle jobs, processor time", "ms", 1, IdleSweep);
 }
 
