@@ -43,6 +43,7 @@ class Pass {
   // The position row says what the record says, after what was not settled is. False: it does not,
   // or can not be asked.
   bool SettlePosition(OracleSession& destination);
+  void TakeCountsOf(const RunRecord& record);
   void ReturnTo(const RunRecord& commit_point, bool tables_counted);
   void TakeAsApplied(const RunRecord& commit_point, std::uint32_t remaining);
   Outcome ApplyStatements(OracleSession& destination);

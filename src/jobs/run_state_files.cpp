@@ -35,7 +35,6 @@ void TakeRecord(SyncJob& job, const RunRecord& record) {
   job.run.batch_pending = record.batch_pending;
   job.run.positions = {record.mining_start_scn, record.cutoff_scn};
   job.run.next_positions.reset();
-  job.run.unsettled.reset();
 }
 
 // A commit point that is still there: the program ended before the destination's commit was known,
@@ -306,6 +305,7 @@ RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& fo
   if (mode == RestoreMode::Resume && !has_row) {
     SettleCommitPoint(files, folder, record, restored.problem);
   }
+  job.run.unsettled.reset();
   TakeRecord(job, record);
   restored.progress = {record.batch_applied, record.batch_remaining};
   restored.state = KnownState(record.state);
@@ -314,10 +314,7 @@ RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& fo
   if (has_row) KeepUnsettled(files, folder, job, restored.held);
   if (job.run.unsettled && IsOlder(record, job.run.unsettled->commit_point)) {
     record = job.run.unsettled->commit_point;
-    job.run.positions = {record.mining_start_scn, record.cutoff_scn};
-    job.run.applied_count = record.applied_count;
-    job.run.blocked_count = record.blocked_count;
-    job.run.batch_pending = record.batch_pending;
+    TakeRecord(job, record);
     restored.progress = {record.batch_applied, record.batch_remaining};
   }
   // What is left of the batch at least.

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+// What was counted and did not hold: a transaction taken back, a pass of which the position row
+// tells what became of it.
+#include "engine/pass.h"
+
+namespace quillmere {
+
+// The answer was lost: both files stay, and the next pass asks the row.
+void Pass::LeaveUnsettled(const std::string& reason) {
+  job_.run.unsettled = {commit_point_, true};
+  Error("The end of the session on " + view_.destination.name + " failed : " + reason +
+        ". Whether it took the statements of this pass is found out by the next one");
+}
+
+bool Pass::SettlePosition(OracleSession& destination) {
+  std::string error;
+  switch (guard_.Lock(destination, progress_.batch_remaining, error)) {
+    case PositionGuard::Found::AsRecorded:
+      return true;
+    case PositionGuard::Found::NotTaken:
+      ReturnTo(job_.run.unsettled->commit_point, job_.run.unsettled->tables_counted);
+      break;
+    case PositionGuard::Found::Taken:
+      TakeAsApplied(job_.run.unsettled->commit_point, guard_.Remaining());
+      break;
+    case PositionGuard::Found::Held:
+      context_.jobs.Hold(index_, error);
+      context_.jobs.ReplaceState(index_, JobState::Started, JobState::Pausing);
+      [[fallthrough]];
+    case PositionGuard::Found::Failed:
+      Error(error);
+      return false;
+  }
+  context_.jobs.SetProgress(index_, progress_);
+  WriteRecord();
+  if (record_failed_ || !record_.Flush(error)) return false;
+  job_.run.unsettled.reset();
+  context_.listener.OnJobChanged(index_, false);
+  return true;
+}
+
+void Pass::ReturnTo(const RunRecord& commit_point, bool tables_counted) {
+  const std::size_t size = job_.run.pending_batch.Size();
+  if (tables_counted) {
+    Uncount(size - commit_point.batch_remaining, size - progress_.batch_remaining);
+  }
+  TakeCountsOf(commit_point);
+  Information("The destination did not take the last pass of " + view_.name +
+              ": it is applied again");
+}
+
+// The record may not have come as far as the destination did.
+void Pass::TakeAsApplied(const RunRecord& commit_point, std::uint32_t remaining) {
+  Information("The destination took the last pass of " + view_.name + ": it goes on behind it");
+  if (remaining == progress_.batch_remaining) return;
+  const std::size_t size = job_.run.pending_batch.Size();
+  TakeCountsOf(commit_point);
+  progress_.batch_remaining = remaining;
+  for (std::size_t i = size - commit_point.batch_remaining; i < size - remaining; ++i) {
+    const PendingBatch::Entry entry = job_.run.pending_batch[i];
+    const bool applied = entry.kind == PendingBatch::Kind::Statement &&
+                         Decide(job_, ParseStatement(entry.text)).decision == Decision::Accepted;
+    (applied ? job_.run.applied_count : job_.run.blocked_count).Increment();
+    if (applied) ++progress_.batch_applied;
+  }
+}
+
+// What was decided of an entry is decided the same again: tables are edited while the job rests.
+void Pass::Uncount(std::size_t first, std::size_t end) {
+  for (std::size_t i = first; i < end; ++i) {
+    const PendingBatch::Entry entry = job_.run.pending_batch[i];
+    Verdict verdict;
+    if (entry.kind == PendingBatch::Kind::Statement) {
+      verdict = Decide(job_, ParseStatement(entry.text));
+    }
+    const bool applied = verdict.decision == Decision::Accepted;
+    ++progress_.batch_remaining;
+    progress_.batch_applied -= applied ? 1 : 0;
+    auto& count = applied ? job_.run.applied_count : job_.run.blocked_count;
+    count = count - 1;
+    if (verdict.table == nullptr) continue;
+    if (const auto tally = tallies_.find(verdict.table); tally != tallies_.end()) {
+      --(applied ? tally->second.applied : tally->second.blocked);
+    }
+    auto& of_table = applied ? verdict.table->totalsynced : verdict.table->RecordsBlocked;
+    of_table = of_table - 1;
+  }
+}
+
+void Pass::TakeCountsOf(const RunRecord& record) {
+  progress_ = {record.batch_applied, record.batch_remaining};
+  job_.run.applied_count = record.applied_count;
+  job_.run.blocked_count = record.blocked_count;
+}
+
+}  // namespace quillmere
