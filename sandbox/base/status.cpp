@@ -102,6 +102,7 @@ constexpr Message kMessages[] = {
     {1861, "literal does not match format string"},
     {1866, "the datetime class is invalid"},
     {1874, "time zone hour must be between -15 and 15"},
+    {2003, "invalid USERENV parameter"},
     {2065, "illegal option for ALTER SYSTEM"},
     {2231, "missing or invalid option to ALTER DATABASE"},
     {2260, "table can have only one primary key"},

@@ -123,6 +123,22 @@ Status User(const Args&, const EvalContext& context, std::string* out) {
   return {};
 }
 
+// A database without containers bears its own name as that of the one it is.
+Status SysContext(const Args& args, const EvalContext& context, std::string* out) {
+  if (Upper(args[0]) != "USERENV") return {};
+  const std::string parameter = Upper(args[1]);
+  if (parameter == "CON_NAME") {
+    *out = "SANDBOX";
+  } else if (parameter == "CON_ID") {
+    *out = "0";
+  } else if (parameter == "SESSION_USER") {
+    *out = context.user;
+  } else {
+    return Ora(2003);
+  }
+  return {};
+}
+
 template <Kind kind>
 Status ToTime(const Args& args, const EvalContext& context, std::string* out) {
   DateTime time;
@@ -207,6 +223,7 @@ const std::vector<Function>& Table() {
       {"SYSDATE", 0, {}, kDate, Now<kDate>},
       {"SYSTIMESTAMP", 0, {}, kZoned, Now<kZoned>},
       {"USER", 0, {}, kText, User},
+      {"SYS_CONTEXT", 2, {kText, kText}, kText, SysContext},
       {"EMPTY_CLOB", 0, {}, Kind::Lob, Nothing},
       {"EMPTY_BLOB", 0, {}, Kind::Raw, Nothing},
   };

@@ -95,6 +95,12 @@ void AddProperties(CLI::App& app, job::Arguments& arguments, bool required) {
                  required ? "rows or commits (recommended); otherwise as the settings have it"
                           : "rows or commits (recommended); of a stopped job only")
       ->check(CLI::IsMember({"rows", "commits"}));
+  CLI::Option* container =
+      app.add_option("--container", arguments.container,
+                     "pluggable database to follow by commits, when the source is the root");
+  if (required) return;
+  app.add_flag("--no-container", arguments.no_container, "the source is no root")
+      ->excludes(container);
 }
 
 void AddPositionTable(CLI::App& app, job::Arguments& arguments) {

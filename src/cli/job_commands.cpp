@@ -96,7 +96,8 @@ int Add(const CommandLine& line, const Arguments& arguments) {
       arguments.to,
       arguments.interval.value(),
       true,
-      ChosenFollow(arguments.follow, FollowOfNewJobs(workspace->ProgramSettings()))};
+      ChosenFollow(arguments.follow, FollowOfNewJobs(workspace->ProgramSettings())),
+      arguments.container};
   if (!SourcesExist(*workspace, properties)) return kFailed;
   std::size_t index = JobList::kNotFound;
   const Outcome added = AddJob(*workspace, properties, index);
@@ -120,6 +121,8 @@ int Edit(const CommandLine& line, const Arguments& arguments) {
   replace(properties.description, arguments.description);
   if (arguments.interval) properties.interval = *arguments.interval;
   properties.follow = ChosenFollow(arguments.follow, properties.follow);
+  replace(properties.container, arguments.container);
+  if (arguments.no_container) properties.container.clear();
   const bool sources_given = !arguments.from.empty() || !arguments.to.empty();
   if (sources_given && !SourcesExist(*open.workspace, properties)) return kFailed;
   const Outcome edited = EditJob(*open.workspace, open.index, properties);

@@ -13,12 +13,14 @@ namespace quillmere::cli::job {
 // Texts that are not given are empty.
 struct Arguments {
   std::string name, new_name, from, to, description, owner, new_owner, follow, position_owner;
+  std::string container;
   std::optional<int> interval;      // minutes
   std::vector<std::string> tables;  // of owner
   bool all = false;                 // its tables, whatever they are called
   bool json = false;
   bool live = false;  // the source is asked, too
   bool no_position_table = false;
+  bool no_container = false;
 };
 
 int Add(const CommandLine& line, const Arguments& arguments);

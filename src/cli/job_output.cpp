@@ -64,6 +64,7 @@ Json JobObject(const JobConfig& job, const JobRun& run, JobState state,
           {"tables_to_compare", tables.to_compare},
           {"follow", FollowName(job.follow)},
           {"position_owner", job.position_owner},
+          {"container", job.container},
           {"held", held}};
 }
 
@@ -142,6 +143,7 @@ std::string JobText(const Workspace& workspace, std::size_t index,
                            ? "none: a pass can be applied again after a death in the one moment "
                              "between the destination's commit and ours"
                            : "in " + config.position_owner + "." + std::string(kPositionTable)}};
+  if (!config.container.empty()) head.push_back({"Follows container", config.container});
   if (!held.empty()) head.push_back({"Held", held});
   for (const FootingLine& line : footing) {
     head.push_back({line.warning ? "Warning" : line.subject, line.text});

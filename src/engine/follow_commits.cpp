@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "engine/redo_logs.h"
+#include "engine/source_container.h"
 #include "engine/sql_error_file.h"
 #include "engine/transaction_assembler.h"
 #include "jobs/batch_lines.h"
@@ -109,8 +110,11 @@ FollowResult FollowCommits::Start(OracleSession& source, Positions& positions, s
   CommitMiner miner(source);
   SourceIdentity identity;
   Look look;
-  const bool read = miner.ReadIdentity(identity);
-  if (!read) error = "GetLastScn fail : " + source.LastError();
+  bool read = CheckContainer(source, job_, error);
+  if (read && !miner.ReadIdentity(identity)) {
+    error = "GetLastScn fail : " + source.LastError();
+    read = false;
+  }
   if (!read || !TakeReading(miner, std::nullopt, look, error)) {
     memory_ = {};
     return FollowResult::Failed;
@@ -133,6 +137,7 @@ FollowResult FollowCommits::Start(OracleSession& source, Positions& positions, s
   }
   positions = {reading->mine_from, reading->upto};
   memory_.job_id = started_on.job_id;
+  memory_.container_checked = true;
   return FollowResult::Done;
 }
 
@@ -168,6 +173,10 @@ FollowResult FollowCommits::Capture(OracleSession& source, std::string& error) {
   CommitMiner miner(source);
   const FollowResult checked = CheckSource(miner, error);
   if (checked != FollowResult::Done) return checked;
+  if (!memory_.container_checked && !CheckContainer(source, job_, error)) {
+    return FollowResult::Failed;
+  }
+  memory_.container_checked = true;
   const Positions& positions = job_.run.positions;
   job_.run.next_positions = positions;
   Look look;
@@ -239,7 +248,10 @@ bool FollowCommits::SetLogs(CommitMiner& miner, std::vector<RedoLog>& chosen,
   if (miner.StartMining(chosen, from)) return true;
   error = "SetLogs fail : " + miner.LastError();
   if (miner.LastErrorCode() == kNotInsideAContainer) {
-    error += ". Before 19c a container database can be mined from its root only";
+    error +=
+        ". Before 19c a container database can be mined from its root only: let the data source "
+        "lead there, and choose the container with 'job edit " +
+        name_ + " --container'";
   }
   return false;
 }
@@ -283,7 +295,7 @@ bool FollowCommits::Read(CommitMiner& miner, std::int64_t upto, std::int64_t& st
   BatchTaker taker(job_.run.pending_batch, intake_);
   TransactionAssembler assembler(
       taker, static_cast<std::size_t>(context_.settings.most_statements.load()));
-  if (!miner.Mine(job_.run.positions.cutoff_scn, upto, assembler)) {
+  if (!miner.Mine(job_.run.positions.cutoff_scn, upto, ContainerOf(job_), assembler)) {
     error = miner.LastError();
     return false;
   }

@@ -39,8 +39,8 @@ class Look {
 
   std::vector<FootingLine> Lines() {
     Server();
-    Logging();
     Redo();
+    Logging();
     return std::move(lines_);
   }
 
@@ -52,7 +52,11 @@ class Look {
   void Server() {
     std::string text;
     Say("Server", facts_.ReadBanner(text) ? text : NotKnown(source_));
-    Say("Container", facts_.ReadContainer(text) ? text : NotKnown(source_));
+    const bool known = facts_.ReadContainer(text);
+    const std::string followed = ContainerOf(job_);
+    Say("Container", !known                                 ? NotKnown(source_)
+                     : followed.empty() || followed == text ? text
+                                                            : text + ", followed is " + followed);
   }
 
   void Logging() {
@@ -69,7 +73,9 @@ class Look {
           "log data",
           true);
     }
-    if (!database.key && !database.all) Tables();
+    if (database.key || database.all) return;
+    if (!facts_.Enter(ContainerOf(job_))) return Say("Tables", NotKnown(source_));
+    Tables();
   }
 
   std::vector<TableName> Carried() const {
@@ -83,7 +89,8 @@ class Look {
     return carried;
   }
 
-  // Those of which an update names changed columns and the row's address only.
+  // The last look, for the session is inside the container then. Those of which an update names
+  // changed columns and the row's address only.
   void Tables() {
     std::map<TableName, SupplementalLogging> logging;
     if (!facts_.ReadTableLogging(logging)) return Say("Tables", NotKnown(source_));

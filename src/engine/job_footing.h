@@ -16,9 +16,9 @@ struct FootingLine {
   bool warning = false;  // something is to be done about it
 };
 
-// Server and container of the source, supplemental logging, how far back the redo reaches. Asks the
-// job's source, which is connected, and blocks meanwhile. Never fails: what can not be
-// read is said to be not known. Any thread that the session belongs to.
+// Server and container of the source, how far back the redo reaches, supplemental logging. Asks the
+// job's source, which is connected and of no other use then, and blocks meanwhile. Never fails:
+// what can not be read is said to be not known. Any thread that the session belongs to.
 std::vector<FootingLine> ReadFooting(OracleSession& source, const SyncJob& job);
 
 // What the operator chose of it: the way of following and the position row.

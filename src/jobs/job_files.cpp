@@ -52,6 +52,7 @@ void AppendJobElement(XmlNode& root, const JobConfig& job) {
   node.AddChild("has_runned", BoolText(job.has_runned));
   if (job.follow == Follow::Commits) node.AddChild("follow", kCommits);
   if (!job.position_owner.empty()) node.AddChild("position_owner", job.position_owner);
+  if (!job.container.empty()) node.AddChild("container", job.container);
 }
 
 void ReadJobElement(const XmlNode& node, JobConfig& job) {
@@ -65,6 +66,7 @@ void ReadJobElement(const XmlNode& node, JobConfig& job) {
   job.has_runned = fields.Text("has_runned") == "true";
   job.follow = fields.Text("follow") == kCommits ? Follow::Commits : Follow::Rows;
   job.position_owner = fields.Text("position_owner");
+  job.container = fields.Text("container");
 }
 
 void WriteSchemas(XmlWriter& writer, const SchemaMap& schemas) {

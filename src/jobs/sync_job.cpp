@@ -50,6 +50,11 @@ std::string PositionOwnerOf(const SyncJob& job) {
   return job.config.position_owner;
 }
 
+std::string ContainerOf(const SyncJob& job) {
+  const MutexLock lock(job.config_mutex);
+  return job.config.container;
+}
+
 bool TablesFetched(const SyncJob& job) {
   const MutexLock lock(job.config_mutex);
   return job.config.table_list_fetched;

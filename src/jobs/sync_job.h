@@ -129,6 +129,8 @@ struct JobConfig {
   bool save_mark = false;
   Follow follow = Follow::Rows;
   std::string position_owner;  // whose table on the destination has the job's row; empty: none
+  // By commits, when the source is the root of a container database: the one that is followed.
+  std::string container;
   std::string src_database_name;
   std::string des_database_name;
   LogOn source, destination;  // of the data sources named above, see ResolveLogOns; not persisted
@@ -184,6 +186,9 @@ std::string NameOf(const SyncJob& job);
 // How it follows its source, and who owns the table of its position row; read under its lock.
 Follow FollowOf(const SyncJob& job);
 std::string PositionOwnerOf(const SyncJob& job);
+
+// The container that it follows; read under its lock.
+std::string ContainerOf(const SyncJob& job);
 
 // Gives the table the mark "compare". False when it bears it, or the job has no such table. Any
 // thread; the job's file gets it with the next save.

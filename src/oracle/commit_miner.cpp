@@ -181,10 +181,11 @@ bool CommitMiner::StartMining(const std::vector<RedoLog>& logs, std::int64_t fro
       std::to_string(from_scn) + "); end;");
 }
 
-bool CommitMiner::Mine(std::int64_t from, std::int64_t to, CommitSink& sink) {
+bool CommitMiner::Mine(std::int64_t from, std::int64_t to, std::string_view container,
+                       CommitSink& sink) {
   TextQuery query(session_, kListLabels);
-  const std::string sql =
-      follow::FillIn(follow::kContents, {std::to_string(from), std::to_string(to)});
+  std::string sql = follow::FillIn(follow::kContents, {std::to_string(from), std::to_string(to)});
+  if (!container.empty()) sql += follow::FillIn(follow::kOfContainer, {container});
   if (!query.Allocate() || !query.Prepare(sql)) return false;
   query.SetPrefetch(kPrefetchRows);
   if (!query.Define({kNumberBytes, kNumberBytes, kNameBytes, kNumberBytes, kNameBytes, kNumberBytes,

@@ -91,8 +91,9 @@ class CommitMiner {
 
   // Gives LogMiner the logs and starts it. With a failure it ends with the session.
   bool StartMining(const std::vector<RedoLog>& logs, std::int64_t from_scn);
-  // Hands on what was committed in [from, to), in the order in which the server gives it.
-  bool Mine(std::int64_t from, std::int64_t to, CommitSink& sink);
+  // Hands on what was committed in [from, to), in the order in which the server gives it. At the
+  // root only that of a container, if one is named: by itself an XID says nothing there.
+  bool Mine(std::int64_t from, std::int64_t to, std::string_view container, CommitSink& sink);
   bool EndMining();
 
  private:

@@ -85,6 +85,13 @@ inline constexpr std::string_view kLogsNow =
 inline constexpr std::string_view kContainer =
     "select sys_context('userenv', 'con_name') from dual";
 
+// At the root. Value: a container; no row when there is none of that name.
+inline constexpr std::string_view kOpenMode =
+    "select open_mode from v$containers where name = '{}'";
+
+// Value: a container. The dictionary that the session sees is that one's from then on.
+inline constexpr std::string_view kEnterContainer = "alter session set container = {}";
+
 // YES, NO or IMPLICIT.
 inline constexpr std::string_view kSupplemental =
     "select supplemental_log_data_min, supplemental_log_data_pk, supplemental_log_data_all from "

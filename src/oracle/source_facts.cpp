@@ -40,6 +40,20 @@ bool SourceFacts::ReadContainer(std::string& container) {
   return true;
 }
 
+bool SourceFacts::ReadOpenMode(std::string_view container, std::string& mode) {
+  mode.clear();
+  TextQuery query(session_, kListLabels);
+  return query.Open(follow::FillIn(follow::kOpenMode, {container}), {kWordBytes}) &&
+         ReadAll(query, [&] { mode = query.Text(0); });
+}
+
+bool SourceFacts::Enter(std::string_view container) {
+  if (container.empty()) return true;
+  std::string here;
+  if (!ReadContainer(here)) return session_.LastErrorCode() == kNoSuchParameter;
+  return here != kRoot || session_.Execute(follow::FillIn(follow::kEnterContainer, {container}));
+}
+
 bool SourceFacts::ReadSupplemental(SupplementalLogging& logging) {
   TextQuery query(session_, kSingleLabels);
   if (!query.OpenWithRow(follow::kSupplemental, {kWordBytes, kWordBytes, kWordBytes})) return false;

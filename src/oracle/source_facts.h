@@ -31,13 +31,21 @@ struct RedoReach {
 // LastError(): that one view can not be read says nothing of the next.
 class SourceFacts {
  public:
+  static constexpr std::string_view kRoot = "CDB$ROOT";
+  static constexpr oci::sb4 kNoSuchParameter = 2003;
+
   using TableName = std::pair<std::string, std::string>;  // owner and name
 
   explicit SourceFacts(OracleSession& session) : session_(session) {}
 
   bool ReadBanner(std::string& banner);
-  // Before 12c there are none, and the question fails.
+  // Before 12c there are none, and the question fails with kNoSuchParameter.
   bool ReadContainer(std::string& container);
+  // Of a container, at the root: as READ WRITE; empty when there is none of that name.
+  bool ReadOpenMode(std::string_view container, std::string& mode);
+  // From the root of a container database into a container: its dictionary is read from then on.
+  // Nothing is done elsewhere, or when the name is empty.
+  bool Enter(std::string_view container);
   bool ReadSupplemental(SupplementalLogging& logging);
   // What tables log of their own, beyond what all do. Groups of single columns are not among them.
   bool ReadTableLogging(std::map<TableName, SupplementalLogging>& tables);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "workspace/job_operations.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -16,6 +17,7 @@ void StoreProperties(Workspace& workspace, SyncJob& job, const JobProperties& pr
   config.description = properties.description;
   config.sync_interval = properties.interval;
   config.follow = properties.follow;
+  config.container = properties.container;
   config.src_database_name = properties.source;
   config.des_database_name = properties.destination;
   ResolveLogOns(config, [&](std::string_view name) { return workspace.LogOnOf(name); });
@@ -47,6 +49,10 @@ std::string RefreshFromNewSource(Workspace& workspace, std::size_t index) {
   return read.text;
 }
 
+bool IsOfName(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '$' || c == '#';
+}
+
 // Whatever job they are of.
 JobRefusal WhyPropertiesRefused(const JobProperties& trimmed, std::size_t data_sources) {
   if (data_sources < kSourcesForAJob) {
@@ -65,6 +71,13 @@ JobRefusal WhyPropertiesRefused(const JobProperties& trimmed, std::size_t data_s
   if (trimmed.source == trimmed.destination) {
     return {"Data Source Can't be same", JobField::Destination};
   }
+  const std::string& container = trimmed.container;
+  if (!container.empty() && trimmed.follow == Follow::Rows) {
+    return {"Only a job that follows commits can follow a container", JobField::Container};
+  }
+  if (!std::all_of(container.begin(), container.end(), IsOfName)) {
+    return {container + " is no name of a container", JobField::Container};
+  }
   return {};
 }
 
@@ -79,7 +92,8 @@ JobProperties PropertiesOf(const SyncJob& job) {
           config.des_database_name,
           config.sync_interval,
           false,
-          config.follow};
+          config.follow,
+          config.container};
 }
 
 Follow FollowOfNewJobs(const Settings& settings) {
@@ -100,6 +114,7 @@ JobProperties Trimmed(JobProperties properties) {
        {&properties.name, &properties.description, &properties.source, &properties.destination}) {
     *text = std::string(Trim(*text));
   }
+  properties.container = UpperCase(Trim(properties.container));
   return properties;
 }
 
@@ -180,12 +195,13 @@ Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& pr
     return Outcome::Refused(std::move(refused.reason));
   }
   std::string reason;
+  const bool container_changed = trimmed.container != old.container;
   const bool source_changed = trimmed.source != old.source;
   if ((source_changed || trimmed.destination != old.destination) && state != JobState::Stopped) {
     return Outcome::Refused(
         "You can't change data source after a job is runned, Stop the job first please.");
   }
-  if (trimmed.follow != old.follow && state != JobState::Stopped) {
+  if ((trimmed.follow != old.follow || container_changed) && state != JobState::Stopped) {
     return Outcome::Refused("What " + old.name +
                             " follows can be changed while it is stopped only");
   }
@@ -197,7 +213,7 @@ Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& pr
   }
   StoreProperties(workspace, job, trimmed);
   std::string problem;
-  if (source_changed) problem = RefreshFromNewSource(workspace, index);
+  if (source_changed || container_changed) problem = RefreshFromNewSource(workspace, index);
   if (!SaveChanged(workspace, job, reason)) return Outcome::Refused(std::move(reason));
   return Outcome::Done(std::move(problem));
 }

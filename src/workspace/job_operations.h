@@ -20,6 +20,7 @@ struct JobProperties {
   std::int32_t interval = 0;  // minutes
   bool zero_allowed = false;  // an interval of 0 is meant: due on every sweep
   Follow follow = Follow::Rows;
+  std::string container{};  // by commits, when the source is the root of a container database
 };
 
 JobProperties PropertiesOf(const SyncJob& job);
@@ -30,7 +31,7 @@ Follow FollowOfNewJobs(const Settings& settings);
 // In one sentence what arrives that way, and what can be missed.
 std::string_view WhatFollowingMeans(Follow follow);
 
-// Without the blanks around the four texts.
+// Without the blanks around the texts; a container in capitals, as the server has it.
 JobProperties Trimmed(JobProperties properties);
 
 // The minutes entered as text; what is no number counts as 0.
@@ -39,7 +40,7 @@ inline constexpr std::size_t kSourcesForAJob = 2;
 inline constexpr std::int32_t kLongestInterval = 10000;  // that a face offers, in minutes
 
 // What is to be mended. DataSources: there are not enough of them.
-enum class JobField { Name, Description, Source, Destination, Interval, DataSources };
+enum class JobField { Name, Description, Source, Destination, Interval, DataSources, Container };
 
 struct JobRefusal {
   std::string reason;
@@ -67,8 +68,8 @@ Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_
 
 // Stores changed properties of a stopped or paused job. When the source changed, its tables are
 // read anew (which blocks); if that fails, table_list_fetched is false, and the outcome's text and
-// the log say why. Data sources and the way to follow change only while the job is stopped. What is
-// refused leaves everything as it was; what cannot be saved is in force.
+// the log say why. Data sources, the way to follow and the container change only while the job is
+// stopped. What is refused leaves everything as it was; what cannot be saved is in force.
 Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& properties);
 
 // A stopped job only. Its files go; its folder stays when there is anything else in it. Files that

@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "oracle/source_facts.h"
+
 namespace quillmere {
 namespace {
 
@@ -39,6 +41,10 @@ Outcome FetchLists(Workspace& workspace, const SyncJob& job, std::vector<std::st
     log.Add(text, true);
     log.Add(session.LastError(), true);
     return Outcome::Refused(text + ". Reason: " + session.LastError());
+  }
+  if (!SourceFacts(session).Enter(ContainerOf(job))) {
+    return Failed(log, "Can not enter container " + ContainerOf(job) +
+                           ", refresh failed. Reason: " + session.LastError());
   }
   if (!session.ListUsers(owners)) {
     return Failed(log,

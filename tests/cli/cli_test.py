@@ -324,7 +324,10 @@ class Replication(Site):
         self.assert_password_nowhere()
 
     def test_by_commits_a_transaction_is_taken_back_whole_and_a_lost_batch_holds_the_job(self):
-        self.cli("job", "edit", "J", "--follow", "commits", "--interval", 0)
+        self.cli("job", "edit", "J", "--container", "shop", status=1, text="Only a job that follows")
+        self.cli("job", "edit", "J", "--follow", "commits", "--interval", 0, "--container", "shop")
+        self.cli("run", "--start", "J", status=1, text="container SHOP, but A leads into SANDBOX")
+        self.cli("job", "edit", "J", "--no-container")
         self.cli("job", "edit", "J", "--position-table", "GHOST", status=1, text="could not be made")
         self.sandbox("sql", "B", given="create user OPS identified by x;\n")
         self.cli("job", "edit", "J", "--position-table", "OPS", text="could be written, locked")
@@ -341,7 +344,7 @@ class Replication(Site):
         self.cli("job", "edit", "J", "--follow", "rows", status=1, text="while it is stopped only")
         self.sandbox("sql", "A", given="alter database drop supplemental log data (all) columns;\n"
                      "alter table SHOP.NOTE add supplemental log data (all) columns;\n")
-        self.cli("job", "show", "J", "--live", text="Container             not known: ")
+        self.cli("job", "show", "J", "--live", text="Container             SANDBOX")
         live = json.loads(self.cli("job", "show", "J", "--live", "--json"))["live"]
         self.assertEqual([line["text"].partition(": ")[2] for line in live if line["warning"]],
                          [f"alter table SHOP.{table} add supplemental log data (primary key) columns"

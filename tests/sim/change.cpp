@@ -28,8 +28,9 @@ std::string QuotedNote(const Change& change) {
 }  // namespace
 
 std::string Transaction::Xid() const {
-  return std::to_string(number % 10 + 1) + '.' + std::to_string(number / 10 % 32) + '.' +
-         std::to_string(number / 320 + 1);
+  const std::size_t of = number - container;  // that of the one before, which lives elsewhere
+  return std::to_string(of % 10 + 1) + '.' + std::to_string(of / 10 % 32) + '.' +
+         std::to_string(of / 320 + 1);
 }
 
 std::vector<Arrival> Transaction::Arrivals() const {

@@ -10,6 +10,7 @@
 namespace quillmere::sim {
 
 inline constexpr std::string_view kTables[] = {"ORDERS", "ITEMS", "SECRET"};
+inline constexpr std::string_view kContainers[] = {"SHOPPDB", "OTHERPDB"};  // of a root
 inline constexpr std::size_t kTableCount = std::size(kTables);
 
 // Those above Update carry no statement.
@@ -42,6 +43,7 @@ struct Arrival {
 struct Transaction {
   std::uint32_t number = 0;  // its XID is made of it
   std::size_t thread = 0;
+  std::size_t container = 0;  // whose tables it changes: of equal names, rows and XIDs
   std::int64_t start_scn = 0, begun_at = 0;  // of its first change; ms
   std::int64_t commit_scn = 0, committed_at = 0;
   std::vector<Change> changes;

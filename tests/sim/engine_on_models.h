@@ -25,6 +25,7 @@ struct Life final : RunnerListener {
     own.sync_interval = config.sync_interval;
     own.follow = config.follow;
     own.position_owner = config.position_owner;
+    own.container = config.container;
     own.source = config.source;
     own.destination = config.destination;
     own.table_list_fetched = true;

@@ -25,12 +25,19 @@ struct World {
   std::size_t threads = 1;
   std::int64_t lag_ms = 0;
   double per_second = 1;
+  std::size_t containers = 1;
 };
 
 constexpr World kWorlds[] = {{"short", 2, 20'000, 1},
                              {"as long as an interval", 60, 30'000, 1, 200'000},
                              {"long", 200, 20'000, 0, 300'000},
                              {"back to back", 20, 2'000, 0},
+                             {.name = "one container of two",
+                              .mean_seconds = 5,
+                              .sweep_ms = 20'000,
+                              .interval = 0,
+                              .per_second = 2,
+                              .containers = 2},
                              {"cluster", 20, 20'000, 0, 40'000, 3, 3000}};
 
 struct Verdict {
@@ -50,8 +57,10 @@ class Trial {
         random_(seed),
         on_(Shape(world, seed, follow), follow, world.interval) {
     if (row) on_.config.position_owner = "OPS";
+    if (world.containers > 1) on_.config.container = kContainers[0];
     on_.Restart();
     on_.source.on_commit = [this](const Transaction& one) {
+      if (one.container != 0) return;
       committed_.push_back({one.commit_scn, one.thread, {}});
       for (const Arrival& arrival : one.Arrivals()) {
         if (arrival.table < 2) committed_.back().arrivals.push_back(arrival);
@@ -99,7 +108,10 @@ class Trial {
   };
 
   static SourceShape Shape(const World& world, std::uint64_t seed, Follow follow) {
-    SourceShape shape{.seed = seed, .straddling = kBehaviours[seed % 2], .threads = world.threads};
+    SourceShape shape{.seed = seed,
+                      .straddling = kBehaviours[seed % 2],
+                      .threads = world.threads,
+                      .containers = follow == Follow::Commits ? world.containers : 1};
     shape.lag_ms = world.lag_ms;
     shape.log = {.bytes = 60'000, .archived = true, .archives_kept = 1000};
     shape.habits = {
@@ -298,6 +310,27 @@ TEST(FollowCommitsTest, ASourceThatWasTakenBackHoldsTheJob) {
     on.life->Run();
     EXPECT_EQ(on.life->State(), JobState::Paused) << "nor does it go on";
     EXPECT_EQ(on.destination.Journal(), arrived);
+  }
+}
+
+// At a root the rows of all containers come, and nothing else tells them apart.
+TEST(FollowCommitsTest, StartsOnlyWhereItsContainerIs) {
+  static constexpr struct {
+    std::size_t containers;
+    const char *chosen, *refused;
+  } kCases[] = {{1, "", ""},        {1, "SHOPPDB", "but SRC leads into SHOPDB"},
+                {1, "SHOPDB", ""},  {2, "", "the root of a container database"},
+                {2, "SHOPPDB", ""}, {2, "GONE", "has no container GONE"}};
+  for (const auto& [containers, chosen, refused] : kCases) {
+    EngineOnModels on(SourceShape{.containers = containers, .habits = {.per_second = 0}},
+                      Follow::Commits, 0);
+    on.config.container = chosen;
+    on.Restart();
+    on.life->Run();
+    on.life->Step();
+    const std::string error = on.life->errors.empty() ? "" : on.life->errors.front();
+    EXPECT_NE(error.find(refused), error.npos) << error;
+    EXPECT_EQ(on.life->State(), *refused == 0 ? JobState::Started : JobState::Stopped) << chosen;
   }
 }
 

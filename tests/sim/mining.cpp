@@ -62,7 +62,7 @@ int Mining::Start(std::int64_t scn) {
   return started_ ? 0 : 1291;
 }
 
-int Mining::Open(std::int64_t from, std::int64_t below) {
+int Mining::Open(std::int64_t from, std::int64_t below, std::string_view container) {
   if (!started_) return 1306;
   next_.clear();
   end_.clear();
@@ -71,6 +71,7 @@ int Mining::Open(std::int64_t from, std::int64_t below) {
     end_.push_back(source_.Threads()[t].CommitsWritten());
   }
   below_ = below;
+  container_ = container;
   in_transaction_ = false;
   text_from_ = text_.size();
   return 0;
@@ -118,6 +119,7 @@ bool Mining::NextTransaction() {
     thread_ = first->thread;
     index_ = next_[thread_]++;
     change_ = 0;
+    if (!container_.empty() && kContainers[first->container] != container_) continue;
     if (!IsThere(thread_, first->commit_scn)) continue;
     const bool whole = first->start_scn >= start_ && IsThere(thread_, first->start_scn);
     if (whole || source_.Shape().straddling == Straddling::PartInside) return true;

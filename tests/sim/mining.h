@@ -33,8 +33,9 @@ class Mining {
   // Each gives 0 or the number of the ORA error.
   int Add(std::string_view name, bool new_list = false);
   int Start(std::int64_t scn);
-  // Begins to read what is written of transactions with from <= COMMIT_SCN < below.
-  int Open(std::int64_t from = 0, std::int64_t below = kOpenEnd);
+  // Begins to read what is written of transactions with from <= COMMIT_SCN < below, of one
+  // container or all.
+  int Open(std::int64_t from = 0, std::int64_t below = kOpenEnd, std::string_view container = {});
   // The next row, valid until the next call; null at the end. What a log held that is used again
   // meanwhile is missing without a word, and so is what no log of the list holds.
   const MinedRow* Next();
@@ -57,6 +58,7 @@ class Mining {
   std::uint64_t switches_seen_ = 0;
   bool started_ = false;
   std::int64_t start_ = 0, below_ = 0;
+  std::string container_;
   std::vector<std::uint64_t> next_, end_;  // commits, by thread
   std::size_t thread_ = 0;                 // of the transaction in hand
   std::uint64_t index_ = 0, change_ = 0;

@@ -163,11 +163,14 @@ int ModelOci::OpenContents(Handle& server, Handle& statement) {
     statement.mined_columns = 2;
     return server.mining->Open();
   }
-  const auto range = Match(follow::kContents, statement.sql);
-  if (!range) return 942;
+  static const std::string kOfOne = std::string(follow::kContents).append(follow::kOfContainer);
+  auto values = Match(kOfOne, statement.sql);
+  if (!values) values = Match(follow::kContents, statement.sql);
+  if (!values) return 942;
+  values->resize(3);
   statement.mined_columns = Column::Count;
-  return server.mining->Open(std::stoll(std::string((*range)[0])),
-                             std::stoll(std::string((*range)[1])));
+  return server.mining->Open(std::stoll(std::string((*values)[0])),
+                             std::stoll(std::string((*values)[1])), (*values)[2]);
 }
 
 sword ModelOci::Fetch(Handle& statement) {

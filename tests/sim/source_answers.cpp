@@ -57,6 +57,7 @@ void PutOldestSession(const SourceModel& source, std::int64_t start_scn, Rows& r
 bool Answer(SourceModel& source, std::string_view sql, Rows& rows) {
   const auto archives = Match(follow::kArchivedLogs, sql);
   const auto session = Match(follow::kOldestSession, sql);
+  const auto container = Match(follow::kOpenMode, sql);
   const bool logs = sql == kRowsMembers || sql == follow::kOnlineLogs || sql == follow::kLogsNow;
   if (sql == kRowsScn || sql == follow::kReadScn) {
     Put(rows, source.CurrentScn());
@@ -64,6 +65,10 @@ bool Answer(SourceModel& source, std::string_view sql, Rows& rows) {
     Put(rows, source.OldestOpen());
   } else if (sql == follow::kIdentity) {
     Put(rows, 1'234'567'890, source.ResetlogsScn());
+  } else if (sql == follow::kContainer) {
+    Put(rows, source.Shape().containers > 1 ? "CDB$ROOT" : "SHOPDB");
+  } else if (container) {
+    if ((*container)[0] == kContainers[0]) Put(rows, "READ WRITE");
   } else if (session) {
     PutOldestSession(source, std::stoll(std::string((*session)[0])), rows);
   } else if (!logs && !archives && sql != follow::kThreads) {

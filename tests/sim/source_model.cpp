@@ -108,17 +108,20 @@ std::uint32_t SourceModel::Begin(std::size_t thread) {
   Transaction& transaction = open_[++last_number_];
   transaction.number = last_number_;
   transaction.thread = thread;
+  transaction.container = shape_.containers > 1 && last_number_ % 3 == 0 ? 1 : 0;
   return last_number_;
 }
 
 SourceModel::Row& SourceModel::RowOf(const Transaction& transaction, const Change& change) {
-  return instances_[transaction.thread].tables[change.table][change.row / shape_.threads];
+  Instance& instance = instances_[transaction.thread];
+  return instance.tables[transaction.container][change.table][change.row / shape_.threads];
 }
 
 // Often the row that the transaction changed last, else any that nobody else has changed; an insert
 // takes the place of one that is not there any more.
 std::uint32_t SourceModel::PickRow(const Transaction& transaction, Change& change) {
-  std::vector<Row>& rows = instances_[transaction.thread].tables[change.table];
+  std::vector<Row>& rows =
+      instances_[transaction.thread].tables[transaction.container][change.table];
   const bool insert = change.operation == Operation::Insert;
   const auto fits = [&](std::size_t place) {
     const bool own = rows[place].holder == transaction.number;

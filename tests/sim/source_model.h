@@ -25,6 +25,7 @@ struct SourceShape {
   std::size_t threads = 1;      // the first is busy, the others are idle most of the time
   std::size_t instance = 0;     // the thread of the instance that connections are on
   std::int64_t lag_ms = 0;      // how far an instance's SCN is behind that of the others at most
+  std::size_t containers = 1;   // 2: connections are at a root, and see the redo of both
   bool background_redo = true;  // of the first thread, every 3 s
   LogShape log = {};
   Habits habits = {};  // of the users
@@ -85,7 +86,7 @@ class SourceModel {
   // One for each thread. Rows belong to threads, too: their number modulo threads.
   struct Instance {
     std::int64_t scn = 1000, synchronized_at = 0, last_record_at = 0;
-    std::vector<Row> tables[kTableCount];
+    std::vector<Row> tables[std::size(kContainers)][kTableCount];
     std::deque<Transaction> committed;
     std::uint64_t committed_gone = 0;
   };

@@ -85,6 +85,8 @@ TEST_F(JobOperations, PropertiesThatCanNotBeStoredAreRefused) {
       {"no source", {"J", "d", "", "B", 1}},
       {"no destination", {"J", "d", "A", " ", 1}},
       {"same", {"J", "d", " A", "A ", 1}},
+      {"container by rows", {"J", "d", "A", "B", 1, false, Follow::Rows, "PDB"}},
+      {"no container", {"J", "d", "A", "B", 1, false, Follow::Commits, "a b"}},
       {"no file", {"a/b", "d", "A", "B", 1}},
       {"taken", {"jOB1", "d", "A", "B", 1}}};
   const auto tell = [&](const std::string& what, const JobProperties& properties) {

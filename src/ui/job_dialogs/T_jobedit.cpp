@@ -175,12 +175,21 @@ QWidget* TJobEditForm::MakeFollow() {
     return choice;
   };
   commits_ = add("FollowCommits", QStringLiteral("&Commits (recommended)"), Follow::Commits);
+  container_ = new QLineEdit;
+  Describe(
+      *container_, "EditContainer", QStringLiteral("Container"),
+      QStringLiteral("The pluggable database that the job follows, when its source is the root "
+                     "of a container database"));
+  container_->setPlaceholderText(QStringLiteral("Container, when the source is a root"));
+  column->addWidget(container_);
   rows_ = add("FollowRows", QStringLiteral("&Rows"), Follow::Rows);
+  connect(commits_, &QRadioButton::toggled, container_, &QWidget::setEnabled);
   return follow_;
 }
 
 void TJobEditForm::ShowFollow(Follow follow) {
   (follow == Follow::Commits ? commits_ : rows_)->setChecked(true);
+  container_->setEnabled(follow == Follow::Commits);
   const JobList& jobs = context_.workspace.Jobs();
   const bool free = index_ == JobList::kNotFound || jobs.State(index_) == JobState::Stopped;
   follow_->setEnabled(free);
@@ -205,6 +214,7 @@ void TJobEditForm::Show(const JobProperties& properties) {
   shown_description_ = TextOf(*description_);
   interval_->Edit().setText(QString::number(properties.interval));
   ShowFollow(properties.follow);
+  container_->setText(ToQt(properties.container));
   name_->setFocus();
   name_->selectAll();
 }
@@ -228,6 +238,7 @@ JobProperties TJobEditForm::Entered() const {
   entered.source = source_->Chosen();
   entered.destination = destination_->Chosen();
   entered.follow = commits_->isChecked() ? Follow::Commits : Follow::Rows;
+  if (commits_->isChecked()) entered.container = ToBytes(container_->text());
   entered.interval = ParseInterval(ToBytes(interval_->Edit().text()));
   return Trimmed(std::move(entered));
 }
@@ -244,6 +255,8 @@ QWidget* TJobEditForm::Widget(JobField field) const {
       return destination_;
     case JobField::Interval:
       return interval_;
+    case JobField::Container:
+      return container_;
     case JobField::DataSources:
       break;
   }

@@ -64,6 +64,7 @@ class TJobEditForm : public QDialog {
   QGroupBox* follow_ = nullptr;
   QRadioButton* rows_ = nullptr;
   QRadioButton* commits_ = nullptr;
+  QLineEdit* container_ = nullptr;
 };
 
 }  // namespace quillmere
