@@ -66,6 +66,7 @@ Judgement JudgeStatement(std::string_view mined, const RowFacts& facts) {
   if (parsed.verb == Verb::Insert && mined.ends_with(')')) return {Safety::Safe, mined};
   if (EndsWithAddress(mined, kOnlyCondition)) return {Safety::RowAddressAlone, {}};
   if (!EndsWithAddress(mined, kConjunction)) return {Safety::NoRowAddress, {}};
+  if (parsed.rest.size() < kCut) return {Safety::NoTable, {}};  // it is in the address
   return {Safety::Safe, mined.substr(0, mined.size() - kCut)};
 }
 
