@@ -9,7 +9,7 @@ namespace {
 
 bool ReadFromFile(const std::string& file, std::string& password, std::string& reason) {
   SystemFiles files;  // not one of the program's files: a path that the operator gives
-  if (FileStatus read = ReadFile(files, file, password); !read) {
+  if (FileStatus read = ReadFile(files, file, password, Links::Followed); !read) {
     reason = std::move(read.reason);
     return false;
   }

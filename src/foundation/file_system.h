@@ -17,7 +17,7 @@ namespace quillmere {
 enum class FileCode {
   Ok,
   Missing,   // there is no such file, or no folder on the way to it
-  NotAFile,  // a folder or a pipe stands in the file's place, or a file in a folder's
+  NotAFile,  // a folder, a pipe or a symbolic link stands in its place, or a file in a folder's
   Exists,
   Denied,
   NoSpace,
@@ -43,6 +43,7 @@ struct FileFacts {
   std::uint64_t size = 0;  // bytes; of a file
   // Who may do what; perms::unknown where the system has no such bits.
   std::filesystem::perms mode = std::filesystem::perms::unknown;
+  bool link = false;  // a symbolic link leads there
 };
 
 // An open file. One thread at a time. Its end closes it, without a word about what fails then. Must
@@ -71,11 +72,14 @@ class OpenFile {
   virtual FileStatus TryLock(LockKind kind) = 0;
 };
 
+// What is opened must be a file: pipes and the like are refused, not waited for. So are symbolic
+// links: what the program writes stays where it was looked for.
 enum class OpenMode {
-  Read,     // must be there, and be a file: a pipe is refused, not waited for
-  New,      // must not be there
-  Append,   // made when missing
-  InPlace,  // for reading and writing; made when missing, its content left alone
+  Read,      // must be there
+  New,       // must not be there
+  Append,    // made when missing
+  InPlace,   // for reading and writing; made when missing, its content left alone
+  ReadLink,  // as Read, wherever a link leads: for what an operator or the installation names
 };
 
 // Paths are absolute or relative to the working directory of the process. Any thread. No call
@@ -95,7 +99,8 @@ class FileSystem {
   FileSystem& operator=(const FileSystem&) = delete;
 
   // file is set on success only. mode is that of a file that is made, from its first moment: New
-  // gives it exactly, the others know kUsualMode and kOwnerOnly only.
+  // gives it exactly, the others know kUsualMode and kOwnerOnly only. A file that is there and is
+  // opened for writing with kOwnerOnly is closed to others, too.
   virtual FileStatus Open(const Path& path, OpenMode how, Mode mode,
                           std::unique_ptr<OpenFile>& file) = 0;
   virtual FileStatus Look(const Path& path, FileFacts& facts) = 0;
@@ -103,6 +108,12 @@ class FileSystem {
   virtual FileStatus List(const Path& folder, std::vector<Path>& names) = 0;
   // True when both are there and are one file or folder.
   virtual bool AreSame(const Path& a, const Path& b) = 0;
+
+  // Does not wait: Busy when another program has it. Whatever becomes of the files in the folder,
+  // the lock goes only with the handle and with the process. Without a handle, and with success,
+  // where a file that is open can not be removed: a lock on a file does there.
+  virtual FileStatus LockFolder(const Path& folder, OpenFile::LockKind kind,
+                                std::unique_ptr<OpenFile>& lock) = 0;
 
   // A file in the way of a file is replaced: whoever looks sees the old one or the new one.
   virtual FileStatus Rename(const Path& from, const Path& to) = 0;

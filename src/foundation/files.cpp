@@ -73,6 +73,14 @@ FileStatus WriteAndClose(OpenFile& file, const FileSource& source) {
   return status ? file.Close() : status;
 }
 
+// Half a line must not stand before the next one.
+FileStatus AppendWhole(OpenFile& file, std::string_view bytes) {
+  const std::uint64_t size = file.Size();
+  FileStatus status = file.Append(bytes);
+  if (!status) static_cast<void>(file.Truncate(size));
+  return status;
+}
+
 // Temporary files of path that a crash left behind.
 FileStatus FindLeftovers(FileSystem& files, const fs::path& path, std::vector<fs::path>& found) {
   const fs::path folder = FolderOf(path);
@@ -106,10 +114,11 @@ std::string PathText(const fs::path& path) {
   return path.string();
 }
 
-FileStatus ReadFile(FileSystem& files, const fs::path& path, std::string& content) {
+FileStatus ReadFile(FileSystem& files, const fs::path& path, std::string& content, Links links) {
   content.clear();
   std::unique_ptr<OpenFile> file;
-  FileStatus status = files.Open(path, OpenMode::Read, FileSystem::kUsualMode, file);
+  const OpenMode how = links == Links::Followed ? OpenMode::ReadLink : OpenMode::Read;
+  FileStatus status = files.Open(path, how, FileSystem::kUsualMode, file);
   if (!status) return {status.code, FileError("open", path, status.reason)};
   // One more, so that the end shows without another allocation.
   content.resize(static_cast<std::size_t>(file->Size()) + 1);
@@ -157,19 +166,11 @@ bool ReplaceTextFile(FileSystem& files, const fs::path& path, std::string_view t
 bool AppendTextFile(FileSystem& files, const fs::path& path, std::string_view text,
                     std::string& error) {
   std::unique_ptr<OpenFile> file;
-  FileStatus status = files.Open(path, OpenMode::Append, FileSystem::kUsualMode, file);
+  FileStatus status = files.Open(path, OpenMode::Append, FileSystem::kOwnerOnly, file);
   std::string buffer;
-  if (status && !text.empty()) status = file->Append(WithLineEnds(files, text, buffer));
+  if (status && !text.empty()) status = AppendWhole(*file, WithLineEnds(files, text, buffer));
   if (status) status = file->Close();
   return Passed(status, "write", path, error);
-}
-
-bool EmptyFile(FileSystem& files, const fs::path& path, std::string& error) {
-  std::unique_ptr<OpenFile> file;
-  FileStatus status = files.Open(path, OpenMode::InPlace, FileSystem::kUsualMode, file);
-  if (status) status = file->Truncate(0);
-  if (status) status = file->Close();
-  return Passed(status, "empty", path, error);
 }
 
 FileStatus RemoveForGood(FileSystem& files, const fs::path& path) {

@@ -15,8 +15,12 @@ namespace quillmere {
 
 enum class FileAccess { Everyone, OwnerOnly };
 
+enum class Links { Refused, Followed };
+
 // The whole file, byte for byte. The reason of a failure is whole, too: "Can not open <path>: ...".
-FileStatus ReadFile(FileSystem& files, const std::filesystem::path& path, std::string& content);
+// Links are followed to what an operator or the installation names only.
+FileStatus ReadFile(FileSystem& files, const std::filesystem::path& path, std::string& content,
+                    Links links = Links::Refused);
 
 // Writes a temporary file in the same folder, flushes it to disk, renames it over path and flushes
 // the folder: a reader or a crash sees the old file or the new one. On failure the old file stands
@@ -37,13 +41,10 @@ bool ReplaceFileFrom(FileSystem& files, const std::filesystem::path& path, const
 bool ReplaceTextFile(FileSystem& files, const std::filesystem::path& path, std::string_view text,
                      FileAccess access, std::string& error);
 
-// Adds text to the end of a file, which is made when missing, in one write; line feeds become the
-// platform's line ends. The file is closed again.
+// Adds text to the end of a file, all of it or nothing, in one write; line feeds become the
+// platform's line ends. A missing file is made, readable by its owner alone. It is closed again.
 bool AppendTextFile(FileSystem& files, const std::filesystem::path& path, std::string_view text,
                     std::string& error);
-
-// Empties a file.
-bool EmptyFile(FileSystem& files, const std::filesystem::path& path, std::string& error);
 
 // Removes the file, down to the disk: after a power cut it does not come back. A missing file is
 // success.

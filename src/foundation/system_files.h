@@ -14,6 +14,8 @@ class SystemFiles final : public FileSystem {
   FileStatus Look(const Path& path, FileFacts& facts) override;
   FileStatus List(const Path& folder, std::vector<Path>& names) override;
   bool AreSame(const Path& a, const Path& b) override;
+  FileStatus LockFolder(const Path& folder, OpenFile::LockKind kind,
+                        std::unique_ptr<OpenFile>& lock) override;
   FileStatus Rename(const Path& from, const Path& to) override;
   FileStatus RemoveFile(const Path& path) override;
   FileStatus RemoveFolder(const Path& path) override;

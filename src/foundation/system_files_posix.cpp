@@ -22,6 +22,8 @@ FileCode CodeOf(int number) {
       return FileCode::Missing;
     case EISDIR:
     case ENOTDIR:
+    case ENXIO:  // a pipe that nobody reads
+    case ELOOP:
       return FileCode::NotAFile;
     case EEXIST:
     case ENOTEMPTY:
@@ -42,6 +44,8 @@ FileCode CodeOf(int number) {
 }
 
 FileStatus ErrorOf(int number) {
+  if (number == ENXIO) return {CodeOf(number), "it is not a file"};
+  if (number == ELOOP) return {CodeOf(number), "it is a symbolic link"};
   return {CodeOf(number), std::generic_category().message(number)};
 }
 
@@ -127,22 +131,32 @@ class PosixFile final : public OpenFile {
 int FlagsOf(OpenMode how) {
   switch (how) {
     case OpenMode::Read:
-      return O_RDONLY | O_NONBLOCK;
+      return O_RDONLY | O_NOFOLLOW;
     case OpenMode::New:
       return O_WRONLY | O_CREAT | O_EXCL;
     case OpenMode::Append:
-      return O_WRONLY | O_CREAT | O_APPEND;
+      return O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW;
     case OpenMode::InPlace:
       break;
+    case OpenMode::ReadLink:
+      return O_RDONLY;
   }
-  return O_RDWR | O_CREAT;
+  return O_RDWR | O_CREAT | O_NOFOLLOW;
 }
 
-FileStatus RefuseWhatIsNoFile(int fd) {
+// What was opened must be a file, and gets a mode that was asked for.
+FileStatus CheckOpened(int fd, OpenMode how, bool usual, mode_t bits) {
   struct stat status {};
   if (::fstat(fd, &status) != 0) return ErrorOf(errno);
-  if (S_ISREG(status.st_mode)) return {};
-  return {FileCode::NotAFile, "it is not a file"};
+  if (!S_ISREG(status.st_mode)) return {FileCode::NotAFile, "it is not a file"};
+  if (usual) return {};
+  if (how == OpenMode::New) return StatusOf(::fchmod(fd, bits) == 0);
+  const bool writes = how == OpenMode::Append || how == OpenMode::InPlace;
+  // Who may write a file of somebody else's can not close it.
+  if (writes && (status.st_mode & kModeBits & ~kOwnerBits) != 0) {
+    static_cast<void>(::fchmod(fd, status.st_mode & kOwnerBits));
+  }
+  return {};
 }
 
 }  // namespace
@@ -152,22 +166,25 @@ FileStatus SystemFiles::Open(const Path& path, OpenMode how, Mode mode,
   // A mode that was asked for holds whatever the process's mask says; nobody else gets in before.
   const bool usual = mode == kUsualMode;
   const mode_t bits = usual ? kUsualBits : static_cast<mode_t>(mode) & kModeBits;
-  const int fd = ::open(path.c_str(), FlagsOf(how) | O_CLOEXEC, usual ? bits : bits & kOwnerBits);
+  // A pipe must not be waited for.
+  const int flags = FlagsOf(how) | O_NONBLOCK | O_CLOEXEC;
+  const int fd = ::open(path.c_str(), flags, usual ? bits : bits & kOwnerBits);
   if (fd < 0) return ErrorOf(errno);
   auto opened = std::make_unique<PosixFile>(fd, how == OpenMode::InPlace);
-  FileStatus status;
-  if (how == OpenMode::Read) status = RefuseWhatIsNoFile(fd);
-  if (how == OpenMode::New && !usual && ::fchmod(fd, bits) != 0) {
-    status = ErrorOf(errno);
+  FileStatus status = CheckOpened(fd, how, usual, bits);
+  if (status) {
+    file = std::move(opened);
+  } else if (how == OpenMode::New) {
     ::unlink(path.c_str());
   }
-  if (status) file = std::move(opened);
   return status;
 }
 
 FileStatus SystemFiles::Look(const Path& path, FileFacts& facts) {
   struct stat status {};
-  if (::stat(path.c_str(), &status) != 0) return ErrorOf(errno);
+  if (::lstat(path.c_str(), &status) != 0) return ErrorOf(errno);
+  facts.link = S_ISLNK(status.st_mode);
+  if (facts.link && ::stat(path.c_str(), &status) != 0) return ErrorOf(errno);
   facts.kind = S_ISREG(status.st_mode)   ? FileKind::File
                : S_ISDIR(status.st_mode) ? FileKind::Folder
                                          : FileKind::Other;
@@ -189,6 +206,16 @@ FileStatus SystemFiles::List(const Path& folder, std::vector<Path>& names) {
 bool SystemFiles::AreSame(const Path& a, const Path& b) {
   std::error_code code;
   return std::filesystem::equivalent(a, b, code) && !code;
+}
+
+FileStatus SystemFiles::LockFolder(const Path& folder, OpenFile::LockKind kind,
+                                   std::unique_ptr<OpenFile>& lock) {
+  const int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (fd < 0) return ErrorOf(errno);
+  auto opened = std::make_unique<PosixFile>(fd, false);
+  FileStatus status = opened->TryLock(kind);
+  if (status) lock = std::move(opened);
+  return status;
 }
 
 FileStatus SystemFiles::Rename(const Path& from, const Path& to) {

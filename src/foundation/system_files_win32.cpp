@@ -151,16 +151,28 @@ class Win32File final : public OpenFile {
   HANDLE handle_;
 };
 
+// A symbolic link, or what mounts another folder in a folder's place.
+bool IsLink(const wchar_t* path) {
+  WIN32_FIND_DATAW found{};
+  const HANDLE search = ::FindFirstFileW(path, &found);
+  if (search == INVALID_HANDLE_VALUE) return false;
+  ::FindClose(search);
+  return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+         (found.dwReserved0 == IO_REPARSE_TAG_SYMLINK ||
+          found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
+}
+
 HANDLE OpenHandle(const wchar_t* path, OpenMode how, SECURITY_ATTRIBUTES* security) {
   switch (how) {
     case OpenMode::Read:
+    case OpenMode::ReadLink:
       return ::CreateFileW(path, GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
                            FILE_ATTRIBUTE_NORMAL, nullptr);
     case OpenMode::New:
       return ::CreateFileW(path, GENERIC_WRITE, 0, security, CREATE_NEW, FILE_ATTRIBUTE_NORMAL,
                            nullptr);
     case OpenMode::Append:
-      return ::CreateFileW(path, FILE_APPEND_DATA, kShareAll, security, OPEN_ALWAYS,
+      return ::CreateFileW(path, GENERIC_WRITE, kShareAll, security, OPEN_ALWAYS,
                            FILE_ATTRIBUTE_NORMAL, nullptr);
     case OpenMode::InPlace:
       break;
@@ -173,6 +185,9 @@ HANDLE OpenHandle(const wchar_t* path, OpenMode how, SECURITY_ATTRIBUTES* securi
 
 FileStatus SystemFiles::Open(const Path& path, OpenMode how, Mode mode,
                              std::unique_ptr<OpenFile>& file) {
+  if (how != OpenMode::ReadLink && IsLink(path.c_str())) {
+    return {FileCode::NotAFile, "it is a symbolic link"};
+  }
   HANDLE handle = INVALID_HANDLE_VALUE;
   if (mode == kOwnerOnly) {
     OwnerOnlySecurity security;
@@ -182,7 +197,9 @@ FileStatus SystemFiles::Open(const Path& path, OpenMode how, Mode mode,
     handle = OpenHandle(path.c_str(), how, nullptr);
   }
   if (handle == INVALID_HANDLE_VALUE) return StatusOf(false);
-  file = std::make_unique<Win32File>(handle);
+  auto opened = std::make_unique<Win32File>(handle);
+  if (::GetFileType(handle) != FILE_TYPE_DISK) return {FileCode::NotAFile, "it is not a file"};
+  file = std::move(opened);
   return {};
 }
 
@@ -192,6 +209,7 @@ FileStatus SystemFiles::Look(const Path& path, FileFacts& facts) {
     return StatusOf(false);
   }
   const bool folder = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  facts.link = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && IsLink(path.c_str());
   facts.kind = folder ? FileKind::Folder : FileKind::File;
   facts.size = (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
   facts.mode = kUsualMode;  // what a folder hands down to its files is the system's business
@@ -211,6 +229,10 @@ FileStatus SystemFiles::List(const Path& folder, std::vector<Path>& names) {
 bool SystemFiles::AreSame(const Path& a, const Path& b) {
   std::error_code code;
   return std::filesystem::equivalent(a, b, code) && !code;
+}
+
+FileStatus SystemFiles::LockFolder(const Path&, OpenFile::LockKind, std::unique_ptr<OpenFile>&) {
+  return {};
 }
 
 FileStatus SystemFiles::Rename(const Path& from, const Path& to) {

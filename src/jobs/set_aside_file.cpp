@@ -13,7 +13,7 @@ constexpr std::string_view kHead =
 
 // As it was, when it can not be done: half a statement must not stand there, nor the whole of one
 // that is mined again.
-FileStatus AppendWhole(OpenFile& file, std::uint64_t size, std::string_view text) {
+FileStatus AppendDown(OpenFile& file, std::uint64_t size, std::string_view text) {
   FileStatus status;
   if (size == 0) status = file.Append(kHead);
   if (status) status = file.Append(text);
@@ -37,7 +37,7 @@ bool AppendSetAside(FileSystem& files, const JobFolder& folder, std::string_view
             "the file away, and the job goes on";
     return false;
   }
-  if (status) status = AppendWhole(*file, size, text);
+  if (status) status = AppendDown(*file, size, text);
   if (status) status = file->Close();
   if (status && size == 0) status = files.FlushFolder(folder.Path());
   if (!status) error = "Can not write " + PathText(path) + ": " + status.reason;

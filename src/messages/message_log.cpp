@@ -14,6 +14,7 @@ constexpr std::string_view kErrorLog = "error.log";
 constexpr std::string_view kGeneralLog = "ravelkin.log";
 constexpr std::uint64_t kErrorLogLimit = std::uint64_t{2} << 20;
 constexpr std::uint64_t kGeneralLogLimit = std::uint64_t{10} << 20;
+constexpr int kKeptFiles = 5;
 constexpr std::size_t kStampWidth = sizeof("20260131 23:59:07 ") - 1;
 
 // A message of several lines, as the server sends them, stays one entry to the eye and to a search
@@ -82,11 +83,18 @@ void MessageLog::LimitFiles() {
 void MessageLog::LimitFile(std::string_view name, std::uint64_t limit) const {
   const std::filesystem::path file = folder_ / name;
   FileFacts facts;
-  if (!file_system_.Look(file, facts) || facts.size <= limit) return;
-  // A file that can not be emptied can not be written either: the next line says so to its caller.
+  if (!file_system_.Look(file, facts) || facts.link || facts.size <= limit) return;
+  const auto kept = [&](int number) {
+    std::filesystem::path path = file;
+    return number == 0 ? path : path += "." + std::to_string(number);
+  };
+  // One that can not be renamed is not lost: it grows on, and this is tried again.
+  for (int number = kKeptFiles - 1; number >= 0; --number) {
+    const FileStatus renamed = file_system_.Rename(kept(number), kept(number + 1));
+    if (!renamed && !renamed.Missing()) return;
+  }
   std::string reason;
-  if (EmptyFile(file_system_, file, reason))
-    AppendTextFile(file_system_, file, Line("") + '\n', reason);
+  AppendTextFile(file_system_, file, Line("") + '\n', reason);
 }
 
 }  // namespace quillmere

@@ -41,8 +41,9 @@ class MessageLog {
   // Appends the line to ravelkin.log, the text byte for byte; nothing is shown. Any thread.
   bool WriteGeneral(std::string_view text);
 
-  // Empties a log file that grew above its limit (2 MiB and 10 MiB) and starts it with a fresh
-  // line. To be called at every pause. User-interface thread.
+  // Keeps a log file that grew above its limit (2 MiB and 10 MiB) under its name with ".1" added,
+  // and older ones up to ".5", and begins it anew with a fresh line. To be called at the start and
+  // at every pause. User-interface thread.
   void LimitFiles();
   static constexpr std::chrono::seconds kLimitPause{100};
 

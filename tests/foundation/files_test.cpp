@@ -119,6 +119,8 @@ TEST(EveryFileSystem, ALockKeepsOthersOut) {
     ASSERT_TRUE(files->Open(path, OpenMode::Read, FileSystem::kUsualMode, two));
     EXPECT_EQ(two->TryLock(Lock::Shared).code, FileCode::Busy);
     EXPECT_TRUE(one->Close() && two->TryLock(Lock::Shared));
+    EXPECT_TRUE(files->LockFolder(path.parent_path(), Lock::Exclusive, one));
+    EXPECT_EQ(files->LockFolder(path.parent_path(), Lock::Shared, two).code, FileCode::Busy);
   }
 }
 
@@ -148,9 +150,27 @@ TEST(SystemFiles, ModesPipesAndFullDisks) {
   EXPECT_EQ(content, "");
   EXPECT_TRUE(ReadFile(files, "/proc/self/status", content)) << "it hides its size";
   EXPECT_FALSE(content.empty());
-  std::unique_ptr<OpenFile> full;
-  ASSERT_TRUE(files.Open("/dev/full", OpenMode::Append, FileSystem::kUsualMode, full));
-  EXPECT_EQ(full->Append("x").code, FileCode::NoSpace);
+  folder.Write("log", "");
+  chmod((folder / "log").c_str(), 0666);
+  EXPECT_TRUE(AppendTextFile(files, folder / "log", "row data", error));
+  EXPECT_EQ(mode("log"), 0600u) << "also one that is there";
+  for (const char* target : {"f", "none", "/dev/full"}) {
+    std::filesystem::remove(folder / "link");
+    std::filesystem::create_symlink(target, folder / "link");
+    for (const char* name : {"link", "pipe", "/dev/full"}) {
+      for (const OpenMode how : {OpenMode::Read, OpenMode::Append, OpenMode::InPlace}) {
+        std::unique_ptr<OpenFile> file;
+        EXPECT_EQ(files.Open(folder / name, how, FileSystem::kUsualMode, file).code,
+                  FileCode::NotAFile)
+            << name << " to " << target << static_cast<int>(how);
+      }
+    }
+    EXPECT_EQ(static_cast<bool>(ReadFile(files, folder / "link", content, Links::Followed)),
+              *target == 'f');
+  }
+  FileFacts facts;
+  std::filesystem::create_symlink(".", folder / "here");
+  EXPECT_TRUE(files.Look(folder / "here", facts) && facts.link && facts.kind == FileKind::Folder);
 }
 
 TEST(SystemFiles, AFlushIsTheSystems) {
@@ -272,13 +292,19 @@ TEST(WholeFiles, WhatIsNotThereNeedsNoCare) {
               RemoveEveryTrace(files, "/work/none/f", error) &&
               MakeFolders(files, "/work", error) && KeepBadCopy(files, "/work/f", kEveryone, error))
       << error;
-  EXPECT_TRUE(AppendTextFile(files, "/work/f", "one\n", error) &&
-              AppendTextFile(files, "/work/f", "two\n", error));
+  const auto append = [&](const char* text) {
+    return AppendTextFile(files, "/work/f", text, error);
+  };
+  EXPECT_TRUE(append("one\n"));
+  files.on_operation = [](const testing::FileOperation& operation) {
+    return FileStatus{operation.what == "append" ? FileCode::NoSpace : FileCode::Ok, "full"};
+  };
+  EXPECT_FALSE(append("half of it is written\n"));
+  files.Release();
+  EXPECT_TRUE(append("two\n"));
   EXPECT_EQ(files.Content("/work/f"), "one\ntwo\n");
   EXPECT_FALSE(MakeFolders(files, "/work/f/g", error) || MakeFolders(files, "/work/f", error));
   EXPECT_EQ(error, "Can not create folder /work/f: a file stands there");
-  EXPECT_TRUE(EmptyFile(files, "/work/f", error));
-  EXPECT_EQ(files.Content("/work/f"), "");
 }
 
 }  // namespace

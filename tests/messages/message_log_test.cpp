@@ -38,7 +38,7 @@ TEST_F(MessageLogTest, AFullListKeepsItsLatestEntry) {
   for (const auto& entry : log.Entries()) account << entry.text << "\n";
 }
 
-TEST_F(MessageLogTest, EmptiesFilesAboveTheirLimit) {
+TEST_F(MessageLogTest, KeepsFilesAboveTheirLimit) {
   log.LimitFiles();
   EXPECT_TRUE(files.All("/work").empty()) << "files that do not exist are skipped";
   const std::pair<std::string, std::size_t> rows[] = {{"/work/error.log", 2'097'152},
@@ -49,8 +49,20 @@ TEST_F(MessageLogTest, EmptiesFilesAboveTheirLimit) {
       log.LimitFiles();
       EXPECT_EQ(files.Content(name).size(), size > limit ? 19u : size) << name;
     }
+    for (int number = 2; number < 8; ++number) {
+      files.Put(name, std::to_string(number) + std::string(limit, 'x'));
+      log.LimitFiles();
+    }
+    for (int number = 1; number < 7; ++number) {
+      const std::string kept = files.Content(name + "." + std::to_string(number));
+      EXPECT_EQ(kept.substr(0, 1), number < 6 ? std::to_string(8 - number) : "(");
+    }
+    Refuse("rename", name);
+    files.Put(name, std::string(limit + 1, 'x'));
+    log.LimitFiles();
+    EXPECT_EQ(files.Content(name).size(), limit + 1);
+    Refuse();
   }
-  TellFiles();
 }
 
 TEST_F(MessageLogTest, TheWorkerWritesWhileTheWindowLimits) {

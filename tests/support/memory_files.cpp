@@ -186,15 +186,18 @@ FileStatus MemoryFiles::Find(const Path& path, NodePtr& folder, NodePtr& node) c
 
 FileStatus MemoryFiles::Open(const Path& path, OpenMode how, Mode mode,
                              std::unique_ptr<OpenFile>& file) {
-  static constexpr std::string_view kNames[] = {"open", "create", "open to append",
-                                                "open in place"};
+  static constexpr std::string_view kNames[] = {"open", "create", "open to append", "open in place",
+                                                "open"};
   NodePtr node;
   FileStatus status = Do(kNames[static_cast<std::size_t>(how)], path, [&]() -> FileStatus {
     NodePtr folder;
     FileStatus found = Find(path, folder, node);
     if (found && how == OpenMode::New) return Refused(FileCode::Exists);
     if (found && node->kind != FileKind::File) return Refused(FileCode::NotAFile);
-    if (found || !found.Missing() || folder == nullptr || how == OpenMode::Read) return found;
+    if (found || !found.Missing() || folder == nullptr || how == OpenMode::Read ||
+        how == OpenMode::ReadLink) {
+      return found;
+    }
     node = std::make_shared<Node>(FileKind::File);
     if (mode != kUsualMode) node->mode = mode;
     folder->Name(path.filename().string(), node);
@@ -229,6 +232,21 @@ bool MemoryFiles::AreSame(const Path& a, const Path& b) {
   const std::lock_guard lock(mutex_);
   const NodePtr node = Find(a);
   return node != nullptr && node == Find(b);
+}
+
+FileStatus MemoryFiles::LockFolder(const Path& folder, OpenFile::LockKind kind,
+                                   std::unique_ptr<OpenFile>& lock) {
+  NodePtr above, node;
+  const auto find = [&] {
+    const std::lock_guard lock_tree(mutex_);
+    return Find(folder, above, node);
+  };
+  FileStatus status = find();
+  if (!status) return status;
+  auto handle = std::make_unique<Handle>(*this, folder, std::move(node));
+  status = handle->TryLock(kind);
+  if (status) lock = std::move(handle);
+  return status;
 }
 
 FileStatus MemoryFiles::Rename(const Path& from, const Path& to) {

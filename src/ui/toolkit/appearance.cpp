@@ -60,7 +60,7 @@ bool ReadSheet(FileSystem& files, const std::filesystem::path& file, QString& sh
   std::string bytes;
   FileStatus status = files.Look(file, facts);
   const bool too_large = facts.size > kLargestSkin;
-  if (status && !too_large) status = ReadFile(files, file, bytes);
+  if (status && !too_large) status = ReadFile(files, file, bytes, Links::Followed);
   if (!status) {
     reason = QString::fromStdString(status.reason);
     return false;
