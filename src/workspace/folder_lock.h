@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// One program per working folder: the lock lies on quillmere.lock in it and goes with the process,
-// however it ends. The file itself stays.
+// One program per working folder: the lock lies on the folder itself, and on quillmere.lock in it,
+// which says who has it. Both go with the process, however it ends; the file stays. Who removes it
+// lets nobody in.
 #pragma once
 
 #include <filesystem>
@@ -22,7 +23,7 @@ class FolderLock {
   static bool IsTaken(FileSystem& files, const std::filesystem::path& folder);
 
  private:
-  std::unique_ptr<OpenFile> file_;
+  std::unique_ptr<OpenFile> folder_, file_;
 };
 
 }  // namespace quillmere

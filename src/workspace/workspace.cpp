@@ -12,11 +12,24 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// The working folder may be a link; what is in it is its own.
+bool OwnsFolders(FileSystem& files, const fs::path& folder, std::string& reason) {
+  for (const char* const name : {"config", "jobs"}) {
+    FileFacts facts;
+    if (!files.Look(folder / name, facts) || !facts.link) continue;
+    reason = PathText(folder / name) +
+             " is a symbolic link. Put the folder itself there: links in a working folder are not "
+             "followed";
+    return false;
+  }
+  return true;
+}
+
 bool OpenFolder(FileSystem& files, const Workspace::Options& options, fs::path& folder,
                 std::string& reason) {
   std::error_code code;
   folder = fs::absolute(options.folder, code).lexically_normal();
-  if (IsFolder(files, folder)) return true;
+  if (IsFolder(files, folder)) return OwnsFolders(files, folder, reason);
   if (IsThere(files, folder)) {
     reason = PathText(folder) + " is no folder";
     return false;
@@ -55,6 +68,7 @@ std::unique_ptr<Workspace> Workspace::Open(const Options& options, std::string& 
              !LogCanBeWritten(files, workspace->folder_, reason)) {
     return nullptr;
   }
+  workspace->log_.LimitFiles();
   std::string error;
   if (!LoadSettings(files, workspace->SettingsFile(), workspace->settings_, error)) {
     workspace->log_.Add(error + ". The default settings are used", true);

@@ -27,6 +27,8 @@ TEST_F(WorkspaceTest, OneProgramChangesAFolderAndOthersOnlyLook) {
   std::string reason;
   EXPECT_EQ(Workspace::Open(Options(), reason), nullptr);
   account << reason << "\n";
+  files.Remove("/work/quillmere.lock");
+  EXPECT_EQ(Workspace::Open(Options(), reason), nullptr) << "the folder itself is locked";
   const auto before = files.All("/work");
   const auto look = [&](JobState expected) {
     const auto looking = Open(Workspace::Access::LookOnly);
