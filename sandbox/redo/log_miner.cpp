@@ -68,7 +68,8 @@ std::string TextOf(sqlite3_value* value) {
 // Writes records; the latest one is kept, for it is asked for piece by piece.
 class RecordWriter {
  public:
-  explicit RecordWriter(const EvalContext* context) : context_(*context) {}
+  RecordWriter(const EvalContext* context, bool by_characters)
+      : context_(*context), by_characters_(by_characters) {}
 
   Status Take(sqlite3_value** record) {
     const std::int64_t scn = sqlite3_value_int64(record[kScn]);
@@ -82,8 +83,10 @@ class RecordWriter {
     Status status;
     if (data.empty()) {
       RedoStatement& fixed = statements.emplace_back();
-      fixed.operation = operation;
-      fixed.text = operation == RedoOperation::Start ? "set transaction read write;" : "commit;";
+      fixed.operation = undo ? Undoing(operation) : operation;
+      fixed.text = operation == RedoOperation::Start    ? "set transaction read write;"
+                   : operation == RedoOperation::Commit ? "commit;"
+                                                        : "/* No SQL_REDO for temporary tables */";
     } else {
       RedoRecord decoded;
       if (!DecodeRecord(operation, data, &decoded)) {
@@ -101,12 +104,17 @@ class RecordWriter {
   const std::string& piece(std::size_t number) const { return pieces_.at(number); }
 
  private:
+  static RedoOperation Undoing(RedoOperation operation) {
+    if (operation == RedoOperation::Update) return operation;
+    return operation == RedoOperation::Insert ? RedoOperation::Delete : RedoOperation::Insert;
+  }
+
   void Take(const std::vector<RedoStatement>& statements) {
     list_.clear();
     pieces_.clear();
     for (std::size_t i = 0; i < statements.size(); ++i) {
       const std::size_t code = static_cast<std::size_t>(statements[i].operation) + 16 * i;
-      for (std::string& piece : SplitRedo(statements[i].text)) {
+      for (std::string& piece : SplitRedo(statements[i].text, by_characters_)) {
         list_ += (list_.empty() ? "[-" : ",-") + std::to_string(code);
         pieces_.push_back(std::move(piece));
       }
@@ -127,6 +135,7 @@ class RecordWriter {
   }
 
   const EvalContext& context_;
+  bool by_characters_;
   std::int64_t scn_ = 0;
   std::int64_t shape_id_ = 0;
   RedoShape shape_;
@@ -150,7 +159,10 @@ void CallPieces(sqlite3_context* call, int count, sqlite3_value** values) {
 }  // namespace
 
 Status RegisterRedoFunctions(SqliteConnection* connection, const EvalContext* context) {
-  auto* writer = new RecordWriter(context);
+  SqlRunner sql(connection);
+  const auto narrow = sql.Int("SELECT charset <> 'AL32UTF8' FROM qm_meta");
+  if (!sql.ok()) return sql.status();
+  auto* writer = new RecordWriter(context, narrow.value_or(0) != 0);
   const auto forget = [](void* data) { delete static_cast<RecordWriter*>(data); };
   sqlite3* db = connection->handle();
   int failed = sqlite3_create_function_v2(db, "qm_pieces", kCount, SQLITE_UTF8, writer, CallPieces,

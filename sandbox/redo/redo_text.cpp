@@ -155,11 +155,13 @@ Status WriteRedo(const RedoShape& shape, const RedoRecord& record, std::int64_t 
   return undo ? writer.WriteUndo(out) : writer.Write(out);
 }
 
-std::vector<std::string> SplitRedo(const std::string& text) {
+std::vector<std::string> SplitRedo(const std::string& text, bool by_characters) {
   std::vector<std::string> pieces;
   std::string_view rest = text;
   while (rest.size() > kRedoPiece) {
-    const std::size_t cut = CutAtCharacter(rest, kRedoPiece);
+    const std::size_t cut =
+        by_characters ? ByteOfCharacter(rest, kRedoPiece) : CutAtCharacter(rest, kRedoPiece);
+    if (cut == rest.size()) break;
     pieces.emplace_back(rest.substr(0, cut));
     rest.remove_prefix(cut);
   }

@@ -26,7 +26,7 @@ struct RedoStatement {
 Status WriteRedo(const RedoShape& shape, const RedoRecord& record, std::int64_t row, bool undo,
                  const EvalContext& context, std::vector<RedoStatement>* out);
 
-// The statement in pieces of at most kRedoPiece bytes, cut between characters.
-std::vector<std::string> SplitRedo(const std::string& text);
+// The statement in pieces of at most kRedoPiece bytes or characters, cut between characters.
+std::vector<std::string> SplitRedo(const std::string& text, bool by_characters);
 
 }  // namespace quillmere::sandbox

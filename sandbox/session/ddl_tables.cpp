@@ -73,8 +73,9 @@ void DdlExecutor::CreateTable(const TableDefinition& def) {
     sql_.Fail(Ora(955));
   }
   CheckColumns(def.columns);
-  sql_.Run("INSERT INTO qm_table(owner, name, tablespace, shape) VALUES(?, ?, ?, 0)", name.owner,
-           name.name, def.tablespace.empty() ? std::string("USERS") : def.tablespace);
+  sql_.Run("INSERT INTO qm_table(owner, name, tablespace, shape, temporary) VALUES(?, ?, ?, 0, ?)",
+           name.owner, name.name, def.tablespace.empty() ? std::string("USERS") : def.tablespace,
+           def.temporary ? 1 : 0);
   const std::int64_t id = sql_.LastRowId();
   std::string body = "rid INTEGER PRIMARY KEY";
   for (std::size_t i = 0; i < def.columns.size(); ++i) {

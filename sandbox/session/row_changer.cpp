@@ -47,7 +47,9 @@ bool RowChanger::Read(const Table& table, std::int64_t row, RowValues* out) {
 
 void RowChanger::WriteRedo(const Table& table, const RedoRecord& record, std::int64_t row) {
   if (!sql_.ok()) return;
-  const Blob values{EncodeRecord(record)};
+  // Of a temporary table it is kept that there was a change, not which.
+  if (table.temporary) transaction_.ClearAtCommit(table.SqlName());
+  const Blob values{table.temporary ? "" : EncodeRecord(record)};
   sql_.Fail(transaction_.WriteRedo(table.shape, static_cast<int>(record.operation), row, values));
 }
 

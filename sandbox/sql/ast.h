@@ -128,6 +128,7 @@ struct ColumnDef {
 // Constraints of columns stand among the others.
 struct TableDefinition {
   ObjectName table;
+  bool temporary = false;  // its rows go at the commit
   std::vector<ColumnDef> columns;
   std::vector<ConstraintDef> constraints;
   std::string tablespace;
@@ -170,13 +171,13 @@ struct UserStatement {
 
 // ALTER DATABASE and ALTER SYSTEM, as far as the redo goes, and what of it ALTER TABLE may say too.
 struct DatabaseChange {
-  enum class Kind { AddGroup, AddMember, Archive, SwitchLog, Supplemental };
+  enum class Kind { AddGroup, AddMember, Archive, SwitchLog, Supplemental, CharacterSet };
   Kind kind = Kind::SwitchLog;
   ObjectName table;  // of Supplemental; without name: the database
   int group = 0;
   int size = 0;      // bytes of every log; 0: it never ends
   bool on = false;   // of Archive
-  std::string name;  // of Supplemental: NONE, MIN, KEY or ALL
+  std::string name;  // of Supplemental: NONE, MIN, KEY or ALL; of CharacterSet
 };
 
 struct TransactionControl {

@@ -18,7 +18,13 @@ std::string WithoutEndBlanks(std::string_view text) {
 }  // namespace
 
 void Parser::ParseCreate(Statement* out) {
-  if (Take("TABLE")) return ParseCreateTable(&out->emplace<TableDefinition>());
+  if (Is("TABLE") || Is("GLOBAL")) {
+    auto& table = out->emplace<TableDefinition>();
+    table.temporary = Take("GLOBAL");
+    if (table.temporary) Need("TEMPORARY");
+    Need("TABLE");
+    return ParseCreateTable(&table);
+  }
   if (Take("USER")) return ParseUser(true, &out->emplace<UserStatement>());
   const bool unique = Take("UNIQUE");
   if (!unique && !Is("INDEX")) return NotUnderstood();
@@ -46,6 +52,9 @@ void Parser::ParseCreateTable(TableDefinition* out) {
   } while (Take(","));
   Need(")");
   ParseTablespace(&out->tablespace);
+  if (out->temporary && Take("ON")) {
+    for (const char* word : {"COMMIT", "DELETE", "ROWS"}) Need(word, 922);
+  }
   if (!AtEnd()) Fail(Ora(922));
 }
 
@@ -186,6 +195,12 @@ void Parser::ParseDatabase(DatabaseChange* out) {
     out->kind = Kind::Archive;
     out->on = Take("ARCHIVELOG");
     Take("NOARCHIVELOG");
+    return;
+  }
+  if (Take("CHARACTER")) {
+    Need("SET", 2231);
+    out->kind = Kind::CharacterSet;
+    out->name = Name(2231);
     return;
   }
   const bool drop = Take("DROP");

@@ -145,13 +145,14 @@ Status Catalog::FindTableById(SqliteConnection* connection, std::int64_t id, Tab
   auto table = std::make_shared<Table>();
   SqlRunner sql(connection);
   sql.Each(
-      "SELECT id, owner, name, shape, supplemental FROM qm_table WHERE id = ?",
+      "SELECT id, owner, name, shape, supplemental, temporary FROM qm_table WHERE id = ?",
       [&table](const SqliteStatement& row) {
         table->id = row.Int(0);
         table->owner = row.Text(1);
         table->name = row.Text(2);
         table->shape = row.Int(3);
         table->supplemental = row.Text(4);
+        table->temporary = row.Int(5) != 0;
       },
       id);
   LoadColumns(&sql, table.get());

@@ -14,11 +14,12 @@ constexpr char kSchema[] = R"sql(
 CREATE TABLE qm_meta(id INTEGER PRIMARY KEY, format INTEGER NOT NULL, scn INTEGER NOT NULL,
   dict_version INTEGER NOT NULL, next_name INTEGER NOT NULL, created TEXT NOT NULL,
   dbid INTEGER NOT NULL, log_size INTEGER NOT NULL DEFAULT 0, log_bytes INTEGER NOT NULL DEFAULT 0,
-  archive INTEGER NOT NULL DEFAULT 0, supplemental TEXT NOT NULL DEFAULT 'ALL');
+  archive INTEGER NOT NULL DEFAULT 0, supplemental TEXT NOT NULL DEFAULT 'ALL',
+  charset TEXT NOT NULL DEFAULT 'AL32UTF8');
 CREATE TABLE qm_user(id INTEGER PRIMARY KEY AUTOINCREMENT, name TEXT NOT NULL UNIQUE,
   password TEXT NOT NULL, created TEXT NOT NULL);
 CREATE TABLE qm_table(id INTEGER PRIMARY KEY AUTOINCREMENT, owner TEXT NOT NULL, name TEXT NOT NULL,
-  tablespace TEXT, shape INTEGER NOT NULL,
+  tablespace TEXT, shape INTEGER NOT NULL, temporary INTEGER NOT NULL,
   supplemental TEXT NOT NULL DEFAULT 'NONE',
   UNIQUE(owner, name));
 CREATE INDEX qm_table_name ON qm_table(name);
@@ -59,7 +60,7 @@ CREATE VIEW qm_archived_log AS SELECT '.arch' || sequence AS suffix, *
 INSERT INTO qm_logfile VALUES(1, '');
 INSERT INTO qm_log(grp, first_scn) VALUES(1, 1);
 INSERT INTO qm_meta(id, format, scn, dict_version, next_name, created, dbid)
-  VALUES(1, 4, 1000, 1, 1, strftime('%Y-%m-%d %H:%M:%S', 'now'), abs(random() % 4000000000));
+  VALUES(1, 5, 1000, 1, 1, strftime('%Y-%m-%d %H:%M:%S', 'now'), abs(random() % 4000000000));
 )sql";
 
 Status FillDatabase(SqliteConnection* connection, const std::string& password) {
@@ -112,7 +113,7 @@ Status CreateDatabase(const DatabasePath& path, const std::string& password) {
 }
 
 Status OpenDatabase(const DatabasePath& path, std::unique_ptr<SqliteConnection>* out) {
-  constexpr int kFormat = 4;
+  constexpr int kFormat = 5;
   std::error_code error;
   if (!std::filesystem::is_regular_file(path.file, error)) return Ora(12154);
   std::unique_ptr<SqliteConnection> connection;

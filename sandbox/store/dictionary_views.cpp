@@ -16,7 +16,7 @@ struct Definition {
 
 constexpr std::string_view kTables =
     "OWNER t.owner; TABLE_NAME t.name; TABLESPACE_NAME t.tablespace; n:NUM_ROWS NULL;"
-    "STATUS 'VALID';";
+    "STATUS 'VALID'; TEMPORARY iif(t.temporary, 'Y', 'N');";
 
 // There is one at most, and of the sessions only the one that has it is known.
 constexpr std::string_view kTransactions =
@@ -99,6 +99,8 @@ constexpr Definition kDefinitions[] = {
      "OWNER owner; TABLE_NAME name; ALWAYS 'ALWAYS'; LOG_GROUP_TYPE CASE supplemental"
      " WHEN 'ALL' THEN 'ALL COLUMN LOGGING' ELSE 'PRIMARY KEY LOGGING' END;",
      "(SELECT * FROM qm_table WHERE supplemental IN ('ALL', 'KEY'))"},
+    {"NLS_DATABASE_PARAMETERS", ViewAccess::Everybody,
+     "PARAMETER 'NLS_CHARACTERSET'; VALUE charset;", "qm_meta"},
     {"V$TRANSACTION", ViewAccess::Dictionary, kTransactions, ":transaction t"},
     {"GV$TRANSACTION", ViewAccess::Dictionary, kTransactions, ":transaction t"},
     {"V$SESSION", ViewAccess::Dictionary, kSessions, ":transaction t"},

@@ -67,6 +67,8 @@ void ChangeDatabase(SqlRunner* sql, const DatabaseChange& change, std::int64_t l
       return Switch(sql, last_scn);
     case Kind::Supplemental:
       return sql->Run("UPDATE qm_meta SET supplemental = ?", change.name);
+    case Kind::CharacterSet:
+      return sql->Run("UPDATE qm_meta SET charset = ?", change.name);
   }
 }
 

@@ -29,7 +29,8 @@ std::optional<RedoLog> FindRedoLog(SqlRunner* sql, const std::string& database,
 // Adds to the current log, and switches to the next one behind `commit_scn` when it is full.
 void AddToRedoLog(SqlRunner* sql, std::int64_t bytes, std::int64_t commit_scn);
 
-// ALTER DATABASE and ALTER SYSTEM: groups, members, archiving, switching, supplemental logging.
+// ALTER DATABASE and ALTER SYSTEM: groups, members, archiving, switching, supplemental logging, the
+// character set.
 // `last_scn` is the SCN given latest.
 void ChangeDatabase(SqlRunner* sql, const DatabaseChange& change, std::int64_t last_scn);
 

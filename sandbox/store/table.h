@@ -48,6 +48,7 @@ struct Table {
   std::string owner;
   std::string name;
   std::int64_t shape = 0;    // its form in the redo
+  bool temporary = false;    // its rows go at the commit; the redo says that something changed
   std::string supplemental;  // NONE, KEY or ALL, beside what the database says
   std::vector<Column> columns;
   std::unordered_map<std::string, std::size_t> by_name;  // positions in columns

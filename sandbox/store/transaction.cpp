@@ -42,6 +42,7 @@ Status Transaction::Begin() {
            });
   scn_ = std::max(committed, shown_.last_scn());
   redo_bytes_ = 0;
+  temporary_.clear();
   if (committed < 0 || scn_ >= kMaxScn) sql.Fail(Ora(19706));
   if (!sql.ok()) Rollback();
   return sql.status();
@@ -72,6 +73,7 @@ Status Transaction::Commit() {
 }
 
 void Transaction::PrepareCommit(SqlRunner* sql) {
+  for (const std::string& table : temporary_) sql->Exec("DELETE FROM " + table);
   sql->Run("UPDATE qm_meta SET scn = ? WHERE id = 1", ++scn_);
   sql->Run("INSERT INTO qm_transaction VALUES(?, ?, ?, ?)", start_scn_, scn_, started_,
            DateTime::Now().Canonical(Kind::Date));
@@ -121,8 +123,8 @@ Status Transaction::BumpDictionary() {
 }
 
 void Transaction::UndoStatement() {
-  const bool undone =
-      writer_->InTransaction() && Run("ROLLBACK TO qm_statement").ok() && KeepStatement().ok();
+  const bool undone = writer_->InTransaction() && TakeBack("qm_statement", statement_scn_).ok() &&
+                      KeepStatement().ok();
   if (!undone) Rollback();
 }
 
@@ -146,6 +148,10 @@ Status Transaction::RollbackTo(const std::string& name) {
   savepoints_.erase(found + 1, savepoints_.end());
   if (point.number == 0) End();
   if (point.number == 0) return {};
+  return TakeBack("qm_user" + std::to_string(point.number), point.scn);
+}
+
+Status Transaction::TakeBack(const std::string& savepoint, std::int64_t scn) {
   SqlRunner sql(writer_);
   std::vector<Change> changes;
   sql.Each(
@@ -154,8 +160,8 @@ Status Transaction::RollbackTo(const std::string& name) {
         changes.push_back({row.Int(0), row.Int(1), row.Int(2), row.Int(3) != 0, row.Int(4),
                            Blob{std::string(row.Text(5))}});
       },
-      point.scn);
-  sql.Run("ROLLBACK TO qm_user" + std::to_string(point.number));
+      scn);
+  sql.Run("ROLLBACK TO " + savepoint);
   std::vector<const Change*> standing;  // not undone yet
   for (const Change& change : changes) {
     Write(&sql, change);

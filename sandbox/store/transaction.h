@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,8 @@ class Transaction {
   Status Start();
   // Writes a change to the redo: its values, which are of the form `shape`, beside the row.
   Status WriteRedo(std::int64_t shape, int operation, std::int64_t row, const Blob& values);
+  // The rows of a temporary table, by its name in SQL, go when the transaction ends.
+  void ClearAtCommit(const std::string& table) { temporary_.insert(table); }
   // After the transaction's only statement was undone: nothing is left to commit.
   void ForgetChanges() { changed_ = false; }
   // Ends a transaction that changed nothing, and its lock; savepoints set before it stay.
@@ -48,13 +51,16 @@ class Transaction {
   Status BumpDictionary();
 
   // Statement-level atomicity: Mark before, then Keep or Undo, which always succeeds: where SQLite
-  // has taken the whole transaction back, that is rolled back here too.
-  Status MarkStatement() { return Run("SAVEPOINT qm_statement"); }
+  // has taken the whole transaction back, that is rolled back here too. What is taken back here,
+  // and by RollbackTo, stays in the redo, each change followed by one that undoes it.
+  Status MarkStatement() {
+    statement_scn_ = scn_;
+    return Run("SAVEPOINT qm_statement");
+  }
   Status KeepStatement() { return Run("RELEASE qm_statement"); }
   void UndoStatement();
 
   // A savepoint of the same name moves. ORA-01086 for one that is not there; the work stays then.
-  // What is rolled back stays in the redo, each change followed by one that undoes it.
   Status SetSavepoint(const std::string& name);
   Status RollbackTo(const std::string& name);
 
@@ -72,6 +78,8 @@ class Transaction {
   Status Run(const std::string& sql);
   void End();
   void PrepareCommit(SqlRunner* sql);
+  // Back to the savepoint of SQLite, after which the SCN stood there.
+  Status TakeBack(const std::string& savepoint, std::int64_t scn);
   void Write(SqlRunner* sql, const Change& change);
 
   struct Savepoint {
@@ -91,6 +99,8 @@ class Transaction {
   std::string supplemental_;
   bool logs_switch_ = false;
   std::int64_t redo_bytes_ = 0;
+  std::set<std::string> temporary_;
+  std::int64_t statement_scn_ = 0;
   std::int64_t dictionary_version_ = 0;
   int next_savepoint_ = 1;
   std::vector<Savepoint> savepoints_;
