@@ -98,6 +98,7 @@ bool FollowCommits::TakeReading(CommitMiner& miner, std::optional<std::int64_t> 
     error = "GetLastScn fail : " + miner.LastError();
     return false;
   }
+  memory_.source_scn = Behind(look.answers.scn_after);
   look.taken = memory_.readings.Take(look.answers, context_.clock.Steady(), known_mine_from);
   return true;
 }

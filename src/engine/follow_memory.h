@@ -16,6 +16,7 @@ struct FollowMemory {
   std::optional<SteadyTime> waiting_since;  // for a reading that can be used
   bool told_of_waiting = false;
   bool container_checked = false;   // the source is, or has, the one that the job follows
+  std::int64_t source_scn = 0;      // where the source stood at this step; 0: not asked
   std::int64_t told_of_oldest = 0;  // the SCN where the transaction begins that was warned of
 };
 

@@ -3,6 +3,7 @@
 
 #include <exception>
 
+#include "engine/follow_memory.h"
 #include "oracle/follow_queries.h"
 
 namespace quillmere {
@@ -11,6 +12,7 @@ Pass::Pass(EngineContext& context, std::size_t index, FollowMemory& memory,
            const std::atomic<bool>& end_requested)
     : context_(context),
       index_(index),
+      memory_(memory),
       end_requested_(end_requested),
       job_(context.jobs.At(index)),
       view_(job_),
@@ -20,6 +22,19 @@ Pass::Pass(EngineContext& context, std::size_t index, FollowMemory& memory,
       record_(context.files, folder_) {}
 
 void Pass::Run() {
+  report_.begin = context_.clock.Now();
+  const SteadyTime begin = context_.clock.Steady();
+  const std::int32_t applied = job_.run.applied_count;
+  const std::int32_t blocked = job_.run.blocked_count;
+  memory_.source_scn = 0;
+  const Outcome outcome = Work();
+  report_.applied = std::int64_t{job_.run.applied_count} - applied;
+  report_.blocked = std::int64_t{job_.run.blocked_count} - blocked;
+  report_.took = context_.clock.Steady() - begin;
+  Report(outcome);
+}
+
+Pass::Outcome Pass::Work() {
   if (context_.settings.debug) {
     Information(std::to_string(job_.run.positions.mining_start_scn) + ", " +
                 std::to_string(job_.run.positions.cutoff_scn));
@@ -33,21 +48,21 @@ void Pass::Run() {
     if (IsThere(context_.files, point) && !ForgetThePoint(point)) return Fail();
     job_.run.unsettled.reset();
     const FollowResult captured = Capture();
-    if (captured == FollowResult::Later) return;
+    if (captured == FollowResult::Later) return Outcome::Later;
     if (captured != FollowResult::Done) return Fail();
+    report_.captured = job_.run.pending_batch.Size();
+    // By rows the redo itself says how far the source has come.
+    report_.source_scn = memory_.source_scn != 0
+                             ? memory_.source_scn
+                             : job_.run.next_positions.value_or(job_.run.positions).cutoff_scn;
     if (job_.run.pending_batch.Empty()) {
       baseline_ = job_.run.applied_count;
       return Finish();
     }
   }
-  switch (ApplyBatch()) {
-    case Outcome::WorkedOff:
-      return KeepRowFinished() ? Finish() : Fail();
-    case Outcome::Interrupted:
-      return;
-    case Outcome::Failed:
-      return Fail();
-  }
+  const Outcome applied = ApplyBatch();
+  if (applied == Outcome::WorkedOff) return KeepRowFinished() ? Finish() : Fail();
+  return applied == Outcome::Interrupted ? applied : Fail();
 }
 
 FollowResult Pass::CaptureFromSource(std::string& error) try {
@@ -62,6 +77,7 @@ FollowResult Pass::CaptureFromSource(std::string& error) try {
 }
 
 FollowResult Pass::Capture() {
+  report_.problem.where = PassProblem::Where::Source;
   std::string error;
   const FollowResult result = CaptureFromSource(error);
   if (result != FollowResult::Done) {
@@ -73,6 +89,7 @@ FollowResult Pass::Capture() {
     if (result != FollowResult::Later) Error(error);
     return result;
   }
+  report_.problem.where = PassProblem::Where::Disk;
   if (!RecordCapture()) return FollowResult::Failed;
   if (job_.run.batch_pending != 0) context_.listener.OnJobChanged(index_, true);
   return FollowResult::Done;
@@ -102,6 +119,7 @@ bool Pass::RecordCapture() {
 }
 
 Pass::Outcome Pass::ApplyBatch() {
+  report_.problem.where = PassProblem::Where::Destination;
   context_.jobs.State(index_, &progress_);
   baseline_ = job_.run.applied_count;
   OracleSession destination(context_.oci);
@@ -183,6 +201,7 @@ bool Pass::ApplyOne(OracleSession& destination, const PendingBatch::Entry& entry
     context_.log.WriteGeneral(to_execute_);
   }
   if (!destination.Execute(to_execute_)) {
+    NoteRefused(parsed);
     Error("Execute sql fail : " + destination.LastError());
     if (context_.settings.debug) Error(to_execute_);
     return false;
@@ -310,7 +329,7 @@ bool Pass::KeepRowFinished() {
   return false;
 }
 
-void Pass::Finish() {
+Pass::Outcome Pass::Finish() {
   const LocalTime from =
       job_.run.next_due == LocalTime{} ? context_.clock.Now() : job_.run.next_due;
   job_.run.next_due = AddMinutes(from, view_.interval_minutes);
@@ -326,11 +345,13 @@ void Pass::Finish() {
   } else {
     Information("Nothing synchronized in this interval of  " + view_.name);
   }
+  return Outcome::WorkedOff;
 }
 
-void Pass::Fail() {
+Pass::Outcome Pass::Fail() {
   job_.run.next_due = AddMinutes(context_.clock.Now(), view_.interval_minutes);
   Error("Something wrong in this interval of " + view_.name);
+  return Outcome::Failed;
 }
 
 // A pass runs in state Started only; a request that waits is served, and recorded, by the next

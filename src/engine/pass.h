@@ -29,13 +29,15 @@ class Pass {
   void Run();
 
  private:
-  enum class Outcome { WorkedOff, Interrupted, Failed };
+  using Outcome = PassReport::Outcome;
   struct Tally {
     JobTable* table = nullptr;
     std::int32_t applied = 0;
     std::int32_t blocked = 0;
   };
 
+  Outcome Work();
+  void Report(Outcome outcome);
   FollowResult Capture();
   FollowResult CaptureFromSource(std::string& error);
   bool RecordCapture();
@@ -64,19 +66,22 @@ class Pass {
   void LeaveUnsettled(const std::string& reason);
   void ReturnToCommitPoint();
   bool KeepRowFinished();
-  void Finish();
-  void Fail();
+  Outcome Finish();
+  Outcome Fail();
 
   RunRecord Record() const;
   void WriteRecord();
   // Hands the progress to the list. False when the pass is to stop behind this statement.
   bool Publish();
-  void Error(const std::string& text) { context_.listener.OnError(index_, text); }
+  void Error(const std::string& text);
+  void NoteRefused(const ParsedStatement& parsed);
   void Information(const std::string& text) { context_.listener.OnInformation(index_, text); }
 
   EngineContext& context_;
   const std::size_t index_;
+  FollowMemory& memory_;
   const std::atomic<bool>& end_requested_;
+  PassReport report_;
   SyncJob& job_;
   const JobView view_;
   const JobFolder folder_;

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "engine/pass_report.h"
+
 namespace quillmere {
 
 // Called on the thread that runs the step, with no lock held; the step goes on when the call comes
@@ -16,6 +18,8 @@ class RunnerListener {
   virtual void OnJobChanged(std::size_t job, bool batch_fetched) = 0;
   virtual void OnError(std::size_t job, std::string_view text) = 0;
   virtual void OnInformation(std::size_t job, std::string_view text) = 0;
+  // Behind all that was told of the pass.
+  virtual void OnPassEnd(std::size_t /*job*/, const PassReport& /*report*/) {}
 };
 
 }  // namespace quillmere

@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <functional>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -42,11 +43,27 @@ struct Recorder final : RunnerListener {
   }
   void OnError(std::size_t, std::string_view text) override { Note("e:", text); }
   void OnInformation(std::size_t, std::string_view text) override { Note("i:", text); }
+  void OnPassEnd(std::size_t, const PassReport& report) override {
+    constexpr const char* kOutcomes[] = {"worked off", "interrupted", "failed", "later"};
+    constexpr const char* kWhere[] = {"source", "destination", "statement", "disk"};
+    const PassProblem& problem = report.problem;
+    std::ostringstream text;
+    text << "pass " << kOutcomes[static_cast<int>(report.outcome)] << ": +" << report.captured
+         << " captured, " << report.applied << " applied, " << report.blocked << " blocked, below "
+         << report.reached_scn << " of " << report.source_scn << "\n";
+    if (!problem.error.empty()) {
+      text << "  " << kWhere[static_cast<int>(problem.where)] << " " << problem.number << "/"
+           << problem.of << " " << problem.owner << "." << problem.table << "\n  "
+           << problem.statement << "\n  " << problem.error << "\n";
+    }
+    passes += text.str();
+  }
   void Note(std::string_view kind, std::string_view text) {
     if (!is_heard || is_heard()) lines.push_back(std::string(kind) + std::string(text));
   }
   std::vector<std::string> Take() { return std::exchange(lines, {}); }
   std::vector<std::string> lines;
+  std::string passes;
   std::function<bool()> is_heard;
 };
 

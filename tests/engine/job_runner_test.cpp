@@ -29,6 +29,7 @@ class Account : public EngineTest {
     }
     for (const std::string& line : listener_.Take()) account << line << "\n";
     for (const std::string& sql : Applied()) account << "  " << sql << "\n";
+    account << std::exchange(listener_.passes, {});
     const RunRecord record = Record();
     const std::int64_t due = job_.run.next_due.ms - clock_.Now().ms;
     account << StateName(program_.State()) << ", on disk "

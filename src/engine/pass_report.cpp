@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+// What a pass tells of itself.
+#include "engine/pass_report.h"
+
+#include <algorithm>
+
+#include "engine/follow_memory.h"
+#include "engine/pass.h"
+
+namespace quillmere {
+namespace {
+
+// Behind what is on the destination. By rows the positions move when a batch is worked off; by
+// commits they are behind it as soon as it is captured, so what remains of it says more.
+std::int64_t ReachedBy(const SyncJob& job, Follow follow, std::uint32_t remaining) {
+  const Positions& positions = job.run.positions;
+  if (follow == Follow::Rows) return positions.mining_start_scn;
+  const PendingBatch& batch = job.run.pending_batch;
+  if (batch.Transactions().empty()) return positions.cutoff_scn;
+  const std::size_t next = batch.Size() - std::min<std::size_t>(remaining, batch.Size());
+  const auto& transactions = batch.Transactions();
+  const auto behind = std::upper_bound(
+      transactions.begin(), transactions.end(), next,
+      [](std::size_t entry, const PendingBatch::Transaction& one) { return entry < one.first; });
+  return (behind == transactions.begin() ? behind : std::prev(behind))->commit_scn;
+}
+
+}  // namespace
+
+// The first error of a pass is its cause; what follows comes of it.
+void Pass::Error(const std::string& text) {
+  if (report_.problem.error.empty()) report_.problem.error = text;
+  context_.listener.OnError(index_, text);
+}
+
+void Pass::NoteRefused(const ParsedStatement& parsed) {
+  const std::size_t size = job_.run.pending_batch.Size();
+  report_.problem = {PassProblem::Where::Statement,
+                     {},
+                     std::string(parsed.owner),
+                     std::string(parsed.table),
+                     size - progress_.batch_remaining + 1,
+                     size,
+                     to_execute_};
+}
+
+void Pass::Report(Outcome outcome) {
+  report_.outcome = outcome;
+  report_.end = context_.clock.Now();
+  const Follow follow = FollowOf(job_);
+  context_.jobs.State(index_, &progress_);
+  report_.reached_scn = ReachedBy(job_, follow, progress_.batch_remaining);
+  if (report_.source_scn == 0) report_.source_scn = memory_.source_scn;
+  if (outcome != Outcome::Failed) report_.problem = {};
+  context_.listener.OnPassEnd(index_, report_);
+}
+
+}  // namespace quillmere
