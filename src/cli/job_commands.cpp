@@ -100,7 +100,8 @@ int Add(const CommandLine& line, const Arguments& arguments) {
       arguments.container};
   if (!SourcesExist(*workspace, properties)) return kFailed;
   std::size_t index = JobList::kNotFound;
-  const Outcome added = AddJob(*workspace, properties, index);
+  InPlace work;
+  const Outcome added = AddJob(*workspace, properties, index, work);
   if (!added) return Fail(added.text);
   const SyncJob& job = workspace->Jobs().At(index);
   if (!TablesFetched(job)) return FailWithoutTables(NameOf(job), added.text);
@@ -125,7 +126,8 @@ int Edit(const CommandLine& line, const Arguments& arguments) {
   if (arguments.no_container) properties.container.clear();
   const bool sources_given = !arguments.from.empty() || !arguments.to.empty();
   if (sources_given && !SourcesExist(*open.workspace, properties)) return kFailed;
-  const Outcome edited = EditJob(*open.workspace, open.index, properties);
+  InPlace work;
+  const Outcome edited = EditJob(*open.workspace, open.index, properties, work);
   if (!edited) return Fail(edited.text);
   const std::string name = NameOf(open.Job());
   const std::string done = "Job " + name + " changed";
@@ -159,7 +161,8 @@ int Refresh(const CommandLine& line, const Arguments& arguments) {
   const OpenJob open(line, arguments.name);
   if (!open) return kFailed;
   const std::size_t from = open.workspace->Log().Entries().size();
-  const Outcome refreshed = RefreshTables(*open.workspace, open.index);
+  InPlace work;
+  const Outcome refreshed = RefreshTables(*open.workspace, open.index, work);
   if (!refreshed) return Fail(refreshed.text);
   PrintErrors(open.workspace->Log(), from);
   return Print("Job " + arguments.name + ": tables " + TablesSummary(open.Job()) + "\n");

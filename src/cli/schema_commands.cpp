@@ -13,7 +13,7 @@ ObjectKind KindOf(const Arguments& arguments) {
 }
 
 // Result lines as they come; an end that is asked for takes effect between two items.
-class Printer final : public SchemaListener {
+class Printer final : public InPlace {
  public:
   bool OnProgress(std::string_view, std::size_t, std::size_t) override {
     return written_ && !end_.Came();

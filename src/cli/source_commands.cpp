@@ -8,12 +8,6 @@
 namespace quillmere::cli::source {
 namespace {
 
-// Nobody watches, nobody cancels.
-class NoProgress final : public ProgressListener {
- public:
-  bool OnProgress(std::string_view, std::size_t, std::size_t) override { return true; }
-};
-
 int Finish(const Outcome& outcome, const std::string& done_text) {
   return outcome ? Print(done_text + "\n") : Fail(outcome.text);
 }
@@ -49,8 +43,8 @@ int Add(const CommandLine& line, const Arguments& arguments) {
   const auto workspace = OpenToChange(line, Folder::MayBeMade);
   if (workspace == nullptr) return kFailed;
   const Outcome added = Watched(*workspace, [&] {
-    NoProgress progress;
-    return AddDataSource(*workspace, login, progress);
+    InPlace work;
+    return AddDataSource(*workspace, login, work);
   });
   if (!added) return Fail(added.text);
   const auto index = static_cast<std::size_t>(workspace->Registry().IndexOf(login.name));
@@ -69,7 +63,8 @@ int Edit(const CommandLine& line, const Arguments& arguments) {
   if (full.mode.empty()) full.mode = source.Mode();
   LogOn login{full.name, full.user, {}, full.mode == "SYSDBA"};
   if (!AskPassword(full, login.password)) return kFailed;
-  return Finish(SaveDataSource(*workspace, login), "Data source " + login.name + " changed");
+  InPlace work;
+  return Finish(SaveDataSource(*workspace, login, work), "Data source " + login.name + " changed");
 }
 
 int List(const CommandLine& line, const Arguments& arguments) {
@@ -83,7 +78,8 @@ int Test(const CommandLine& line, const Arguments& arguments) {
   if (workspace == nullptr) return kFailed;
   const int index = FindSource(*workspace, arguments.name);
   if (index < 0) return kFailed;
-  const Outcome outcome = TestDataSource(*workspace, static_cast<std::size_t>(index));
+  InPlace work;
+  const Outcome outcome = TestDataSource(*workspace, static_cast<std::size_t>(index), work);
   return Finish(outcome, outcome.text);
 }
 
@@ -94,8 +90,8 @@ int Refresh(const CommandLine& line, const Arguments& arguments) {
   if (index < 0) return kFailed;
   const auto slot = static_cast<std::size_t>(index);
   const Outcome outcome = Watched(*workspace, [&] {
-    NoProgress progress;
-    return RefreshDataSource(*workspace, slot, progress);
+    InPlace work;
+    return RefreshDataSource(*workspace, slot, work);
   });
   return Finish(outcome, arguments.name + ": " + CatalogueSize(workspace->Registry().At(slot)));
 }

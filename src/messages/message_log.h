@@ -17,7 +17,16 @@
 
 namespace quillmere {
 
-class MessageLog {
+// Takes lines for the log. What works beside the user interface has one of these, which brings them
+// to the log on the thread that may write it.
+class LogLines {
+ public:
+  virtual ~LogLines() = default;
+  // False: it is known that the line could not be kept.
+  virtual bool Add(std::string_view text, bool error) = 0;
+};
+
+class MessageLog final : public LogLines {
  public:
   struct Entry {
     std::string text;  // with its time stamp, without a line feed
@@ -36,7 +45,7 @@ class MessageLog {
   // latest entry. False when error.log cannot be written: then nothing is listed either, and the
   // caller says so where it can. User-interface thread only (the command line's only thread that
   // talks).
-  bool Add(std::string_view text, bool error);
+  bool Add(std::string_view text, bool error) override;
 
   // Appends the line to ravelkin.log, the text byte for byte; nothing is shown. Any thread.
   bool WriteGeneral(std::string_view text);

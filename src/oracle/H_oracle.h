@@ -74,6 +74,14 @@ class OracleSession {
   // (a name too long for its column), keys that a failed rename dropped. Empties the list.
   std::vector<std::string> TakeWarnings();
 
+  // Called for every row of a list below with how many there are by now; false ends the list with
+  // failure. Nobody watches when it is empty. Lists that a change of the schema reads for itself
+  // come before its first statement, so that ending them changes nothing.
+  using RowWatch = std::function<bool(std::size_t rows)>;
+  void WatchRows(RowWatch watch) { row_watch_ = std::move(watch); }
+  // Whether the last list that failed was ended so.
+  bool ListEnded() const { return list_ended_; }
+
   // --- LogMiner -------------------------------------------------------------------------------
 
   // The SCN of the database as it stands.
@@ -195,6 +203,8 @@ class OracleSession {
   std::string last_error_;
   oci::sb4 last_error_code_ = 0;
   std::vector<std::string> warnings_;
+  RowWatch row_watch_;
+  bool list_ended_ = false;
   bool connected_ = false;
   bool session_open_ = false;
 };

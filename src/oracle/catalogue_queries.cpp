@@ -27,8 +27,8 @@ std::string Dotted(std::string_view owner, std::string_view name) {
 template <typename Take>
 bool ForEachRow(TextQuery& query, Take take) {
   TextQuery::Row row;
-  while ((row = query.Fetch()) == TextQuery::Row::Fetched) {
-    if (!take(query)) return false;
+  for (std::size_t rows = 1; (row = query.Fetch()) == TextQuery::Row::Fetched; ++rows) {
+    if (!take(query) || !query.GoesOn(rows)) return false;
   }
   return row == TextQuery::Row::End;
 }

@@ -162,6 +162,11 @@ void TextQuery::LeaveOut(std::string_view what, std::string_view name) {
                                std::to_string(column->capacity) + " bytes");
 }
 
+bool TextQuery::GoesOn(std::size_t rows) {
+  session_.list_ended_ = session_.row_watch_ && !session_.row_watch_(rows);
+  return !session_.list_ended_ || Refuse("cancelled");
+}
+
 bool TextQuery::Refuse(std::string_view reason) {
   return session_.Refuse(std::string(row_label_) += reason);
 }

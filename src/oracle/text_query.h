@@ -74,6 +74,9 @@ class TextQuery {
   // For a row that is not taken into a list because a text did not fit: the warning that names it.
   void LeaveOut(std::string_view what, std::string_view name);
 
+  // Tells whoever watches the session's lists; false when the list is to end, as failed.
+  bool GoesOn(std::size_t rows);
+
   // Fails under the label of the step that got the current row. Always false.
   bool Refuse(std::string_view reason);
 

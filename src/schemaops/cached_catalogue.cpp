@@ -50,6 +50,13 @@ void RenameIn(auto& records, ObjectKind kind, ObjectKind kind_of_records, const 
 
 }  // namespace
 
+void TakeLists(DataSource& source, DataSource&& copy) {
+  source.tables = std::move(copy.tables);
+  source.primary_keys = std::move(copy.primary_keys);
+  source.indexes = std::move(copy.indexes);
+  source.needsave = source.needsave || copy.needsave;
+}
+
 void ForgetDropped(DataSource& source, ObjectKind kind, const std::vector<SchemaItem>& dropped) {
   if (dropped.empty()) return;
   std::set<Name> names;

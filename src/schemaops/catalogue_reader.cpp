@@ -25,10 +25,14 @@ class RepeatingColumn {
   SharedText last_;
 };
 
+std::string NameOf(const TableRecord& table) {
+  return table.table_owner.String() + "." + table.table_name.String();
+}
+
 // One reading of a catalogue, into lists of its own.
 class Reader {
  public:
-  Reader(OracleSession& session, MessageLog& log, ProgressListener& listener)
+  Reader(OracleSession& session, LogLines& log, ProgressListener& listener)
       : session_(session), log_(log), listener_(listener) {}
 
   CatalogueRead Read(std::string& reason);
@@ -40,9 +44,12 @@ class Reader {
   bool ListTables();
   void LogWarnings();
   bool Cancelled();
+  bool ListCancelled(std::size_t rows);
+  bool Tell(const std::string& what);
+  CatalogueRead ReadAll(std::string& reason);
 
   OracleSession& session_;
-  MessageLog& log_;
+  LogLines& log_;
   ProgressListener& listener_;
   TextPool pool_;
   RepeatingColumn key_status_{pool_};
@@ -72,9 +79,22 @@ bool Reader::Cancelled() {
   next_progress_ = now + kProgressInterval;
   std::string what = "read the list of tables";
   if (done_ < tables_.size()) {
-    what = "read table " + tables_[done_].table_owner.String() + "." +
-           tables_[done_].table_name.String();
+    what = "read table " + NameOf(tables_[done_]);
   }
+  return Tell(what);
+}
+
+// Between two rows of a list.
+bool Reader::ListCancelled(std::size_t rows) {
+  const auto now = std::chrono::steady_clock::now();
+  if (now < next_progress_) return cancelled_;
+  next_progress_ = now + kProgressInterval;
+  std::string what = "read the list of tables: " + std::to_string(rows) + " so far";
+  if (done_ < tables_.size()) what = "read table " + NameOf(tables_[done_]);
+  return Tell(what);
+}
+
+bool Reader::Tell(const std::string& what) {
   cancelled_ = cancelled_ || !listener_.OnProgress(what, done_, tables_.size());
   return cancelled_;
 }
@@ -131,7 +151,15 @@ bool Reader::ReadKeyAndIndexes(const TableRecord& table, std::string& line) {
 
 CatalogueRead Reader::Read(std::string& reason) {
   if (Cancelled()) return CatalogueRead::Cancelled;
+  session_.WatchRows([this](std::size_t rows) { return !ListCancelled(rows); });
+  const CatalogueRead result = ReadAll(reason);
+  session_.WatchRows({});
+  return result;
+}
+
+CatalogueRead Reader::ReadAll(std::string& reason) {
   if (!ListTables()) {
+    if (cancelled_) return CatalogueRead::Cancelled;
     reason = "Can't not get table info list,Reason: " + session_.LastError();
     log_.Add(reason, true);
     return CatalogueRead::Failed;
@@ -141,6 +169,7 @@ CatalogueRead Reader::Read(std::string& reason) {
     std::string line;
     const bool read = ReadKeyAndIndexes(tables_[done_], line);
     LogWarnings();
+    if (cancelled_) return CatalogueRead::Cancelled;
     if (read) continue;
     log_.Add(line, true);
     if (!ConnectionIsGone(line)) continue;
@@ -178,6 +207,17 @@ std::string VersionFromBanner(const std::vector<std::string>& banner) {
   return {};
 }
 
+void WatchLists(OracleSession& session, ProgressListener& listener, std::string what) {
+  session.WatchRows(
+      [&listener, what = std::move(what),
+       next = std::chrono::steady_clock::now() + kProgressInterval](std::size_t rows) mutable {
+        const auto now = std::chrono::steady_clock::now();
+        if (now < next) return true;
+        next = now + kProgressInterval;
+        return listener.OnProgress(what + ": " + std::to_string(rows) + " rows read", 0, 0);
+      });
+}
+
 std::string ReadVersion(OracleSession& session) {
   std::vector<std::string> banner;
   if (!session.GetVersionBanner(banner)) return {};
@@ -196,6 +236,7 @@ CatalogueRead SchemaOperations::ReadCatalogue(OracleSession& session, DataSource
 CatalogueRead SchemaOperations::RefreshCatalogue(DataSource& source, ProgressListener& listener,
                                                  std::string& reason) {
   OracleSession session(library_);
+  if (!listener.OnConnect("connect to " + source.name)) return CatalogueRead::Cancelled;
   if (!session.Connect(source)) {
     reason = "Can't not connect to database: " + source.name;
     log_.Add(reason, true);

@@ -85,10 +85,7 @@ SchemaRun SchemaOperations::DropItems(DataSource& source, ObjectKind kind,
                                       SchemaListener& listener) {
   ItemRun run(log_, listener);
   OracleSession session(library_);
-  if (!session.Connect(source)) {
-    run.Refuse(std::string(kConnectFailed) + session.LastError());
-    return run.Take();
-  }
+  if (!run.Connect(session, source, kConnectFailed)) return run.Take();
   const DropTexts texts = DropTextsOf(kind);
   std::vector<SchemaItem> dropped;
   run.ForEach("drop", items, [&](const SchemaItem& item) {
@@ -106,10 +103,7 @@ SchemaRun SchemaOperations::RenameItem(DataSource& source, ObjectKind kind, cons
                                        std::string_view new_name, SchemaListener& listener) {
   ItemRun run(log_, listener);
   OracleSession session(library_);
-  if (!session.Connect(source)) {
-    run.Refuse(std::string(kConnectFailed) + session.LastError());
-    return run.Take();
-  }
+  if (!run.Connect(session, source, kConnectFailed)) return run.Take();
   run.ForEach("rename", {item}, [&](const SchemaItem&) {
     const bool ok = Rename(session, kind, item, new_name);
     if (ok) TakeNewName(source, kind, item, new_name);

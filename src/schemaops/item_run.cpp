@@ -2,12 +2,41 @@
 #include "schemaops/item_run.h"
 
 namespace quillmere {
+namespace {
+
+constexpr std::chrono::milliseconds kBetweenRows{50};
+
+}  // namespace
 
 bool ItemRun::Begin(std::string_view verb, const SchemaItem& item, std::size_t total) {
-  const std::string what = std::string(verb) + " " + item.owner + "." + item.name;
-  if (listener_.OnProgress(what, run_.succeeded + run_.failed, total)) return true;
+  what_ = std::string(verb) + " " + item.owner + "." + item.name;
+  total_ = total;
+  next_told_ = std::chrono::steady_clock::now() + kBetweenRows;
+  if (listener_.OnProgress(what_, run_.succeeded + run_.failed, total)) return true;
   run_.cancelled = true;
   return false;
+}
+
+bool ItemRun::Connect(OracleSession& session, const LogOn& log_on, std::string_view failed) {
+  if (!listener_.OnConnect("connect to " + log_on.name)) {
+    run_.cancelled = true;
+    return false;
+  }
+  if (!session.Connect(log_on)) {
+    Refuse(std::string(failed) + session.LastError());
+    return false;
+  }
+  session.WatchRows([this](std::size_t rows) { return GoesOn(rows); });
+  return true;
+}
+
+// Between two rows of a list that the item in hand takes.
+bool ItemRun::GoesOn(std::size_t rows) {
+  const auto now = std::chrono::steady_clock::now();
+  if (now < next_told_) return true;
+  next_told_ = now + kBetweenRows;
+  return listener_.OnProgress(what_ + ": " + std::to_string(rows) + " rows read",
+                              run_.succeeded + run_.failed, total_);
 }
 
 void ItemRun::Log(std::string_view line, bool error) {

@@ -3,13 +3,15 @@
 // Internal to schemaops/.
 #pragma once
 
+#include <chrono>
+
 #include "schemaops/schema_operations.h"
 
 namespace quillmere {
 
 class ItemRun {
  public:
-  ItemRun(MessageLog& log, SchemaListener& listener) : log_(log), listener_(listener) {}
+  ItemRun(LogLines& log, SchemaListener& listener) : log_(log), listener_(listener) {}
 
   // each(item): does one item and ends with Result. verb: "drop", for the progress.
   template <typename Each>
@@ -20,6 +22,9 @@ class ItemRun {
     }
   }
 
+  // Connects; the refusal is the given words with the server's. False also when it is not wanted
+  // any more.
+  bool Connect(OracleSession& session, const LogOn& log_on, std::string_view failed);
   void Refuse(std::string reason) { run_.refused = std::move(reason); }
 
   // A result: one of the two texts.
@@ -34,12 +39,16 @@ class ItemRun {
   SchemaRun Take() { return std::move(run_); }
 
  private:
+  bool GoesOn(std::size_t rows);
   bool Begin(std::string_view verb, const SchemaItem& item, std::size_t total);
   void Log(std::string_view line, bool error);
 
-  MessageLog& log_;
+  LogLines& log_;
   SchemaListener& listener_;
   SchemaRun run_;
+  std::string what_;  // the item in hand, as the progress has it
+  std::size_t total_ = 0;
+  std::chrono::steady_clock::time_point next_told_{};
 };
 
 }  // namespace quillmere

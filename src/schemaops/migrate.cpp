@@ -222,19 +222,16 @@ std::string WhatOf(ObjectKind kind) {
 
 }  // namespace
 
-SchemaRun SchemaOperations::MigrateItems(const DataSource& source, const DataSource& target,
-                                         ObjectKind kind, const std::vector<SchemaItem>& items,
+SchemaRun SchemaOperations::MigrateItems(const LogOn& source, const LogOn& target, ObjectKind kind,
+                                         const std::vector<SchemaItem>& items,
                                          const MigrateOptions& options, SchemaListener& listener) {
   ItemRun run(log_, listener);
   OracleSession from(library_);
   OracleSession to(library_);
   if (source.name == target.name) {
     run.Refuse("The target is the source itself: choose another data source to migrate to");
-  } else if (!from.Connect(source)) {
-    run.Refuse("connect source Database failed. Error: " + from.LastError());
-  } else if (!to.Connect(target)) {
-    run.Refuse("connect destination Database failed. Error: " + to.LastError());
-  } else {
+  } else if (run.Connect(from, source, "connect source Database failed. Error: ") &&
+             run.Connect(to, target, "connect destination Database failed. Error: ")) {
     const LineSink trace = StatementTrace();
     Migration migration(from, to, options, trace, run);
     const std::string what = WhatOf(kind);

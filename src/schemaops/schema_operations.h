@@ -35,6 +35,8 @@ class ProgressListener {
   // What comes next, and how much of the whole is done; total is 0 while it is not known. False
   // cancels: what is done stays done, nothing more is begun.
   virtual bool OnProgress(std::string_view what, std::size_t done, std::size_t total) = 0;
+  // A connection is tried next; it is done when anything else is heard. False as above.
+  virtual bool OnConnect(std::string_view) { return true; }
 };
 
 class SchemaListener : public ProgressListener {
@@ -70,12 +72,13 @@ enum class CatalogueRead { Read, Failed, Cancelled };
 // The release number in a server's banner, such as "9.2.0.1.0"; empty when there is none.
 std::string VersionFromBanner(const std::vector<std::string>& banner);
 
-// User-interface thread. Each operation works on connections of its own and closes them; result
-// lines and errors go to the log. One failing item does not keep the others from being done.
+// The thread that may use the log and the records given. Each operation works on connections of its
+// own and closes them; result lines and errors go to the log. One failing item does not keep the
+// others from being done.
 class SchemaOperations {
  public:
   // All must outlive the object.
-  SchemaOperations(OciLibrary& library, MessageLog& log, const Settings& settings)
+  SchemaOperations(OciLibrary& library, LogLines& log, const Settings& settings)
       : library_(library), log_(log), settings_(settings) {}
 
   // What was dropped or renamed, is so in the record's lists, too, which then needs to be saved.
@@ -93,7 +96,7 @@ class SchemaOperations {
 
   // Definitions only: a migrated table is empty. The target's lists are as they were. Refused when
   // the target is the source itself, whose tables would be dropped.
-  SchemaRun MigrateItems(const DataSource& source, const DataSource& target, ObjectKind kind,
+  SchemaRun MigrateItems(const LogOn& source, const LogOn& target, ObjectKind kind,
                          const std::vector<SchemaItem>& items, const MigrateOptions& options,
                          SchemaListener& listener);
 
@@ -112,9 +115,16 @@ class SchemaOperations {
   LineSink StatementTrace() const;
 
   OciLibrary& library_;
-  MessageLog& log_;
+  LogLines& log_;
   const Settings& settings_;
 };
+
+// Takes over the lists of a copy that an operation worked on.
+void TakeLists(DataSource& source, DataSource&& copy);
+
+// Tells the listener how much the session's next lists have read so far, and ends them when it
+// wants no more. what: their name in the progress. The listener must outlive the session.
+void WatchLists(OracleSession& session, ProgressListener& listener, std::string what);
 
 // The server's release number; empty when it does not tell.
 std::string ReadVersion(OracleSession& session);

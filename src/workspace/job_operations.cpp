@@ -36,13 +36,13 @@ bool SaveChanged(Workspace& workspace, SyncJob& job, std::string& reason) {
 }
 
 // The text of a failure, which the log has, too.
-std::string RefreshFromNewSource(Workspace& workspace, std::size_t index) {
+std::string RefreshFromNewSource(Workspace& workspace, std::size_t index, DatabaseWork& work) {
   SyncJob& job = workspace.Jobs().At(index);
   {
     const MutexLock lock(job.config_mutex);
     job.config.table_list_fetched = false;
   }
-  const Outcome read = ReadTables(workspace, index);
+  const Outcome read = ReadTables(workspace, index, work);
   const bool refreshed = read.done;
   workspace.Log().Add("Refresh filter info of " + NameOf(job) + (refreshed ? " ok." : " failed."),
                       !refreshed);
@@ -152,7 +152,8 @@ std::string ProposeJobName(const JobList& jobs) {
   }
 }
 
-Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_t& index) {
+Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_t& index,
+               DatabaseWork& work) {
   index = JobList::kNotFound;
   const JobProperties trimmed = Trimmed(properties);
   if (JobRefusal refused = WhyJobRefused(workspace, trimmed, index)) {
@@ -176,7 +177,7 @@ Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_
   }
   jobs.SetState(slot, JobState::Stopped, {});
   index = slot;
-  const Outcome read = ReadTables(workspace, slot);
+  const Outcome read = ReadTables(workspace, slot, work);
   if (!SaveChanged(workspace, job, reason)) return Outcome::Refused(std::move(reason));
   std::string text = "A job created, name is " + trimmed.name;
   workspace.Log().Add(text, false);
@@ -184,7 +185,8 @@ Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_
   return Outcome::Done(std::move(text));
 }
 
-Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& properties) {
+Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& properties,
+                DatabaseWork& work) {
   JobList& jobs = workspace.Jobs();
   SyncJob& job = jobs.At(index);
   const JobState state = jobs.State(index);
@@ -213,7 +215,7 @@ Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& pr
   }
   StoreProperties(workspace, job, trimmed);
   std::string problem;
-  if (source_changed || container_changed) problem = RefreshFromNewSource(workspace, index);
+  if (source_changed || container_changed) problem = RefreshFromNewSource(workspace, index, work);
   if (!SaveChanged(workspace, job, reason)) return Outcome::Refused(std::move(reason));
   return Outcome::Done(std::move(problem));
 }

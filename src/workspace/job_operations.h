@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "workspace/database_work.h"
 #include "workspace/outcome.h"
 #include "workspace/workspace.h"
 
@@ -60,17 +61,19 @@ std::string ProposeJobName(const JobList& jobs);
 // empty lines, makes tabs blanks and breaks lines that are too long for it.
 std::string DescriptionAsKept(std::string_view description);
 
-// Makes a stopped job, reads its tables from the source (which blocks) and saves the catalogue. The
+// Makes a stopped job, reads its tables from the source and saves the catalogue. The
 // job stays when its tables could not be read: table_list_fetched is false then, and the outcome's
 // text and the log say why. index: where it stands, or kNotFound when nothing was made; a job that
 // could not be saved stands there all the same.
-Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_t& index);
+Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_t& index,
+               DatabaseWork& work);
 
 // Stores changed properties of a stopped or paused job. When the source changed, its tables are
-// read anew (which blocks); if that fails, table_list_fetched is false, and the outcome's text and
+// read anew; if that fails, table_list_fetched is false, and the outcome's text and
 // the log say why. Data sources, the way to follow and the container change only while the job is
 // stopped. What is refused leaves everything as it was; what cannot be saved is in force.
-Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& properties);
+Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& properties,
+                DatabaseWork& work);
 
 // A stopped job only. Its files go; its folder stays when there is anything else in it. Files that
 // cannot be removed are told; the job is gone then, too.

@@ -27,33 +27,61 @@ LogOn SourceOf(const SyncJob& job) {
   return job.config.source;
 }
 
-Outcome Failed(MessageLog& log, std::string text) {
+// Where the tables of a job are.
+struct TablesPlace {
+  LogOn log_on;
+  std::string container;
+};
+
+TablesPlace PlaceOf(const SyncJob& job) {
+  return {SourceOf(job), ContainerOf(job)};
+}
+
+// What a source answers.
+struct SourceLists {
+  Outcome outcome;
+  std::vector<std::string> owners;
+  std::vector<TableInfo> tables;
+};
+
+Outcome Failed(const OracleSession& session, LogLines& log, const std::string& what) {
+  if (session.ListEnded()) return Outcome::Cancelled();
+  std::string text = what + session.LastError();
   log.Add(text, true);
   return Outcome::Refused(std::move(text));
 }
 
-Outcome FetchLists(Workspace& workspace, const SyncJob& job, std::vector<std::string>& owners,
-                   std::vector<TableInfo>& tables) {
-  MessageLog& log = workspace.Log();
-  OracleSession session(workspace.Oci());
-  if (!session.Connect(SourceOf(job))) {
+bool ReadNext(OracleSession& session, const std::string& what, SchemaListener& listener) {
+  WatchLists(session, listener, what);
+  return listener.OnProgress("read the " + what, 0, 0);
+}
+
+Outcome FetchLists(OracleSession& session, const TablesPlace& place, SourceLists& lists,
+                   SchemaListener& listener, LogLines& log) {
+  const LogOn& source = place.log_on;
+  if (!listener.OnConnect("connect to " + source.name)) return Outcome::Cancelled();
+  if (!session.Connect(source)) {
     const std::string text = "Can not connect to source, refresh failed";
     log.Add(text, true);
     log.Add(session.LastError(), true);
     return Outcome::Refused(text + ". Reason: " + session.LastError());
   }
-  if (!SourceFacts(session).Enter(ContainerOf(job))) {
-    return Failed(log, "Can not enter container " + ContainerOf(job) +
-                           ", refresh failed. Reason: " + session.LastError());
+  if (!place.container.empty() &&
+      !listener.OnProgress("enter container " + place.container, 0, 0)) {
+    return Outcome::Cancelled();
   }
-  if (!session.ListUsers(owners)) {
-    return Failed(log,
-                  "Can't get source owner list, refresh failed. Reason: " + session.LastError());
+  if (!SourceFacts(session).Enter(place.container)) {
+    return Failed(session, log,
+                  "Can not enter container " + place.container + ", refresh failed. Reason: ");
   }
-  tables.reserve(50);
-  if (!session.ListTables(tables)) {
-    return Failed(
-        log, "Can't get source table info list, refresh failed. Reason: " + session.LastError());
+  if (!ReadNext(session, "owners of " + source.name, listener)) return Outcome::Cancelled();
+  if (!session.ListUsers(lists.owners)) {
+    return Failed(session, log, "Can't get source owner list, refresh failed. Reason: ");
+  }
+  if (!ReadNext(session, "tables of " + source.name, listener)) return Outcome::Cancelled();
+  lists.tables.reserve(50);
+  if (!session.ListTables(lists.tables)) {
+    return Failed(session, log, "Can't get source table info list, refresh failed. Reason: ");
   }
   for (const std::string& warning : session.TakeWarnings()) log.Add(warning, true);
   return Outcome::Done();
@@ -130,27 +158,39 @@ SchemaMap MergeTables(const std::vector<std::string>& owners, const std::vector<
   return merged;
 }
 
-Outcome ReadTables(Workspace& workspace, std::size_t index) {
+Outcome ReadTables(Workspace& workspace, std::size_t index, DatabaseWork& work) {
   SyncJob& job = workspace.Jobs().At(index);
-  std::vector<std::string> owners;
-  std::vector<TableInfo> tables;
-  Outcome fetched = FetchLists(workspace, job, owners, tables);
-  if (!fetched) return fetched;
+  const auto fetch = [library = &workspace.Oci(), place = PlaceOf(job)](SchemaListener& listener,
+                                                                        LogLines& log) {
+    SourceLists lists;
+    OracleSession session(*library);
+    lists.outcome = FetchLists(session, place, lists, listener, log);
+    return lists;
+  };
+  std::optional<SourceLists> lists = RunFor(work, workspace.Log(), fetch);
+  if (!lists || lists->outcome.cancelled) {
+    Outcome cancelled = Outcome::Cancelled();
+    cancelled.text = NameOf(job) + ": reading the tables of its source was cancelled";
+    workspace.Log().Add(cancelled.text, false);
+    return cancelled;
+  }
+  if (!lists->outcome) return lists->outcome;
   SchemaMap old;  // freed outside of the lock
   const MutexLock lock(job.config_mutex);
   const SchemaMap none;
   JobConfig& config = job.config;
-  SchemaMap merged = MergeTables(owners, tables, config.table_list_fetched ? config.schemas : none);
+  SchemaMap merged =
+      MergeTables(lists->owners, lists->tables, config.table_list_fetched ? config.schemas : none);
   old = std::exchange(config.schemas, std::move(merged));
   config.table_list_fetched = true;
   ++config.tables_revision;
   return Outcome::Done();
 }
 
-Outcome RefreshTables(Workspace& workspace, std::size_t index) {
+Outcome RefreshTables(Workspace& workspace, std::size_t index, DatabaseWork& work) {
   SyncJob& job = workspace.Jobs().At(index);
   if (!Rests(workspace.Jobs().State(index))) return Outcome::Refused(WhyBusy(NameOf(job)));
-  Outcome read = ReadTables(workspace, index);
+  Outcome read = ReadTables(workspace, index, work);
   {
     const MutexLock lock(job.config_mutex);
     job.config.table_list_changed = true;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Which tables a job carries, and to which owner: read from its source, included, excluded, given
-// another owner. User-interface thread; the job must rest. Reading blocks as long as the source
-// takes.
+// another owner. User-interface thread; the job must rest.
 #pragma once
 
 #include <cstddef>
@@ -9,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "workspace/database_work.h"
 #include "workspace/outcome.h"
 #include "workspace/workspace.h"
 
@@ -20,10 +20,10 @@ std::string WhyBusy(std::string_view job_name);
 // Takes the owners and tables of the job's source over into the job: known tables keep what the
 // operator chose and what was counted, new ones are included, those that are gone go with their
 // counters. On failure the log says why and the lists stay. Saves nothing.
-Outcome ReadTables(Workspace& workspace, std::size_t index);
+Outcome ReadTables(Workspace& workspace, std::size_t index, DatabaseWork& work);
 
 // The same as an action of its own: saves the catalogue in any case.
-Outcome RefreshTables(Workspace& workspace, std::size_t index);
+Outcome RefreshTables(Workspace& workspace, std::size_t index, DatabaseWork& work);
 
 // The lists that a refresh makes; any thread. known: the job's present ones, empty when its tables
 // were never fetched.

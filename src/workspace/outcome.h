@@ -11,9 +11,11 @@ namespace quillmere {
 struct [[nodiscard]] Outcome {
   bool done = false;
   std::string text;
+  bool cancelled = false;  // by the operator, who need not be told; nothing was done
 
-  static Outcome Done(std::string text = {}) { return {true, std::move(text)}; }
-  static Outcome Refused(std::string text) { return {false, std::move(text)}; }
+  static Outcome Done(std::string text = {}) { return {true, std::move(text), false}; }
+  static Outcome Refused(std::string text) { return {false, std::move(text), false}; }
+  static Outcome Cancelled() { return {false, "Cancelled, nothing was changed", true}; }
   explicit operator bool() const { return done; }
 };
 

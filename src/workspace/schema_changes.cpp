@@ -8,16 +8,33 @@
 namespace quillmere {
 namespace {
 
-SchemaOperations OperationsOf(Workspace& workspace) {
-  return {workspace.Oci(), workspace.Log(), workspace.ProgramSettings()};
-}
-
+// Changes a copy of the data source's record along with its database, and takes it over.
 template <typename Change>
-SchemaRun Run(Workspace& workspace, std::string refused, const Change& change) {
+SchemaRun Run(Workspace& workspace, std::string refused, std::size_t index, DatabaseWork& work,
+              Change change) {
+  struct Changed {
+    SchemaRun run;
+    DataSource record;
+  };
   SchemaRun run;
   run.refused = std::move(refused);
-  if (run.refused.empty()) run = change(OperationsOf(workspace));
   if (!run.refused.empty()) return run;
+  DataSource& source = workspace.Registry().At(index);
+  const auto part = [library = &workspace.Oci(), settings = &workspace.ProgramSettings(),
+                     record = source,
+                     change = std::move(change)](SchemaListener& listener, LogLines& log) mutable {
+    SchemaRun done = change(SchemaOperations(*library, log, *settings), record, listener);
+    return Changed{std::move(done), std::move(record)};
+  };
+  std::optional<Changed> changed = RunFor(work, workspace.Log(), part);
+  if (!changed) {
+    run.cancelled = true;
+    return run;
+  }
+  run = std::move(changed->run);
+  if (!work.AllLogged()) run.logged = false;
+  if (!run.refused.empty()) return run;
+  TakeLists(source, std::move(changed->record));
   if (!workspace.Registry().Save(run.unsaved)) workspace.Log().Add(run.unsaved, true);
   return run;
 }
@@ -42,33 +59,38 @@ std::string WhyTargetBusy(const Workspace& workspace, std::size_t target) {
 }
 
 SchemaRun DropObjects(Workspace& workspace, const SchemaSelection& selection, bool cascade,
-                      SchemaListener& listener) {
+                      DatabaseWork& work) {
   return Run(workspace, WhySchemaChangeRefused(workspace, SchemaAction::Drop, selection),
-             [&](SchemaOperations operations) {
-               return operations.DropItems(workspace.Registry().At(selection.source),
-                                           selection.kind, selection.items, cascade, listener);
+             selection.source, work,
+             [selection, cascade](SchemaOperations operations, DataSource& record,
+                                  SchemaListener& listener) {
+               return operations.DropItems(record, selection.kind, selection.items, cascade,
+                                           listener);
              });
 }
 
 SchemaRun RenameObject(Workspace& workspace, const SchemaSelection& selection,
-                       std::string_view new_name, SchemaListener& listener) {
+                       std::string_view new_name, DatabaseWork& work) {
   return Run(workspace, WhySchemaChangeRefused(workspace, SchemaAction::Rename, selection),
-             [&](SchemaOperations operations) {
-               return operations.RenameItem(workspace.Registry().At(selection.source),
-                                            selection.kind, selection.items.front(), new_name,
+             selection.source, work,
+             [selection, name = std::string(new_name)](
+                 SchemaOperations operations, DataSource& record, SchemaListener& listener) {
+               return operations.RenameItem(record, selection.kind, selection.items.front(), name,
                                             listener);
              });
 }
 
 SchemaRun MigrateObjects(Workspace& workspace, const SchemaSelection& selection,
-                         const MigrateTarget& target, SchemaListener& listener) {
+                         const MigrateTarget& target, DatabaseWork& work) {
   std::string refused = WhySchemaChangeRefused(workspace, SchemaAction::Migrate, selection);
   if (refused.empty() && !target.busy_agreed) refused = WhyTargetBusy(workspace, target.source);
-  return Run(workspace, std::move(refused), [&](SchemaOperations operations) {
-    const DataSourceRegistry& registry = workspace.Registry();
-    return operations.MigrateItems(registry.At(selection.source), registry.At(target.source),
-                                   selection.kind, selection.items, target.options, listener);
-  });
+  const LogOn to = workspace.Registry().At(target.source);
+  return Run(workspace, std::move(refused), selection.source, work,
+             [selection, to, options = target.options](
+                 SchemaOperations operations, const DataSource& record, SchemaListener& listener) {
+               return operations.MigrateItems(record, to, selection.kind, selection.items, options,
+                                              listener);
+             });
 }
 
 }  // namespace quillmere

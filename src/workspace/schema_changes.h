@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Dropping, renaming and migrating objects of registered data sources, with the rules that running
-// jobs set. User-interface thread; each call blocks until its connections are closed again.
+// jobs set. User-interface thread; what connects does it where the DatabaseWork wants it.
 #pragma once
 
 #include <cstddef>
@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "schemaops/schema_operations.h"
+#include "workspace/database_work.h"
 #include "workspace/workspace.h"
 
 namespace quillmere {
@@ -31,9 +32,9 @@ std::string WhySchemaChangeRefused(const Workspace& workspace, SchemaAction acti
 // A registry that cannot be saved is told in the result and in the log; what was done in the
 // database is done.
 SchemaRun DropObjects(Workspace& workspace, const SchemaSelection& selection, bool cascade,
-                      SchemaListener& listener);
+                      DatabaseWork& work);
 SchemaRun RenameObject(Workspace& workspace, const SchemaSelection& selection,
-                       std::string_view new_name, SchemaListener& listener);
+                       std::string_view new_name, DatabaseWork& work);
 
 struct MigrateTarget {
   std::size_t source = 0;
@@ -42,7 +43,7 @@ struct MigrateTarget {
 };
 
 SchemaRun MigrateObjects(Workspace& workspace, const SchemaSelection& selection,
-                         const MigrateTarget& target, SchemaListener& listener);
+                         const MigrateTarget& target, DatabaseWork& work);
 
 // What the operator is to be told before objects are created on the data source; empty when no
 // running job uses it.

@@ -6,15 +6,29 @@
 namespace quillmere {
 namespace {
 
-constexpr const char* kCancelled = "Cancelled, nothing was changed";
-
-SchemaOperations SchemaOperationsOf(Workspace& workspace) {
-  return {workspace.Oci(), workspace.Log(), workspace.ProgramSettings()};
-}
-
-Outcome ConnectFailed(const OracleSession& session) {
+// Connects on the way to something else.
+Outcome Reach(OracleSession& session, const LogOn& login, ProgressListener& listener) {
+  if (!listener.OnConnect("connect to " + login.name)) return Outcome::Cancelled();
+  if (session.Connect(login)) return Outcome::Done();
   return Outcome::Refused("connect Database failed. Error: " + session.LastError());
 }
+
+// Connects and disconnects.
+Outcome Try(Workspace& workspace, const LogOn& login, DatabaseWork& work) {
+  const auto attempt = [library = &workspace.Oci(), login](SchemaListener& listener, LogLines&) {
+    OracleSession session(*library);
+    return Reach(session, login, listener);
+  };
+  return RunFor(work, workspace.Log(), attempt).value_or(Outcome::Cancelled());
+}
+
+// What is read of a data source's catalogue, and what became of the reading.
+struct CatalogueReading {
+  Outcome reached;
+  CatalogueRead read = CatalogueRead::Cancelled;
+  std::string reason;
+  DataSource record;
+};
 
 // After each change of the registry.
 Outcome SaveRegistry(Workspace& workspace, std::string done_text = {}) {
@@ -44,37 +58,44 @@ std::string WhyNewSourceRefused(const Workspace& workspace, const LogOn& login) 
   return refused.empty() ? workspace.Registry().WhyNameRefused(login.name) : refused;
 }
 
-Outcome Connect(OracleSession& session, const LogOn& login) {
+Outcome TryLogOn(Workspace& workspace, const LogOn& login, DatabaseWork& work) {
   std::string refused = WhyLoginRefused(login);
   if (!refused.empty()) return Outcome::Refused(std::move(refused));
-  return session.Connect(login) ? Outcome::Done() : ConnectFailed(session);
+  return Try(workspace, login, work);
 }
 
-Outcome AddDataSource(Workspace& workspace, const LogOn& login, ProgressListener& progress) {
+Outcome AddDataSource(Workspace& workspace, const LogOn& login, DatabaseWork& work) {
   std::string refused = WhyNewSourceRefused(workspace, login);
   if (!refused.empty()) return Outcome::Refused(std::move(refused));
-  OracleSession session(workspace.Oci());
-  if (!session.Connect(login)) return ConnectFailed(session);
-  DataSource source;
-  static_cast<LogOn&>(source) = login;
-  source.state = ConnectionState::Disconnected;
-  source.version = ReadVersion(session);
-  std::string reason;
-  const CatalogueRead read =
-      SchemaOperationsOf(workspace).ReadCatalogue(session, source, progress, reason);
-  if (read == CatalogueRead::Cancelled) return Outcome::Refused(kCancelled);
-  workspace.Registry().Add(std::move(source));
+  const auto read = [library = &workspace.Oci(), settings = &workspace.ProgramSettings(), login](
+                        SchemaListener& listener, LogLines& log) {
+    CatalogueReading reading;
+    OracleSession session(*library);
+    reading.reached = Reach(session, login, listener);
+    if (!reading.reached) return reading;
+    static_cast<LogOn&>(reading.record) = login;
+    reading.record.state = ConnectionState::Disconnected;
+    reading.record.version = ReadVersion(session);
+    reading.read = SchemaOperations(*library, log, *settings)
+                       .ReadCatalogue(session, reading.record, listener, reading.reason);
+    return reading;
+  };
+  std::optional<CatalogueReading> reading = RunFor(work, workspace.Log(), read);
+  if (!reading) return Outcome::Cancelled();
+  if (!reading->reached) return reading->reached;
+  if (reading->read == CatalogueRead::Cancelled) return Outcome::Cancelled();
+  workspace.Registry().Add(std::move(reading->record));
   Outcome saved = SaveRegistry(workspace);
   if (!saved) return saved;
-  return Outcome::Done(std::move(reason));
+  return Outcome::Done(std::move(reading->reason));
 }
 
-Outcome SaveDataSource(Workspace& workspace, const LogOn& login) {
+Outcome SaveDataSource(Workspace& workspace, const LogOn& login, DatabaseWork& work) {
   std::string refused = WhyLoginRefused(login);
   if (refused.empty()) refused = WhySourceBusy(workspace, login.name);
   if (!refused.empty()) return Outcome::Refused(std::move(refused));
-  OracleSession session(workspace.Oci());
-  if (!session.Connect(login)) return ConnectFailed(session);
+  Outcome reached = TryLogOn(workspace, login, work);
+  if (!reached) return reached;
   const int index = workspace.Registry().IndexOf(login.name);
   if (index < 0) return Outcome::Refused("There is no data source " + login.name);
   DataSource& source = workspace.Registry().At(static_cast<std::size_t>(index));
@@ -84,11 +105,10 @@ Outcome SaveDataSource(Workspace& workspace, const LogOn& login) {
   return SaveRegistry(workspace);
 }
 
-Outcome TestDataSource(Workspace& workspace, std::size_t index) {
+Outcome TestDataSource(Workspace& workspace, std::size_t index, DatabaseWork& work) {
   const LogOn login = workspace.Registry().At(index);
-  OracleSession session(workspace.Oci());
-  if (!session.Connect(login)) return ConnectFailed(session);
-  return Outcome::Done("connect to " + login.name + " successed");
+  Outcome reached = Try(workspace, login, work);
+  return reached ? Outcome::Done("connect to " + login.name + " successed") : reached;
 }
 
 Outcome RemoveDataSource(Workspace& workspace, std::size_t index) {
@@ -102,21 +122,24 @@ Outcome RemoveDataSource(Workspace& workspace, std::size_t index) {
   return removed ? saved : Outcome::Refused(std::move(reason));
 }
 
-Outcome RefreshDataSource(Workspace& workspace, std::size_t index, ProgressListener& progress,
-                          OracleSession* session) {
-  SchemaOperations operations = SchemaOperationsOf(workspace);
+Outcome RefreshDataSource(Workspace& workspace, std::size_t index, DatabaseWork& work,
+                          const LogOn* log_on) {
   DataSource& source = workspace.Registry().At(index);
-  std::string reason;
-  switch (session == nullptr ? operations.RefreshCatalogue(source, progress, reason)
-                             : operations.RefreshCatalogue(*session, source, progress, reason)) {
-    case CatalogueRead::Read:
-      return SaveRegistry(workspace);
-    case CatalogueRead::Cancelled:
-      return Outcome::Refused(kCancelled);
-    case CatalogueRead::Failed:
-      break;
-  }
-  return Outcome::Refused(std::move(reason));
+  DataSource copy = source;
+  if (log_on != nullptr) static_cast<LogOn&>(copy) = *log_on;
+  const auto read = [library = &workspace.Oci(), settings = &workspace.ProgramSettings(),
+                     copy = std::move(copy)](SchemaListener& listener, LogLines& log) mutable {
+    CatalogueReading reading;
+    reading.read =
+        SchemaOperations(*library, log, *settings).RefreshCatalogue(copy, listener, reading.reason);
+    reading.record = std::move(copy);
+    return reading;
+  };
+  std::optional<CatalogueReading> reading = RunFor(work, workspace.Log(), read);
+  if (!reading || reading->read == CatalogueRead::Cancelled) return Outcome::Cancelled();
+  TakeLists(source, std::move(reading->record));
+  if (reading->read == CatalogueRead::Failed) return Outcome::Refused(std::move(reading->reason));
+  return SaveRegistry(workspace);
 }
 
 Outcome MarkConnected(Workspace& workspace, std::size_t index, bool connected) {

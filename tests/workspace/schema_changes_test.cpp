@@ -10,24 +10,20 @@ const SchemaItem kOrders{"SHOP", "ORDERS", "ORDERS"};
 const SchemaItem kClient{"SHOP", "CLIENT", "CLIENT"};
 
 // Data sources A, B and C; what is migrated goes from A to B.
-struct SchemaChanges : ScriptedWorkspace, SchemaListener {
+struct SchemaChanges : ScriptedWorkspace {
   SchemaChanges() { AddSources(); }
-
-  bool OnProgress(std::string_view, std::size_t, std::size_t) override { return true; }
-  void OnResult(std::string_view, bool) override {}
-  void OnDetail(std::string_view) override {}
 
   SchemaRun Run(SchemaAction action, std::vector<SchemaItem> items, bool busy_agreed = false) {
     const SchemaSelection selection{0, ObjectKind::Table, std::move(items)};
-    if (action == SchemaAction::Drop) return DropObjects(*workspace, selection, false, *this);
-    if (action == SchemaAction::Rename) return RenameObject(*workspace, selection, "NEW", *this);
-    return MigrateObjects(*workspace, selection, {1, {}, busy_agreed}, *this);
+    if (action == SchemaAction::Drop) return DropObjects(*workspace, selection, false, progress);
+    if (action == SchemaAction::Rename) return RenameObject(*workspace, selection, "NEW", progress);
+    return MigrateObjects(*workspace, selection, {1, {}, busy_agreed}, progress);
   }
 };
 
 TEST_F(SchemaChanges, WaitUntilNoRunningJobUsesTheDatabase) {
   std::size_t job = 0;
-  ASSERT_TRUE(AddJob(*workspace, {"J", "text", "C", "A", 5}, job).done);
+  ASSERT_TRUE(AddJob(*workspace, {"J", "text", "C", "A", 5}, job, progress).done);
   for (const std::string used : {"A", "B"}) {  // by the job, beside C
     ConfigOf(Job(job)).des_database_name = used;
     for (const JobState state : {JobState::Stopped, JobState::Paused, JobState::Started,

@@ -17,7 +17,7 @@
 namespace quillmere {
 
 // Cancels from the given call on; counts them.
-struct TestProgress final : ProgressListener {
+struct TestProgress final : InPlace {
   bool OnProgress(std::string_view, std::size_t, std::size_t) override { return ++calls < cancel; }
   int calls = 0;
   int cancel = 1000000;
@@ -75,7 +75,7 @@ struct ScriptedWorkspace : AccountTest {
 
   std::size_t NewJob(const std::string& name = "Job1") {
     std::size_t index = JobList::kNotFound;
-    const Outcome added = AddJob(*workspace, {name, "text", "A", "B", 5}, index);
+    const Outcome added = AddJob(*workspace, {name, "text", "A", "B", 5}, index, progress);
     EXPECT_TRUE(added.done) << added.text;
     return index;
   }

@@ -27,9 +27,9 @@ TEST_F(SourceOperations, AReadingThatFailsOrIsCancelledTellsSo) {
   Tell("refresh", RefreshDataSource(*workspace, 0, progress));
   script.FailOn("ServerAttach", kNoListener, 12541);
   Tell("no connection", RefreshDataSource(*workspace, 0, progress));
-  Tell("test", TestDataSource(*workspace, 0));
+  Tell("test", TestDataSource(*workspace, 0, progress));
   script.FailOn("ServerAttach", kNoListener, 12541);
-  Tell("test", TestDataSource(*workspace, 0));
+  Tell("test", TestDataSource(*workspace, 0, progress));
   progress.cancel = 0;
   Tell("cancelled", RefreshDataSource(*workspace, 0, progress));
   EXPECT_EQ(workspace->Registry().At(0).tables.size(), 2U);
@@ -62,10 +62,10 @@ TEST_F(SourceOperations, JobsFollowTheLogOnsOfTheirDataSources) {
     }
   };
   tell("new", {true, ""});
-  tell("A as SYSDBA", SaveDataSource(*workspace, {"A", "sys", "lion", true}));
-  tell("B", SaveDataSource(*workspace, {"B", "scott", "lynx", false}));
+  tell("A as SYSDBA", SaveDataSource(*workspace, {"A", "sys", "lion", true}, progress));
+  tell("B", SaveDataSource(*workspace, {"B", "scott", "lynx", false}, progress));
   script.FailOn("SessionBegin", "ORA-01017: no", 1017);
-  tell("one that does not work", SaveDataSource(*workspace, {"A", "sys", "puma", true}));
+  tell("one that does not work", SaveDataSource(*workspace, {"A", "sys", "puma", true}, progress));
   Restart();
   tell("it is not kept", {true, ""});
   tell("A removed", RemoveDataSource(*workspace, 0));
@@ -85,7 +85,7 @@ TEST_F(SourceOperations, TheDataSourcesOfARunningJobAreLeftAlone) {
   }
   workspace->Jobs().SetState(job, JobState::Started);
   Forget();
-  Tell("save B", SaveDataSource(*workspace, {"B", "u", "p"}));
+  Tell("save B", SaveDataSource(*workspace, {"B", "u", "p"}, progress));
   Tell("remove A", RemoveDataSource(*workspace, 0));
   Tell("remove C", RemoveDataSource(*workspace, 2));
 }

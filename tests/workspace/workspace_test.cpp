@@ -95,7 +95,7 @@ TEST_F(JobOperations, PropertiesThatCanNotBeStoredAreRefused) {
     std::size_t index = 0;
     const JobRefusal why = WhyJobRefused(*workspace, Trimmed(properties), JobList::kNotFound);
     account << "field " << static_cast<int>(why.field) << " ";
-    Tell(what, AddJob(*workspace, properties, index));
+    Tell(what, AddJob(*workspace, properties, index, progress));
     EXPECT_EQ(index, JobList::kNotFound) << what;
   };
   tell("no sources", {});
@@ -139,7 +139,7 @@ TEST_F(JobOperations, ANewJobIsStoppedReadsItsTablesAndIsSaved) {
   files.Put("/work/jobs/Old/commit.dat", StartedRecord(1, 1));
   Forget();
   std::size_t index = 0;
-  Tell("add", AddJob(*workspace, {" Old ", "two\nlines", "A", "B", 0, true}, index));
+  Tell("add", AddJob(*workspace, {" Old ", "two\nlines", "A", "B", 0, true}, index, progress));
   Restart();
   EXPECT_EQ(workspace->Jobs().State(2), JobState::Stopped) << "another job's record came back";
   EXPECT_EQ(PropertiesOf(Job(2)).description, "two\nlines");
@@ -158,14 +158,14 @@ TEST_F(JobOperations, ARefreshKeepsWhatTheOperatorChoseAndWhatWasCounted) {
                           {"SHOP", "CLIENT", "USERS", "11"},
                           {"SHOP", "ORDERS", "USERS", "25"},
                           {"ZZZ", "OF NO OWNER", "USERS", "1"}});
-  Tell("refresh", RefreshTables(*workspace, job));
+  Tell("refresh", RefreshTables(*workspace, job, progress));
   for (const std::string call : {"ServerAttach", kUsers, kTables}) {
     script.FailOn(call, "no");
-    Tell(call + " fails", RefreshTables(*workspace, 0));
+    Tell(call + " fails", RefreshTables(*workspace, 0, progress));
     EXPECT_TRUE(ConfigOf(Job(0)).table_list_fetched);
   }
   workspace->Jobs().SetState(0, JobState::Started);
-  Tell("it runs", RefreshTables(*workspace, 0));
+  Tell("it runs", RefreshTables(*workspace, 0, progress));
 }
 
 TEST_F(JobOperations, FiltersChangeOwnerAndFlagAndReachTheFile) {
@@ -213,21 +213,21 @@ TEST_F(JobOperations, EditingFollowsTheStateOfTheJob) {
   JobProperties edited = PropertiesOf(Job(job));
   edited.source = "C";
   workspace->Jobs().SetState(job, JobState::Paused);
-  Tell("another source of a paused one", EditJob(*workspace, job, edited));
+  Tell("another source of a paused one", EditJob(*workspace, job, edited, progress));
   workspace->Jobs().SetState(job, JobState::Started);
-  Tell("nothing of a running one", EditJob(*workspace, job, PropertiesOf(Job(job))));
+  Tell("nothing of a running one", EditJob(*workspace, job, PropertiesOf(Job(job)), progress));
   workspace->Jobs().SetState(job, JobState::Stopped);
   Table(job, "ORDERS")->totalsynced = 7;
   edited.name = " Renamed ";
   edited.interval = 90;
-  Tell("another source's tables are new ones", EditJob(*workspace, job, edited));
+  Tell("another source's tables are new ones", EditJob(*workspace, job, edited, progress));
   edited.source = "A";
   script.FailOn("ServerAttach", "no");
-  Tell("its tables can not be read", EditJob(*workspace, job, edited));
+  Tell("its tables can not be read", EditJob(*workspace, job, edited, progress));
   EXPECT_FALSE(ConfigOf(Job(job)).table_list_fetched);
   files.Put("/work/jobs/Taken/file", "");
   edited.name = "Taken";
-  Tell("a refused rename leaves everything", EditJob(*workspace, 0, edited));
+  Tell("a refused rename leaves everything", EditJob(*workspace, 0, edited, progress));
   Restart();
   EXPECT_EQ(PropertiesOf(Job(0)).name, "Renamed");
   EXPECT_EQ(PropertiesOf(Job(0)).interval, 90);
