@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <exception>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -21,26 +22,21 @@ namespace {
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
 
-// In the look that the program has in that folder.
-int Refuse(const std::filesystem::path& folder, const std::string& reason) {
-  WindowMemory memory(folder);
-  SystemFiles files;
-  Appearance look(files, memory);
-  std::string problem;
-  look.Restore(problem);
-  ShowFailure(nullptr, reason);
-  return kFailed;
-}
-
 int RunWindow(const Workspace::Options& options, int argc, char** argv) {
   const QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Quillmere"));
   QApplication::setDesktopFileName(QStringLiteral("quillmere"));
   QApplication::setWindowIcon(Icon("app"));
   std::string reason;
-  const std::unique_ptr<Workspace> workspace = Workspace::Open(options, reason);
-  if (workspace == nullptr) return Refuse(options.folder, reason);
-  ProgramWindow window(*workspace);
+  auto opening = std::make_unique<Opening>(options.folder);
+  const std::unique_ptr<Workspace> workspace = opening->Open(options, reason);
+  if (workspace == nullptr) {
+    opening->HideSplash();
+    ShowFailure(nullptr, reason);
+    return kFailed;
+  }
+  opening->Tell(QStringLiteral("Making the windows"));
+  ProgramWindow window(*workspace, std::move(opening));
   const EndSignals signals([&window] { window.RequestEnd(); });
   window.Show();
   QApplication::exec();

@@ -14,10 +14,6 @@ namespace {
 
 constexpr std::chrono::milliseconds kSweepPause{10};
 
-struct Unwatched final : ProgressListener {
-  bool OnProgress(std::string_view, std::size_t, std::size_t) override { return true; }
-};
-
 }  // namespace
 
 const std::string ProgramTest::kOwners = R"(
@@ -79,14 +75,15 @@ void ProgramTest::Open() {
 }
 
 void ProgramTest::AddSource(const std::string& name) {
-  Unwatched unwatched;
-  EXPECT_TRUE(Ui([&] { return AddDataSource(Work(), {name, "SYS", kPassword, true}, unwatched); }));
+  InPlace work;
+  EXPECT_TRUE(Ui([&] { return AddDataSource(Work(), {name, "SYS", kPassword, true}, work); }));
 }
 
 void ProgramTest::AddJob(const std::string& name, const std::string& from, const std::string& to) {
   std::size_t index = 0;
+  InPlace work;
   EXPECT_TRUE(Ui([&] {
-    return quillmere::AddJob(Work(), {name, "copies " + from, from, to, 1}, index);
+    return quillmere::AddJob(Work(), {name, "copies " + from, from, to, 1}, index, work);
   }));
 }
 

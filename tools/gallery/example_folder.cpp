@@ -61,11 +61,6 @@ constexpr std::array<Count, 10> kCounts = {{{"CUSTOMERS", 48210, 3127, 0},
                                             {"CONTACTS", 20315, 77, 0},
                                             {"CAMPAIGNS", 112, 4, 0}}};
 
-class NoProgress final : public ProgressListener {
- public:
-  bool OnProgress(std::string_view, std::size_t, std::size_t) override { return true; }
-};
-
 struct ExampleJob {
   const char* name;
   const char* description;
@@ -155,7 +150,7 @@ bool ExampleFolder::MakeDatabase(const std::string& name, const std::string& scr
 }
 
 bool ExampleFolder::Register(std::string& reason) {
-  NoProgress progress;
+  InPlace progress;
   for (const char* name : {"HEADOFFICE", "BRANCH", "REPORTING"}) {
     const Outcome outcome = AddDataSource(*workspace_, {name, "SYS", "sandbox", true}, progress);
     if (!outcome) {
@@ -174,7 +169,8 @@ bool ExampleFolder::MakeJobs(std::string& reason) {
   for (const ExampleJob& job : kJobs) {
     std::size_t index = 0;
     JobProperties properties{job.name, job.description, job.source, job.destination, job.interval};
-    const Outcome outcome = AddJob(*workspace_, properties, index);
+    InPlace work;
+    const Outcome outcome = AddJob(*workspace_, properties, index, work);
     if (!outcome) {
       reason = outcome.text;
       return false;

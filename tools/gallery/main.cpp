@@ -32,8 +32,9 @@ int TakePictures(const QString& folder) {
   bool failed = false;
   WindowMemory memory(example.Opened().Folder());
   Appearance appearance(example.Opened().Files(), memory);
-  UiContext context{example.Opened(), memory, appearance};
-  UiContext newcomer{*empty, memory, appearance};
+  DatabaseThread databases;
+  UiContext context{example.Opened(), memory, appearance, databases};
+  UiContext newcomer{*empty, memory, appearance, databases};
   const auto take = [&](Appearance::Scheme scheme, const QString& suffix, auto&& scenes) {
     appearance.SetScheme(scheme);
     Studio studio{QDir(folder), suffix};

@@ -25,7 +25,7 @@
 #include "ui/sources/Dbconnection.h"
 #include "ui/sources/T_dblogin.h"
 #include "ui/toolkit/notice.h"
-#include "ui/toolkit/progress_dialog.h"
+#include "ui/waiting/progress_window.h"
 
 namespace quillmere {
 namespace {
@@ -202,10 +202,9 @@ void TakeOthers(UiContext& context, Scene& scene, Studio& studio) {
   AboutBox about(context, &scene.Main());
   studio.Take(about, "about");
   {
-    ProgressDialog progress(&scene.Main(), "Refresh HEADOFFICE", "connect to HEADOFFICE");
-    QThread::msleep(100);  // steps that come fast are not shown
-    progress.OnProgress("read table SHOP.ORDER_LINES", 412, 1180);
-    studio.Take(*QApplication::activeModalWidget(), "progress");
+    ProgressWindow progress(&scene.Main(), "Refresh HEADOFFICE", [] {});
+    progress.ShowStep("read table SHOP.ORDER_LINES", 412, 1180);
+    studio.Take(progress, "progress");
   }
   studio.TakeModal("box-question", [&] {
     Confirm(&scene.Main(), RequestQuestion(JobRequest::Stop, JobState::Started, "orders"));

@@ -59,8 +59,8 @@ void TDropForm::ShowAdvice() {
 }
 
 void TDropForm::DropBtnClick() {
-  Run(QStringLiteral("Drop"), [this](SchemaListener& listener) {
-    return DropObjects(Context().workspace, Selection(), cascade_->isChecked(), listener);
+  Run(QStringLiteral("Drop"), [this](DatabaseWork& work) {
+    return DropObjects(Context().workspace, Selection(), cascade_->isChecked(), work);
   });
 }
 

@@ -172,9 +172,8 @@ void TMigrateForm::SubmitBtnClick() {
   const std::string busy = WhyTargetBusy(workspace, *target_index);
   if (!busy.empty() && !Confirm(this, busy + ". Migrate to it all the same?")) return;
   const MigrateTarget target{*target_index, Choices(), !busy.empty()};
-  Run(QStringLiteral("Migrate"), [&](SchemaListener& listener) {
-    return MigrateObjects(workspace, Selection(), target, listener);
-  });
+  Run(QStringLiteral("Migrate"),
+      [&](DatabaseWork& work) { return MigrateObjects(workspace, Selection(), target, work); });
 }
 
 }  // namespace quillmere

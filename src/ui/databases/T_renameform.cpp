@@ -65,8 +65,8 @@ SchemaItem TRenameForm::Item() const {
 }
 
 void TRenameForm::SubmitBtnClick() {
-  Run(QStringLiteral("Rename"), [this](SchemaListener& listener) {
-    return RenameObject(Context().workspace, Selection(), ToBytes(new_name_->text()), listener);
+  Run(QStringLiteral("Rename"), [this](DatabaseWork& work) {
+    return RenameObject(Context().workspace, Selection(), ToBytes(new_name_->text()), work);
   });
 }
 

@@ -12,34 +12,10 @@
 #include "ui/toolkit/dialog_size.h"
 #include "ui/toolkit/icons.h"
 #include "ui/toolkit/notice.h"
-#include "ui/toolkit/progress_dialog.h"
 #include "ui/toolkit/text.h"
+#include "ui/waiting/waiting.h"
 
 namespace quillmere {
-
-// Passes everything on to the progress dialog, and the results to LblTips, too.
-class SchemaDialog::Listener final : public SchemaListener {
- public:
-  Listener(ProgressDialog& progress, SchemaDialog& dialog) : progress_(progress), dialog_(dialog) {}
-
-  bool OnProgress(std::string_view what, std::size_t done, std::size_t total) override {
-    return progress_.OnProgress(what, done, total);
-  }
-
-  void OnResult(std::string_view line, bool failed) override {
-    dialog_.ShowTip(line, failed);
-    progress_.OnResult(line, failed);
-  }
-
-  void OnDetail(std::string_view line) override {
-    dialog_.ShowTip(line, true);
-    progress_.OnDetail(line);
-  }
-
- private:
-  ProgressDialog& progress_;
-  SchemaDialog& dialog_;
-};
 
 SchemaDialog::SchemaDialog(UiContext& context, SchemaSelection selection, const QString& name,
                            const QString& tips, QWidget* parent)
@@ -126,16 +102,14 @@ void SchemaDialog::ShowTip(std::string_view line, bool failed) {
 }
 
 void SchemaDialog::Run(const QString& title, const Operation& operation) {
-  SchemaRun run;
-  {
-    ProgressDialog progress(this, title, "connect to " + Source().name);
-    Listener listener(progress, *this);
-    run = operation(listener);
-  }
+  Waiting waiting(context_, this, title);
+  waiting.SetListener([this](std::string_view line, bool failed) { ShowTip(line, failed); });
+  const SchemaRun run = operation(waiting);
   if (!run.refused.empty()) {
     ShowFailure(this, run.refused);
     return;
   }
+  if (run.cancelled && run.succeeded + run.failed == 0) return;
   succeeded_ = run.succeeded > 0;
   if (!run.unsaved.empty()) ShowFailure(this, run.unsaved);
   const std::string summary = RunSummary(run, Items().size());

@@ -42,7 +42,7 @@ class SchemaDialog : public QDialog {
   QPushButton& AddSubmit(const QString& object_name, const QString& caption);
   QPushButton& AddCancel();
 
-  using Operation = std::function<SchemaRun(SchemaListener& listener)>;
+  using Operation = std::function<SchemaRun(DatabaseWork& work)>;
 
   // A field to read and to copy from.
   void MakeReadOnly(QLineEdit& field) const;
@@ -51,13 +51,11 @@ class SchemaDialog : public QDialog {
   void RestoreDialogSize(int width, int height);
 
   // Shows how far it is, then what could not be done, and closes the dialog. What was refused as a
-  // whole leaves it open.
+  // whole, or cancelled before anything was done, leaves it open.
   void Run(const QString& title, const Operation& operation);
   bool Succeeded() const { return succeeded_; }  // with at least one item
 
  private:
-  class Listener;
-
   void ShowTip(std::string_view line, bool failed);
 
   UiContext& context_;

@@ -5,7 +5,8 @@
 
 #include <cstddef>
 #include <functional>
-#include <memory>
+#include <optional>
+#include <string>
 
 #include "ui/H_global.h"
 #include "workspace/source_operations.h"
@@ -30,10 +31,10 @@ class SourceConnection {
   void Disconnect(std::size_t index);
 
  private:
-  // False: the operator gave up. session: stays empty where the log-on was stored.
-  bool LogIn(std::size_t index, std::unique_ptr<OracleSession>& session);
-  // session: the connection to read on; null takes the stored log-on.
-  void Refresh(std::size_t index, OracleSession* session);
+  // Nothing: the operator gave up. why: what the stored log-on was refused with.
+  std::optional<LogOn> LogIn(std::size_t index, const std::string& why);
+  // log_on: for this time; null takes the stored one.
+  void Refresh(std::size_t index, const LogOn* log_on);
 
   UiContext& context_;
   QWidget* const parent_;

@@ -6,22 +6,10 @@
 #include "ui/job_dialogs/T_newownerform.h"
 #include "ui/jobs/T_jobmgrform.h"
 #include "ui/toolkit/notice.h"
-#include "ui/toolkit/progress_dialog.h"
+#include "ui/waiting/waiting.h"
 #include "workspace/job_operations.h"
 
 namespace quillmere {
-namespace {
-
-// Long enough to be seen and to paint while the source answers; one connection, so no Cancel.
-template <typename Work>
-auto WithProgress(QWidget* parent, const QString& title, const std::string& step, Work&& work) {
-  ProgressDialog progress(parent, title, step);
-  progress.HideCancel();
-  return work();
-}
-
-}  // namespace
-
 void TJobMgrForm::NewJob() {
   JobProperties properties;
   properties.name = ProposeJobName(jobs_);
@@ -29,9 +17,8 @@ void TJobMgrForm::NewJob() {
   TJobEditForm form(context_, this);
   if (!form.Edit(properties, JobList::kNotFound)) return;
   std::size_t index = JobList::kNotFound;
-  const Outcome added =
-      WithProgress(this, QStringLiteral("New job"), "Reading the tables of " + properties.source,
-                   [&] { return AddJob(context_.workspace, properties, index); });
+  Waiting waiting(context_, this, QStringLiteral("New job"));
+  const Outcome added = AddJob(context_.workspace, properties, index, waiting);
   KeepExpanded();
   SelectRoot();
   if (!added) ShowFailure(this, added.text);
@@ -41,14 +28,10 @@ void TJobMgrForm::EditSelected() {
   const JobNodeRef node = Current();
   if (node.kind != JobNode::Job) return;
   JobProperties properties = PropertiesOf(jobs_.At(node.job));
-  const std::string old_source = properties.source;
   TJobEditForm form(context_, this);
   if (!form.Edit(properties, node.job)) return;
-  const auto edit = [&] { return EditJob(context_.workspace, node.job, properties); };
-  const Outcome edited = properties.source == old_source
-                             ? edit()
-                             : WithProgress(this, QStringLiteral("Change of a job"),
-                                            "Reading the tables of " + properties.source, edit);
+  Waiting waiting(context_, this, QStringLiteral("Change of a job"));
+  const Outcome edited = EditJob(context_.workspace, node.job, properties, waiting);
   Rebuild();
   if (!edited) ShowNotice(this, edited.text);
 }
@@ -66,10 +49,9 @@ void TJobMgrForm::DeleteSelected() {
 void TJobMgrForm::RefreshSelected() {
   const JobNodeRef node = Current();
   if (node.kind != JobNode::Job) return;
-  const std::string source = PropertiesOf(jobs_.At(node.job)).source;
+  Waiting waiting(context_, this, QStringLiteral("Refresh"));
   // Whether it failed, and why, stands in the message list.
-  static_cast<void>(WithProgress(this, QStringLiteral("Refresh"), "Reading the tables of " + source,
-                                 [&] { return RefreshTables(context_.workspace, node.job); }));
+  static_cast<void>(RefreshTables(context_.workspace, node.job, waiting));
   Rebuild();
 }
 

@@ -12,6 +12,7 @@ namespace {
 
 constexpr qint64 kBetweenChangesMs = 250;
 constexpr std::chrono::milliseconds kEndTurn{5};
+constexpr qint64 kMessagesTurnMs = 10;
 
 constexpr auto kChanges = static_cast<QEvent::Type>(QEvent::User + 201);
 constexpr auto kMessage = static_cast<QEvent::Type>(QEvent::User + 202);
@@ -25,7 +26,7 @@ JobWorker::JobWorker(Workspace& workspace, std::chrono::milliseconds sweep_pause
       engine_(workspace.EngineFor(bridge_)),
       runner_(engine_) {
   message_turn_.setSingleShot(true);
-  connect(&message_turn_, &QTimer::timeout, this, &JobWorker::TakeMessage);
+  connect(&message_turn_, &QTimer::timeout, this, &JobWorker::TakeMessages);
   changes_turn_.setSingleShot(true);
   connect(&changes_turn_, &QTimer::timeout, this, &JobWorker::TellChanges);
   told_.start();
@@ -66,8 +67,17 @@ void JobWorker::TellChanges() {
   if (!jobs.empty()) Q_EMIT JobsChanged(jobs);
 }
 
-bool JobWorker::TakeMessage() {
-  return bridge_.TakeMessage([this](std::string_view text, bool error) { Take(text, error); });
+// Many at a time, but not for longer than a turn of the event loop may take.
+void JobWorker::TakeMessages() {
+  QElapsedTimer turn;
+  turn.start();
+  for (const WorkerBridge::Message& message : bridge_.TakeMessages()) messages_.push_back(message);
+  while (!messages_.empty() && turn.elapsed() < kMessagesTurnMs) {
+    const WorkerBridge::Message message = std::move(messages_.front());
+    messages_.pop_front();
+    Take(message.text, message.error);
+  }
+  if (!messages_.empty()) message_turn_.start(0);
 }
 
 void JobWorker::Take(std::string_view text, bool error) {
@@ -77,8 +87,11 @@ void JobWorker::Take(std::string_view text, bool error) {
 void JobWorker::End() {
   if (thread_ == nullptr) return;
   thread_->Terminate();
-  while (!thread_->WaitFor(kEndTurn)) TakeMessage();
+  while (!thread_->WaitFor(kEndTurn)) TakeMessages();
   thread_.reset();
+  do {
+    TakeMessages();
+  } while (!messages_.empty());
 }
 
 }  // namespace quillmere

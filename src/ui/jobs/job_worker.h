@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The thread that runs the jobs, as the job explorer has it: its messages come in as they are sent,
-// changed jobs a few times a second.
+// changed jobs a few times a second. It never waits for the window.
 #pragma once
 
 #include <QElapsedTimer>
@@ -10,6 +10,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstddef>
+#include <deque>
 #include <memory>
 #include <vector>
 
@@ -31,8 +32,8 @@ class JobWorker : public QObject {
 
   EngineContext& Engine() { return engine_; }
 
-  // Ends the thread behind the statement in hand, taking its messages meanwhile. Nothing runs
-  // afterwards.
+  // Ends the thread behind the statement in hand. Its messages are in the log then, and nothing
+  // runs afterwards.
   void End();
 
  Q_SIGNALS:
@@ -46,7 +47,7 @@ class JobWorker : public QObject {
  private:
   void Post(QEvent::Type type);
   void Take(std::string_view text, bool error);
-  bool TakeMessage();
+  void TakeMessages();
   void TellChanges();
 
   Workspace& workspace_;
@@ -55,6 +56,7 @@ class JobWorker : public QObject {
   QElapsedTimer told_;  // since changes were last told
   std::atomic<unsigned> posted_{0};
   WorkerBridge bridge_;
+  std::deque<WorkerBridge::Message> messages_;  // taken, not yet in the log
   EngineContext engine_;
   JobRunner runner_;
   std::unique_ptr<HWorkThread> thread_;

@@ -26,30 +26,15 @@ std::vector<std::size_t> WorkerBridge::TakeChanges() {
 void WorkerBridge::Send(std::string_view text, bool error) {
   {
     const MutexLock lock(mutex_);
-    text_ = text;
-    error_ = error;
-    message_ = Message::Waiting;
+    messages_.push_back({std::string(text), error});
+    if (messages_.size() > 1) return;
   }
   calls_.message();
-  const MutexLock lock(mutex_);
-  while (message_ != Message::None) taken_.Wait(mutex_);
 }
 
-bool WorkerBridge::TakeMessage(const Taker& take) {
-  std::string_view text;
-  bool error = false;
-  {
-    const MutexLock lock(mutex_);
-    if (message_ != Message::Waiting) return false;
-    message_ = Message::BeingTaken;
-    text = text_;
-    error = error_;
-  }
-  take(text, error);
+std::deque<WorkerBridge::Message> WorkerBridge::TakeMessages() {
   const MutexLock lock(mutex_);
-  message_ = Message::None;
-  taken_.NotifyAll();
-  return true;
+  return std::exchange(messages_, {});
 }
 
 }  // namespace quillmere

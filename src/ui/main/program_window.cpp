@@ -5,39 +5,24 @@
 #include <QDialog>
 
 namespace quillmere {
-namespace {
-
-// Before the form, which is made in these colours.
-Appearance& Restored(Appearance& appearance, MessageLog& log) {
-  std::string problem;
-  appearance.Restore(problem);
-  if (!problem.empty()) log.Add(problem, true);
-  return appearance;
-}
-
-std::unique_ptr<Splash> Shown() {
-  auto splash = std::make_unique<Splash>();
-  splash->Tell(QStringLiteral("Making the windows"));
-  return splash;
-}
-
-}  // namespace
-
-ProgramWindow::ProgramWindow(Workspace& workspace, std::chrono::milliseconds sweep_pause)
+ProgramWindow::ProgramWindow(Workspace& workspace, std::unique_ptr<Opening> opening,
+                             std::chrono::milliseconds sweep_pause)
     : workspace_(workspace),
-      memory_(workspace.Folder()),
-      appearance_(workspace.Files(), memory_),
-      context_{workspace, memory_, Restored(appearance_, workspace.Log())},
-      splash_(Shown()),
+      opening_(std::move(opening)),
+      context_{workspace, opening_->Memory(), opening_->Look(), databases_},
       form_(context_, sweep_pause) {
+  if (!opening_->Problem().empty()) workspace_.Log().Add(opening_->Problem(), true);
   SayWhatIsMissing();
 }
+
+ProgramWindow::ProgramWindow(Workspace& workspace, std::chrono::milliseconds sweep_pause)
+    : ProgramWindow(workspace, std::make_unique<Opening>(workspace.Folder()), sweep_pause) {}
 
 ProgramWindow::~ProgramWindow() = default;
 
 void ProgramWindow::Show() {
   form_.show();
-  splash_.reset();
+  opening_->HideSplash();
 }
 
 void ProgramWindow::SayWhatIsMissing() {

@@ -8,13 +8,16 @@
 
 #include "ui/H_global.h"
 #include "ui/main/T_mainform.h"
-#include "ui/main_dialogs/splash.h"
+#include "ui/main/opening.h"
 
 namespace quillmere {
 
 // Made after the QApplication and the workspace. User-interface thread.
 class ProgramWindow {
  public:
+  // opening: whose splash window is on screen until Show.
+  ProgramWindow(Workspace& workspace, std::unique_ptr<Opening> opening,
+                std::chrono::milliseconds sweep_pause = HWorkThread::kSweepPause);
   explicit ProgramWindow(Workspace& workspace,
                          std::chrono::milliseconds sweep_pause = HWorkThread::kSweepPause);
   ~ProgramWindow();
@@ -37,10 +40,9 @@ class ProgramWindow {
   void SayWhatIsMissing();
 
   Workspace& workspace_;
-  WindowMemory memory_;
-  Appearance appearance_;
+  std::unique_ptr<Opening> opening_;
+  DatabaseThread databases_;
   UiContext context_;
-  std::unique_ptr<Splash> splash_;
   TMainForm form_;
   bool end_requested_ = false;
 };

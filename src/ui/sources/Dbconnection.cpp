@@ -17,8 +17,8 @@
 #include "ui/toolkit/dialog_size.h"
 #include "ui/toolkit/icons.h"
 #include "ui/toolkit/notice.h"
-#include "ui/toolkit/progress_dialog.h"
 #include "ui/toolkit/text.h"
+#include "ui/waiting/waiting.h"
 
 namespace quillmere {
 namespace {
@@ -196,12 +196,9 @@ void TDbConnForm::DelDSNClick() {
 void TDbConnForm::TestDSNClick() {
   const std::optional<std::size_t> selected = Selected();
   if (!selected) return ShowNotice(this, "You must choose a data source to test", list_);
-  const Outcome tested = [&] {
-    const std::string& name = context_.workspace.Registry().At(*selected).name;
-    ProgressDialog progress(this, QStringLiteral("Test Data Source"), "Connecting to " + name);
-    progress.HideCancel();
-    return TestDataSource(context_.workspace, *selected);
-  }();
+  Waiting waiting(context_, this, QStringLiteral("Test Data Source"));
+  const Outcome tested = TestDataSource(context_.workspace, *selected, waiting);
+  if (tested.cancelled) return;
   if (tested) return ShowInformation(this, tested.text, list_);
   ShowFailure(this, tested.text, list_);
 }
@@ -210,11 +207,10 @@ void TDbConnForm::AddBtnClick() {
   LogOn login = fields_->Entered({});
   const std::string refused = WhyNewSourceRefused(context_.workspace, login);
   if (!refused.empty()) return TellRefusal(login, refused);
-  const Outcome added = [&] {
-    ProgressDialog progress(this, QStringLiteral("Add Data Source"), "Connecting to " + login.name);
-    return AddDataSource(context_.workspace, login, progress);
-  }();
+  Waiting waiting(context_, this, QStringLiteral("Add Data Source"));
+  const Outcome added = AddDataSource(context_.workspace, login, waiting);
   WipeText(login.password);
+  if (added.cancelled) return;
   const int index = context_.workspace.Registry().IndexOf(login.name);
   if (!added && index < 0) return TellRefusal(login, added.text);
   changed_ = true;
@@ -234,13 +230,10 @@ void TDbConnForm::SaveBtnClick() {
   WipeText(original.password);
   const std::string refused = WhyLoginRefused(login);
   if (!refused.empty()) return TellRefusal(login, refused);
-  const Outcome saved = [&] {
-    ProgressDialog progress(this, QStringLiteral("Save Data Source"),
-                            "Connecting to " + login.name);
-    progress.HideCancel();
-    return SaveDataSource(context_.workspace, login);
-  }();
+  Waiting waiting(context_, this, QStringLiteral("Save Data Source"));
+  const Outcome saved = SaveDataSource(context_.workspace, login, waiting);
   WipeText(login.password);
+  if (saved.cancelled) return;
   changed_ = true;  // also when the files could not be written
   if (!saved) return TellRefusal(login, saved.text);
   OpenPanel(Panel::Looking, {});

@@ -4,17 +4,25 @@
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 #include "ui/sources/secret.h"
 #include "ui/toolkit/notice.h"
-#include "ui/toolkit/progress_dialog.h"
+#include "ui/toolkit/text.h"
+#include "ui/waiting/waiting.h"
 
 namespace quillmere {
+namespace {
 
-TDbLoginForm::TDbLoginForm(UiContext& context, const LogOn& proposed, QWidget* parent)
+constexpr int kWhyWidth = 420;
+
+}  // namespace
+
+TDbLoginForm::TDbLoginForm(UiContext& context, const LogOn& proposed, const std::string& why,
+                           QWidget* parent)
     : QDialog(parent), context_(context), proposed_(proposed) {
   setObjectName(QStringLiteral("TDbLoginForm"));
   setWindowTitle(QStringLiteral("Log-on"));
@@ -27,6 +35,7 @@ TDbLoginForm::TDbLoginForm(UiContext& context, const LogOn& proposed, QWidget* p
   form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
   fields_ = std::make_unique<LoginFields>(*form, "EditDatabaseName");
   fields_->Show(proposed_);
+  layout->addWidget(MakeWhy(why));
   layout->addWidget(box);
   layout->addStretch();
 
@@ -56,19 +65,25 @@ TDbLoginForm::~TDbLoginForm() {
   WipeText(login_.password);
 }
 
+QWidget* TDbLoginForm::MakeWhy(const std::string& why) {
+  auto* label = new QLabel(ToQt(WhyAsked(proposed_.name, why)));
+  label->setObjectName(QStringLiteral("LblWhy"));
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  label->setMinimumWidth(kWhyWidth);
+  return label;
+}
+
 void TDbLoginForm::LoginBtnClick() {
   LogOn login = fields_->Entered(proposed_);
   const std::string refused = WhyLoginRefused(login);
   if (!refused.empty()) return TellRefusal(login, refused);
-  auto session = std::make_unique<OracleSession>(context_.workspace.Oci());
-  const Outcome connected = [&] {
-    ProgressDialog progress(this, QStringLiteral("Log-on"), "Connecting to " + login.name);
-    progress.HideCancel();
-    return Connect(*session, login);
-  }();
+  Waiting waiting(context_, this, QStringLiteral("Log-on"));
+  const Outcome connected = TryLogOn(context_.workspace, login, waiting);
+  if (connected.cancelled) return WipeText(login.password);
   if (!connected) return TellRefusal(login, connected.text);
   login_ = std::move(login);
-  session_ = std::move(session);
   accept();
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Asks for the log-on of one data source and connects it.
+// Asks for the log-on of one data source and tries it. Stores nothing.
 #pragma once
 
 #include <QDialog>
@@ -14,15 +14,15 @@ class TDbLoginForm : public QDialog {
   Q_OBJECT
 
  public:
-  // proposed: what stands in the fields at first.
-  TDbLoginForm(UiContext& context, const LogOn& proposed, QWidget* parent);
+  // proposed: what stands in the fields at first. why: what the stored log-on was refused with.
+  TDbLoginForm(UiContext& context, const LogOn& proposed, const std::string& why, QWidget* parent);
   ~TDbLoginForm() override;
 
-  // Of the accepted dialog: the values that the session is connected with, and the session.
+  // Of the accepted dialog: the values that connected.
   const LogOn& Login() const { return login_; }
-  std::unique_ptr<OracleSession> TakeSession() { return std::move(session_); }
 
  private:
+  QWidget* MakeWhy(const std::string& why);
   void LoginBtnClick();
   void CancelBtnClick() { reject(); }
   // Wipes the password.
@@ -32,7 +32,6 @@ class TDbLoginForm : public QDialog {
   LogOn proposed_;
   LogOn login_;
   std::unique_ptr<LoginFields> fields_;
-  std::unique_ptr<OracleSession> session_;
 };
 
 }  // namespace quillmere

@@ -27,6 +27,21 @@ LoginField FieldToCorrect(const LogOn& login, std::string_view refusal) {
   return LoginField::Name;
 }
 
+std::string WhyAsked(std::string_view data_source, std::string_view refusal) {
+  constexpr std::string_view kFailed = "connect Database failed. Error: ";
+  if (refusal.starts_with(kFailed)) refusal.remove_prefix(kFailed.size());
+  const std::string name(data_source);
+  // There is a listener, but the database behind it is not open.
+  bool reached = !refusal.starts_with("OCIServerAttach");
+  for (const char* code : {"ORA-01033", "ORA-01034", "ORA-01089", "ORA-12528", "ORA-27101"}) {
+    reached = reached && !Contains(refusal, code);
+  }
+  std::string text = reached ? "The stored log-on to " + name + " was refused: "
+                             : name + " is unreachable with any log-on: ";
+  text += refusal;
+  return text + "\n\nWhat is entered here serves this connection only; nothing is stored.";
+}
+
 std::string SaveAdvice(const DataSourceRegistry& registry, std::string_view edited,
                        std::string_view typed) {
   if (typed == edited) {

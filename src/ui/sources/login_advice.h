@@ -14,6 +14,9 @@ enum class LoginField { Name, UserId, Password, Mode };
 // The field that most likely is to be corrected after a refusal.
 LoginField FieldToCorrect(const LogOn& login, std::string_view refusal);
 
+// What the log-in dialog says of why it asks: the refusal that the stored log-on met with.
+std::string WhyAsked(std::string_view data_source, std::string_view refusal);
+
 // What Save would do when `edited` was opened for changing and `typed` stands in the name field.
 std::string SaveAdvice(const DataSourceRegistry& registry, std::string_view edited,
                        std::string_view typed);

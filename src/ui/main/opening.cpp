@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "ui/main/opening.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <atomic>
+#include <future>
+
+#include "oracle/nls_defaults.h"
+
+namespace quillmere {
+
+Opening::Opening(const std::filesystem::path& folder)
+    : memory_(folder), appearance_(files_, memory_) {
+  appearance_.Restore(problem_);
+  splash_ = std::make_unique<Splash>();
+  splash_->Tell(QStringLiteral("Reading the working folder"));
+}
+
+std::unique_ptr<Workspace> Opening::Open(const Workspace::Options& options, std::string& reason) {
+  // Before there is a thread that might look at the environment while it changes.
+  SetNlsDefaults();
+  std::atomic<bool> opened = false;
+  auto opening = std::async(std::launch::async, [&] {
+    struct Wake {
+      std::atomic<bool>& opened;
+      ~Wake() {
+        opened = true;
+        QMetaObject::invokeMethod(qApp, [] {}, Qt::QueuedConnection);
+      }
+    } wake{opened};
+    return Workspace::Open(options, reason);
+  });
+  QEventLoop loop;
+  while (!opened) loop.processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+  return opening.get();
+}
+
+}  // namespace quillmere
