@@ -49,9 +49,8 @@ void SourceConnection::Refresh(std::size_t index, const LogOn* log_on) {
   Waiting waiting(context_, parent_, QStringLiteral("Refresh"));
   const Outcome outcome = RefreshDataSource(workspace, index, waiting, log_on);
   if (outcome) return;
-  const std::string as_they_were = "he lists of " + name + " are as they were";
   if (outcome.cancelled) {
-    workspace.Log().Add("Refreshing " + name + " was cancelled: t" + as_they_were, false);
+    workspace.Log().Add("Refreshing " + name + " was cancelled: its lists are as they were", false);
     return;
   }
   const bool begun = !outcome.text.starts_with("Can't not connect");
@@ -59,7 +58,7 @@ void SourceConnection::Refresh(std::size_t index, const LogOn* log_on) {
                            (begun ? "The lists of " + name +
                                         " show what had been read until then. Refresh again when "
                                         "the cause is mended."
-                                  : "T" + as_they_were + "."));
+                                  : "The lists of " + name + " are as they were."));
 }
 
 void SourceConnection::Disconnect(std::size_t index) {

@@ -26,7 +26,8 @@ std::unique_ptr<Workspace> Opening::Open(const Workspace::Options& options, std:
       std::atomic<bool>& opened;
       ~Wake() {
         opened = true;
-        QMetaObject::invokeMethod(qApp, [] {}, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            qApp, [] {}, Qt::QueuedConnection);
       }
     } wake{opened};
     return Workspace::Open(options, reason);

@@ -26,17 +26,21 @@ void WaitUntilPainted(const ProgressWindow& window, QEventLoop& loop) {
 }  // namespace
 
 bool Waiting::Run(LogLines& log, Part part) {
-  const auto task = std::make_shared<WaitingTask>(
-      [] { QMetaObject::invokeMethod(qApp, [] {}, Qt::QueuedConnection); });
+  const auto task = std::make_shared<WaitingTask>([] {
+    QMetaObject::invokeMethod(
+        qApp, [] {}, Qt::QueuedConnection);
+  });
   bool left = false;
   ProgressWindow window(parent_, title_, [&] { left = task->Cancel(); });
   window.show();
   QEventLoop loop;
   WaitUntilPainted(window, loop);
   if (left) return false;
-  databases_.Run([task, part = std::move(part)] { part(*task, *task); }, [task] { task->Finish(); });
+  databases_.Run([task, part = std::move(part)] { part(*task, *task); },
+                 [task] { task->Finish(); });
   for (bool finished = false; !finished;) {
-    // Not exec: the program may have been asked to end, and this has to come to its end all the same.
+    // Not exec: the program may have been asked to end, and this has to come to its end all the
+    // same.
     loop.processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     WaitingTask::News news = task->Take();
     if (left) return false;

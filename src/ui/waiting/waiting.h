@@ -26,9 +26,9 @@ class Waiting final : public DatabaseWork {
     listener_ = std::move(listener);
   }
 
-  // The dialog is on screen and painted when the part begins, and gone when this returns. Events are
-  // served meanwhile; what is done by key or mouse reaches nothing but the dialog. False after a
-  // Cancel during a connection attempt, which comes back at once.
+  // The dialog is on screen and painted when the part begins, and gone when this returns. Events
+  // are served meanwhile; what is done by key or mouse reaches nothing but the dialog. False after
+  // a Cancel during a connection attempt, which comes back at once.
   bool Run(LogLines& log, Part part) override;
 
   bool AllLogged() const override { return all_logged_; }

@@ -32,8 +32,8 @@ class WaitingTask final : public SchemaListener, public LogLines {
     bool finished = false;
   };
 
-  // wake: asks the user interface to take the news. Called on the database thread with no lock held,
-  // and not again before they were taken.
+  // wake: asks the user interface to take the news. Called on the database thread with no lock
+  // held, and not again before they were taken.
   explicit WaitingTask(std::function<void()> wake) : wake_(std::move(wake)) {}
 
   // The database thread's.
