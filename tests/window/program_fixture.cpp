@@ -67,6 +67,7 @@ void ProgramTest::Open() {
   Workspace::Options options;
   options.folder = folder_.Path();
   options.client = "sandbox";
+  options.oci = oci_;
   options.program_folder = ProgramFolder();
   options.clock = &clock_;
   std::string reason;
@@ -132,9 +133,9 @@ void ProgramTest::Restart() {
   Show();
 }
 
-void ProgramTest::ShowDatabases() {
+void ProgramTest::ShowPage(int page) {
   auto* tabs = Find<QTabBar>("qt_tabwidget_tabbar");
-  ClickAt(tabs, [=] { return tabs->tabRect(1).center(); });
+  ClickAt(tabs, [=] { return tabs->tabRect(page).center(); });
 }
 
 Names ProgramTest::ActionsShown() {

@@ -46,7 +46,8 @@ class ProgramTest : public testing::Test, protected Driver {
   ProgramWindow& Window() { return *window_; }
 
   // --- what is seen
-  void ShowDatabases();  // the database manager's page
+  void ShowPage(int page);
+  void ShowDatabases() { ShowPage(1); }  // the database manager's
   Names ActionsShown();  // in the tool bar of the job explorer or the database manager
   // At the end of a line of the message list.
   void WaitForMessage(const std::string& text);
@@ -56,6 +57,7 @@ class ProgramTest : public testing::Test, protected Driver {
   void NextPass() { clock_.TurnMinutes(2); }
 
   TempFolder folder_;
+  const OciApi* oci_ = nullptr;  // instead of the sandbox library
   HandClock clock_;
 
  private:
