@@ -96,8 +96,7 @@ void ActionStage::EnterNewJob() {
 void ActionStage::OpenWithOtherSource() {
   SelectK();
   ClickAction("FileOpen");
-  const std::string now =
-      Ui([this] { return ConfigOf(Work().Jobs().At(1)).src_database_name; });
+  const std::string now = Ui([this] { return ConfigOf(Work().Jobs().At(1)).src_database_name; });
   Driver::Choose("CBSrcDSN", now == "A" ? "C" : "A");
 }
 
@@ -126,9 +125,8 @@ void ActionStage::ChooseOwner() {
 void ActionStage::Ask(const char* action) {
   SelectK();
   ClickAction(action);
-  WaitFor("the question", [] {
-    return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr;
-  });
+  WaitFor("the question",
+          [] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr; });
 }
 
 void ActionStage::Yes() {
@@ -181,9 +179,8 @@ void ActionStage::DeleteD() {
   OpenManager();
   ClickRow("DbConnLV", "D");
   Click("DelDSN");
-  WaitFor("the question", [] {
-    return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr;
-  });
+  WaitFor("the question",
+          [] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr; });
 }
 
 void ActionStage::Disconnected() {

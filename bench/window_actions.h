@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Every action of both pages of the window, as an operator drives it with key and mouse: for the
-// test that holds each of their exchanges, and for the program that measures them on slow databases.
+// test that holds each of their exchanges, and for the program that measures them on slow
+// databases.
 #pragma once
 
 #include <vector>
 
-#include "support/gated_oci.h"
+#include "gated_oci.h"
 #include "window/program_fixture.h"
 #include "workspace/program_folder.h"
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The longest time in which the window takes no event, for every action of both pages, while each
-// exchange with a database is slow and somebody has locked the tables that are changed. To be run by
-// tests/window/with-display; QUILLMERE_LATENCY_MS (1000) and QUILLMERE_LOCK_MS (60000) say how slow.
+// exchange with a database is slow and somebody has locked the tables that are changed. To be run
+// by tests/window/with-display; QUILLMERE_LATENCY_MS (1000) and QUILLMERE_LOCK_MS (60000) say how
+// slow.
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>

@@ -104,34 +104,6 @@ TEST_F(MainWindow, EndsDuringAPassAndGoesOnThere) {
   WaitForMessage("Continue synchronize a old batch");
 }
 
-TEST_F(MainWindow, EndsWhileAMessageWaitsForIt) {
-  StartWithBatch(50);
-  WaitForMessage("Successfully synchronized a batch of J");
-  Sql("A", "update SHOP.ITEM set NAME = 'y';");
-  // A change is captured by the pass after the one that first sees it.
-  clock_.TurnMinutes(1);
-  WaitFor("the pass", [this] {
-    return Work().Log().Entries().back().text.ends_with("in this interval of  J");
-  });
-  // That pass has something to tell, and the window does not come to it before its end.
-  std::filesystem::rename(folder_ / "sandbox/B.db", folder_ / "sandbox/away");
-  const bool ended = Ui([this] {
-    clock_.TurnMinutes(1);
-    const Clock::time_point limit = Clock::now() + kLimit;
-    JobList::Progress progress;
-    while (progress.batch_remaining == 0 && Clock::now() < limit) {
-      Work().Jobs().State(0, &progress);
-    }
-    Window().RequestEnd();
-    std::string reason;
-    return Window().Finish(reason) && progress.batch_remaining > 0;
-  });
-  EXPECT_TRUE(ended);
-  Quit();
-  std::filesystem::rename(folder_ / "sandbox/away", folder_ / "sandbox/B.db");
-  ExpectAllIsAppliedAfterRestart();
-}
-
 TEST_F(MainWindow, EndsWithDialogsOpen) {
   OpenWithJob();
   Press("ctrl+n");

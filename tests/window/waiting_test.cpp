@@ -34,9 +34,7 @@ class Waiting : public ActionStage {
     EXPECT_EQ(gate_.Held(), 1);
   }
   void ExpectJobsGoOn() {
-    const auto passes = [this] {
-      return Ui([this] { return Work().Log().Entries().size(); });
-    };
+    const auto passes = [this] { return Ui([this] { return Work().Log().Entries().size(); }); };
     const std::size_t before = passes();
     NextPass();
     WaitFor("a pass of J", [&] { return Work().Log().Entries().size() > before; });
@@ -51,7 +49,9 @@ class Waiting : public ActionStage {
     x::Click(x::kLeft, 1);
   }
   int Page() {
-    return Ui([this] { return Window().Form().findChild<QTabBar*>("qt_tabwidget_tabbar")->currentIndex(); });
+    return Ui([this] {
+      return Window().Form().findChild<QTabBar*>("qt_tabwidget_tabbar")->currentIndex();
+    });
   }
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "support/gated_oci.h"
+#include "gated_oci.h"
 
 #include <map>
 

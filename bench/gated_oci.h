@@ -35,8 +35,8 @@ class GatedOci {
   void Watch(std::thread::id thread);
   int OfWatched() const { return of_watched_; }
 
-  // How long each exchange takes, and besides those of statements that contain one of the texts, as if
-  // somebody had a lock.
+  // How long each exchange takes, and besides those of statements that contain one of the texts, as
+  // if somebody had a lock.
   void SetLatency(std::chrono::milliseconds latency) { latency_ = latency; }
   void SetLocked(std::vector<std::string> texts, std::chrono::milliseconds wait);
 
