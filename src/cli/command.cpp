@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/command.h"
 
+#include <algorithm>
+
 #include "foundation/text.h"
 #include "workspace/program_folder.h"
 
@@ -26,6 +28,13 @@ bool IsNews(const Workspace& workspace, const MessageLog::Entry& entry) {
          IsThere(workspace.Files(), workspace.Folder() / "config" / "database.xml");
 }
 
+bool IsTold(Workspace& workspace, std::string_view text) {
+  const auto& entries = workspace.Log().Entries();
+  return std::any_of(entries.begin(), entries.end(), [&](const MessageLog::Entry& entry) {
+    return entry.text.find(text) != std::string::npos;
+  });
+}
+
 std::unique_ptr<Workspace> Open(const Workspace::Options& options) {
   std::string reason;
   std::unique_ptr<Workspace> workspace = Workspace::Open(options, reason);
@@ -34,6 +43,11 @@ std::unique_ptr<Workspace> Open(const Workspace::Options& options) {
   } else {
     for (const MessageLog::Entry& entry : workspace->Log().Entries()) {
       if (entry.error && IsNews(*workspace, entry)) PrintError(entry);
+    }
+    // The log must not tell of damaged lists.
+    for (const std::string& why :
+         {workspace->Registry().WhyListNotRead(), workspace->Catalogue().WhyListNotRead()}) {
+      if (!why.empty() && !IsTold(*workspace, why)) Write(Stream::Error, OneLine(why) + "\n");
     }
   }
   return workspace;

@@ -52,8 +52,13 @@ int DataSourceRegistry::IndexOf(std::string_view name) const {
   return -1;
 }
 
+std::string DataSourceRegistry::WhyListNotRead() const {
+  return unreadable_.WhyNotRead(ListFile());
+}
+
 std::string DataSourceRegistry::WhyNameRefused(std::string_view name) const {
   std::string refused = WhyNoFileName(name);
+  if (refused.empty()) refused = unreadable_.WhyNotSaved(SourceFile(name));
   if (!refused.empty()) return refused;
   if (IsReserved(name)) {
     return "The name " + std::string(name) + " is taken by a file of the program";
@@ -101,8 +106,9 @@ bool DataSourceRegistry::Remove(std::size_t index, std::string& error) {
 }
 
 bool DataSourceRegistry::Save(std::string& error) {
-  error.clear();
-  if (!MakeFolders(files_, ListFile().parent_path(), error)) return false;
+  // Data sources that the list may name have files of their own that must stay, too.
+  error = unreadable_.WhyNotSaved(ListFile());
+  if (!error.empty() || !MakeFolders(files_, ListFile().parent_path(), error)) return false;
   std::string reason;
   if (!SaveList(reason)) KeepFirst(error, reason);
   for (DataSource& source : sources_) {
@@ -156,7 +162,9 @@ void DataSourceRegistry::Load() {
   XmlDocument document;
   if (const FileStatus loaded = document.Load(files_, ListFile()); !loaded) {
     log_.Add("Can't not open database.xml", true);
-    if (!loaded.Missing()) unreadable_.Add(ListFile());
+    if (!loaded.Missing()) unreadable_.Add(ListFile(), loaded);
+    const std::string lasting = unreadable_.WhyNotSaved(ListFile());
+    if (!lasting.empty()) log_.Add(lasting, true);
     return;
   }
   std::vector<const XmlNode*> nodes;
@@ -178,7 +186,9 @@ void DataSourceRegistry::LoadSource(std::string_view name) {
   const FileStatus loaded = document.Load(files_, file);
   if (!loaded || !ReadDataSource(document.Root(), source)) {
     LeaveOut(name, "open" + PathText(file) + " failed");
-    if (!loaded.Missing()) unreadable_.Add(file);
+    if (!loaded.Missing()) {
+      unreadable_.Add(file, loaded ? FileStatus{FileCode::Damaged, {}} : loaded);
+    }
     return;
   }
   sources_.push_back(std::move(source));

@@ -64,8 +64,11 @@ class DataSourceRegistry {
   // Index of the first data source of that name (exact comparison), or -1.
   int IndexOf(std::string_view name) const;
 
+  // Why the list is empty although it may hold some; empty when it was read, or there is none.
+  std::string WhyListNotRead() const;
+
   // Why the name cannot be given to a new data source; empty when it can. A listed name whose file
-  // could not be read may be given again: that is how the data source is repaired.
+  // is damaged may be given again: that is how the data source is repaired.
   std::string WhyNameRefused(std::string_view name) const;
 
   // Takes the first free slot, marks it needsave and returns its index. Saving is the caller's.

@@ -7,6 +7,7 @@
 #include "engine/job_view.h"
 #include "engine/pass.h"
 #include "engine/position_guard.h"
+#include "jobs/held_file.h"
 
 namespace quillmere {
 namespace {
@@ -34,11 +35,40 @@ std::string JobIdOf(const EngineContext& context, std::size_t index) {
   return ReadSourceFile(context.files, folder, source) ? source.job_id : std::string();
 }
 
-// A job that is started anew has no pass behind it that would have to be settled.
-bool RemoveCommitPoint(const EngineContext& context, std::size_t index, std::string& error) {
+// False: it is still on disk.
+bool ForgetHold(EngineContext& context, std::size_t index, std::string& error) {
+  if (context.jobs.HeldBecause(index).empty()) return true;
   const JobFolder folder = context.catalogue.FolderOf(NameOf(context.jobs.At(index)));
+  if (!KeepHeldFile(context.files, folder, {}, error)) return false;
+  context.jobs.Hold(index, {});
+  return true;
+}
+
+// Before others are written in their place, the files that a held job left alone so far are kept.
+// Then it is held no more.
+bool KeepWhatIsHeld(EngineContext& context, std::size_t index, std::string& error) {
+  if (context.jobs.HeldBecause(index).empty()) return true;
+  const JobFolder folder = context.catalogue.FolderOf(NameOf(context.jobs.At(index)));
+  SourceFile source;
+  const bool source_is_good = static_cast<bool>(ReadSourceFile(context.files, folder, source));
+  return context.catalogue.KeepHeldFiles(
+             index, {JobFile::Record, JobFile::CommitPoint, JobFile::Batch}, error) &&
+         (source_is_good || folder.KeepBad(context.files, {JobFile::Source}, error)) &&
+         ForgetHold(context, index, error);
+}
+
+// A job that is started anew, or was stopped, has no pass behind it that would have to be settled.
+bool RemoveCommitPoint(EngineContext& context, std::size_t index, std::string& error) {
+  const SyncJob& job = context.jobs.At(index);
+  const JobFolder folder = context.catalogue.FolderOf(NameOf(job));
   const std::filesystem::path path = folder.File(JobFile::CommitPoint);
-  if (!IsThere(context.files, path) || RemoveForGood(context.files, path)) return true;
+  FileFacts facts;
+  if (context.files.Look(path, facts).Missing()) return true;
+  bool harmless = false;
+  if (ForgetCommitPoint(context.files, folder, MakeRunRecord(job, JobState::Stopped, {}),
+                        harmless)) {
+    return true;
+  }
   error = "Can not remove " + PathText(path) + ". Remove it, then start the job";
   return false;
 }
@@ -79,10 +109,10 @@ bool JobRunner::FindPositions(std::size_t index, Positions& positions, bool& fou
   FollowResult result = FollowResult::Failed;
   PositionGuard guard(context_, index);
   const std::string old_job_id = guard.InUse() ? JobIdOf(context_, index) : std::string();
-  if (source.Connect(JobView(context_.jobs.At(index)).source)) {
-    result = WayOf(context_, index, memories_[index])->Start(source, positions, error);
-  } else {
+  if (!source.Connect(JobView(context_.jobs.At(index)).source)) {
     error = "Connect source fail : " + source.LastError();
+  } else if (KeepWhatIsHeld(context_, index, error)) {
+    result = WayOf(context_, index, memories_[index])->Start(source, positions, error);
   }
   found = result == FollowResult::Done;
   if (result == FollowResult::Later) return false;
@@ -118,7 +148,6 @@ void JobRunner::Start(std::size_t index) {
     const MutexLock lock(job.config_mutex);
     job.config.has_runned = true;
   }
-  context_.jobs.Hold(index, {});
   // A stop that was asked for meanwhile is served by the next step.
   context_.jobs.ReplaceState(index, JobState::Starting, JobState::Started, JobList::Progress{});
   RecordAndNotify(context_, index, JobState::Started);
@@ -143,7 +172,12 @@ void JobRunner::Reset(std::size_t index) {
   context_.jobs.State(index, &progress);
   progress.batch_remaining = 0;
   if (!context_.jobs.ReplaceState(index, JobState::Stopping, JobState::Stopped, progress)) return;
-  RecordAndNotify(context_, index, JobState::Stopped);
+  std::string error;
+  if (KeepWhatIsHeld(context_, index, error)) {
+    RecordAndNotify(context_, index, JobState::Stopped);
+  }
+  if (error.empty()) RemoveCommitPoint(context_, index, error);
+  if (!error.empty()) context_.listener.OnError(index, error);
   context_.listener.OnInformation(index, JobView(context_.jobs.At(index)).name + " resetted.");
 }
 
@@ -157,10 +191,11 @@ bool RequestRun(EngineContext& context, std::size_t index, std::string& reason) 
     context.jobs.ReplaceState(index, JobState::Stopped, JobState::Starting);
   } else if (state == JobState::Paused) {
     const std::string held = context.jobs.HeldBecause(index);
-    if (!held.empty()) {
+    if (!held.empty() && !context.jobs.AsksAgain(index)) {
       reason = NameOf(context.jobs.At(index)) + " is held: " + held;
       return false;
     }
+    if (!ForgetHold(context, index, reason)) return false;
     if (FollowOf(context.jobs.At(index)) == Follow::Commits) {
       context.jobs.At(index).run.next_due = {};  // at once
     }

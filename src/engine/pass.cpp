@@ -41,11 +41,15 @@ Pass::Outcome Pass::Work() {
   }
   if (job_.run.pending_batch.Empty()) {
     // A batch that was worked off, and the program ended before the record said so.
-    if (job_.run.batch_pending != 0 && !KeepRowFinished()) return Fail();
-    job_.run.batch_pending = 0;
+    if (job_.run.batch_pending != 0) {
+      if (!KeepRowFinished()) return Fail();
+      job_.run.batch_pending = 0;
+      way_->Finish();
+    }
     // One that is still there has nothing left to go back to, and would be taken for the next one.
     const std::filesystem::path point = folder_.File(JobFile::CommitPoint);
-    if (IsThere(context_.files, point) && !ForgetThePoint(point)) return Fail();
+    FileFacts facts;
+    if (!context_.files.Look(point, facts).Missing() && !ForgetThePoint(point)) return Fail();
     job_.run.unsettled.reset();
     const FollowResult captured = Capture();
     if (captured == FollowResult::Later) return Outcome::Later;
@@ -82,10 +86,7 @@ FollowResult Pass::Capture() {
   const FollowResult result = CaptureFromSource(error);
   if (result != FollowResult::Done) {
     job_.run.pending_batch.Clear();
-    if (result == FollowResult::Held) {
-      context_.jobs.Hold(index_, error);
-      context_.jobs.ReplaceState(index_, JobState::Started, JobState::Pausing);
-    }
+    if (result == FollowResult::Held) Hold(error);
     if (result != FollowResult::Later) Error(error);
     return result;
   }

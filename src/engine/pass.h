@@ -66,6 +66,7 @@ class Pass {
   void LeaveUnsettled(const std::string& reason);
   void ReturnToCommitPoint();
   bool KeepRowFinished();
+  void Hold(const std::string& reason);
   Outcome Finish();
   Outcome Fail();
 

@@ -2,8 +2,17 @@
 // What was counted and did not hold: a transaction taken back, a pass of which the position row
 // tells what became of it.
 #include "engine/pass.h"
+#include "jobs/held_file.h"
 
 namespace quillmere {
+
+// Until somebody has looked; on disk, too, for what a pass finds the files do not tell.
+void Pass::Hold(const std::string& reason) {
+  std::string error;
+  if (!WriteHeldFile(context_.files, folder_, {reason, true}, error)) Error(error);
+  context_.jobs.Hold(index_, reason);
+  context_.jobs.ReplaceState(index_, JobState::Started, JobState::Pausing);
+}
 
 // The answer was lost: both files stay, and the next pass asks the row.
 void Pass::LeaveUnsettled(const std::string& reason) {
@@ -24,8 +33,7 @@ bool Pass::SettlePosition(OracleSession& destination) {
       TakeAsApplied(job_.run.unsettled->commit_point, guard_.Remaining());
       break;
     case PositionGuard::Found::Held:
-      context_.jobs.Hold(index_, error);
-      context_.jobs.ReplaceState(index_, JobState::Started, JobState::Pausing);
+      Hold(error);
       [[fallthrough]];
     case PositionGuard::Found::Failed:
       Error(error);

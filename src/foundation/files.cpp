@@ -20,10 +20,6 @@ fs::path WithSuffix(const fs::path& path, std::string_view suffix) {
   return longer;
 }
 
-fs::path BadNameOf(const fs::path& path) {
-  return WithSuffix(path, ".bad");
-}
-
 fs::path FolderOf(const fs::path& path) {
   return path.has_parent_path() ? path.parent_path() : fs::path(".");
 }
@@ -109,6 +105,10 @@ std::string_view WithLineEnds(const FileSystem& files, std::string_view text, st
 }
 
 }  // namespace
+
+fs::path BadNameOf(const fs::path& path) {
+  return WithSuffix(path, ".bad");
+}
 
 std::string PathText(const fs::path& path) {
   return path.string();

@@ -65,6 +65,9 @@ bool MakeFolders(FileSystem& files, const std::filesystem::path& folder, std::st
 bool RenamePath(FileSystem& files, const std::filesystem::path& from,
                 const std::filesystem::path& to, std::string& error);
 
+// The file's name with ".bad" added.
+std::filesystem::path BadNameOf(const std::filesystem::path& path);
+
 // Renames a file that could not be read to its name with ".bad" added (replacing an older one),
 // down to the disk, so that the next save does not destroy it. A missing file is success.
 bool KeepBadFile(FileSystem& files, const std::filesystem::path& path, std::string& error);

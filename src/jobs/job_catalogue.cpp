@@ -54,7 +54,9 @@ bool JobCatalogue::SaveAll(std::string& error) {
 }
 
 bool JobCatalogue::Save(Selection selection, std::string& error) {
-  error.clear();
+  // Jobs that the list may name have files of their own that must stay, too.
+  error = unreadable_.WhyNotSaved(ListFile());
+  if (!error.empty()) return false;
   std::string reason;
   std::vector<SyncJob*> changed;
   if (!SaveList(selection, changed, reason)) KeepFirst(error, reason);
@@ -112,7 +114,7 @@ bool JobCatalogue::SaveOwnFile(SyncJob& job, std::string& error) {
     error = "Can not create " + PathText(file) + ": it would be too large";
     return false;
   }
-  if (!MakeFolders(files_, folder.Path(), error) || !unreadable_.Keep(files_, file, error) ||
+  if (!folder.Make(files_, error) || !unreadable_.Keep(files_, file, error) ||
       !ReplaceTextFile(files_, file, writer.Text(), FileAccess::Everyone, error)) {
     return false;
   }
@@ -145,6 +147,21 @@ bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, std::str
   std::string ignored;
   if (MoveFolder(new_name, old_name, ignored)) set_name(old_name);
   return false;
+}
+
+bool JobCatalogue::KeepHeldFiles(std::size_t index, std::initializer_list<JobFile> run_files,
+                                 std::string& error) {
+  const MutexLock saving(save_mutex_);
+  SyncJob& job = jobs_.At(index);
+  const JobFolder folder = FolderOf(NameOf(job));
+  const fs::path tables = folder.File(JobFile::Tables);
+  if (!folder.KeepBad(files_, run_files, error)) return false;
+  if (!unreadable_.Contains(tables)) return true;
+  if (!folder.KeepBad(files_, {JobFile::Tables}, error)) return false;
+  unreadable_.Forget(tables);
+  const MutexLock lock(job.config_mutex);
+  ++job.config.tables_revision;
+  return true;
 }
 
 bool JobCatalogue::Remove(std::size_t index, std::string& error) {

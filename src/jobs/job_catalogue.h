@@ -51,6 +51,10 @@ class JobCatalogue {
   // What could not be read is in the log; a job without its own file is there without tables.
   void Load(const LogOnLookup& log_ons, const RunStateRestorer& restore);
 
+  // Why the list of jobs is empty although it may hold some; empty when it was read, or there is
+  // none. Of a damaged one the log says nothing.
+  std::string WhyListNotRead() const;
+
   // Writes jobs.xml with every live job that bears the save mark, then the own file of each of them
   // that changed since it was last read or written. Any thread; saves come one after another. A job
   // edited meanwhile is written as before or after the edit. Keeps the first reason in error.
@@ -63,6 +67,12 @@ class JobCatalogue {
   // them fails, the rename is refused and everything stays. The job must rest. User-interface
   // thread.
   bool Rename(std::size_t index, std::string_view new_name, std::string& error);
+
+  // Before a held job starts anew or is reset: the files of its run that were left alone so far,
+  // and its own file when that could not be read, are kept as .bad. False: the reason. The thread
+  // that runs the job.
+  bool KeepHeldFiles(std::size_t index, std::initializer_list<JobFile> run_files,
+                     std::string& error);
 
   // Frees the slot and removes the files that the program keeps in the job's folder, and the folder
   // unless there is something else in it. Saving is the caller's. The job must rest.
@@ -88,7 +98,7 @@ class JobCatalogue {
   const std::filesystem::path working_folder_;
   JobList& jobs_;
   MessageLog& log_;
-  Mutex save_mutex_;
+  mutable Mutex save_mutex_;
   // What jobs.xml holds, to skip an equal write.
   std::string saved_list_ GUARDED_BY(save_mutex_);
   UnreadableFiles unreadable_ GUARDED_BY(save_mutex_);

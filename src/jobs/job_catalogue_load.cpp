@@ -37,16 +37,22 @@ void JobCatalogue::Load(const LogOnLookup& log_ons, const RunStateRestorer& rest
   const FileStatus read = ReadFile(files_, ListFile(), saved_list_);
   if (read.Missing()) return;
   if (!read || !document.Parse(saved_list_)) {
-    // The list stays empty without a message; the general log tells why to who looks for it.
+    // A damaged list stays empty without a message; the general log tells why to who looks for it.
     log_.WriteGeneral("Can not read " + PathText(ListFile()) + ": " +
                       (read ? document.Message() : read.reason));
     saved_list_.clear();
-    unreadable_.Add(ListFile());
+    unreadable_.Add(ListFile(), read ? FileStatus{FileCode::Damaged, document.Message()} : read);
+    if (!read) log_.Add(unreadable_.WhyNotSaved(ListFile()), true);
     return;
   }
   std::vector<const XmlNode*> nodes;
   document.Root().Children("job", nodes);
   for (const XmlNode* node : nodes) LoadJob(*node, log_ons, restore);
+}
+
+std::string JobCatalogue::WhyListNotRead() const {
+  const MutexLock saving(save_mutex_);
+  return unreadable_.WhyNotRead(ListFile());
 }
 
 void JobCatalogue::LoadJob(const XmlNode& node, const LogOnLookup& log_ons,
@@ -88,7 +94,13 @@ void JobCatalogue::LoadOwnFile(SyncJob& job, const std::filesystem::path& file) 
     schemas = ReadSchemas(document.Root());
   } else {
     log_.Add("open" + PathText(file) + " failed, please refresh contents when connected.", true);
-    if (!loaded.Missing()) unreadable_.Add(file);
+    if (!loaded.Missing()) {
+      unreadable_.Add(file, loaded);
+      jobs_.Hold(jobs_.IndexOf(job),
+                 unreadable_.WhyNotRead(file) +
+                     ". It says which tables the job carries, and to which owners: bring it back "
+                     "and start the program again, or refresh the job, stop it and start it anew");
+    }
   }
   const MutexLock lock(job.config_mutex);
   job.config.table_list_fetched = !schemas.empty();

@@ -23,6 +23,7 @@ constexpr std::array kKinds = {
     Kind{JobFile::Source, "source.dat", true, true},
     Kind{JobFile::SetAside, "setaside.sql", false, false},
     Kind{JobFile::ErrorLog, "error.log", false, false},
+    Kind{JobFile::Held, "held.xml", true, true},
 };
 
 constexpr bool StandsWhereItsNumberSays() {
@@ -43,6 +44,25 @@ std::filesystem::path JobFolder::File(JobFile file) const {
   return path_ / (kind.name.empty() ? job_name_ + ".xml" : std::string(kind.name));
 }
 
+std::string JobFolder::WhyNotOwn(FileSystem& files) const {
+  FileFacts facts;
+  if (!files.Look(path_, facts) || !facts.link) return {};
+  return PathText(path_) + " is a symbolic link";
+}
+
+bool JobFolder::Make(FileSystem& files, std::string& error) const {
+  error = WhyNotOwn(files);
+  return error.empty() && MakeFolders(files, path_, error);
+}
+
+bool JobFolder::KeepBad(FileSystem& files, std::initializer_list<JobFile> kept,
+                        std::string& error) const {
+  for (const JobFile file : kept) {
+    if (!KeepBadFile(files, File(file), error)) return false;
+  }
+  return true;
+}
+
 bool JobFolder::SetOldFilesAside(FileSystem& files, std::string& error) const {
   for (const Kind& kind : kKinds) {
     if (kind.set_aside && !KeepBadFile(files, File(kind.file), error)) return false;
@@ -59,10 +79,15 @@ bool JobFolder::MoveTo(FileSystem& files, const JobFolder& to, std::string& erro
   if (!IsThere(files, path_)) return true;
   if (!RenamePath(files, path_, to.path_, error)) return false;
   const std::filesystem::path old_file = to.path_ / File(JobFile::Tables).filename();
-  if (!IsThere(files, old_file) || RenamePath(files, old_file, to.File(JobFile::Tables), error)) {
-    return true;
-  }
+  const std::filesystem::path new_file = to.File(JobFile::Tables);
   std::string ignored;  // the first reason is the one to tell
+  if (!IsThere(files, old_file) || RenamePath(files, old_file, new_file, error)) {
+    if (!IsThere(files, BadNameOf(old_file)) ||
+        RenamePath(files, BadNameOf(old_file), BadNameOf(new_file), error)) {
+      return true;
+    }
+    RenamePath(files, new_file, old_file, ignored);
+  }
   RenamePath(files, to.path_, path_, ignored);
   return false;
 }

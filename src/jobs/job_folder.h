@@ -5,6 +5,7 @@
 #pragma once
 
 #include <filesystem>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,7 @@ enum class JobFile {
   Source,       // source.dat, of a job that follows commits
   SetAside,     // setaside.sql, the operator's
   ErrorLog,     // error.log, the operator's
+  Held,         // held.xml, why the job can not be continued
 };
 
 // Paths of one job; makes nothing by itself. Any thread.
@@ -30,12 +32,20 @@ class JobFolder {
   const std::filesystem::path& Path() const { return path_; }
   std::filesystem::path File(JobFile file) const;
 
+  // Makes the folder. Refused when a link stands in its place.
+  bool Make(FileSystem& files, std::string& error) const;
+  // Why what stands in it is not the job's own; empty when it is, or there is nothing.
+  std::string WhyNotOwn(FileSystem& files) const;
+
+  // Renames files to their names with ".bad" added, before others are written in their place.
+  bool KeepBad(FileSystem& files, std::initializer_list<JobFile> kept, std::string& error) const;
+
   // Renames what a job of this name left behind, or what belongs to one that the list has lost, to
   // names with ".bad" added: it would come back as a new job's.
   bool SetOldFilesAside(FileSystem& files, std::string& error) const;
 
-  // Renames the folder, which may be missing, and in it the file that is named after the job. If
-  // one of them fails, or another folder stands there, everything stays.
+  // Renames the folder, which may be missing, and in it the file that is named after the job, with
+  // its ".bad" copy. If one of them fails, or another folder stands there, everything stays.
   bool MoveTo(FileSystem& files, const JobFolder& to, std::string& error) const;
 
   // Removes what goes with the job, and the folder unless something else is in it. Goes on after a

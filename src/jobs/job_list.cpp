@@ -76,9 +76,15 @@ std::string JobList::HeldBecause(std::size_t index) const {
   return slots_[index].held;
 }
 
-void JobList::Hold(std::size_t index, std::string reason) {
+bool JobList::AsksAgain(std::size_t index) const {
+  const MutexLock lock(mutex_);
+  return slots_[index].asks_again;
+}
+
+void JobList::Hold(std::size_t index, std::string reason, bool asks_again) {
   const MutexLock lock(mutex_);
   slots_[index].held = std::move(reason);
+  slots_[index].asks_again = asks_again;
 }
 
 std::vector<SyncJob*> JobList::LiveJobs() {

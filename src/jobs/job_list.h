@@ -55,7 +55,10 @@ class JobList {
   // Why the job can not be continued, a mark beside its state; empty when it can. It goes with the
   // program, when the job is started anew, and with the job.
   std::string HeldBecause(std::size_t index) const;
-  void Hold(std::size_t index, std::string reason);
+  // asks_again: it can be continued all the same, for its next pass finds out whether it is still
+  // so.
+  bool AsksAgain(std::size_t index) const;
+  void Hold(std::size_t index, std::string reason, bool asks_again = false);
 
   // All records that hold a job, in index order.
   std::vector<SyncJob*> LiveJobs();
@@ -73,6 +76,7 @@ class JobList {
     JobState state = JobState::Empty;
     Progress progress;
     std::string held;
+    bool asks_again = false;
   };
 
   mutable Mutex mutex_;

@@ -28,16 +28,16 @@ class RunRecordWriter {
   bool Flush(std::string& error);
 
  private:
-  bool IsOpen();  // or has been opened now
+  bool Open(const RunRecord& record);  // unless it is; a new file has this record
 
   FileSystem& files_;
   const JobFolder folder_;
   std::unique_ptr<OpenFile> file_;
-  bool made_ = false;  // its name is not known to be on the disk
+  bool made_ = false;  // it is new, and its name not known to be on the disk
 };
 
 // Fills the record with the defaults, then with the file's up to 40 bytes. Damaged: there were
-// fewer.
+// more or fewer, or they can not be what a program has written.
 FileStatus ReadRunRecord(FileSystem& files, const std::filesystem::path& path, RunRecord& record);
 
 // The commit point: the record to go back to when the destination did not commit. Down to the disk
@@ -61,24 +61,27 @@ bool WriteBatchFile(FileSystem& files, const JobFolder& folder, const PendingBat
 // Damaged: the file ends inside a statement; the batch has a part of it then, to be dropped.
 FileStatus ReadBatchFile(FileSystem& files, const JobFolder& folder, PendingBatch& batch);
 
-enum class RestoreMode { Resume, LookOnly };
+enum class RestoreMode {
+  Resume,      // to run the job
+  LookOnly,    // no program works on the folder, and this one changes nothing
+  LookBeside,  // another program works on it
+};
 
 struct RestoredRun {
   JobState state = JobState::Stopped;
   JobList::Progress progress;
-  std::string problem;  // what could not be restored and what that means; empty when all could
-  std::string held;     // why the job can not be continued; empty when it can
+  std::string problem;      // what could not be restored and what that means; empty when all could
+  std::string held;         // why the job can not be continued; empty when it can
+  bool asks_again = false;  // it was held by a pass, and the next one finds out whether it still is
 };
 
-// What a loaded job takes from its folder: run record, and with it the pending batch. Resume
-// settles a commit point that a killed program left, and a Started job comes back Paused; LookOnly
-// changes no file, reads no batch and gives the state as recorded. A job whose batch cannot be read
-// comes back without it.
+// What a loaded job takes from its folder: run record, and with it the pending batch. Not there,
+// not readable and damaged are three things: a file that is not readable or damaged holds the job,
+// as does a batch that is not all there. Resume settles a commit point that a killed program left,
+// a Started job comes back Paused, and of a damaged file a copy is kept as .bad. The others give
+// the state as recorded and change nothing; LookBeside looks at the record alone, and at what the
+// program at work has written of a hold.
 RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& folder,
                             RestoreMode mode);
-
-// Why a job that was looked at could not be continued, as Resume would find it; empty when it can.
-// For a folder on which no program works: reads the batch, changes nothing.
-std::string WhyHeld(FileSystem& files, SyncJob& job, const JobFolder& folder);
 
 }  // namespace quillmere

@@ -27,7 +27,7 @@ FileStatus AppendDown(OpenFile& file, std::uint64_t size, std::string_view text)
 bool AppendSetAside(FileSystem& files, const JobFolder& folder, std::string_view text,
                     std::string& error) {
   const std::filesystem::path path = folder.File(JobFile::SetAside);
-  if (!MakeFolders(files, folder.Path(), error)) return false;
+  if (!folder.Make(files, error)) return false;
   std::unique_ptr<OpenFile> file;
   FileStatus status = files.Open(path, OpenMode::Append, FileSystem::kOwnerOnly, file);
   const std::uint64_t size = status ? file->Size() : 0;

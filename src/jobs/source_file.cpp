@@ -29,9 +29,8 @@ bool WriteSourceFile(FileSystem& files, const JobFolder& folder, const SourceFil
   node.AddChild("dbid", source.dbid);
   node.AddChild("resetlogs_change", source.resetlogs_change);
   node.AddChild("row_cutoff", std::to_string(source.row_cutoff));
-  return MakeFolders(files, folder.Path(), error) &&
-         ReplaceTextFile(files, folder.File(JobFile::Source), document.Text(), FileAccess::Everyone,
-                         error);
+  return folder.Make(files, error) && ReplaceTextFile(files, folder.File(JobFile::Source),
+                                                      document.Text(), FileAccess::Everyone, error);
 }
 
 FileStatus ReadSourceFile(FileSystem& files, const JobFolder& folder, SourceFile& source) {

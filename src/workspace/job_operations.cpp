@@ -156,13 +156,14 @@ Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_
                DatabaseWork& work) {
   index = JobList::kNotFound;
   const JobProperties trimmed = Trimmed(properties);
+  std::string reason = WhyNotAdded(workspace.Catalogue().WhyListNotRead());
+  if (!reason.empty()) return Outcome::Refused(std::move(reason));
   if (JobRefusal refused = WhyJobRefused(workspace, trimmed, index)) {
     return Outcome::Refused(std::move(refused.reason));
   }
-  std::string reason;
   FileSystem& files = workspace.Files();
   const JobFolder folder = workspace.Catalogue().FolderOf(trimmed.name);
-  if (!MakeFolders(files, folder.Path(), reason) || !folder.SetOldFilesAside(files, reason)) {
+  if (!folder.Make(files, reason) || !folder.SetOldFilesAside(files, reason)) {
     return Outcome::Refused(std::move(reason));
   }
   JobList& jobs = workspace.Jobs();

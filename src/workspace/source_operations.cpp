@@ -55,6 +55,7 @@ std::string WhyLoginRefused(const LogOn& login) {
 
 std::string WhyNewSourceRefused(const Workspace& workspace, const LogOn& login) {
   std::string refused = WhyLoginRefused(login);
+  if (refused.empty()) refused = WhyNotAdded(workspace.Registry().WhyListNotRead());
   return refused.empty() ? workspace.Registry().WhyNameRefused(login.name) : refused;
 }
 

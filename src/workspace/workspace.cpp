@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include "jobs/held_file.h"
 #include "jobs/run_state_files.h"
 #include "oracle/platform.h"
 
@@ -115,19 +116,33 @@ void Workspace::LoadAll() {
 
 JobState Workspace::RestoreJob(SyncJob& job) {
   const bool look_only = access_ == Access::LookOnly;
-  RestoredRun restored = RestoreRunState(*files_, job, catalogue_.FolderOf(NameOf(job)),
-                                         look_only ? RestoreMode::LookOnly : RestoreMode::Resume);
-  if (look_only && !other_program_) {
-    restored.held = WhyHeld(*files_, job, catalogue_.FolderOf(NameOf(job)));
-  }
+  const RestoreMode mode = !look_only       ? RestoreMode::Resume
+                           : other_program_ ? RestoreMode::LookBeside
+                                            : RestoreMode::LookOnly;
+  RestoredRun restored = RestoreRunState(*files_, job, catalogue_.FolderOf(NameOf(job)), mode);
   if (!restored.problem.empty()) log_.Add(restored.problem, true);
   const std::size_t index = jobs_.IndexOf(job);
-  if (!restored.held.empty()) log_.Add(NameOf(job) + " is held: " + restored.held, true);
-  jobs_.Hold(index, std::move(restored.held));
   jobs_.SetProgress(index, restored.progress);
+  HoldRestored(index, std::move(restored.held), restored.asks_again);
   // Nobody runs it: this is how it would come back.
   if (look_only && !other_program_ && restored.state == JobState::Started) return JobState::Paused;
   return restored.state;
+}
+
+// What its own file of tables says stands in the list already.
+void Workspace::HoldRestored(std::size_t index, std::string held, bool asks_again) {
+  const std::string name = NameOf(jobs_.At(index));
+  const std::string of_tables = jobs_.HeldBecause(index);
+  if (!of_tables.empty()) {
+    held = of_tables + (held.empty() ? "" : ". " + held);
+    asks_again = false;
+  }
+  if (!held.empty()) log_.Add(name + " is held: " + held, true);
+  if (access_ == Access::Change && !asks_again) {
+    std::string error;
+    if (!KeepHeldFile(*files_, catalogue_.FolderOf(name), held, error)) log_.Add(error, true);
+  }
+  jobs_.Hold(index, std::move(held), asks_again);
 }
 
 EngineContext Workspace::EngineFor(RunnerListener& listener) {
@@ -147,6 +162,12 @@ void Workspace::RefreshJobLogOns() {
     const MutexLock lock(job.config_mutex);
     ResolveLogOns(job.config, [this](std::string_view name) { return LogOnOf(name); });
   }
+}
+
+std::string WhyNotAdded(const std::string& why_not_read) {
+  if (why_not_read.empty()) return {};
+  return why_not_read +
+         ". Nothing is added to it: mend it or move it away, then start the program again";
 }
 
 bool Workspace::SaveJobs(std::string& reason) {

@@ -84,6 +84,7 @@ class Workspace {
   void LoadAll();
   void OpenClient(const Options& options);
   JobState RestoreJob(SyncJob& job);
+  void HoldRestored(std::size_t index, std::string held, bool asks_again);
 
   SystemFiles system_files_;
   FileSystem* const files_;
@@ -101,5 +102,8 @@ class Workspace {
   JobCatalogue catalogue_;
   bool other_program_ = false;  // when looking only: it had the folder while this one read it
 };
+
+// Why nothing is added to a list that could not be read, from why it could not; else empty.
+std::string WhyNotAdded(const std::string& why_not_read);
 
 }  // namespace quillmere

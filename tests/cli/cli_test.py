@@ -173,6 +173,37 @@ class Usage(Site):
         self.work = self.path / "password"
         self.cli(*add, status=1, text="is no folder")
 
+    def test_what_is_no_file_is_neither_waited_for_nor_followed_nor_written_over(self):
+        self.add_sources("A", "B")
+        self.add_job()
+        add = ["job", "add", "K", "--from", "A", "--to", "B", "--interval", 1, "--description", "d"]
+        target = self.path / "target"
+        target.write_text("precious")
+        for name, listed, refused, why in [
+            ("quillmere.lock", "list", ["job", "refresh", "J"], "Can not create"),
+            ("error.log", "list", ["job", "refresh", "J"], "Messages would be lost"),
+            ("jobs/jobs.xml", "jobs.xml: it is", add, "Nothing is added to it"),
+            ("config/database.xml", "database.xml: it is", add, "no data source A"),
+            ("jobs/J/block.dat", "J is held", None, ""),
+            ("jobs/J/J.xml", "J is held", ["run", "--start", "J"], "refresh first"),
+        ]:
+            path = self.work / name
+            path.exists() and path.rename(self.path / "aside")
+            for make in (os.mkfifo, lambda path: path.symlink_to(target)):
+                make(path)
+                done = subprocess.run(self.command("job", "list"), timeout=LIMIT,
+                                      stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+                self.assertIn(listed, "list" + done.stdout.decode())
+                if refused:
+                    done = subprocess.run(self.command(*refused), timeout=LIMIT,
+                                          stderr=subprocess.PIPE)
+                    self.assertIn(why, done.stderr.decode())
+                    self.assertEqual(done.returncode, 1)
+                path.unlink()
+            (self.path / "aside").exists() and (self.path / "aside").rename(path)
+        self.assertEqual(target.read_text(), "precious")
+        self.assertEqual(self.jobs()["J"]["held"], "")
+
     def test_output_that_cannot_be_written_is_a_failure(self):
         self.work.mkdir()
         with open("/dev/full", "w") as full:

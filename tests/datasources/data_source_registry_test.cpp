@@ -115,6 +115,11 @@ TEST_F(DataSourceRegistryTest, AListThatCanNotBeReadIsReportedAndKept) {
   Load("broken");
   program.Add("A");
   Save("saved over it");
+  Refuse("open", "database.xml");
+  Load("not readable");
+  Refuse();
+  program.Add("B");
+  Save("not saved over it");
 }
 
 TEST_F(DataSourceRegistryTest, WhatIsLeftOutStaysListed) {

@@ -92,6 +92,7 @@ struct EngineProgram {
       const RestoredRun restored =
           RestoreRunState(files, job, catalogue.FolderOf("J"), RestoreMode::Resume);
       if (!restored.problem.empty()) listener.lines.push_back("e:" + restored.problem);
+      jobs.Hold(index, restored.held, restored.asks_again);
       jobs.SetProgress(index, restored.progress);
       return restored.state;
     });

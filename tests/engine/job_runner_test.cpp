@@ -252,6 +252,50 @@ TEST_F(EngineTest, ARecordThatIsNotTakenBackKeepsTheCommitPoint) {
   }
 }
 
+// Each file of the run is not readable in turn, or damaged, when the program begins.
+TEST_F(EngineTest, WhatHoldsAJobIsKeptWhenItIsStoppedOrStartsAnew) {
+  script_.Answer(kRedoQuery, {{"90", Insert("1")}, {"92", Insert("2")}});
+  for (const std::string name : {"block.dat", "commit.dat", "sqlcmds.txt"}) {
+    for (const bool damaged : {false, true}) {
+      SCOPED_TRACE(name + (damaged ? " damaged" : ""));
+      EngineProgram first(files, clock_, script_), second(files, clock_, script_);
+      first.AddJob();
+      std::string error;
+      ASSERT_TRUE(first.catalogue.SaveAll(error) && RequestRun(first.context, 0, error)) << error;
+      first.runner.Step(0);
+      script_.FailOn("  " + InsertOf("2"), "ORA-00001: unique constraint\n");
+      clock_.TurnMinutes(5);
+      first.runner.Step(0);
+      const std::string file = "/work/jobs/J/" + name,
+                        before = damaged ? "'" : Read("jobs/J/" + name);
+      if (damaged) files.Put(file, before);
+      if (before == "(none)") files.Put(file, Read("jobs/J/block.dat"));
+      const std::string old = files.Content(file);
+      files.on_operation = [&](const testing::FileOperation& operation) {
+        const bool refused = !damaged && operation.path == file && operation.what == "open";
+        return refused ? FileStatus{FileCode::Denied, "Permission denied"} : FileStatus();
+      };
+      second.Load();
+      EXPECT_NE(second.jobs.HeldBecause(0).find(file), std::string::npos);
+      if (name != "block.dat") {
+        EXPECT_EQ(second.State(), JobState::Paused);
+        EXPECT_FALSE(RequestRun(second.context, 0, error));
+        EXPECT_NE(error.find("J is held: "), std::string::npos) << error;
+        RequestStop(second.jobs, 0);
+        second.runner.Step(0);
+      }
+      ASSERT_EQ(second.State(), JobState::Stopped);
+      files.Release();
+      ASSERT_TRUE(RequestRun(second.context, 0, error)) << error;
+      second.runner.Step(0);
+      EXPECT_EQ(second.State(), JobState::Started);
+      EXPECT_EQ(second.jobs.HeldBecause(0), "");
+      EXPECT_EQ(files.Content(file + ".bad"), old);
+      EXPECT_EQ(Record().batch_pending, 0);
+    }
+  }
+}
+
 TEST_F(EngineTest, ASweepServesEveryJobUntilTheEnd) {
   const std::size_t second = program_.jobs.Claim();
   ConfigOf(program_.jobs.At(second)).name = "K";

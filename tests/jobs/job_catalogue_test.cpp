@@ -174,6 +174,19 @@ TEST_F(JobCatalogueTest, WhatCanNotBeReadIsKept) {
   restarted.Job(0).schemas["S"];
   ++restarted.Job(0).tables_revision;
   Save("until a refresh", restarted);
+  for (const char* name : {"jobs.xml", "b.xml"}) {
+    Program blind(files);
+    Refuse("open", name);
+    blind.Load();
+    Refuse();
+    account << "list: " << blind.catalogue.WhyListNotRead() << "\n";
+    blind.Add("x");
+    if (blind.jobs.Count() > 2) {
+      account << "held: " << blind.jobs.HeldBecause(1) << "\n";
+      ++blind.Job(1).tables_revision;
+    }
+    Save("one that is not readable is not saved over", blind);
+  }
 }
 
 TEST_F(JobCatalogueTest, JobsThatCanNotBeAreLeftOutAndKept) {

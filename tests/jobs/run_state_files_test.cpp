@@ -95,11 +95,17 @@ TEST(Restore, TakesUpWhatIsWholeAndTellsTheRest) {
     for (std::string name, text; lines >> name && std::getline(lines >> std::ws, text);) {
       RunRecord r;
       std::istringstream fields(text);
+      if (name == "job") {  // and what it is
+        ConfigOf(job).follow = text.find("commits") != text.npos ? Follow::Commits : Follow::Rows;
+        ConfigOf(job).position_owner = text.find("row") != text.npos ? "OPS" : "";
+        continue;
+      }
       if (fields >> r.state >> r.applied_count >> r.batch_applied >> r.batch_remaining >>
           r.mining_start_scn >> r.cutoff_scn >> r.blocked_count >> r.batch_pending) {
         text = Bytes(r);
       }
       std::ranges::replace(text, '|', '\n');
+      if (text == "nothing") text = "";
       if (name != "refuse") files.Put("/work/jobs/J/" + name, text);
       if (name == "refuse") {
         files.on_operation = [refused = text](const testing::FileOperation& operation) {
@@ -115,7 +121,8 @@ TEST(Restore, TakesUpWhatIsWholeAndTellsTheRest) {
             << run.progress.batch_remaining << " to do of " << job.run.pending_batch.Size()
             << "; applied " << job.run.applied_count << ", blocked " << job.run.blocked_count
             << ", from " << mining_start << " below " << cutoff << "\n"
-            << run.problem << (run.problem.empty() ? "" : "\n");
+            << run.problem << (run.problem.empty() ? "" : "\n")
+            << (run.asks_again ? "asks again: " : "") << run.held << (run.held.empty() ? "" : "\n");
     }
     const auto on_disk = files.AfterPowerCut([] { return false; });
     for (const auto& [name, content] : on_disk->All("/work")) {
