@@ -11,6 +11,9 @@
 // clang-format on
 
 #include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
 #include <system_error>
 
 #include "foundation/system_files.h"
@@ -65,12 +68,30 @@ OVERLAPPED At(std::uint64_t offset) {
   return place;
 }
 
-// Full access for the file's owner and nobody else, nothing inherited ("OW" is owner rights).
+// Who runs this program, as security descriptors name him; empty when the system does not say.
+std::wstring OwnName() {
+  HANDLE token = nullptr;
+  if (::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, &token) == 0) return {};
+  alignas(TOKEN_USER) std::array<unsigned char, 256> user{};
+  DWORD size = 0;
+  LPWSTR text = nullptr;
+  std::wstring name;
+  if (::GetTokenInformation(token, TokenUser, user.data(), user.size(), &size) != 0 &&
+      ::ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER*>(user.data())->User.Sid, &text) != 0) {
+    name = text;
+    ::LocalFree(text);
+  }
+  ::CloseHandle(token);
+  return name;
+}
+
+// Full access for who makes the file and nobody else, nothing inherited.
 class OwnerOnlySecurity {
  public:
   OwnerOnlySecurity() {
-    valid_ = ::ConvertStringSecurityDescriptorToSecurityDescriptorW(
-                 L"D:P(A;;FA;;;OW)", SDDL_REVISION_1, &descriptor_, nullptr) != 0;
+    static const std::wstring rule = L"D:P(A;;FA;;;" + OwnName() + L")";
+    valid_ = ::ConvertStringSecurityDescriptorToSecurityDescriptorW(rule.c_str(), SDDL_REVISION_1,
+                                                                    &descriptor_, nullptr) != 0;
     attributes_.nLength = sizeof attributes_;
     attributes_.lpSecurityDescriptor = descriptor_;
   }
@@ -91,7 +112,7 @@ class OwnerOnlySecurity {
 
 class Win32File final : public OpenFile {
  public:
-  explicit Win32File(HANDLE handle) : handle_(handle) {}
+  Win32File(HANDLE handle, bool writable) : handle_(handle), writable_(writable) {}
   ~Win32File() override {
     if (handle_ != INVALID_HANDLE_VALUE) ::CloseHandle(handle_);
   }
@@ -132,7 +153,10 @@ class Win32File final : public OpenFile {
                     0);
   }
 
-  FileStatus Flush() override { return StatusOf(::FlushFileBuffers(handle_) != 0); }
+  // Refused by the system where there is nothing that could be flushed.
+  FileStatus Flush() override {
+    return writable_ ? StatusOf(::FlushFileBuffers(handle_) != 0) : FileStatus{};
+  }
 
   FileStatus Close() override {
     HANDLE handle = handle_;
@@ -140,15 +164,28 @@ class Win32File final : public OpenFile {
     return StatusOf(::CloseHandle(handle) != 0);
   }
 
+  // The system's locks of one handle add up, and get in each other's way: the old one goes first,
+  // and is taken again when there is no new one.
   FileStatus TryLock(LockKind kind) override {
+    OVERLAPPED place = At(kLockedByte);
+    if (held_) ::UnlockFileEx(handle_, 0, 1, 0, &place);
+    FileStatus status = Lock(kind);
+    if (status) held_ = kind;
+    if (!status && held_ && !Lock(*held_)) held_.reset();
+    return status;
+  }
+
+ private:
+  FileStatus Lock(LockKind kind) {
     OVERLAPPED place = At(kLockedByte);
     const DWORD exclusive = kind == LockKind::Exclusive ? LOCKFILE_EXCLUSIVE_LOCK : 0;
     return StatusOf(::LockFileEx(handle_, LOCKFILE_FAIL_IMMEDIATELY | exclusive, 0, 1, 0, &place) !=
                     0);
   }
 
- private:
   HANDLE handle_;
+  const bool writable_;
+  std::optional<LockKind> held_;
 };
 
 // A symbolic link, or what mounts another folder in a folder's place.
@@ -160,6 +197,15 @@ bool IsLink(const wchar_t* path) {
   return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
          (found.dwReserved0 == IO_REPARSE_TAG_SYMLINK ||
           found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
+}
+
+// Why a file could not be opened or removed: that a folder stands in its place is told as a want of
+// rights.
+FileStatus Refused(const wchar_t* path) {
+  const DWORD number = ::GetLastError();
+  const DWORD found = ::GetFileAttributesW(path);
+  const bool folder = found != INVALID_FILE_ATTRIBUTES && (found & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  return ErrorOf(number == ERROR_ACCESS_DENIED && folder ? ERROR_DIRECTORY : number);
 }
 
 HANDLE OpenHandle(const wchar_t* path, OpenMode how, SECURITY_ATTRIBUTES* security) {
@@ -196,8 +242,9 @@ FileStatus SystemFiles::Open(const Path& path, OpenMode how, Mode mode,
   } else {
     handle = OpenHandle(path.c_str(), how, nullptr);
   }
-  if (handle == INVALID_HANDLE_VALUE) return StatusOf(false);
-  auto opened = std::make_unique<Win32File>(handle);
+  if (handle == INVALID_HANDLE_VALUE) return Refused(path.c_str());
+  auto opened =
+      std::make_unique<Win32File>(handle, how != OpenMode::Read && how != OpenMode::ReadLink);
   if (::GetFileType(handle) != FILE_TYPE_DISK) return {FileCode::NotAFile, "it is not a file"};
   file = std::move(opened);
   return {};
@@ -223,7 +270,13 @@ FileStatus SystemFiles::List(const Path& folder, std::vector<Path>& names) {
        entry.increment(code)) {
     names.push_back(entry->path().filename());
   }
-  return code ? ErrorOf(static_cast<DWORD>(code.value())) : FileStatus{};
+  if (!code) return {};
+  // The C++ library has numbers of its own here.
+  FileCode kind = FileCode::Failed;
+  if (code == std::errc::no_such_file_or_directory) kind = FileCode::Missing;
+  if (code == std::errc::not_a_directory) kind = FileCode::NotAFile;
+  if (code == std::errc::permission_denied) kind = FileCode::Denied;
+  return {kind, code.message()};
 }
 
 bool SystemFiles::AreSame(const Path& a, const Path& b) {
@@ -235,13 +288,30 @@ FileStatus SystemFiles::LockFolder(const Path&, OpenFile::LockKind, std::unique_
   return {};
 }
 
+// A file that somebody reads at this moment, a virus scanner mostly, can not be replaced until he
+// has done.
 FileStatus SystemFiles::Rename(const Path& from, const Path& to) {
-  return StatusOf(::MoveFileExW(from.c_str(), to.c_str(),
-                                MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0);
+  constexpr int kAttempts = 20;
+  constexpr DWORD kBetweenAttempts = 10;  // milliseconds
+  FileFacts old_facts, new_facts;
+  // Not left to the system: some put a file in a folder's place.
+  if (Look(from, old_facts) && Look(to, new_facts) && !AreSame(from, to)) {
+    if (old_facts.kind != new_facts.kind) return ErrorOf(ERROR_DIRECTORY);
+    if (new_facts.kind == FileKind::Folder) {
+      if (FileStatus status = RemoveFolder(to); !status) return status;
+    }
+  }
+  for (int attempt = 1;; ++attempt) {
+    FileStatus status =
+        StatusOf(::MoveFileExW(from.c_str(), to.c_str(),
+                               MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0);
+    if (status.code != FileCode::Denied || attempt == kAttempts) return status;
+    ::Sleep(kBetweenAttempts);
+  }
 }
 
 FileStatus SystemFiles::RemoveFile(const Path& path) {
-  return StatusOf(::DeleteFileW(path.c_str()) != 0);
+  return ::DeleteFileW(path.c_str()) != 0 ? FileStatus{} : Refused(path.c_str());
 }
 
 FileStatus SystemFiles::RemoveFolder(const Path& path) {
@@ -254,8 +324,10 @@ FileStatus SystemFiles::MakeFolder(const Path& path) {
 
 // Names are on the disk as soon as the file system's journal is; there is no call that waits for
 // it.
-FileStatus SystemFiles::FlushFolder(const Path&) {
-  return {};
+FileStatus SystemFiles::FlushFolder(const Path& folder) {
+  FileFacts facts;
+  FileStatus status = Look(folder, facts);
+  return !status || facts.kind == FileKind::Folder ? std::move(status) : ErrorOf(ERROR_DIRECTORY);
 }
 
 std::string_view SystemFiles::LineEnd() const {

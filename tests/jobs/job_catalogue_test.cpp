@@ -97,7 +97,7 @@ TEST_F(JobCatalogueTest, FilesHoldWhatTheyShould) {
   const JobConfig& read = restarted.Job(0);
   EXPECT_TRUE(read.source.password == "tiger" && read.source.sysdba);
   EXPECT_EQ(read.destination.user_id, "") << "an unregistered data source";
-  EXPECT_EQ(read.error_log_path, "/work/jobs/J1/error.log");
+  EXPECT_EQ(AsStored(read.error_log_path), "/work/jobs/J1/error.log");
   EXPECT_TRUE(read.table_list_fetched && !restarted.Job(1).table_list_fetched);
   files.Remove("/work/jobs/jobs.xml");
   ++restarted.Job(0).tables_revision;

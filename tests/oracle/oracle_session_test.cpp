@@ -61,15 +61,19 @@ TEST(OciLibrary, MissingClientSaysWhatWasTriedAndWhatToDo) {
   EXPECT_THAT(session.LastError(), HasSubstr("Tried: /no/such/library.so"));
   EXPECT_THAT(session.LastError(), HasSubstr("--client sandbox"));
 
-  // Some library that is there, and is no client.
+// Some library that is there, and is no client.
+#ifdef _WIN32
+  OciLibrary other("kernel32.dll", "");
+#else
   OciLibrary other("libc.so.6", "");
+#endif
   EXPECT_FALSE(other.Loaded());
   EXPECT_THAT(other.LoadError(), HasSubstr("has no function OCIEnvCreate"));
 }
 
 TEST(NlsDefaults, LeaveWhatTheOperatorHasSet) {
-  setenv("NLS_DATE_FORMAT", "DD.MM.YYYY HH24:MI:SS", 1);
-  unsetenv("NLS_TIMESTAMP_FORMAT");
+  static char chosen[] = "NLS_DATE_FORMAT=DD.MM.YYYY HH24:MI:SS";
+  putenv(chosen);
   SetNlsDefaults();
   EXPECT_STREQ(std::getenv("NLS_DATE_FORMAT"), "DD.MM.YYYY HH24:MI:SS");
   EXPECT_STREQ(std::getenv("NLS_TIMESTAMP_FORMAT"), "YYYY-MM-DD HH24:MI:SS.FF");

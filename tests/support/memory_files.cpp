@@ -19,6 +19,11 @@ FileStatus Refused(FileCode code) {
   return {code, kReasons.at(code)};
 }
 
+// Alike on every system: without a drive, with "/" between.
+std::string NameOf(const std::filesystem::path& path) {
+  return "/" + path.relative_path().generic_string();
+}
+
 }  // namespace
 
 struct MemoryFiles::Node {
@@ -189,7 +194,7 @@ FileStatus MemoryFiles::Open(const Path& path, OpenMode how, Mode mode,
   static constexpr std::string_view kNames[] = {"open", "create", "open to append", "open in place",
                                                 "open"};
   NodePtr node;
-  FileStatus status = Do(kNames[static_cast<std::size_t>(how)], path, [&]() -> FileStatus {
+  FileStatus status = Do(kNames[static_cast<std::size_t>(how)], NameOf(path), [&]() -> FileStatus {
     NodePtr folder;
     FileStatus found = Find(path, folder, node);
     if (found && how == OpenMode::New) return Refused(FileCode::Exists);
@@ -203,12 +208,12 @@ FileStatus MemoryFiles::Open(const Path& path, OpenMode how, Mode mode,
     folder->Name(path.filename().string(), node);
     return {};
   });
-  if (status) file = std::make_unique<Handle>(*this, path, std::move(node));
+  if (status) file = std::make_unique<Handle>(*this, NameOf(path), std::move(node));
   return status;
 }
 
 FileStatus MemoryFiles::Look(const Path& path, FileFacts& facts) {
-  return Do("look", path, [&] {
+  return Do("look", NameOf(path), [&] {
     NodePtr folder, node;
     FileStatus status = Find(path, folder, node);
     if (status) facts = {node->kind, node->now.content.size(), node->mode};
@@ -217,7 +222,7 @@ FileStatus MemoryFiles::Look(const Path& path, FileFacts& facts) {
 }
 
 FileStatus MemoryFiles::List(const Path& folder, std::vector<Path>& names) {
-  return Do("list", folder, [&]() -> FileStatus {
+  return Do("list", NameOf(folder), [&]() -> FileStatus {
     names.clear();
     NodePtr above, node;
     FileStatus status = Find(folder, above, node);
@@ -243,14 +248,14 @@ FileStatus MemoryFiles::LockFolder(const Path& folder, OpenFile::LockKind kind,
   };
   FileStatus status = find();
   if (!status) return status;
-  auto handle = std::make_unique<Handle>(*this, folder, std::move(node));
+  auto handle = std::make_unique<Handle>(*this, NameOf(folder), std::move(node));
   status = handle->TryLock(kind);
   if (status) lock = std::move(handle);
   return status;
 }
 
 FileStatus MemoryFiles::Rename(const Path& from, const Path& to) {
-  return Do("rename", from.string() + " -> " + to.string(), [&]() -> FileStatus {
+  return Do("rename", NameOf(from) + " -> " + NameOf(to), [&]() -> FileStatus {
     NodePtr old_folder, node, new_folder, replaced;
     const FileStatus source = Find(from, old_folder, node), target = Find(to, new_folder, replaced);
     if (!source && (!source.Missing() || old_folder == nullptr)) return source;
@@ -281,15 +286,15 @@ FileStatus MemoryFiles::RemoveOne(const Path& path, FileKind kind) const {
 }
 
 FileStatus MemoryFiles::RemoveFile(const Path& path) {
-  return Do("remove", path, [&] { return RemoveOne(path, FileKind::File); });
+  return Do("remove", NameOf(path), [&] { return RemoveOne(path, FileKind::File); });
 }
 
 FileStatus MemoryFiles::RemoveFolder(const Path& path) {
-  return Do("remove folder", path, [&] { return RemoveOne(path, FileKind::Folder); });
+  return Do("remove folder", NameOf(path), [&] { return RemoveOne(path, FileKind::Folder); });
 }
 
 FileStatus MemoryFiles::MakeFolder(const Path& path) {
-  return Do("make folder", path, [&]() -> FileStatus {
+  return Do("make folder", NameOf(path), [&]() -> FileStatus {
     NodePtr folder, node;
     FileStatus status = Find(path, folder, node);
     if (status) return Refused(FileCode::Exists);
@@ -300,7 +305,7 @@ FileStatus MemoryFiles::MakeFolder(const Path& path) {
 }
 
 FileStatus MemoryFiles::FlushFolder(const Path& folder) {
-  return Do("flush folder", folder, [&]() -> FileStatus {
+  return Do("flush folder", NameOf(folder), [&]() -> FileStatus {
     NodePtr above, node;
     FileStatus status = Find(folder, above, node);
     if (!status) return status;

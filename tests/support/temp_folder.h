@@ -2,13 +2,11 @@
 // A fresh folder that goes with its owner.
 #pragma once
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,9 +18,10 @@ namespace quillmere {
 class TempFolder {
  public:
   TempFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "quillmere-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) std::abort();
-    path_ = name;
+    std::random_device random;
+    do {
+      path_ = std::filesystem::temp_directory_path() / ("quillmere-" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(path_));
   }
   ~TempFolder() {
     std::error_code code;
