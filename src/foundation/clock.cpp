@@ -26,6 +26,18 @@ std::string FormatTimeStamp(LocalTime time) {
   return text;
 }
 
+std::string ReadableTime(LocalTime time) {
+  std::string text = FormatTimeStamp(time);
+  text.insert(6, 1, '-');
+  text.insert(4, 1, '-');
+  return text;
+}
+
+LocalTime SystemClock::Now() const {
+  using namespace std::chrono;
+  return ToLocalTime(duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count());
+}
+
 SteadyTime SystemClock::Steady() const {
   using namespace std::chrono;
   return duration_cast<SteadyTime>(steady_clock::now().time_since_epoch());

@@ -21,6 +21,12 @@ inline LocalTime AddMinutes(LocalTime time, std::int64_t minutes) {
 // "20260131 23:59:07": the stamp in front of every log line.
 std::string FormatTimeStamp(LocalTime time);
 
+// "2026-01-31 23:59:07": for people.
+std::string ReadableTime(LocalTime time);
+
+// Of milliseconds since 1970 in universal time.
+LocalTime ToLocalTime(std::int64_t utc_ms);
+
 // On a clock that nobody sets: only differences mean something.
 using SteadyTime = std::chrono::milliseconds;
 

@@ -7,10 +7,7 @@
 
 namespace quillmere {
 
-LocalTime SystemClock::Now() const {
-  using namespace std::chrono;
-  const std::int64_t utc_ms =
-      duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+LocalTime ToLocalTime(std::int64_t utc_ms) {
   const time_t seconds = static_cast<time_t>(utc_ms / 1000);
   tm local{};
   if (localtime_r(&seconds, &local) == nullptr) return LocalTime{utc_ms};

@@ -7,10 +7,7 @@
 
 namespace quillmere {
 
-LocalTime SystemClock::Now() const {
-  using namespace std::chrono;
-  const std::int64_t utc_ms =
-      duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+LocalTime ToLocalTime(std::int64_t utc_ms) {
   const __time64_t seconds = static_cast<__time64_t>(utc_ms / 1000);
   tm local{};
   if (_localtime64_s(&local, &seconds) != 0) return LocalTime{utc_ms};

@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/clock.h"
+
 namespace quillmere {
 
 enum class FileCode {
@@ -44,6 +46,7 @@ struct FileFacts {
   // Who may do what; perms::unknown where the system has no such bits.
   std::filesystem::perms mode = std::filesystem::perms::unknown;
   bool link = false;  // a symbolic link leads there
+  LocalTime changed;  // not set where that is not known
 };
 
 // An open file. One thread at a time. Its end closes it, without a word about what fails then. Must

@@ -190,6 +190,7 @@ FileStatus SystemFiles::Look(const Path& path, FileFacts& facts) {
                                          : FileKind::Other;
   facts.size = static_cast<std::uint64_t>(status.st_size);
   facts.mode = static_cast<Mode>(status.st_mode & kModeBits);
+  facts.changed = ToLocalTime(std::int64_t{status.st_mtime} * 1000);
   return {};
 }
 

@@ -259,6 +259,10 @@ FileStatus SystemFiles::Look(const Path& path, FileFacts& facts) {
   facts.link = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && IsLink(path.c_str());
   facts.kind = folder ? FileKind::Folder : FileKind::File;
   facts.size = (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
+  // In tenths of a microsecond since 1601.
+  const std::uint64_t written = (std::uint64_t{data.ftLastWriteTime.dwHighDateTime} << 32) |
+                                data.ftLastWriteTime.dwLowDateTime;
+  facts.changed = ToLocalTime(static_cast<std::int64_t>(written / 10'000) - 11'644'473'600'000);
   facts.mode = kUsualMode;  // what a folder hands down to its files is the system's business
   return {};
 }

@@ -172,6 +172,8 @@ void TakeUp(FileSystem& files, SyncJob& job, const JobFolder& folder, const Foun
 
 RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& folder,
                             RestoreMode mode) {
+  FileFacts facts;  // before anything is settled
+  static_cast<void>(files.Look(folder.File(JobFile::Record), facts));
   Found found;
   if (mode == RestoreMode::LookBeside) {
     static_cast<void>(ReadRunRecord(files, folder.File(JobFile::Record), found.record));
@@ -192,6 +194,8 @@ RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& fo
   restored.held = std::move(found.held);
   if (mode == RestoreMode::Resume && restored.state == JobState::Started) {
     restored.state = JobState::Paused;
+    restored.was_running = true;
+    restored.until = facts.changed;
   }
   if (!restored.held.empty()) return restored;
   const HeldFile told = ReadHeldFile(files, folder);

@@ -73,6 +73,9 @@ struct RestoredRun {
   std::string problem;      // what could not be restored and what that means; empty when all could
   std::string held;         // why the job can not be continued; empty when it can
   bool asks_again = false;  // it was held by a pass, and the next one finds out whether it still is
+  // It was Started when its program ended, and until when as far as that is known.
+  bool was_running = false;
+  LocalTime until{};
 };
 
 // What a loaded job takes from its folder: run record, and with it the pending batch. Not there,

@@ -215,6 +215,7 @@ Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& pr
     workspace.Log().Add(old.name + "'s name changed to " + trimmed.name, false);
   }
   StoreProperties(workspace, job, trimmed);
+  workspace.RefreshJobLogOns();  // it may be held for a data source that it has no more
   std::string problem;
   if (source_changed || container_changed) problem = RefreshFromNewSource(workspace, index, work);
   if (!SaveChanged(workspace, job, reason)) return Outcome::Refused(std::move(reason));
@@ -240,11 +241,8 @@ Outcome DeleteJob(Workspace& workspace, std::size_t index) {
 
 Outcome RunJob(Workspace& workspace, EngineContext& engine, std::size_t index) {
   const SyncJob& job = workspace.Jobs().At(index);
-  const JobProperties properties = PropertiesOf(job);
-  for (const std::string& name : {properties.source, properties.destination}) {
-    if (!TablesFetched(job) || workspace.Registry().IndexOf(name) >= 0) continue;
-    return Outcome::Refused(name + " is not registered any more");
-  }
+  std::string unregistered = workspace.WhyUnregistered(job);
+  if (TablesFetched(job) && !unregistered.empty()) return Outcome::Refused(unregistered);
   std::string reason;
   return RequestRun(engine, index, reason) ? Outcome::Done() : Outcome::Refused(std::move(reason));
 }

@@ -44,11 +44,14 @@ struct SourceLists {
   std::vector<TableInfo> tables;
 };
 
-Outcome Failed(const OracleSession& session, LogLines& log, const std::string& what) {
-  if (session.ListEnded()) return Outcome::Cancelled();
-  std::string text = what + session.LastError();
+Outcome Failed(LogLines& log, std::string text) {
   log.Add(text, true);
   return Outcome::Refused(std::move(text));
+}
+
+Outcome Failed(const OracleSession& session, LogLines& log, const std::string& what) {
+  if (session.ListEnded()) return Outcome::Cancelled();
+  return Failed(log, what + session.LastError());
 }
 
 bool ReadNext(OracleSession& session, const std::string& what, SchemaListener& listener) {
@@ -190,6 +193,10 @@ Outcome ReadTables(Workspace& workspace, std::size_t index, DatabaseWork& work) 
 Outcome RefreshTables(Workspace& workspace, std::size_t index, DatabaseWork& work) {
   SyncJob& job = workspace.Jobs().At(index);
   if (!Rests(workspace.Jobs().State(index))) return Outcome::Refused(WhyBusy(NameOf(job)));
+  const std::string unregistered = workspace.WhyUnregistered(job);
+  if (!unregistered.empty()) {
+    return Failed(workspace.Log(), NameOf(job) + ": " + unregistered + ", refresh failed");
+  }
   Outcome read = ReadTables(workspace, index, work);
   {
     const MutexLock lock(job.config_mutex);

@@ -48,6 +48,8 @@ bool LogCanBeWritten(FileSystem& files, const fs::path& folder, std::string& rea
   return false;
 }
 
+constexpr std::string_view kNotRegistered = " is not registered any more";
+
 bool IsSandbox(std::string_view client) {
   return client == "sandbox" || fs::path(client).filename() == SandboxLibraryName();
 }
@@ -112,6 +114,7 @@ void Workspace::LoadAll() {
   registry_.Load();
   catalogue_.Load([this](std::string_view name) { return LogOnOf(name); },
                   [this](SyncJob& job) { return RestoreJob(job); });
+  HoldUnregistered();
 }
 
 JobState Workspace::RestoreJob(SyncJob& job) {
@@ -122,6 +125,14 @@ JobState Workspace::RestoreJob(SyncJob& job) {
   RestoredRun restored = RestoreRunState(*files_, job, catalogue_.FolderOf(NameOf(job)), mode);
   if (!restored.problem.empty()) log_.Add(restored.problem, true);
   const std::size_t index = jobs_.IndexOf(job);
+  if (restored.was_running) {
+    const std::string until =
+        restored.until == LocalTime{} ? "" : " until " + ReadableTime(restored.until);
+    log_.Add(NameOf(job) + " was running" + until + ", is Paused with " +
+                 std::to_string(restored.progress.batch_remaining) +
+                 " statements left. Continue it with Run",
+             false);
+  }
   jobs_.SetProgress(index, restored.progress);
   HoldRestored(index, std::move(restored.held), restored.asks_again);
   // Nobody runs it: this is how it would come back.
@@ -161,6 +172,27 @@ void Workspace::RefreshJobLogOns() {
     SyncJob& job = jobs_.At(index);
     const MutexLock lock(job.config_mutex);
     ResolveLogOns(job.config, [this](std::string_view name) { return LogOnOf(name); });
+  }
+  HoldUnregistered();
+}
+
+std::string Workspace::WhyUnregistered(const SyncJob& job) const {
+  const MutexLock lock(job.config_mutex);
+  for (const std::string* name : {&job.config.src_database_name, &job.config.des_database_name}) {
+    if (registry_.IndexOf(*name) < 0) return *name + std::string(kNotRegistered);
+  }
+  return {};
+}
+
+// Whatever else a job is held for stays.
+void Workspace::HoldUnregistered() {
+  for (std::size_t index = 0; index < jobs_.Count(); ++index) {
+    if (jobs_.State(index) == JobState::Empty) continue;
+    const std::string held = jobs_.HeldBecause(index);
+    std::string why = WhyUnregistered(jobs_.At(index));
+    if (why == held || (!held.empty() && !held.ends_with(kNotRegistered))) continue;
+    if (!why.empty()) log_.Add(NameOf(jobs_.At(index)) + " is held: " + why, true);
+    jobs_.Hold(index, std::move(why));
   }
 }
 

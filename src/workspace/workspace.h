@@ -73,6 +73,10 @@ class Workspace {
   // registry. User-interface thread.
   void RefreshJobLogOns();
 
+  // "X is not registered any more" for the first of a job's data sources that is not; empty when
+  // both are. Jobs are held for that, until it is registered again.
+  std::string WhyUnregistered(const SyncJob& job) const;
+
   // Saves all jobs; a failure goes to the log, too, and what it concerns is on disk as it was.
   bool SaveJobs(std::string& reason);
 
@@ -82,6 +86,7 @@ class Workspace {
   Workspace(const Options& options, std::filesystem::path folder);
 
   void LoadAll();
+  void HoldUnregistered();
   void OpenClient(const Options& options);
   JobState RestoreJob(SyncJob& job);
   void HoldRestored(std::size_t index, std::string held, bool asks_again);

@@ -41,8 +41,8 @@ TEST(DialogAdvice, DeletingADataSourceSaysWhichJobsItStops) {
     job.des_database_name = "B";
     jobs.SetState(jobs.Count() - 1, JobState::Stopped);
   }
-  EXPECT_THAT(DeleteQuestion(jobs, "A"), EndsWith("Job J2 can not run without it."));
-  EXPECT_THAT(DeleteQuestion(jobs, "B"), EndsWith("J1 and 2 other jobs can not run without it."));
+  EXPECT_THAT(DeleteQuestion(jobs, "A"), HasSubstr("This job uses it and is held: J2. It can not"));
+  EXPECT_THAT(DeleteQuestion(jobs, "B"), HasSubstr("are held: J1, J2, J3. They can not"));
 }
 
 TEST(SettingsForm, AClientLibraryWithAPathMustBeThere) {

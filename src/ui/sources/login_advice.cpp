@@ -6,6 +6,8 @@
 namespace quillmere {
 namespace {
 
+constexpr std::size_t kNamesTold = 12;
+
 bool Contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }
@@ -55,24 +57,23 @@ std::string SaveAdvice(const DataSourceRegistry& registry, std::string_view edit
 }
 
 std::string DeleteQuestion(const JobList& jobs, std::string_view data_source) {
-  std::string first;
+  std::string names;
   std::size_t count = 0;
   for (std::size_t index = 0; index < jobs.Count(); ++index) {
     if (jobs.State(index) == JobState::Empty) continue;
     const JobProperties job = PropertiesOf(jobs.At(index));
     if (job.source != data_source && job.destination != data_source) continue;
-    if (++count == 1) first = job.name;
+    if (++count <= kNamesTold) names += (count == 1 ? "" : ", ") + job.name;
   }
   std::string question = "Delete the data source " + std::string(data_source) +
                          "?\n\nIts log-on and what was read of its catalogue go. The database "
                          "itself stays as it is.";
   if (count == 0) return question;
-  question += "\n\nJob " + first;
-  if (count > 1) {
-    const std::size_t others = count - 1;
-    question += " and " + std::to_string(others) + (others == 1 ? " other job" : " other jobs");
-  }
-  return question + " can not run without it.";
+  if (count > kNamesTold) names += " and " + std::to_string(count - kNamesTold) + " more";
+  const bool one = count == 1;
+  return question + "\n\n" + (one ? "This job uses it and is" : "These jobs use it and are") +
+         " held: " + names + ". " + (one ? "It" : "They") +
+         " can not be run or continued until a data source of that name is registered.";
 }
 
 }  // namespace quillmere
