@@ -80,7 +80,10 @@ void TDbMgrForm::SetUpList() {
 
 void TDbMgrForm::ConnectActions() {
   const auto on = [this](QAction* action, auto call) {
-    connect(action, &QAction::triggered, this, call);
+    connect(action, &QAction::triggered, this, [this, call] {
+      Q_EMIT Acting();
+      call();
+    });
   };
   on(actions_.ActOpenDbMgr, [this] { OpenManager(); });
   on(actions_.ConnectDS, [this] { ConnectSource(); });
@@ -89,6 +92,9 @@ void TDbMgrForm::ConnectActions() {
   on(actions_.DropMeta, [this] { RunOnSelection(SchemaAction::Drop); });
   on(actions_.ChangeMeta, [this] { RunOnSelection(SchemaAction::Rename); });
   on(actions_.MigrateMeta, [this] { RunOnSelection(SchemaAction::Migrate); });
+  auto* refresh = new QShortcut(QKeySequence::Refresh, this);
+  refresh->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(refresh, &QShortcut::activated, this, &TDbMgrForm::PressRefresh);
   on(actions_.ExpandTree, [this] { frame_->Tree().expandAll(); });
   on(actions_.CollapseTree, [this] {
     Select({NodeKind::Root, {}});
@@ -132,8 +138,10 @@ void TDbMgrForm::ShowRegistry() {
   ShowSelectedList();
 }
 
-// The menu belongs to the selected node: a right press selects no other one.
+// The menu belongs to the selected node: a right press selects no other one, and beside the name of
+// another one the menu would act on the wrong one.
 void TDbMgrForm::ShowTreeMenu(const QPoint& position) {
+  if (frame_->Tree().indexAt(position) != frame_->Tree().currentIndex()) return;
   UpdateActions();
   const NodeKind kind = SelectedNode().kind;
   QMenu* menu = nullptr;
@@ -176,6 +184,20 @@ void TDbMgrForm::RefreshSource() {
   if (!source) return;
   connection_.Refresh(*source);
   ShowRegistry();
+}
+
+// The key works wherever the action is hidden, too, and says why nothing is read.
+void TDbMgrForm::PressRefresh() {
+  if (actions_.RefreshDS->isVisible()) return actions_.RefreshDS->trigger();
+  const std::optional<std::size_t> index = SelectedSource();
+  if (!index) return ShowNotice(this, "Select a data source to refresh it", &frame_->Tree());
+  const DataSource& source = context_.workspace.Registry().At(*index);
+  const bool connected = source.state == ConnectionState::Connected;
+  ShowNotice(this,
+             source.name + (connected ? " is refreshed from its own node: select it first"
+                                      : " is not connected. ConnectDS connects it and reads its "
+                                        "lists"),
+             &frame_->Tree());
 }
 
 void TDbMgrForm::RunOnSelection(SchemaAction action) {

@@ -27,6 +27,10 @@ class TDbMgrForm : public QWidget {
   // is still there.
   void ShowRegistry();
 
+ Q_SIGNALS:
+  // An action begins: whoever chose it in the main menu ought to see what it acts on.
+  void Acting();
+
  private:
   void SetUpTree();
   void SetUpList();
@@ -44,6 +48,7 @@ class TDbMgrForm : public QWidget {
   void ConnectSource();
   void DisconnectSource();
   void RefreshSource();
+  void PressRefresh();
 
   void RunOnSelection(SchemaAction action);
   // Asks in the action's dialog, which runs it; false when nothing was run. selected: what is to be

@@ -8,6 +8,7 @@
 
 #include "ui/toolkit/hints.h"
 #include "ui/toolkit/icons.h"
+#include "ui/toolkit/kept_place.h"
 #include "ui/toolkit/menu_entry.h"
 
 namespace quillmere {
@@ -50,7 +51,6 @@ DatabaseActions MakeDatabaseActions(QWidget& window) {
   actions.BrowseData->setEnabled(false);
   actions.ExpandTree = make("ExpandTree", "TreeMgr", "Expand Tree", "expand");
   actions.CollapseTree = make("CollapseTree", "TreeMgr", "Collapse Tree", "collapse");
-  SetKey(window, *actions.RefreshDS, QKeySequence::Refresh);
   SetKey(window, *actions.DropMeta, QKeySequence::Delete);
   SetKey(window, *actions.ChangeMeta, Qt::Key_F2);
   return actions;
@@ -77,8 +77,7 @@ void FillToolBar(QToolBar& tools, const DatabaseActions& actions) {
   const auto add = [&tools](const char* name, QAction& action, const char* tooltip,
                             const char* hint) {
     action.setToolTip(QLatin1String(tooltip));
-    tools.addAction(&action);
-    QWidget* button = tools.widgetForAction(&action);
+    QWidget* const button = AddKeepingPlace(tools, action);
     button->setObjectName(QLatin1String(name));
     button->setAccessibleName(action.text());
     SetHint(button, QLatin1String(hint));

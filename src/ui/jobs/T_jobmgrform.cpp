@@ -12,6 +12,7 @@
 
 #include "ui/jobs/batch_delegate.h"
 #include "ui/jobs/job_state_icon.h"
+#include "ui/toolkit/hints.h"
 #include "ui/toolkit/menu_entry.h"
 #include "ui/toolkit/notice.h"
 #include "ui/toolkit/text.h"
@@ -21,6 +22,7 @@ namespace quillmere {
 namespace {
 
 constexpr int kRefreshMs = 10'000;
+const QString kPageHint = QStringLiteral("Jobs manager: Design, mangage and monitor");
 
 bool IsTableNode(JobNode kind) {
   return kind == JobNode::Include || kind == JobNode::Exclude;
@@ -145,6 +147,7 @@ void TJobMgrForm::ConnectActions() {
   connect(&frame_.List(), &QWidget::customContextMenuRequested, this, &TJobMgrForm::ShowListMenu);
   connect(&frame_.List(), &QAbstractItemView::doubleClicked, this, &TJobMgrForm::OnListActivated);
   connect(&frame_.List(), &QAbstractItemView::activated, this, &TJobMgrForm::OnListActivated);
+  connect(&frame_, &ExplorerFrame::Back, this, [this] { Select({JobNode::Job, Current().job}); });
   connect(&worker_, &JobWorker::JobsChanged, this, &TJobMgrForm::OnJobsChanged);
   connect(&worker_, &JobWorker::MessageLost, this, &TJobMgrForm::MessageLost);
 }
@@ -202,6 +205,9 @@ void TJobMgrForm::ShowJobs(const JobNodeRef& node) {
   frame_.List().ShowRows(job_rows_, QStringLiteral("jobs"), false);
   frame_.Filter().SetModel(&job_rows_);
   const bool all = node.kind == JobNode::AllJobs;
+  frame_.SetBack({});
+  SetHint(&frame_.List(), all ? kPageHint + QStringLiteral(". Enter or a double click goes to the job")
+                              : kPageHint);
   frame_.SetCountText(all ? Counted(job_rows_.SourceRowCount(), QStringLiteral("job")) : QString());
   frame_.SetNote(all ? QString() : NoteOf(node.job));
 }
@@ -224,6 +230,8 @@ void TJobMgrForm::ShowTables(const JobNodeRef& node, TableRows& rows, const QStr
   frame_.Filter().SetModel(&rows);
   frame_.SetCountText(Counted(rows.SourceRowCount(), QStringLiteral("table")));
   frame_.SetNote({});
+  frame_.SetBack(OneLine(NameOf(job)));
+  SetHint(&frame_.List(), kPageHint);
 }
 
 // Keeps the selection: the same node while its job is there, else the one in its place.
@@ -296,13 +304,38 @@ void TJobMgrForm::ShowTreeMenu(const QPoint& place) {
   QTreeView& view = frame_.Tree();
   const JobNodeRef node = Current();
   if (view.indexAt(place) != view.currentIndex()) return;
+  OfferRow({});
   QMenu* const menu = MenuOf(node.kind);
   if (menu != nullptr && !menu->isEmpty()) menu->popup(view.viewport()->mapToGlobal(place));
+}
+
+// Behind the menu's own entry: what the job of that row offers at its node, which it goes to first.
+void TJobMgrForm::OfferRow(const QModelIndex& row) {
+  qDeleteAll(std::exchange(row_entries_, {}));
+  if (!row.isValid()) return;
+  const JobNodeRef job{JobNode::Job, job_rows_.JobOf(job_rows_.SourceRow(row))};
+  const JobActions offered = ActionsOfNode(job.kind, StateOf(job));
+  row_entries_ << job_new_menu_->addSeparator();
+  for (const auto& [action, shown] : {std::pair(actions_.FileOpen, offered.file_open),
+                                      {actions_.Refresh, offered.refresh},
+                                      {actions_.FileDelete, offered.file_delete},
+                                      {actions_.RunRun, offered.run},
+                                      {actions_.RunPause, offered.pause},
+                                      {actions_.RunStop, offered.stop}}) {
+    if (!shown) continue;
+    QAction* const entry = job_new_menu_->addAction(action->icon(), action->text());
+    row_entries_ << entry;
+    connect(entry, &QAction::triggered, this, [this, job, action = action] {
+      Select(job);
+      if (Current() == job) action->trigger();
+    });
+  }
 }
 
 void TJobMgrForm::ShowListMenu(const QPoint& place) {
   const JobNode kind = Current().kind;
   QMenu* const menu = IsTableNode(kind) ? table_menu_ : MenuOf(kind);
+  if (kind == JobNode::AllJobs) OfferRow(frame_.List().indexAt(place));
   if (menu != nullptr) menu->popup(frame_.List().viewport()->mapToGlobal(place));
 }
 

@@ -72,6 +72,7 @@ class TJobMgrForm : public QWidget {
   void OnListActivated(const QModelIndex& index);
   void ShowTreeMenu(const QPoint& place);
   void ShowListMenu(const QPoint& place);
+  void OfferRow(const QModelIndex& row);
   QMenu* MenuOf(JobNode kind) const;
 
   // --- what is done (T_jobmgrform_commands.cpp)
@@ -97,6 +98,7 @@ class TJobMgrForm : public QWidget {
   QMenu* job_new_menu_ = nullptr;
   QMenu* job_menu_ = nullptr;
   QMenu* table_menu_ = nullptr;
+  QList<QAction*> row_entries_;  // of the menu of the list of all jobs
   QTimer refresh_timer_{this};
   bool shown_ = false;
   JobWorker worker_;  // last: it may tell of changes at once

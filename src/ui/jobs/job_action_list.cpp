@@ -7,6 +7,7 @@
 
 #include "ui/toolkit/hints.h"
 #include "ui/toolkit/icons.h"
+#include "ui/toolkit/kept_place.h"
 
 namespace quillmere {
 namespace {
@@ -29,8 +30,7 @@ struct Button {
 
 void AddButton(QToolBar& bar, const Button& button) {
   button.action->setToolTip(QLatin1StringView(button.tooltip));
-  bar.addAction(button.action);
-  QWidget* const widget = bar.widgetForAction(button.action);
+  QWidget* const widget = AddKeepingPlace(bar, *button.action);
   widget->setObjectName(QLatin1StringView(button.name));
   widget->setAccessibleDescription(QLatin1StringView(button.tooltip));
   SetHint(widget, QLatin1StringView(button.hint));
@@ -66,13 +66,13 @@ void JobActionList::FillToolBar(QToolBar& bar) {
                   "Refresh all shema tables from source."});
   AddButton(bar, {FileDelete, "ToolButton3", "delete a job",
                   "Drop a job configuration, nothing is left."});
-  before_run_ = bar.addSeparator();
+  before_run_ = AddSeparatorKeepingPlace(bar);
   AddButton(bar, {RunRun, "ToolButton5", "run a job", "Start a job to begin synchronize."});
   AddButton(bar, {RunPause, "ToolButton6", "stop a job",
                   "Stop a job,then you can change the configuration without losing any data."});
   AddButton(bar, {RunStop, "ToolButton7", "reset  a job",
                   "Reset a job, all status is cleared, but configuration is not changed."});
-  before_tables_ = bar.addSeparator();
+  before_tables_ = AddSeparatorKeepingPlace(bar);
   AddButton(bar, {Include, "ToolButton9", "include  owner and table",
                   "Choose the owner's tables which you want to synchronized."});
   AddButton(bar, {Exclude, "ToolButton10", "exclue owner and table",

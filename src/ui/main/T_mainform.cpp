@@ -88,6 +88,7 @@ QWidget* TMainForm::MakePages(std::chrono::milliseconds sweep_pause) {
   database_manager_ = new TDbMgrForm(context_, this);
   AddPage(database_manager_, "TSDbMgr", QStringLiteral("Database"),
           QStringLiteral("Databse manager: table, key and index management."));
+  connect(database_manager_, &TDbMgrForm::Acting, pages_, [this] { pages_->setCurrentIndex(1); });
   connect(pages_, &QTabWidget::currentChanged, this, &TMainForm::OnPageChanged);
   OnPageChanged();
   return pages_;

@@ -83,6 +83,15 @@ ExplorerFrame::ExplorerFrame(WindowMemory& memory, const QString& name, const QS
   left_column->addWidget(head_);
   left_column->addWidget(tree_, 1);
 
+  back_ = new QToolButton(this);
+  back_->setObjectName(QStringLiteral("BackBtn"));
+  back_->setArrowType(Qt::LeftArrow);
+  back_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  back_->setAutoRaise(true);
+  back_->setFocusPolicy(Qt::TabFocus);
+  back_->setShortcut(Qt::ALT | Qt::Key_Up);
+  back_->hide();
+  connect(back_, &QToolButton::clicked, this, &ExplorerFrame::Back);
   filter_ = new FilterLine(this);
   count_ = new QLabel(this);
   count_->setForegroundRole(QPalette::PlaceholderText);
@@ -97,6 +106,7 @@ ExplorerFrame::ExplorerFrame(WindowMemory& memory, const QString& name, const QS
   auto* right = new QWidget(this);
   auto* filter_row = new QHBoxLayout;
   filter_row->setContentsMargins(kSpacing / 2, kSpacing / 2, kSpacing, kSpacing / 2);
+  filter_row->addWidget(back_);
   filter_row->addWidget(filter_, 1);
   filter_row->addSpacing(kSpacing);
   filter_row->addWidget(count_);
@@ -135,6 +145,14 @@ ExplorerFrame::~ExplorerFrame() {
 
 void ExplorerFrame::SetCountText(const QString& text) {
   count_->setText(text);
+}
+
+void ExplorerFrame::SetBack(const QString& text) {
+  constexpr int kLongest = 160;
+  back_->setText(back_->fontMetrics().elidedText(text, Qt::ElideRight, kLongest));
+  back_->setToolTip(tr("Back to %1 and its actions (Alt+Up)").arg(text));
+  back_->setAccessibleName(tr("Back to %1").arg(text));
+  back_->setVisible(!text.isEmpty());
 }
 
 void ExplorerFrame::SetNote(const QString& text) {

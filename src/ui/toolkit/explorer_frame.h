@@ -38,8 +38,14 @@ class ExplorerFrame : public QWidget {
   // A line beside the filter: how many rows there are.
   void SetCountText(const QString& text);
 
+  // A button above the list that leads back to what it belongs to; none when the text is empty.
+  void SetBack(const QString& text);
+
   // Lines above the list that say something of what it shows; none when the text is empty.
   void SetNote(const QString& text);
+
+ Q_SIGNALS:
+  void Back();
 
  private:
   WindowMemory& memory_;
@@ -49,6 +55,7 @@ class ExplorerFrame : public QWidget {
   QWidget* head_ = nullptr;
   QToolButton* menu_button_ = nullptr;
   QTreeView* tree_ = nullptr;
+  QToolButton* back_ = nullptr;
   FilterLine* filter_ = nullptr;
   QLabel* count_ = nullptr;
   QLabel* note_ = nullptr;
