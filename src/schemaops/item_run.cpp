@@ -51,6 +51,12 @@ void ItemRun::Result(bool ok, const std::string& done, const std::string& failed
   listener_.OnResult(line, !ok);
 }
 
+void ItemRun::Sum(std::size_t items, const std::string& source, const std::string& target) {
+  Log(std::to_string(run_.succeeded) + " of " + std::to_string(items) + " objects of " + source +
+          " were created on " + target,
+      run_.failed > 0);
+}
+
 void ItemRun::Detail(std::string_view line) {
   Log(line, true);
   listener_.OnDetail(line);

@@ -30,6 +30,9 @@ class ItemRun {
   // A result: one of the two texts.
   void Result(bool ok, const std::string& done, const std::string& failed);
 
+  // How many of them are there now, for the log.
+  void Sum(std::size_t items, const std::string& source, const std::string& target);
+
   // Something else that belongs into the error log.
   void Detail(std::string_view line);
   // A step of an item that failed; the item's result repeats it.

@@ -182,6 +182,7 @@ Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_
   if (!SaveChanged(workspace, job, reason)) return Outcome::Refused(std::move(reason));
   std::string text = "A job created, name is " + trimmed.name;
   workspace.Log().Add(text, false);
+  TellOverlap(workspace, slot);
   if (!read) text += ". " + read.text;
   return Outcome::Done(std::move(text));
 }
@@ -218,6 +219,7 @@ Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& pr
   workspace.RefreshJobLogOns();  // it may be held for a data source that it has no more
   std::string problem;
   if (source_changed || container_changed) problem = RefreshFromNewSource(workspace, index, work);
+  if (source_changed || trimmed.destination != old.destination) TellOverlap(workspace, index);
   if (!SaveChanged(workspace, job, reason)) return Outcome::Refused(std::move(reason));
   return Outcome::Done(std::move(problem));
 }

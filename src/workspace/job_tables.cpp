@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "workspace/job_tables.h"
 
+#include <algorithm>
+#include <iterator>
+#include <set>
 #include <utility>
 
 #include "oracle/source_facts.h"
@@ -88,6 +91,23 @@ Outcome FetchLists(OracleSession& session, const TablesPlace& place, SourceLists
   }
   for (const std::string& warning : session.TakeWarnings()) log.Add(warning, true);
   return Outcome::Done();
+}
+
+// What a job carries from where to where.
+struct Carried {
+  std::string from, to;
+  std::set<std::string> tables;
+};
+
+Carried CarriedBy(const SyncJob& job) {
+  const MutexLock lock(job.config_mutex);
+  Carried carried{job.config.src_database_name, job.config.des_database_name, {}};
+  for (const auto& [owner, schema] : job.config.schemas) {
+    for (const JobTable& table : schema.Tables()) {
+      if (table.includeflag) carried.tables.insert(owner + "." + table.name);
+    }
+  }
+  return carried;
 }
 
 void Redirect(JobTable& table, const TableChoice& choice) {
@@ -190,6 +210,27 @@ Outcome ReadTables(Workspace& workspace, std::size_t index, DatabaseWork& work) 
   return Outcome::Done();
 }
 
+void TellOverlap(Workspace& workspace, std::size_t index) {
+  const JobList& jobs = workspace.Jobs();
+  const Carried mine = CarriedBy(jobs.At(index));
+  for (std::size_t other = 0; other < jobs.Count(); ++other) {
+    if (other == index || jobs.State(other) == JobState::Empty) continue;
+    const Carried others = CarriedBy(jobs.At(other));
+    if (others.from != mine.from || others.to != mine.to) continue;
+    std::vector<std::string> both;
+    std::set_intersection(mine.tables.begin(), mine.tables.end(), others.tables.begin(),
+                          others.tables.end(), std::back_inserter(both));
+    if (both.empty()) continue;
+    workspace.Log().Add(NameOf(jobs.At(index)) + " and " + NameOf(jobs.At(other)) +
+                            " both carry " + both.front() +
+                            (both.size() == 1 ? "" : " and " + std::to_string(both.size() - 1) +
+                                                         " more tables") +
+                            " from " + mine.from + " to " + mine.to +
+                            ": each change arrives twice. Exclude them in one of the jobs",
+                        true);
+  }
+}
+
 Outcome RefreshTables(Workspace& workspace, std::size_t index, DatabaseWork& work) {
   SyncJob& job = workspace.Jobs().At(index);
   if (!Rests(workspace.Jobs().State(index))) return Outcome::Refused(WhyBusy(NameOf(job)));
@@ -215,6 +256,7 @@ FilterResult FilterTables(Workspace& workspace, std::size_t index, const TableCh
     return result;
   }
   result.changed = Apply(job, choice);
+  if (choice.filter == TableFilter::Include) TellOverlap(workspace, index);
   SaveFiltered(workspace, job, choice, result.unsaved);
   return result;
 }

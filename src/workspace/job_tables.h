@@ -22,7 +22,11 @@ std::string WhyBusy(std::string_view job_name);
 // counters. On failure the log says why and the lists stay. Saves nothing.
 Outcome ReadTables(Workspace& workspace, std::size_t index, DatabaseWork& work);
 
-// The same as an action of its own: saves the catalogue in any case.
+// Tells in the log of another job that carries a table of this one from the same source to the same
+// destination: each of its changes arrives twice.
+void TellOverlap(Workspace& workspace, std::size_t index);
+
+// ReadTables as an action of its own: saves the catalogue in any case.
 Outcome RefreshTables(Workspace& workspace, std::size_t index, DatabaseWork& work);
 
 // The lists that a refresh makes; any thread. known: the job's present ones, empty when its tables

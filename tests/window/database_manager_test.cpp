@@ -47,6 +47,7 @@ class DatabaseManager : public ProgramTest {
       Press("space");
     }
     Click("SubmitBtn");
+    if (!ticks.empty()) AnswerBox("\"Drop Target\" is checked. What is there on B under these", "Yes");
   }
 };
 

@@ -16,6 +16,8 @@
 #include "ui/databases/schema_item_model.h"
 #include "ui/toolkit/notice.h"
 #include "ui/toolkit/text.h"
+#include "ui/waiting/waiting.h"
+#include "workspace/source_operations.h"
 
 namespace quillmere {
 namespace {
@@ -171,9 +173,19 @@ void TMigrateForm::SubmitBtnClick() {
   Workspace& workspace = Context().workspace;
   const std::string busy = WhyTargetBusy(workspace, *target_index);
   if (!busy.empty() && !Confirm(this, busy + ". Migrate to it all the same?")) return;
-  const MigrateTarget target{*target_index, Choices(), !busy.empty()};
+  const MigrateChoices choices = Choices();
+  const std::string name = workspace.Registry().At(*target_index).name;
+  if (choices.drop_target &&
+      !Confirm(this, DropTargetQuestion(Selection().kind, Items(), name))) {
+    return;
+  }
+  const MigrateTarget target{*target_index, choices, !busy.empty()};
   Run(QStringLiteral("Migrate"),
       [&](DatabaseWork& work) { return MigrateObjects(workspace, Selection(), target, work); });
+  if (!Succeeded()) return;
+  // The target's lists show what was made; why they do not is in the message list.
+  Waiting waiting(Context(), parentWidget(), QStringLiteral("Refresh"));
+  static_cast<void>(RefreshDataSource(workspace, *target_index, waiting));
 }
 
 }  // namespace quillmere

@@ -63,8 +63,8 @@ QString OptionsWithoutEffect(const MigratePlan& plan) {
   }
   if (plan.choices.prompt_before_drop) {
     text += QStringLiteral(
-        " \"Prompt Before Drop\" changes nothing: no question is asked before "
-        "a drop.");
+        " \"Prompt Before Drop\" changes nothing: \"Drop Target\" asks once, with or "
+        "without it.");
   }
   return text;
 }
@@ -135,11 +135,32 @@ QString MigrateAdvice(const MigratePlan& plan) {
   QString text = objects + QStringLiteral(" will be created on ") + OneLine(plan.target);
   if (plan.kind == ObjectKind::Table) {
     text += WithParts(plan.choices) +
-            QStringLiteral(". No rows are copied. The owners must be there already.");
+            QStringLiteral(
+                ". Columns travel with their names, types, sizes and whether they may be empty; rows, "
+                "foreign keys, checks, defaults, triggers and grants do not. The owners must be "
+                "there already.");
   } else {
     text += QStringLiteral(". The tables must be there already.");
   }
   return text + WhatIsThereAlready(plan) + OptionsWithoutEffect(plan);
+}
+
+std::string DropTargetQuestion(ObjectKind kind, const std::vector<SchemaItem>& items,
+                               std::string_view target) {
+  constexpr std::size_t kNamesTold = 12;
+  std::string names;
+  for (std::size_t i = 0; i < std::min(items.size(), kNamesTold); ++i) {
+    names += "\n" + ItemText(kind, items[i]);
+  }
+  if (items.size() > kNamesTold) {
+    names += "\nand " + std::to_string(items.size() - kNamesTold) + " more";
+  }
+  std::string question = "\"Drop Target\" is checked. What is there on " + std::string(target) +
+                         " under these names is dropped";
+  if (kind == ObjectKind::Table) {
+    question += ", with all its rows and the foreign keys that reference it";
+  }
+  return question + ", and can not be brought back:\n" + names + "\n\nGo on?";
 }
 
 std::string RunSummary(const SchemaRun& run, std::size_t total) {

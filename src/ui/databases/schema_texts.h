@@ -36,6 +36,10 @@ struct MigratePlan {
 
 QString MigrateAdvice(const MigratePlan& plan);
 
+// What is asked before a run that drops on the target what it creates there.
+std::string DropTargetQuestion(ObjectKind kind, const std::vector<SchemaItem>& items,
+                               std::string_view target);
+
 // Of a run that ended otherwise than with everything done: what is done and what is not; else
 // empty. total: how many items there were.
 std::string RunSummary(const SchemaRun& run, std::size_t total);
