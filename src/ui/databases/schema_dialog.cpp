@@ -56,7 +56,7 @@ SchemaDialog::SchemaDialog(UiContext& context, SchemaSelection selection, const 
 }
 
 SchemaDialog::~SchemaDialog() {
-  context_.memory.KeepGeometry(*this, name_);
+  KeepSize(*this, context_.memory, name_);
 }
 
 void SchemaDialog::MakeReadOnly(QLineEdit& field) const {

@@ -71,7 +71,7 @@ TJobEditForm::TJobEditForm(UiContext& context, QWidget* parent)
 }
 
 TJobEditForm::~TJobEditForm() {
-  context_.memory.KeepGeometry(*this, kSizeName);
+  KeepSize(*this, context_.memory, kSizeName);
 }
 
 QWidget* TJobEditForm::MakeSourcePart() {

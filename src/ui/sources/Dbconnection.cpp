@@ -69,7 +69,7 @@ TDbConnForm::TDbConnForm(UiContext& context, QWidget* parent)
 
 TDbConnForm::~TDbConnForm() {
   fields_->WipePassword();
-  context_.memory.KeepGeometry(*this, kSizeName);
+  KeepSize(*this, context_.memory, kSizeName);
 }
 
 QWidget* TDbConnForm::MakeButton(const char* object, const QString& caption, const char* icon,

@@ -6,11 +6,23 @@
 #include "ui/toolkit/window_memory.h"
 
 namespace quillmere {
+namespace {
+
+QString Named(const QString& name) {
+  return QStringLiteral("size/") + name;
+}
+
+}  // namespace
 
 void RestoreSize(QDialog& dialog, const WindowMemory& memory, const QString& name, int width,
                  int height) {
-  if (!memory.RestoreGeometry(dialog, name)) dialog.resize(width, height);
-  dialog.setAttribute(Qt::WA_Moved, false);  // so that showing it centres it
+  const QStringList kept = memory.Text(Named(name)).split(u'x');
+  const QSize size(kept.value(0).toInt(), kept.value(1).toInt());
+  dialog.resize(size.isEmpty() ? QSize(width, height) : size);
+}
+
+void KeepSize(const QDialog& dialog, WindowMemory& memory, const QString& name) {
+  memory.KeepText(Named(name), QStringLiteral("%1x%2").arg(dialog.width()).arg(dialog.height()));
 }
 
 }  // namespace quillmere

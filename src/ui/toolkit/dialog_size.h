@@ -11,8 +11,10 @@ namespace quillmere {
 class WindowMemory;
 
 // From the dialog's constructor, when all is laid out: the size of the last time, else the given
-// one (pixels). WindowMemory::KeepGeometry in its destructor keeps it, under the same name.
+// one (pixels).
 void RestoreSize(QDialog& dialog, const WindowMemory& memory, const QString& name, int width,
                  int height);
+// From its destructor, under the same name.
+void KeepSize(const QDialog& dialog, WindowMemory& memory, const QString& name);
 
 }  // namespace quillmere
