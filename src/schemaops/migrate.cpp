@@ -240,7 +240,7 @@ SchemaRun SchemaOperations::MigrateItems(const LogOn& source, const LogOn& targe
       run.Result(ok, what + item.name + " successed",
                  what + item.name + " failed. Reason: " + migration.Reason());
     });
-    run.Sum(items.size(), source.name, target.name);
+    if (items.size() > 1) run.Sum(items.size(), source.name, target.name);
   }
   return run.Take();
 }

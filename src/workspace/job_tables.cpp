@@ -221,13 +221,12 @@ void TellOverlap(Workspace& workspace, std::size_t index) {
     std::set_intersection(mine.tables.begin(), mine.tables.end(), others.tables.begin(),
                           others.tables.end(), std::back_inserter(both));
     if (both.empty()) continue;
-    workspace.Log().Add(NameOf(jobs.At(index)) + " and " + NameOf(jobs.At(other)) +
-                            " both carry " + both.front() +
-                            (both.size() == 1 ? "" : " and " + std::to_string(both.size() - 1) +
-                                                         " more tables") +
-                            " from " + mine.from + " to " + mine.to +
-                            ": each change arrives twice. Exclude them in one of the jobs",
-                        true);
+    workspace.Log().Add(
+        NameOf(jobs.At(index)) + " and " + NameOf(jobs.At(other)) + " both carry " + both.front() +
+            (both.size() == 1 ? "" : " and " + std::to_string(both.size() - 1) + " more") +
+            " from " + mine.from + " to " + mine.to +
+            ": each change arrives twice. Exclude them in one of the jobs",
+        true);
   }
 }
 

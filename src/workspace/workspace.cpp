@@ -128,9 +128,10 @@ JobState Workspace::RestoreJob(SyncJob& job) {
   if (restored.was_running) {
     const std::string until =
         restored.until == LocalTime{} ? "" : " until " + ReadableTime(restored.until);
-    log_.Add(NameOf(job) + " was running" + until + ", is Paused with " +
-                 std::to_string(restored.progress.batch_remaining) +
-                 " statements left. Continue it with Run",
+    const auto left = restored.progress.batch_remaining;
+    log_.Add(NameOf(job) + " was running" + until + ", is Paused with " + std::to_string(left) +
+                 (left == 1 ? " statement left" : " statements left") +
+                 (restored.held.empty() ? ". Continue it with Run" : ""),
              false);
   }
   jobs_.SetProgress(index, restored.progress);

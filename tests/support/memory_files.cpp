@@ -216,7 +216,7 @@ FileStatus MemoryFiles::Look(const Path& path, FileFacts& facts) {
   return Do("look", NameOf(path), [&] {
     NodePtr folder, node;
     FileStatus status = Find(path, folder, node);
-    if (status) facts = {node->kind, node->now.content.size(), node->mode};
+    if (status) facts = {node->kind, node->now.content.size(), node->mode, false, {}};
     return status;
   });
 }

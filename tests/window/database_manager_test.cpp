@@ -47,7 +47,8 @@ class DatabaseManager : public ProgramTest {
       Press("space");
     }
     Click("SubmitBtn");
-    if (!ticks.empty()) AnswerBox("\"Drop Target\" is checked. What is there on B under these", "Yes");
+    if (!ticks.empty())
+      AnswerBox("\"Drop Target\" is checked. What is there on B under these", "Yes");
   }
 };
 
@@ -94,6 +95,10 @@ TEST_F(DatabaseManager, DataSourcesAreEnteredTestedChangedAndDeleted) {
     AnswerBox("Delete the data source C?\n", answer);
   }
   WaitFor("its file to go", [this] { return !folder_.Exists("config/C.xml"); });
+  ClickRow("DbConnLV", "B");
+  Press("Delete");
+  AnswerBox("Delete the data source B?\n", "Yes");
+  WaitForMessage("J is held: B is not registered any more");
 }
 
 TEST_F(DatabaseManager, SourcesAreConnectedAndBrowsed) {
@@ -106,7 +111,10 @@ TEST_F(DatabaseManager, SourcesAreConnectedAndBrowsed) {
   ClickRow("DbMgrLV", "A", x::kLeft, 2);
   WaitForRows("DbMgrLV", {{"PRIMARY KEY"}, {"INDEX"}, {"TABLE"}});
   EXPECT_EQ(ActionsShown(), (Names{"ActOpenDbMgr", "ConnectDS"}));
+  Press("F5");
+  AnswerBox("A is not connected. ConnectDS connects it and reads its lists");
   ClickAction("ConnectDS");
+  EXPECT_EQ(TextOf("LblWhy").find("The stored log-on to A was refused: OCISessionBegin"), 0U);
   EXPECT_EQ(TextOf("EditDatabaseName") + TextOf("EditUserId") + TextOf("EditPassword"), "ASYS");
   EXPECT_EQ(FocusName(), "EditPassword");
   Type("no");

@@ -94,9 +94,13 @@ TEST_F(JobExplorer, AJobRunsPausesGoesOnAndStops) {
   OpenWithJob();
   SelectNode({"J"});
   Ui([this] { Config().table_list_fetched = false; });
-  ClickAction("RunRun");
+  // From the list of all jobs, too: the job is gone to first.
+  SelectNode({});
+  ClickRow("JobMgrLV", "J", x::kRight);
+  ChooseInPopup("Run");
   AnswerBox("Run J?", "Yes");
   AnswerBox("Not get table list yet, refresh first please.");
+  EXPECT_EQ(SelectedRow("JobMgrTV"), "J");
   ClickAction("Refresh");
   WaitFor("the tables", [this] { return Config().table_list_fetched; });
   Request("RunRun", "Run J?", JobState::Started);
@@ -141,6 +145,9 @@ TEST_F(JobExplorer, TablesAreExcludedRedirectedAndIncluded) {
   SelectNode({"J", "Include"});
   EXPECT_EQ(ActionsShown(), (Names{"FileNew", "Exclude", "ChangeRemoteOwner"}));
   WaitForRows("JobMgrLV", {{"ITEM"}, {"NOTE"}, {"SECRET"}, {"VISIT"}});
+  Click("BackBtn");
+  EXPECT_EQ(ActionsShown(), (Names{"FileNew", "FileOpen", "Refresh", "FileDelete", "RunRun"}));
+  SelectNode({"J", "Include"});
   ClickAction("Exclude");
   AnswerBox("Plsease select a item first");
   SelectRows("JobMgrLV", {"SECRET", "VISIT"});

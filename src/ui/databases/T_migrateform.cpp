@@ -175,8 +175,7 @@ void TMigrateForm::SubmitBtnClick() {
   if (!busy.empty() && !Confirm(this, busy + ". Migrate to it all the same?")) return;
   const MigrateChoices choices = Choices();
   const std::string name = workspace.Registry().At(*target_index).name;
-  if (choices.drop_target &&
-      !Confirm(this, DropTargetQuestion(Selection().kind, Items(), name))) {
+  if (choices.drop_target && !Confirm(this, DropTargetQuestion(Selection().kind, Items(), name))) {
     return;
   }
   const MigrateTarget target{*target_index, choices, !busy.empty()};

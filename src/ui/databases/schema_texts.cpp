@@ -134,11 +134,12 @@ QString MigrateAdvice(const MigratePlan& plan) {
   }
   QString text = objects + QStringLiteral(" will be created on ") + OneLine(plan.target);
   if (plan.kind == ObjectKind::Table) {
-    text += WithParts(plan.choices) +
-            QStringLiteral(
-                ". Columns travel with their names, types, sizes and whether they may be empty; rows, "
-                "foreign keys, checks, defaults, triggers and grants do not. The owners must be "
-                "there already.");
+    text +=
+        WithParts(plan.choices) +
+        QStringLiteral(
+            ". Columns travel with their names, types, sizes and whether they may be empty; rows, "
+            "foreign keys, checks, defaults, triggers and grants do not. The owners must be "
+            "there already.");
   } else {
     text += QStringLiteral(". The tables must be there already.");
   }

@@ -206,8 +206,9 @@ void TJobMgrForm::ShowJobs(const JobNodeRef& node) {
   frame_.Filter().SetModel(&job_rows_);
   const bool all = node.kind == JobNode::AllJobs;
   frame_.SetBack({});
-  SetHint(&frame_.List(), all ? kPageHint + QStringLiteral(". Enter or a double click goes to the job")
-                              : kPageHint);
+  SetHint(
+      &frame_.List(),
+      all ? kPageHint + QStringLiteral(". Enter or a double click goes to the job") : kPageHint);
   frame_.SetCountText(all ? Counted(job_rows_.SourceRowCount(), QStringLiteral("job")) : QString());
   frame_.SetNote(all ? QString() : NoteOf(node.job));
 }

@@ -8,6 +8,7 @@
 #include <QStringDecoder>
 #include <QVariant>
 #include <QWidget>
+#include <atomic>
 
 #include "foundation/files.h"
 #include "ui/toolkit/colours.h"
@@ -38,7 +39,7 @@ bool AskSystemIsDark() {
 }
 
 // Qt says only in a warning that it could not read a style sheet.
-thread_local bool sheet_was_refused = false;
+std::atomic<bool> sheet_was_refused = false;  // warnings come from any thread
 
 void NoticeRefusal(QtMsgType /*type*/, const QMessageLogContext& /*where*/, const QString& text) {
   if (text.contains(QLatin1String("Could not parse"))) sheet_was_refused = true;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Buttons of a tool bar that leave their place empty while they are hidden, so that none jumps under
-// the mouse. User-interface thread.
+// Buttons of a tool bar that leave their place empty while they are hidden, so that none jumps
+// under the mouse. User-interface thread.
 #pragma once
 
 class QAction;
