@@ -54,10 +54,7 @@ bool IsOfName(char c) {
 }
 
 // Whatever job they are of.
-JobRefusal WhyPropertiesRefused(const JobProperties& trimmed, std::size_t data_sources) {
-  if (data_sources < kSourcesForAJob) {
-    return {"At least 2 data sources needed, add them first please", JobField::DataSources};
-  }
+JobRefusal WhyPropertiesRefused(const JobProperties& trimmed, Entry entry) {
   const bool zero_is_meant = trimmed.interval == 0 && trimmed.zero_allowed;
   if (trimmed.interval <= 0 && !zero_is_meant) {
     return {"Synchronize Interval must > 0", JobField::Interval};
@@ -66,9 +63,11 @@ JobRefusal WhyPropertiesRefused(const JobProperties& trimmed, std::size_t data_s
                                     {&trimmed.description, JobField::Description},
                                     {&trimmed.source, JobField::Source},
                                     {&trimmed.destination, JobField::Destination}}) {
-    if (text->empty()) return {"Obligatory field can not be empty", field};
+    if (text->empty() && entry == Entry::Confirmed) {
+      return {"Obligatory field can not be empty", field};
+    }
   }
-  if (trimmed.source == trimmed.destination) {
+  if (!trimmed.source.empty() && trimmed.source == trimmed.destination) {
     return {"Data Source Can't be same", JobField::Destination};
   }
   const std::string& container = trimmed.container;
@@ -124,12 +123,16 @@ std::int32_t ParseInterval(std::string_view text) {
 }
 
 JobRefusal WhyJobRefused(const Workspace& workspace, const JobProperties& trimmed,
-                         std::size_t index) {
-  JobRefusal refused = WhyPropertiesRefused(trimmed, workspace.Registry().CountInUse());
+                         std::size_t index, Entry entry) {
+  if (entry == Entry::Confirmed && workspace.Registry().CountInUse() < kSourcesForAJob) {
+    return {"At least 2 data sources needed, add them first please", JobField::DataSources};
+  }
+  JobRefusal refused = WhyPropertiesRefused(trimmed, entry);
   // A name that stays is not judged: it was good enough so far.
   const bool name_stays =
       index != JobList::kNotFound && PropertiesOf(workspace.Jobs().At(index)).name == trimmed.name;
-  if (!refused && !name_stays)
+  const bool judged = !name_stays && (entry == Entry::Confirmed || !trimmed.name.empty());
+  if (!refused && judged)
     refused.reason = workspace.Catalogue().WhyNameRefused(trimmed.name, index);
   return refused;
 }

@@ -49,10 +49,13 @@ struct JobRefusal {
   explicit operator bool() const { return !reason.empty(); }
 };
 
+// What is not there yet is refused only when the rest is confirmed.
+enum class Entry { Confirmed, BeingTyped };
+
 // Why trimmed properties cannot be stored as those of the job at index, or of a new one
 // (JobList::kNotFound). Nothing is refused when they can.
 JobRefusal WhyJobRefused(const Workspace& workspace, const JobProperties& trimmed,
-                         std::size_t index);
+                         std::size_t index, Entry entry = Entry::Confirmed);
 
 // "Job" and the smallest number from 1 that no job has.
 std::string ProposeJobName(const JobList& jobs);

@@ -260,6 +260,26 @@ FilterResult FilterTables(Workspace& workspace, std::size_t index, const TableCh
   return result;
 }
 
+std::vector<BlockedTable> BlockedTables(SyncJob& job, const std::string& owner,
+                                        const std::vector<std::string>& tables, bool all_tables) {
+  std::vector<BlockedTable> blocked;
+  const MutexLock lock(job.config_mutex);
+  ForEachTable(job.config.schemas, owner, tables, all_tables, [&](const JobTable& table) {
+    if (table.RecordsBlocked > 0) blocked.push_back({table.name, table.RecordsBlocked});
+  });
+  return blocked;
+}
+
+FilterResult MarkForComparison(Workspace& workspace, std::size_t index, const std::string& owner,
+                               const std::vector<BlockedTable>& tables) {
+  FilterResult result;
+  for (const BlockedTable& table : tables) {
+    if (MarkToCompare(workspace.Jobs().At(index), owner, table.name)) ++result.changed;
+  }
+  workspace.SaveJobs(result.unsaved);
+  return result;
+}
+
 FilterResult ClearCompareMarks(Workspace& workspace, std::size_t index, const std::string& owner,
                                const std::vector<std::string>& tables, bool all_tables) {
   SyncJob& job = workspace.Jobs().At(index);

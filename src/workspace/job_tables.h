@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,6 +59,19 @@ struct FilterResult {
 
 // Includes, excludes or redirects tables of a resting job.
 FilterResult FilterTables(Workspace& workspace, std::size_t index, const TableChoice& choice);
+
+// What tables of one source owner, named as above, lack on the destination: changes that were set
+// aside while they were excluded or refused.
+struct BlockedTable {
+  std::string name;
+  std::int64_t changes = 0;
+};
+std::vector<BlockedTable> BlockedTables(SyncJob& job, const std::string& owner,
+                                        const std::vector<std::string>& tables, bool all_tables);
+
+// Sets the mark "compare" on them, in whatever state the job is, and saves.
+FilterResult MarkForComparison(Workspace& workspace, std::size_t index, const std::string& owner,
+                               const std::vector<BlockedTable>& tables);
 
 // Takes the mark "compare" from tables of one source owner, in whatever state the job is. What is
 // all_tables, and which names count, is as above.

@@ -55,6 +55,14 @@ TJobEditForm::TJobEditForm(UiContext& context, QWidget* parent)
   parts->addWidget(sources, 1);
   parts->addWidget(job, 1);
   layout->addLayout(parts, 1);
+  judgement_ = new QLabel;
+  judgement_->setObjectName(QStringLiteral("LblJudgement"));
+  judgement_->setTextFormat(Qt::PlainText);
+  judgement_->setWordWrap(true);
+  QPalette red = judgement_->palette();
+  red.setColor(QPalette::WindowText, FailureColor());
+  judgement_->setPalette(red);
+  layout->addWidget(judgement_);
 
   auto* buttons = new QDialogButtonBox;
   auto* ok = buttons->addButton(QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
@@ -67,6 +75,12 @@ TJobEditForm::TJobEditForm(UiContext& context, QWidget* parent)
   connect(abort, &QPushButton::clicked, this, &TJobEditForm::reject);
   layout->addWidget(buttons);
   setTabOrder(job, sources);
+  for (QLineEdit* field : {name_, &interval_->Edit(), container_}) {
+    connect(field, &QLineEdit::textChanged, this, &TJobEditForm::Judge);
+  }
+  for (QComboBox* field : std::initializer_list<QComboBox*>{source_, destination_}) {
+    connect(field, &QComboBox::currentIndexChanged, this, &TJobEditForm::Judge);
+  }
   RestoreSize(*this, context_.memory, kSizeName, kWidth, kHeight);
 }
 
@@ -215,6 +229,7 @@ void TJobEditForm::Show(const JobProperties& properties) {
   interval_->Edit().setText(QString::number(properties.interval));
   ShowFollow(properties.follow);
   container_->setText(ToQt(properties.container));
+  judgement_->clear();
   name_->setFocus();
   name_->selectAll();
 }
@@ -261,6 +276,12 @@ QWidget* TJobEditForm::Widget(JobField field) const {
       break;
   }
   return new_source_;
+}
+
+void TJobEditForm::Judge() {
+  const JobRefusal refused =
+      WhyJobRefused(context_.workspace, Entered(), index_, Entry::BeingTyped);
+  judgement_->setText(ToQt(refused.reason));
 }
 
 void TJobEditForm::OkBtnClick() {

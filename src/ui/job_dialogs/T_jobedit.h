@@ -14,6 +14,7 @@
 
 class QFormLayout;
 class QGroupBox;
+class QLabel;
 class QPlainTextEdit;
 class QRadioButton;
 
@@ -44,6 +45,7 @@ class TJobEditForm : public QDialog {
   QWidget* Widget(JobField field) const;
   void HighlightRow(int choice);
 
+  void Judge();
   void OkBtnClick();
   bool AgreesToDescription(std::string& description);
   void NewConnBtnClick();
@@ -55,6 +57,7 @@ class TJobEditForm : public QDialog {
   QString shown_description_;  // as the field made it of the bytes
 
   RowTable* list_ = nullptr;
+  QLabel* judgement_ = nullptr;
   QWidget* new_source_ = nullptr;
   QLineEdit* name_ = nullptr;
   QPlainTextEdit* description_ = nullptr;

@@ -82,6 +82,7 @@ class TJobMgrForm : public QWidget {
   void RefreshSelected();
   void RequestSelected(JobRequest request);
   void FilterSelected(TableFilter filter);
+  void OfferMark(std::size_t job, const TableChoice& choice);
   void ClearSelectedMarks();
   // Takes up owner and tables of the selected rows. False when they are not those of one owner; the
   // operator has been told.

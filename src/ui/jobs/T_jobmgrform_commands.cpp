@@ -101,7 +101,18 @@ void TJobMgrForm::FilterSelected(TableFilter filter) {
   choice.filter = filter;
   if (!ChooseSelected(choice)) return;
   TFilterForm form(context_, this);
-  if (form.Execute(node.job, choice)) ShowList(node);
+  if (!form.Execute(node.job, choice)) return;
+  if (filter == TableFilter::Include) OfferMark(node.job, choice);
+  ShowList(node);
+}
+
+// What was set aside while a table was excluded does not come by its inclusion.
+void TJobMgrForm::OfferMark(std::size_t job, const TableChoice& choice) {
+  const std::vector<BlockedTable> blocked =
+      BlockedTables(jobs_.At(job), choice.owner, choice.tables, false);
+  if (blocked.empty() || !Confirm(this, MarkQuestion(choice.owner, blocked))) return;
+  const FilterResult marked = MarkForComparison(context_.workspace, job, choice.owner, blocked);
+  if (!marked.unsaved.empty()) ShowFailure(this, marked.unsaved);
 }
 
 void TJobMgrForm::ClearSelectedMarks() {

@@ -75,6 +75,18 @@ std::string RequestQuestion(JobRequest request, JobState state, std::string_view
          "from then on.";
 }
 
+std::string MarkQuestion(std::string_view owner, const std::vector<BlockedTable>& tables) {
+  constexpr std::size_t kTold = 12;
+  std::string lines;
+  for (std::size_t i = 0; i < std::min(tables.size(), kTold); ++i) {
+    lines +=
+        "\n" + std::string(owner) + "." + tables[i].name + ": " + std::to_string(tables[i].changes);
+  }
+  if (tables.size() > kTold) lines += "\nand " + std::to_string(tables.size() - kTold) + " more";
+  return "Changes of these tables were blocked before, and are missing on the destination:\n" +
+         lines + "\n\nMark the tables \"compare\", until they have been compared?";
+}
+
 std::string WhyNoFilter(const std::vector<std::string_view>& owners) {
   if (owners.empty()) return "Plsease select a item first";
   const bool alike = std::all_of(owners.begin(), owners.end(),

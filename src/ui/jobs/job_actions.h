@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "jobs/sync_job.h"
+#include "workspace/job_tables.h"
 
 namespace quillmere {
 
@@ -40,6 +41,9 @@ enum class JobRequest { Run, Pause, Stop };
 
 // What the operator is asked before a job in that state is run (or continued), paused or stopped.
 std::string RequestQuestion(JobRequest request, JobState state, std::string_view job_name);
+
+// What is asked when tables are included of which changes were set aside before.
+std::string MarkQuestion(std::string_view owner, const std::vector<BlockedTable>& tables);
 
 // Why the filter dialog cannot open for rows of these owners, in selection order; empty when it
 // can.

@@ -306,8 +306,7 @@ void TDbConnForm::ShowAdvice() {
     case Panel::Adding:
       panel_box_->setTitle(QStringLiteral("New data source"));
       advice_->setText(
-          QStringLiteral("Add connects, reads the catalogue and registers the data "
-                         "source when that went well."));
+          ToQt(AddAdvice(context_.workspace.Registry(), ToBytes(fields_->Name().text()))));
       break;
     case Panel::Editing: {
       const DataSourceRegistry& registry = context_.workspace.Registry();

@@ -44,6 +44,12 @@ std::string WhyAsked(std::string_view data_source, std::string_view refusal) {
   return text + "\n\nWhat is entered here serves this connection only; nothing is stored.";
 }
 
+std::string AddAdvice(const DataSourceRegistry& registry, std::string_view typed) {
+  const std::string refused = typed.empty() ? "" : registry.WhyNameRefused(typed);
+  if (!refused.empty()) return refused;
+  return "Add connects, reads the catalogue and registers the data source when that went well.";
+}
+
 std::string SaveAdvice(const DataSourceRegistry& registry, std::string_view edited,
                        std::string_view typed) {
   if (typed == edited) {

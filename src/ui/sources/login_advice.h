@@ -17,6 +17,9 @@ LoginField FieldToCorrect(const LogOn& login, std::string_view refusal);
 // What the log-in dialog says of why it asks: the refusal that the stored log-on met with.
 std::string WhyAsked(std::string_view data_source, std::string_view refusal);
 
+// What Add would do with the name typed.
+std::string AddAdvice(const DataSourceRegistry& registry, std::string_view typed);
+
 // What Save would do when `edited` was opened for changing and `typed` stands in the name field.
 std::string SaveAdvice(const DataSourceRegistry& registry, std::string_view edited,
                        std::string_view typed);
