@@ -47,12 +47,17 @@ class EndSignals::Watch {
     write_end = ends_[1];
     SetHandler(SIGINT, OnEndSignal);
     SetHandler(SIGTERM, OnEndSignal);
+    // Unless it is to be ignored, as under nohup.
+    struct sigaction before {};
+    watches_hang_up_ = ::sigaction(SIGHUP, nullptr, &before) == 0 && before.sa_handler != SIG_IGN;
+    if (watches_hang_up_) SetHandler(SIGHUP, OnEndSignal);
   }
 
   ~Watch() {
     if (notifier_ == nullptr) return;
     SetHandler(SIGINT, SIG_DFL);
     SetHandler(SIGTERM, SIG_DFL);
+    if (watches_hang_up_) SetHandler(SIGHUP, SIG_DFL);
     notifier_.reset();
     write_end = -1;
     for (const int end : ends_) ::close(end);
@@ -71,6 +76,7 @@ class EndSignals::Watch {
 
   const std::function<void()> ask_;
   std::array<int, 2> ends_{};
+  bool watches_hang_up_ = false;
   std::unique_ptr<QSocketNotifier> notifier_;
 };
 

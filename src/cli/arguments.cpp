@@ -162,10 +162,10 @@ void AddJobCommands(CLI::App& app, Parsed& parsed) {
 
 void AddRunCommand(CLI::App& app, Parsed& parsed) {
   RunArguments& arguments = parsed.run;
-  CLI::App& run =
-      Add(app, "run",
-          "Drive jobs until SIGINT, SIGTERM or the time is over; messages on standard output",
-          parsed, arguments, Run);
+  CLI::App& run = Add(
+      app, "run",
+      "Drive jobs until SIGINT, SIGTERM, SIGHUP or the time is over; messages on standard output",
+      parsed, arguments, Run);
   run.add_option("--start", arguments.start, "start a stopped job")
       ->type_name("NAME")
       ->allow_extra_args(false);

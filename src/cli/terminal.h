@@ -22,8 +22,9 @@ bool Write(Stream stream, std::string_view text, const std::function<bool()>& gi
 // typed is not. False: the reason why there is none.
 bool ReadSecretLine(std::string_view prompt, std::string& line, std::string& reason);
 
-// SIGINT and SIGTERM (Ctrl-C and the closing of the console) while it lives: they end nothing, but
-// are told. Make it before other threads start.
+// SIGINT, SIGTERM and SIGHUP (Ctrl-C and the closing of the console) while it lives: the first ends
+// nothing, but is told; the second ends the program at once, whatever it waits for. A SIGHUP that
+// was ignored before, as by nohup, stays so. One at a time.
 class EndRequest {
  public:
   EndRequest();
@@ -33,9 +34,6 @@ class EndRequest {
 
   // True from the first one on.
   bool Came();
-
- private:
-  bool came_ = false;
 };
 
 }  // namespace quillmere::cli

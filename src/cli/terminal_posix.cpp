@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <poll.h>
-#include <pthread.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <ctime>
 
 #include "cli/terminal.h"
 
@@ -31,12 +29,22 @@ bool WaitForRoom(int fd, const std::function<bool()>& give_up) {
   }
 }
 
-sigset_t EndSignals() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGINT);
-  sigaddset(&signals, SIGTERM);
-  return signals;
+constexpr int kEndSignals[] = {SIGINT, SIGTERM, SIGHUP};
+
+volatile std::sig_atomic_t end_signals_came = 0;
+
+// On whichever thread. Whoever asks twice does not want to wait for a server.
+extern "C" void OnEndSignal(int signal) {
+  if (end_signals_came != 0) {
+    ::signal(signal, SIG_DFL);
+    ::raise(signal);
+  }
+  end_signals_came = 1;
+}
+
+bool IsIgnored(int signal) {
+  struct sigaction now {};
+  return ::sigaction(signal, nullptr, &now) == 0 && now.sa_handler == SIG_IGN;
 }
 
 // A terminal that shows nothing of what is typed. Ctrl-C ends the line and is part of it, so that
@@ -137,21 +145,24 @@ bool ReadSecretLine(std::string_view prompt, std::string& line, std::string& rea
 }
 
 EndRequest::EndRequest() {
-  const sigset_t signals = EndSignals();
-  ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  end_signals_came = 0;
+  struct sigaction action {};
+  action.sa_handler = OnEndSignal;
+  action.sa_flags = SA_RESTART;
+  sigemptyset(&action.sa_mask);
+  for (const int signal : kEndSignals) {
+    if (signal != SIGHUP || !IsIgnored(signal)) ::sigaction(signal, &action, nullptr);
+  }
 }
 
 EndRequest::~EndRequest() {
-  Came();  // one that waits is answered by the end that is under way
-  const sigset_t signals = EndSignals();
-  ::pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+  for (const int signal : kEndSignals) {
+    if (signal != SIGHUP || !IsIgnored(signal)) ::signal(signal, SIG_DFL);
+  }
 }
 
 bool EndRequest::Came() {
-  const sigset_t signals = EndSignals();
-  const timespec at_once{};
-  while (::sigtimedwait(&signals, nullptr, &at_once) > 0) came_ = true;
-  return came_;
+  return end_signals_came != 0;
 }
 
 }  // namespace quillmere::cli

@@ -20,8 +20,7 @@ constexpr std::size_t kLongestLine = 4096;
 std::atomic<bool> end_requested{false};
 
 BOOL WINAPI OnConsoleEvent(DWORD) {
-  end_requested = true;
-  return TRUE;
+  return end_requested.exchange(true) ? FALSE : TRUE;  // the second time the system ends it
 }
 
 bool ReadLine(std::string& line, std::string& reason) {
@@ -67,6 +66,7 @@ bool ReadSecretLine(std::string_view prompt, std::string& line, std::string& rea
 }
 
 EndRequest::EndRequest() {
+  end_requested = false;
   ::SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
 }
 
@@ -75,8 +75,7 @@ EndRequest::~EndRequest() {
 }
 
 bool EndRequest::Came() {
-  came_ = came_ || end_requested;
-  return came_;
+  return end_requested;
 }
 
 }  // namespace quillmere::cli

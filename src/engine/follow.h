@@ -30,6 +30,7 @@ class FollowWay {
   // they were.
   virtual FollowResult Start(OracleSession& source, Positions& positions, std::string& error) = 0;
 
+  // source stops when a request comes: it is Failed then, and nothing is told.
   // Fills the job's empty batch, maybe with nothing, and keeps it in the batch file before it
   // returns: the record that is written next says that the batch is there. source is connected.
   // Unless it is done the positions are as they were, so the same range is mined again; what the

@@ -279,7 +279,7 @@ bool FollowCommits::Mine(CommitMiner& miner, const Reading& reading, std::string
     good = false;
   }
   if (!good) {
-    WriteSqlErrorFile(context_, error);
+    if (!miner.Stopped()) WriteSqlErrorFile(context_, error);
     error = "GetSqlStrings fail : " + error;
     return false;
   }

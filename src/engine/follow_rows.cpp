@@ -109,7 +109,7 @@ FollowResult FollowRows::Capture(OracleSession& source, std::string& error) {
     return FollowResult::Failed;
   }
   if (!Mine(source)) {
-    WriteSqlErrorFile(context_, source.LastError());
+    if (!source.Stopped()) WriteSqlErrorFile(context_, source.LastError());
     error = "GetSqlStrings fail : " + source.LastError();
     return FollowResult::Failed;
   }

@@ -107,6 +107,7 @@ bool JobRunner::FindPositions(std::size_t index, Positions& positions, bool& fou
   OracleSession source(context_.oci);
   std::string error;
   FollowResult result = FollowResult::Failed;
+  source.StopWhen([this] { return EndRequested(); });
   PositionGuard guard(context_, index);
   const std::string old_job_id = guard.InUse() ? JobIdOf(context_, index) : std::string();
   if (!source.Connect(JobView(context_.jobs.At(index)).source)) {
@@ -115,13 +116,15 @@ bool JobRunner::FindPositions(std::size_t index, Positions& positions, bool& fou
     result = WayOf(context_, index, memories_[index])->Start(source, positions, error);
   }
   found = result == FollowResult::Done;
-  if (result == FollowResult::Later) return false;
+  // A start that the program's end broke off is not told of: the job is as it was.
+  if (result == FollowResult::Later || (!found && source.Stopped())) return false;
   if (found && guard.InUse()) found = guard.Start(old_job_id, positions.cutoff_scn, error);
   if (found) found = RemoveCommitPoint(context_, index, error);
   if (!found) context_.listener.OnError(index, error);
   const SyncJob& job = context_.jobs.At(index);
   // A job that follows rows asks nothing more than is required.
   if (found && FollowOf(job) == Follow::Commits) footing = ReadFooting(source, job);
+  if (source.Stopped()) footing.clear();
   return true;
 }
 

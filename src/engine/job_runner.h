@@ -29,7 +29,8 @@ class JobRunner {
   void Step(std::size_t index);
 
   // Makes a pass in progress, and each one after it, stop behind the statement in hand, as a pause
-  // would. There is no way back.
+  // would; a capture or a start at its next exchange with the source, with nothing begun. There is
+  // no way back.
   void RequestEnd() { end_requested_ = true; }
   bool EndRequested() const { return end_requested_; }
 

@@ -53,7 +53,7 @@ Pass::Outcome Pass::Work() {
     job_.run.unsettled.reset();
     const FollowResult captured = Capture();
     if (captured == FollowResult::Later) return Outcome::Later;
-    if (captured != FollowResult::Done) return Fail();
+    if (captured != FollowResult::Done) return stopped_ ? Outcome::Interrupted : Fail();
     report_.captured = job_.run.pending_batch.Size();
     // By rows the redo itself says how far the source has come.
     report_.source_scn = memory_.source_scn != 0
@@ -64,6 +64,7 @@ Pass::Outcome Pass::Work() {
       return Finish();
     }
   }
+  if (IsRequested()) return Outcome::Interrupted;
   const Outcome applied = ApplyBatch();
   if (applied == Outcome::WorkedOff) return KeepRowFinished() ? Finish() : Fail();
   return applied == Outcome::Interrupted ? applied : Fail();
@@ -71,13 +72,23 @@ Pass::Outcome Pass::Work() {
 
 FollowResult Pass::CaptureFromSource(std::string& error) try {
   OracleSession source(context_.oci);
-  if (source.Connect(view_.source)) return way_->Capture(source, error);
-  error =
-      "Connect source fail : " + source.LastError() + " when get command of " + view_.name + ".";
-  return FollowResult::Failed;
+  source.StopWhen([this] { return IsRequested(); });
+  FollowResult result = FollowResult::Failed;
+  if (source.Connect(view_.source)) {
+    result = way_->Capture(source, error);
+  } else {
+    error =
+        "Connect source fail : " + source.LastError() + " when get command of " + view_.name + ".";
+  }
+  stopped_ = source.Stopped();
+  return result;
 } catch (const std::exception& failure) {  // the batch did not fit into memory
   error = std::string("GetSqlStrings fail : ") + failure.what();
   return FollowResult::Failed;
+}
+
+bool Pass::IsRequested() const {
+  return end_requested_ || context_.jobs.State(index_) != JobState::Started;
 }
 
 FollowResult Pass::Capture() {
@@ -87,7 +98,7 @@ FollowResult Pass::Capture() {
   if (result != FollowResult::Done) {
     job_.run.pending_batch.Clear();
     if (result == FollowResult::Held) Hold(error);
-    if (result != FollowResult::Later) Error(error);
+    if (result != FollowResult::Later && !stopped_) Error(error);
     return result;
   }
   report_.problem.where = PassProblem::Where::Disk;
@@ -124,12 +135,16 @@ Pass::Outcome Pass::ApplyBatch() {
   context_.jobs.State(index_, &progress_);
   baseline_ = job_.run.applied_count;
   OracleSession destination(context_.oci);
+  destination.StopWhen([this] { return IsRequested(); });
   if (!destination.Connect(view_.destination)) {
+    if (destination.Stopped()) return Outcome::Interrupted;
     Error("Before job: " + view_.name +
           " synchronize, Connect destination fail : " + destination.LastError());
     return Outcome::Failed;
   }
+  destination.StopWhen({});
   if (guard_.InUse() && !SettlePosition(destination)) return Outcome::Failed;
+  if (IsRequested()) return Outcome::Interrupted;
   if (!OpenCommitPoint()) return Outcome::Failed;
   Information(progress_.batch_remaining < job_.run.pending_batch.Size()
                   ? "Continue synchronize a old batch"
@@ -288,8 +303,7 @@ bool Pass::CommitDestination(OracleSession& destination) {
       return false;
     }
     taken = false;
-    Error("The end of the session on " + view_.destination.name + " failed : " +
-          destination.LastError() + ". The statements of this pass count as not applied");
+    TellOfLoss(destination);
   }
   if (!taken) {
     ReturnToCommitPoint();

@@ -38,6 +38,8 @@ class Pass {
 
   Outcome Work();
   void Report(Outcome outcome);
+  // Somebody wants the job or the program to stop here.
+  bool IsRequested() const;
   FollowResult Capture();
   FollowResult CaptureFromSource(std::string& error);
   bool RecordCapture();
@@ -64,6 +66,8 @@ class Pass {
   bool ReadyToCommit(OracleSession& destination);
   bool ForgetThePoint(const std::filesystem::path& path);
   void LeaveUnsettled(const std::string& reason);
+  void TellOfLoss(const OracleSession& destination);
+  std::string TablesOfPass() const;
   void ReturnToCommitPoint();
   bool KeepRowFinished();
   void Hold(const std::string& reason);
@@ -91,6 +95,7 @@ class Pass {
   RunRecordWriter record_;
   bool record_failed_ = false;         // told once a pass
   bool destination_committed_ = true;  // as far as is known
+  bool stopped_ = false;               // the capture, by a request
   bool abandoned_ = false;             // the destination, with all of this pass
   JobList::Progress progress_;
   RunRecord commit_point_;

@@ -2,6 +2,10 @@
 // What was counted and did not hold: a transaction taken back, a pass of which the position row
 // tells what became of it.
 #include "engine/pass.h"
+
+#include <algorithm>
+#include <vector>
+
 #include "jobs/held_file.h"
 
 namespace quillmere {
@@ -18,7 +22,50 @@ void Pass::Hold(const std::string& reason) {
 void Pass::LeaveUnsettled(const std::string& reason) {
   job_.run.unsettled = {commit_point_, true};
   Error("The end of the session on " + view_.destination.name + " failed : " + reason +
-        ". Whether it took the statements of this pass is found out by the next one");
+        ". Whether it took the statements of this pass is found out by the next one" +
+        TablesOfPass());
+}
+
+// Without a position row nobody will ever know, unless the server itself took the work back.
+void Pass::TellOfLoss(const OracleSession& destination) {
+  constexpr oci::sb4 kTakenBack = 2091;  // "transaction rolled back", as by a deferred constraint
+  const std::string& name = view_.destination.name;
+  const std::string failed = "The end of the session on " + name + " failed : ";
+  if (destination.LastErrorCode() == kTakenBack) {
+    Error(failed + destination.LastError() + ". The statements of this pass are not applied");
+    return;
+  }
+  Error(failed + destination.LastError() + ". Whether " + name +
+        " took the statements of this pass is not known. They count as not applied and are "
+        "applied again; if it took them, they are there twice: compare the tables" +
+        TablesOfPass());
+}
+
+// As the destination has them, in the order of their first changes.
+std::string Pass::TablesOfPass() const {
+  constexpr std::size_t kMostNamed = 10;
+  std::vector<std::string> tables;
+  const std::size_t size = job_.run.pending_batch.Size();
+  const std::size_t end = size - progress_.batch_remaining;
+  for (std::size_t i = size - commit_point_.batch_remaining; i < end; ++i) {
+    const PendingBatch::Entry entry = job_.run.pending_batch[i];
+    if (entry.kind != PendingBatch::Kind::Statement) continue;
+    const ParsedStatement parsed = ParseStatement(entry.text);
+    const Verdict verdict = Decide(job_, parsed);
+    if (verdict.decision != Decision::Accepted) continue;
+    std::string table = std::string(verdict.owner) + "." + std::string(parsed.table);
+    if (std::find(tables.begin(), tables.end(), table) == tables.end()) {
+      tables.push_back(std::move(table));
+    }
+  }
+  std::string text;
+  for (std::size_t i = 0; i < tables.size() && i < kMostNamed; ++i) {
+    text += (i == 0 ? " (" : ", ") + tables[i];
+  }
+  if (tables.size() > kMostNamed) {
+    text += " and " + std::to_string(tables.size() - kMostNamed) + " more";
+  }
+  return text.empty() ? text : text + ")";
 }
 
 bool Pass::SettlePosition(OracleSession& destination) {

@@ -82,6 +82,12 @@ class OracleSession {
   // Whether the last list that failed was ended so.
   bool ListEnded() const { return list_ended_; }
 
+  // Asked before each exchange with the server, and before each row that is fetched: true makes the
+  // operation fail, without the exchange. Ending the session is not asked about.
+  using StopCondition = std::function<bool()>;
+  void StopWhen(StopCondition condition) { stop_condition_ = std::move(condition); }
+  bool Stopped() const { return stopped_; }  // an operation failed so
+
   // --- LogMiner -------------------------------------------------------------------------------
 
   // The SCN of the database as it stands.
@@ -170,6 +176,8 @@ class OracleSession {
   }
   const OciApi& Api() const { return library_.Api(); }
 
+  // False, with a reason: the operation is to stop.
+  bool MayGoOn();
   bool AllocateHandles();
   void ReleaseHandles();
   bool Attach(std::string_view connect_name);
@@ -200,6 +208,8 @@ class OracleSession {
   oci::OCIServer* server_;
   oci::OCISvcCtx* service_;
   oci::OCISession* session_;
+  StopCondition stop_condition_;
+  bool stopped_ = false;
   std::string last_error_;
   oci::sb4 last_error_code_ = 0;
   std::vector<std::string> warnings_;

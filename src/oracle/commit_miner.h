@@ -73,6 +73,7 @@ class CommitMiner {
 
   const std::string& LastError() const { return session_.LastError(); }
   oci::sb4 LastErrorCode() const { return session_.LastErrorCode(); }
+  bool Stopped() const { return session_.Stopped(); }
 
   bool ReadIdentity(SourceIdentity& identity);
   bool ReadScn(std::int64_t& scn);

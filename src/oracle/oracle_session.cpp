@@ -46,6 +46,12 @@ OracleSession::~OracleSession() {
   ReleaseHandles();
 }
 
+bool OracleSession::MayGoOn() {
+  if (!stop_condition_ || !stop_condition_()) return true;
+  stopped_ = true;
+  return Refuse("stopped");
+}
+
 bool OracleSession::AllocateHandles() {
   if (!library_.Loaded()) {
     return Refuse("OCIHandleAlloc(Env) : " + library_.LoadError());
@@ -103,6 +109,7 @@ bool OracleSession::Connect(const LogOn& log_on) {
 }
 
 bool OracleSession::Attach(std::string_view connect_name) {
+  if (!MayGoOn()) return false;
   const sword status = Api().ServerAttach(server_, error_, InputBytes(connect_name),
                                           static_cast<sb4>(connect_name.size()), kDefault);
   if (Succeeded(status)) return true;
@@ -111,7 +118,8 @@ bool OracleSession::Attach(std::string_view connect_name) {
 }
 
 bool OracleSession::BeginSession(const LogOn& log_on) {
-  if (!SetHandleAttribute(kAttrServer, server_, "OCIAttrSet(SERVER) : ")) return false;
+  if (!MayGoOn() || !SetHandleAttribute(kAttrServer, server_, "OCIAttrSet(SERVER) : "))
+    return false;
   if (!SetLoginText(kAttrUsername, log_on.user_id)) return false;
   if (!SetLoginText(kAttrPassword, log_on.password)) return false;
   const sword status = Api().SessionBegin(service_, error_, session_, kCredRdbms,
@@ -214,6 +222,7 @@ bool OracleSession::Execute(std::string_view statement) {
 
 bool OracleSession::ExecuteOn(OCIStmt* statement, std::string_view text,
                               std::string_view prepare_label, std::string_view execute_label) {
+  if (!MayGoOn()) return false;
   sword status = Api().StmtPrepare(statement, error_, InputBytes(text),
                                    static_cast<ub4>(text.size()), kNtvSyntax, kDefault);
   if (!Succeeded(status)) {

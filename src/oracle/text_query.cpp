@@ -91,6 +91,7 @@ bool TextQuery::Define(std::initializer_list<sb4> capacities) {
 }
 
 bool TextQuery::Execute() {
+  if (!session_.MayGoOn()) return false;
   const sword status = session_.Api().StmtExecute(session_.service_, statement_, session_.error_, 0,
                                                   0, nullptr, nullptr, kDefault);
   return OracleSession::Succeeded(status) || Fail(labels_.execute, status);
@@ -98,6 +99,7 @@ bool TextQuery::Execute() {
 
 bool TextQuery::ExecuteWithRow() {
   row_label_ = labels_.execute;
+  if (!session_.MayGoOn()) return false;
   const sword status = session_.Api().StmtExecute(session_.service_, statement_, session_.error_, 1,
                                                   0, nullptr, nullptr, kDefault);
   return OracleSession::Succeeded(status) || RowWasTruncated(status) ||
@@ -117,6 +119,7 @@ bool TextQuery::OpenWithRow(std::string_view sql, std::initializer_list<sb4> cap
 TextQuery::Row TextQuery::Fetch() {
   row_label_ = labels_.fetch;
   for (Column& column : columns_) column.indicator = 0, column.length = 0;
+  if (!session_.MayGoOn()) return Row::Failed;
   const sword status =
       session_.Api().StmtFetch2(statement_, session_.error_, 1, kFetchNext, 0, kDefault);
   if (OracleSession::Succeeded(status)) return Row::Fetched;

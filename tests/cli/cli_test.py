@@ -415,6 +415,20 @@ class Replication(Site):
             while told[-1] != b"STOPPING=1":
                 told.append(manager.recv(100))
 
+    def test_a_hang_up_ends_it_as_the_others_do_and_a_second_signal_at_once(self):
+        for latency, first, second, status in [(20_000, signal.SIGHUP, None, 0),
+                                               (30_000_000, signal.SIGINT, signal.SIGTERM, -15)]:
+            self.cli("job", "stop", "J") if second else None
+            run = Running(self, "--start", "J", QUILLMERE_SANDBOX_LATENCY_US=str(latency))
+            second or run.wait_for("Job J started.")
+            time.sleep(0.3)
+            asked = time.monotonic()
+            run.process.send_signal(first)
+            if second:
+                time.sleep(0.2)
+            self.assertEqual(run.end(second) if second else run.process.wait(LIMIT), status)
+            self.assertLess(time.monotonic() - asked, 2)
+
     def test_a_reader_who_has_gone_or_sleeps_does_not_hold_the_jobs(self):
         command = self.command("run", "--sweep-ms", "1")
         gone = subprocess.Popen(command + ["--start", "J"], stdout=subprocess.PIPE,

@@ -252,6 +252,44 @@ TEST_F(EngineTest, ARecordThatIsNotTakenBackKeepsTheCommitPoint) {
   }
 }
 
+// The request comes with each exchange of a pass in turn.
+TEST_F(EngineTest, ARequestEndsAPassAtItsNextExchange) {
+  script_.Answer(kRedoQuery, {{"90", Insert("1")}, {"92", Insert("2")}, {"93", Insert("3")}});
+  StartJob();
+  int exchanges = 0, at = 1, in_capture = 0;
+  for (; exchanges >= at - 1; ++at) {
+    int later = exchanges = 0;
+    script_.on_call = [&](const std::string& line) {
+      constexpr std::string_view kExchanges[] = {"ServerAttach", "SessionBegin", "StmtExecute",
+                                                 "StmtFetch2"};
+      if (!std::ranges::any_of(kExchanges, [&](auto what) { return line.starts_with(what); })) {
+        return "";
+      }
+      if (++exchanges > at) ++later;
+      if (exchanges == at) RequestPause(program_.jobs, 0);
+      return "";
+    };
+    NextPass();
+    script_.on_call = nullptr;
+    EXPECT_EQ(later, 0) << at;
+    std::vector<std::string> applied = Applied();
+    if (program_.State() == JobState::Pausing && applied.empty()) {
+      ++in_capture;
+      std::erase(listener_.lines, "fetched");
+      EXPECT_EQ(listener_.lines, std::vector<std::string>{}) << at;
+    }
+    std::string reason;
+    if (program_.State() == JobState::Pausing) Step();
+    if (program_.State() == JobState::Paused) RequestRun(program_.context, 0, reason);
+    if (applied.size() < 3) NextPass();
+    for (std::string& sql : Applied()) applied.push_back(std::move(sql));
+    EXPECT_EQ(applied, (std::vector{InsertOf("1"), InsertOf("2"), InsertOf("3")})) << at;
+    EXPECT_EQ(Read("sqlerror.log"), "(none)");
+    listener_.Take();
+  }
+  EXPECT_GT(in_capture, 10);
+}
+
 // Each file of the run is not readable in turn, or damaged, when the program begins.
 TEST_F(EngineTest, WhatHoldsAJobIsKeptWhenItIsStoppedOrStartsAnew) {
   script_.Answer(kRedoQuery, {{"90", Insert("1")}, {"92", Insert("2")}});
