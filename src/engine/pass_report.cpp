@@ -16,13 +16,9 @@ std::int64_t ReachedBy(const SyncJob& job, Follow follow, std::uint32_t remainin
   const Positions& positions = job.run.positions;
   if (follow == Follow::Rows) return positions.mining_start_scn;
   const PendingBatch& batch = job.run.pending_batch;
-  if (batch.Transactions().empty()) return positions.cutoff_scn;
   const std::size_t next = batch.Size() - std::min<std::size_t>(remaining, batch.Size());
-  const auto& transactions = batch.Transactions();
-  const auto behind = std::upper_bound(
-      transactions.begin(), transactions.end(), next,
-      [](std::size_t entry, const PendingBatch::Transaction& one) { return entry < one.first; });
-  return (behind == transactions.begin() ? behind : std::prev(behind))->commit_scn;
+  const TransactionMarks::Walk transaction(batch.Transactions(), next);
+  return transaction.Mark() == nullptr ? positions.cutoff_scn : transaction.Mark()->commit_scn;
 }
 
 }  // namespace

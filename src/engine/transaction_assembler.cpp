@@ -2,6 +2,7 @@
 #include "engine/transaction_assembler.h"
 
 #include <bit>
+#include <cstring>
 #include <functional>
 #include <utility>
 
@@ -142,19 +143,16 @@ void TransactionAssembler::TakeStatement(const MinedRow& row) {
   Judgement judgement = JudgeStatement(open_text_, {.not_executable = row.not_executable});
   if (!whole) judgement = {Safety::Unfinished, {}};
   const bool safe = judgement.safety == Safety::Safe;
-  Change& change = changes_.emplace_back();
-  change.text = taker_.Store(safe ? judgement.kept : std::string_view(open_text_));
-  change.row = KeyOf(row.row);
-  change.object = static_cast<std::uint32_t>(ObjectOf(row)) & 0xFFFFFF;
-  change.safety = static_cast<std::uint32_t>(judgement.safety) & 0x7F;
-  if (!safe) asides_.push_back({changes_.size() - 1, row.scn});
+  changes_.emplace_back(taker_.Store(safe ? judgement.kept : std::string_view(open_text_)),
+                        KeyOf(row.row));
+  if (!safe) asides_.push_back({changes_.size() - 1, row.scn, ObjectOf(row), judgement.safety});
 }
 
 void TransactionAssembler::Undo(const MinedRow& row) {
   if (!undone_.emplace(row.change).second) return;
   IndexChanges();
   if (Change* const change = NewestAt(KeyOf(row.row))) {
-    change->cancelled = 1;
+    change->Cancel();
     return;
   }
   untold_.push_back(
@@ -169,22 +167,22 @@ void TransactionAssembler::IndexChanges() {
     before_.clear();
   }
   while (before_.size() < changes_.size()) {
-    std::uint32_t& newest = newest_[changes_[before_.size()].row[0] & (newest_.size() - 1)];
+    std::uint32_t& newest = newest_[changes_[before_.size()].Row() & (newest_.size() - 1)];
     before_.push_back(newest);
     newest = static_cast<std::uint32_t>(before_.size());
   }
 }
 
-TransactionAssembler::Change* TransactionAssembler::NewestAt(const RowKey& row) {
+TransactionAssembler::Change* TransactionAssembler::NewestAt(RowKey row) {
   if (changes_.empty()) return nullptr;
-  std::uint32_t* place = &newest_[row[0] & (newest_.size() - 1)];
+  std::uint32_t* place = &newest_[row & (newest_.size() - 1)];
   while (*place != 0) {
     Change& change = changes_[*place - 1];
-    if (change.cancelled != 0) {
+    if (change.Cancelled()) {
       *place = before_[*place - 1];  // never looked at again
       continue;
     }
-    if (change.row == row) return &change;
+    if (change.Row() == row) return &change;
     place = &before_[*place - 1];
   }
   return nullptr;
@@ -196,21 +194,20 @@ void TransactionAssembler::EndTransaction() {
     if (!std::exchange(told, true)) taker_.OnTransaction(transaction_);
   };
   auto aside = asides_.begin();
-  for (std::size_t i = 0; i < changes_.size(); ++i) {
-    const Change& change = changes_[i];
-    const bool is_aside = aside != asides_.end() && aside->change == i;
-    const std::int64_t scn = is_aside ? aside->scn : 0;
-    if (is_aside) ++aside;
-    if (change.cancelled != 0) continue;
+  // Each is given up as it goes: the batch has an entry for it then.
+  for (std::size_t i = 0; !changes_.empty(); ++i, changes_.pop_front()) {
+    const Change& change = changes_.front();
+    const Aside* const is_aside =
+        aside != asides_.end() && aside->change == i ? &*aside++ : nullptr;
+    if (change.Cancelled()) continue;
     tell();
     ++taken_;
-    if (is_aside) {
-      const Object& object = objects_[change.object];
-      taker_.OnSetAside(scn, object.owner, object.table, static_cast<Safety>(change.safety),
-                        change.text);
-    } else {
-      taker_.OnStatement(change.text);
+    if (is_aside == nullptr) {
+      taker_.OnStatement(change.Text());
+      continue;
     }
+    const Object& object = objects_[is_aside->object];
+    taker_.OnSetAside(is_aside->scn, object.owner, object.table, is_aside->why, change.Text());
   }
   for (const UntoldChange& change : untold_) {
     const Object& object = objects_[change.object];
@@ -219,7 +216,6 @@ void TransactionAssembler::EndTransaction() {
   }
   ended_at_scn_.insert(transaction_.xid);
   transaction_.xid.clear();
-  changes_.clear();
   asides_.clear();
   untold_.clear();
   undone_.clear();
@@ -241,11 +237,26 @@ std::size_t TransactionAssembler::ObjectOf(const MinedRow& row) {
 }
 
 TransactionAssembler::RowKey TransactionAssembler::KeyOf(std::string_view row) {
-  const std::uint64_t one = std::hash<std::string_view>{}(row);
-  std::uint64_t two = 1469598103934665603U;
-  for (const char c : row) two = (two ^ static_cast<unsigned char>(c)) * 1099511628211U;
-  return {static_cast<std::uint32_t>(one), static_cast<std::uint32_t>(one >> 32),
-          static_cast<std::uint32_t>(two ^ (two >> 32))};
+  return std::hash<std::string_view>{}(row);
+}
+
+TransactionAssembler::Change::Change(std::string_view text, RowKey row)
+    : text_{}, row_{}, size_(static_cast<std::uint32_t>(text.size()) & 0x7FFFFFFF), cancelled_(0) {
+  const char* const begin = text.data();
+  std::memcpy(text_.data(), &begin, sizeof begin);
+  std::memcpy(row_.data(), &row, sizeof row);
+}
+
+std::string_view TransactionAssembler::Change::Text() const {
+  const char* begin = nullptr;
+  std::memcpy(&begin, text_.data(), sizeof begin);
+  return {begin, size_};
+}
+
+TransactionAssembler::RowKey TransactionAssembler::Change::Row() const {
+  RowKey row = 0;
+  std::memcpy(&row, row_.data(), sizeof row);
+  return row;
 }
 
 }  // namespace quillmere

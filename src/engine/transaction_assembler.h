@@ -64,14 +64,21 @@ class TransactionAssembler final : public CommitSink {
   std::int64_t StoppedAt() const { return stopped_at_; }
 
  private:
-  // Object and address of a row, as good as unique: 96 bits of a hash.
-  using RowKey = std::array<std::uint32_t, 3>;
-  struct Change {
-    std::string_view text;
-    RowKey row{};
-    std::uint32_t object : 24 = 0;
-    std::uint32_t safety : 7 = 0;
-    std::uint32_t cancelled : 1 = 0;
+  // Object and address of a row, as good as unique: a hash.
+  using RowKey = std::uint64_t;
+  // In 20 bytes: a transaction may have a million of them.
+  class Change {
+   public:
+    Change(std::string_view text, RowKey row);
+    std::string_view Text() const;
+    RowKey Row() const;
+    bool Cancelled() const { return cancelled_ != 0; }
+    void Cancel() { cancelled_ = 1; }
+
+   private:
+    std::array<std::uint32_t, 2> text_, row_;
+    std::uint32_t size_ : 31;
+    std::uint32_t cancelled_ : 1;
   };
   struct Object {
     std::string owner, table;
@@ -79,6 +86,8 @@ class TransactionAssembler final : public CommitSink {
   struct Aside {
     std::size_t change;
     std::int64_t scn;
+    std::size_t object;
+    Safety why;
   };
   struct UntoldChange {
     std::int64_t scn;
@@ -94,7 +103,7 @@ class TransactionAssembler final : public CommitSink {
   void TakeStatement(const MinedRow& row);
   void Undo(const MinedRow& row);
   // The newest change that is still there at the row, or null.
-  Change* NewestAt(const RowKey& row);
+  Change* NewestAt(RowKey row);
   void IndexChanges();
   std::size_t ObjectOf(const MinedRow& row);
   static RowKey KeyOf(std::string_view row);

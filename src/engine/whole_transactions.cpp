@@ -1,36 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include "engine/whole_transactions.h"
 
-#include <algorithm>
-
 namespace quillmere {
-namespace {
-
-// The first transaction that begins at the entry or behind it.
-auto FirstFrom(const PendingBatch& batch, std::size_t entry) {
-  const auto& transactions = batch.Transactions();
-  return std::partition_point(
-      transactions.begin(), transactions.end(),
-      [&](const PendingBatch::Transaction& one) { return one.first < entry; });
-}
-
-}  // namespace
 
 std::size_t BeginOfTransaction(const PendingBatch& batch, std::size_t next) {
-  const auto from = FirstFrom(batch, next);
-  if (from == batch.Transactions().begin() || next >= batch.Size()) return next;
-  if (from != batch.Transactions().end() && from->first == next) return next;
-  return std::prev(from)->first;
+  const TransactionMarks::Walk transaction(batch.Transactions(), next);
+  const TransactionMark* const mark = transaction.Mark();
+  return mark == nullptr || mark->first > next || next >= batch.Size() ? next : mark->first;
 }
 
 TransactionCursor::TransactionCursor(const PendingBatch& batch, std::size_t begin)
-    : batch_(batch), next_(FirstFrom(batch, begin)) {}
+    : batch_(batch), next_(batch.Transactions(), begin) {
+  if (next_.Mark() != nullptr && next_.Mark()->first < begin) next_.Next();
+}
 
 bool TransactionCursor::NeedsSavepoint(std::size_t entry) {
-  const auto end = batch_.Transactions().end();
-  if (next_ == end || next_->first != entry) return false;
-  ++next_;
-  return (next_ == end ? batch_.Size() : next_->first) - entry > 1;
+  if (next_.Mark() == nullptr || next_.Mark()->first != entry) return false;
+  next_.Next();
+  return (next_.Mark() == nullptr ? batch_.Size() : next_.Mark()->first) - entry > 1;
 }
 
 }  // namespace quillmere

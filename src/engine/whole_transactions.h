@@ -23,7 +23,7 @@ class TransactionCursor {
 
  private:
   const PendingBatch& batch_;
-  std::deque<PendingBatch::Transaction>::const_iterator next_;
+  TransactionMarks::Walk next_;
 };
 
 }  // namespace quillmere

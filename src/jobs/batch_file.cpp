@@ -59,12 +59,13 @@ bool WriteBatchFile(FileSystem& files, const JobFolder& folder, const PendingBat
   if (batch.TakenFrom()) {
     piece = BatchHeaderLine({*batch.TakenFrom(), batch.Size()}) + "\n";
   }
-  auto transaction = batch.Transactions().begin();
+  TransactionMarks::Walk transaction(batch.Transactions());
   const auto next_piece = [&]() -> std::string_view {
     if (next > 0) piece.clear();
     while (next < batch.Size() && piece.size() < kPieceBytes) {
-      if (transaction != batch.Transactions().end() && transaction->first == next) {
-        piece += TransactionLine(*transaction++) + "\n";
+      if (transaction.Mark() != nullptr && transaction.Mark()->first == next) {
+        piece += TransactionLine(*transaction.Mark()) + "\n";
+        transaction.Next();
       }
       piece.append(batch[next++].text).push_back('\n');
     }

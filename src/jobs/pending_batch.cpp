@@ -3,10 +3,6 @@
 
 namespace quillmere {
 
-std::string PendingBatch::Transaction::Xid() const {
-  return std::to_string(segment) + "." + std::to_string(slot) + "." + std::to_string(sequence);
-}
-
 void PendingBatch::Append(std::string_view statement) {
   AppendStored(Store(statement));
 }
@@ -22,18 +18,13 @@ void PendingBatch::AppendSetAside() {
 void PendingBatch::BeginTransaction(Transaction transaction) {
   transaction.first = static_cast<std::uint32_t>(entries_.size());
   // One of which nothing came in leaves no mark.
-  if (!transactions_.empty() && transactions_.back().first == transaction.first) {
-    transactions_.back() = transaction;
-  } else {
-    transactions_.push_back(transaction);
-  }
+  transactions_.Add(transaction);
 }
 
 void PendingBatch::Clear() {
   entries_.clear();
   entries_.shrink_to_fit();
-  transactions_.clear();
-  transactions_.shrink_to_fit();
+  transactions_.Clear();
   range_.reset();
   texts_.Clear();
 }

@@ -8,10 +8,10 @@
 #include <cstdint>
 #include <deque>
 #include <optional>
-#include <string>
 #include <string_view>
 
 #include "foundation/byte_arena.h"
+#include "jobs/transaction_marks.h"
 
 namespace quillmere {
 
@@ -27,15 +27,7 @@ class PendingBatch {
     std::string_view text;  // valid until Clear
   };
 
-  // A source's transaction, from its first entry on.
-  struct Transaction {
-    std::uint32_t first = 0;                            // entry
-    std::uint32_t segment = 0, slot = 0, sequence = 0;  // its XID
-    std::int64_t commit_scn = 0;
-    std::int64_t commit_second = 0;  // by the source's clock; 0: not known
-
-    std::string Xid() const;  // "4.12.9153"
-  };
+  using Transaction = TransactionMark;
 
   // The commit SCNs that a batch of whole transactions was taken from: from <= SCN < upto.
   struct Range {
@@ -58,8 +50,8 @@ class PendingBatch {
 
   // What is appended from now on belongs to this transaction; first is filled in.
   void BeginTransaction(Transaction transaction);
-  // In the order of their first entries; none in a batch that was taken by rows.
-  const std::deque<Transaction>& Transactions() const { return transactions_; }
+  // None in a batch that was taken by rows.
+  const TransactionMarks& Transactions() const { return transactions_; }
   void SetRange(Range range) { range_ = range; }
   const std::optional<Range>& TakenFrom() const { return range_; }
 
@@ -89,7 +81,7 @@ class PendingBatch {
   static_assert(sizeof(Packed) == 16);
 
   std::deque<Packed> entries_;
-  std::deque<Transaction> transactions_;
+  TransactionMarks transactions_;
   std::optional<Range> range_;
   ByteArena texts_;
 };

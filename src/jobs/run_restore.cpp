@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // What a program that begins takes from a job's folder.
-#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -64,10 +63,8 @@ const char* WhyNotTogether(const PendingBatch& batch, const RunRecord& record, F
   if (!batch.TakenFrom()) return " has no first line with its range";
   if (batch.TakenFrom()->upto != record.cutoff_scn) return " is of another range than the record";
   const auto next = static_cast<std::uint32_t>(batch.Size() - record.batch_remaining);
-  const auto& transactions = batch.Transactions();
-  const bool boundary =
-      std::any_of(transactions.begin(), transactions.end(),
-                  [&](const PendingBatch::Transaction& one) { return one.first == next; });
+  const TransactionMarks::Walk transaction(batch.Transactions(), next);
+  const bool boundary = transaction.Mark() != nullptr && transaction.Mark()->first == next;
   return boundary ? nullptr : " and the record part inside a transaction";
 }
 
