@@ -34,7 +34,8 @@ std::uint64_t Take(const std::vector<unsigned char>& bytes, std::size_t& place) 
 
 // Small differences of either sign become small numbers.
 std::uint64_t Difference(std::int64_t to, std::int64_t from) {
-  const std::uint64_t difference = static_cast<std::uint64_t>(to) - static_cast<std::uint64_t>(from);
+  const std::uint64_t difference =
+      static_cast<std::uint64_t>(to) - static_cast<std::uint64_t>(from);
   return difference >> 63 != 0 ? ~(difference << 1) : difference << 1;
 }
 
@@ -57,8 +58,7 @@ void Write(std::vector<unsigned char>& bytes, const TransactionMark& mark,
   const unsigned entry = mark.first - before.first == 1 ? kNextEntry : 0;
   const unsigned seconds = Short(Minus(mark.commit_second, before.commit_second), kMostSeconds);
   const unsigned scns = Short(Minus(mark.commit_scn, before.commit_scn), kMostScns);
-  bytes.push_back(
-      static_cast<unsigned char>(entry | seconds << kSecondsShift | scns << kScnShift));
+  bytes.push_back(static_cast<unsigned char>(entry | seconds << kSecondsShift | scns << kScnShift));
   if (entry == 0) Put(bytes, mark.first - before.first);
   if (seconds == kMostSeconds) Put(bytes, Difference(mark.commit_second, before.commit_second));
   if (scns == kMostScns) Put(bytes, Difference(mark.commit_scn, before.commit_scn));

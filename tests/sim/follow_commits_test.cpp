@@ -26,6 +26,8 @@ struct World {
   std::int64_t lag_ms = 0;
   double per_second = 1;
   std::size_t containers = 1;
+  std::size_t instance = 0;  // that is asked
+  double on_others = .02;    // share of transactions on each instance but the first
 };
 
 constexpr World kWorlds[] = {{"short", 2, 20'000, 1},
@@ -38,7 +40,24 @@ constexpr World kWorlds[] = {{"short", 2, 20'000, 1},
                               .interval = 0,
                               .per_second = 2,
                               .containers = 2},
-                             {"cluster", 20, 20'000, 0, 40'000, 3, 3000}};
+                             {"cluster", 20, 20'000, 0, 40'000, 3, 3000},
+                             {.name = "cluster seen from an idle instance",
+                              .mean_seconds = 12,
+                              .sweep_ms = 7'000,
+                              .interval = 0,
+                              .threads = 2,
+                              .lag_ms = 4500,
+                              .per_second = .3,
+                              .instance = 1},
+                             {.name = "cluster far apart",
+                              .mean_seconds = 4,
+                              .sweep_ms = 6'000,
+                              .interval = 0,
+                              .threads = 3,
+                              .lag_ms = 4900,
+                              .per_second = 1,
+                              .instance = 1,
+                              .on_others = .45}};
 
 struct Verdict {
   std::size_t changes = 0, lost = 0, doubled = 0, halved = 0, disordered = 0;
@@ -112,10 +131,13 @@ class Trial {
                       .straddling = kBehaviours[seed % 2],
                       .threads = world.threads,
                       .containers = follow == Follow::Commits ? world.containers : 1};
+    shape.instance = world.instance;
     shape.lag_ms = world.lag_ms;
     shape.log = {.bytes = 60'000, .archived = true, .archives_kept = 1000};
-    shape.habits = {
-        .per_second = world.per_second, .mean_seconds = world.mean_seconds, .no_statement = .02};
+    shape.habits = {.per_second = world.per_second,
+                    .mean_seconds = world.mean_seconds,
+                    .no_statement = .02,
+                    .on_idle_thread = world.on_others};
     // What can not be taken by rows would only stop them.
     if (follow == Follow::Rows) {
       shape.habits.savepoint = shape.habits.long_text = shape.habits.temporary = 0;
