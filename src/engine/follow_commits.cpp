@@ -59,6 +59,7 @@ class BatchTaker final : public TransactionAssembler::Taker {
 }  // namespace
 
 struct FollowCommits::Look {
+  std::vector<RedoThread> threads;
   ReadingAnswers answers;
   bool taken = false;
 };
@@ -78,10 +79,9 @@ std::string FollowCommits::SourceName() const {
 
 bool FollowCommits::TakeReading(CommitMiner& miner, std::optional<std::int64_t> known_mine_from,
                                 Look& look, std::string& error) {
-  std::vector<RedoThread> threads;
-  bool read = miner.ReadThreads(threads);
+  bool read = miner.ReadThreads(look.threads);
   if (read) {
-    memory_.readings.NoteThreads(threads, context_.clock.Steady());
+    memory_.readings.NoteThreads(look.threads, context_.clock.Steady());
     read = miner.ReadScn(look.answers.scn_before);
   }
   if (read && !miner.ReadOldestOpen(look.answers.oldest_open)) {
@@ -144,16 +144,17 @@ FollowResult FollowCommits::Start(OracleSession& source, Positions& positions, s
 
 // Whether it is still the database that the positions are of.
 FollowResult FollowCommits::CheckSource(CommitMiner& miner, std::string& error) {
-  SourceFile started_on;
   const FileStatus file =
-      ReadSourceFile(context_.files, context_.catalogue.FolderOf(name_), started_on);
+      ReadSourceOnce(context_.files, context_.catalogue.FolderOf(name_), memory_);
   if (!file) {
     error = file.reason + ". Without it nobody knows which database " + name_ +
             " was started on: bring the file back, or stop the job and start it anew";
     return FollowResult::Held;
   }
+  const SourceFile started_on = *memory_.source;
   if (memory_.job_id != started_on.job_id) {
     memory_ = {};
+    memory_.source = started_on;
     memory_.job_id = started_on.job_id;
   }
   SourceIdentity identity;
@@ -197,7 +198,7 @@ FollowResult FollowCommits::Capture(OracleSession& source, std::string& error) {
   if (!reading && upto > positions.cutoff_scn) return Wait();
   memory_.waiting_since.reset();
   if (!reading) return FollowResult::Done;  // nothing has happened there
-  return Mine(miner, *reading, error) ? FollowResult::Done : FollowResult::Failed;
+  return Mine(miner, look.threads, *reading, error) ? FollowResult::Done : FollowResult::Failed;
 }
 
 FollowResult FollowCommits::Wait() {
@@ -231,12 +232,12 @@ void FollowCommits::WarnOfOldest(CommitMiner& miner, std::int64_t oldest_open) {
                   std::to_string(oldest_open) + " until it ends: keep the archived logs");
 }
 
-bool FollowCommits::SetLogs(CommitMiner& miner, std::vector<RedoLog>& chosen,
-                            std::vector<RedoLog>& online, std::string& error) {
+bool FollowCommits::SetLogs(CommitMiner& miner, const std::vector<RedoThread>& threads,
+                            std::vector<RedoLog>& chosen, std::vector<RedoLog>& online,
+                            std::string& error) {
   const std::int64_t from = job_.run.positions.mining_start_scn;
-  std::vector<RedoThread> threads;
   std::vector<RedoLog> archived;
-  if (!miner.ReadThreads(threads) || !miner.ListOnlineLogs(online) ||
+  if (!miner.ListOnlineLogs(online) ||
       (NeedsArchivedLogs(threads, online, from) && !miner.ListArchivedLogs(from, archived))) {
     error = "SetLogs fail : " + miner.LastError();
     return false;
@@ -257,11 +258,12 @@ bool FollowCommits::SetLogs(CommitMiner& miner, std::vector<RedoLog>& chosen,
   return false;
 }
 
-bool FollowCommits::Mine(CommitMiner& miner, const Reading& reading, std::string& error) {
+bool FollowCommits::Mine(CommitMiner& miner, const std::vector<RedoThread>& threads,
+                         const Reading& reading, std::string& error) {
   std::vector<RedoLog> chosen;
   std::vector<RedoLog> online;
   std::vector<RedoLog> now;
-  if (!SetLogs(miner, chosen, online, error)) return false;
+  if (!SetLogs(miner, threads, chosen, online, error)) return false;
   std::int64_t stopped_at = MinedRow::kNoScn;
   bool good = Read(miner, reading.upto, stopped_at, error);
   if (good && !miner.ListLogsNow(now)) {

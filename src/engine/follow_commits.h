@@ -38,9 +38,10 @@ class FollowCommits final : public FollowWay {
   FollowResult CheckSource(CommitMiner& miner, std::string& error);
   FollowResult Wait();
   void WarnOfOldest(CommitMiner& miner, std::int64_t oldest_open);
-  bool Mine(CommitMiner& miner, const Reading& reading, std::string& error);
-  bool SetLogs(CommitMiner& miner, std::vector<RedoLog>& chosen, std::vector<RedoLog>& online,
-               std::string& error);
+  bool Mine(CommitMiner& miner, const std::vector<RedoThread>& threads, const Reading& reading,
+            std::string& error);
+  bool SetLogs(CommitMiner& miner, const std::vector<RedoThread>& threads,
+               std::vector<RedoLog>& chosen, std::vector<RedoLog>& online, std::string& error);
   bool KeepBatch(std::string& error);
   std::string SourceName() const;
 

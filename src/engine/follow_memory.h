@@ -7,10 +7,12 @@
 #include <string>
 
 #include "engine/source_readings.h"
+#include "jobs/source_file.h"
 
 namespace quillmere {
 
 struct FollowMemory {
+  std::optional<SourceFile> source;  // source.dat as the pass in hand has read it
   std::string job_id;  // of the start that the rest belongs to; empty while a start is in hand
   SourceReadings readings;
   std::optional<SteadyTime> waiting_since;  // for a reading that can be used
@@ -19,5 +21,14 @@ struct FollowMemory {
   std::int64_t source_scn = 0;      // where the source stood at this step; 0: not asked
   std::int64_t told_of_oldest = 0;  // the SCN where the transaction begins that was warned of
 };
+
+// Reads source.dat into the memory unless the pass has done that.
+inline FileStatus ReadSourceOnce(FileSystem& files, const JobFolder& folder, FollowMemory& memory) {
+  if (memory.source) return {};
+  SourceFile source;
+  FileStatus read = ReadSourceFile(files, folder, source);
+  if (read) memory.source = std::move(source);
+  return read;
+}
 
 }  // namespace quillmere

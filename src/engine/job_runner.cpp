@@ -108,7 +108,7 @@ bool JobRunner::FindPositions(std::size_t index, Positions& positions, bool& fou
   std::string error;
   FollowResult result = FollowResult::Failed;
   source.StopWhen([this] { return EndRequested(); });
-  PositionGuard guard(context_, index);
+  PositionGuard guard(context_, index, memories_[index]);
   const std::string old_job_id = guard.InUse() ? JobIdOf(context_, index) : std::string();
   if (!source.Connect(JobView(context_.jobs.At(index)).source)) {
     error = "Connect source fail : " + source.LastError();

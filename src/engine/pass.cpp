@@ -18,8 +18,10 @@ Pass::Pass(EngineContext& context, std::size_t index, FollowMemory& memory,
       view_(job_),
       folder_(context.catalogue.FolderOf(view_.name)),
       way_(WayOf(context, index, memory)),
-      guard_(context, index),
-      record_(context.files, folder_) {}
+      guard_(context, index, memory),
+      record_(context.files, folder_) {
+  memory.source.reset();
+}
 
 void Pass::Run() {
   report_.begin = context_.clock.Now();

@@ -13,16 +13,21 @@ std::string InWords(const PositionRow::Value& value) {
 
 }  // namespace
 
-PositionGuard::PositionGuard(EngineContext& context, std::size_t index)
+PositionGuard::PositionGuard(EngineContext& context, std::size_t index, FollowMemory& memory)
     : context_(context),
       job_(context.jobs.At(index)),
       owner_(PositionOwnerOf(job_)),
-      folder_(context.catalogue.FolderOf(NameOf(job_))) {}
+      folder_(context.catalogue.FolderOf(NameOf(job_))),
+      memory_(memory) {}
 
 bool PositionGuard::ReadSource(std::string& error) {
-  const FileStatus read = ReadSourceFile(context_.files, folder_, source_);
-  if (!read) error = read.reason;
-  return static_cast<bool>(read);
+  const FileStatus read = ReadSourceOnce(context_.files, folder_, memory_);
+  if (!read) {
+    error = read.reason;
+    return false;
+  }
+  source_ = *memory_.source;
+  return true;
 }
 
 // A batch that has not been begun finds what the one before it left.
@@ -83,6 +88,7 @@ bool PositionGuard::KeepFinished(std::string& error) {
   if (!ReadSource(error)) return false;
   if (source_.row_cutoff == job_.run.positions.cutoff_scn) return true;
   source_.row_cutoff = job_.run.positions.cutoff_scn;
+  memory_.source.reset();
   return WriteSourceFile(context_.files, folder_, source_, error);
 }
 

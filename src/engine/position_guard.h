@@ -7,7 +7,7 @@
 #include <string>
 
 #include "engine/engine_context.h"
-#include "jobs/source_file.h"
+#include "engine/follow_memory.h"
 #include "oracle/position_row.h"
 
 namespace quillmere {
@@ -15,7 +15,8 @@ namespace quillmere {
 // Made for one pass, on its thread.
 class PositionGuard {
  public:
-  PositionGuard(EngineContext& context, std::size_t index);
+  // memory is of this job and outlives it.
+  PositionGuard(EngineContext& context, std::size_t index, FollowMemory& memory);
 
   bool InUse() const { return !owner_.empty(); }
 
@@ -51,6 +52,7 @@ class PositionGuard {
   const SyncJob& job_;
   const std::string owner_;
   const JobFolder folder_;
+  FollowMemory& memory_;
   SourceFile source_;
   PositionRow::Value found_;
 };
