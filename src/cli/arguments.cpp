@@ -8,12 +8,14 @@
 #include <sstream>
 #include <string>
 
+#include "cli/health_command.h"
 #include "cli/job_commands.h"
 #include "cli/run_command.h"
 #include "cli/schema_commands.h"
 #include "cli/source_commands.h"
 #include "cli/sql_command.h"
 #include "cli/terminal.h"
+#include "cli/trouble_commands.h"
 #include "foundation/version.h"
 #include "workspace/job_operations.h"
 
@@ -34,6 +36,7 @@ struct Parsed {
   job::Arguments job;
   schema::Arguments schema;
   RunArguments run;
+  HealthArguments health;
   SqlArguments sql;
   std::function<int()> command;
 };
@@ -140,6 +143,9 @@ void AddJobCommands(CLI::App& app, Parsed& parsed) {
   show.add_flag("--json", arguments.json, "as JSON");
   show.add_flag("--live", arguments.live, "ask the source what the job stands on");
   add("refresh", "Read the tables of the source anew", job::Refresh);
+  add("problem", "Show what keeps a job from going on, and what usually helps", job::Problem)
+      .add_flag("--json", arguments.json, "as JSON");
+  add("retry", "Make one pass of a paused job now", job::Retry);
   add("stop", "Reset a paused job", job::Stop);
   add("remove", "Delete a stopped job", job::Remove);
 
@@ -178,6 +184,20 @@ void AddRunCommand(CLI::App& app, Parsed& parsed) {
   run.add_option("--sweep-ms", arguments.sweep_ms, "milliseconds between two sweeps")
       ->check(CLI::Range(1, kLongestSweep));
   run.add_flag("--progress", arguments.progress, "a line each second on what has been done");
+  run.add_flag("--json", arguments.json, "a JSON object a line instead of text");
+}
+
+void AddHealthCommand(CLI::App& app, Parsed& parsed) {
+  HealthArguments& arguments = parsed.health;
+  CLI::App& health =
+      Add(app, "health", "Tell how jobs are; exit status 0 well, 1 warning, 2 trouble, 3 unknown",
+          parsed, arguments, ShowHealth);
+  health.add_option("JOB", arguments.job, "the job; otherwise all that are not stopped");
+  health
+      .add_option("--max-behind", arguments.max_behind,
+                  "minutes; trouble when a job is further behind its source")
+      ->check(CLI::Range(0, kLongestInterval));
+  health.add_flag("--json", arguments.json, "as JSON");
 }
 
 int RunSql(const CommandLine& line, const SqlArguments& arguments) {
@@ -280,6 +300,7 @@ int RunCommandLine(int argc, const char* const* argv) {
   AddSourceCommands(app, parsed);
   AddJobCommands(app, parsed);
   AddRunCommand(app, parsed);
+  AddHealthCommand(app, parsed);
   AddSqlCommand(app, parsed);
   AddSchemaCommands(app, parsed);
   try {

@@ -16,6 +16,7 @@ namespace quillmere::cli {
 inline constexpr int kDone = 0;
 inline constexpr int kFailed = 1;
 inline constexpr int kWrongUsage = 2;
+inline constexpr int kInTrouble = 3;  // of `run`: a job failed or was held when it ended
 
 // What any command may be given.
 struct CommandLine {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "cli/command.h"
+#include "cli/watch_events.h"
 
 namespace quillmere::cli {
 namespace {
@@ -48,6 +49,7 @@ int JobDrive::Run() {
   last_progress_ = begin_;
   const Totals totals = Count(workspace_.Jobs());
   last_handled_ = totals.applied + totals.blocked;
+  const std::vector<std::size_t> driven = RunningJobs();
 
   JobRunner runner(engine_);
   bool none_runs = false;
@@ -57,7 +59,7 @@ int JobDrive::Run() {
     while (!ShallEnd() && !none_runs) {
       PrintMessages(kTurn);
       DoPeriodicWork();
-      none_runs = !AnyJobRuns();
+      none_runs = RunningJobs().empty();
     }
     ending_ = true;
     service_.Ending();
@@ -68,7 +70,8 @@ int JobDrive::Run() {
   if (options_.progress) PrintProgress(steady_clock::now());
   std::string reason;
   if (!workspace_.SaveJobs(reason)) return Fail(reason);
-  return none_runs ? Fail("No job runs any more") : kDone;
+  if (none_runs) return Fail("No job runs any more");
+  return AnyInTrouble(driven) ? kInTrouble : kDone;
 }
 
 bool JobDrive::ShallEnd() {
@@ -76,20 +79,36 @@ bool JobDrive::ShallEnd() {
   return options_.time && steady_clock::now() - begin_ >= *options_.time;
 }
 
-bool JobDrive::AnyJobRuns() const {
+std::vector<std::size_t> JobDrive::RunningJobs() const {
   const JobList& jobs = workspace_.Jobs();
+  std::vector<std::size_t> running;
   for (std::size_t index = 0; index < jobs.Count(); ++index) {
-    if (IsRunning(jobs.State(index))) return true;
+    if (IsRunning(jobs.State(index))) running.push_back(index);
   }
-  return false;
+  return running;
+}
+
+bool JobDrive::AnyInTrouble(const std::vector<std::size_t>& jobs) const {
+  return std::any_of(jobs.begin(), jobs.end(), [this](std::size_t index) {
+    const Health health = workspace_.Watch().Look(index).health;
+    return health == Health::Failing || health == Health::Held;
+  });
 }
 
 void JobDrive::PrintMessages(milliseconds wait) {
   for (const MessageQueue::Message& message : queue_.Take(wait)) {
-    if (!workspace_.Log().Add(message.text, message.error) && !log_lost_) {
+    if (!message.pass && !workspace_.Log().Add(message.text, message.error) && !log_lost_) {
       log_lost_ = true;
-      PrintLine("ERROR error.log cannot be written: messages are only shown here");
+      PrintMessage({"error.log cannot be written: messages are only shown here", true});
     }
+    PrintMessage(message);
+  }
+}
+
+void JobDrive::PrintMessage(const MessageQueue::Message& message) {
+  if (options_.json) {
+    PrintText(EventText(workspace_, message));
+  } else if (!message.pass) {
     PrintLine((message.error ? "ERROR " : "") + message.text);
   }
 }
@@ -97,9 +116,11 @@ void JobDrive::PrintMessages(milliseconds wait) {
 // A reader who has gone, or who does not read while the program is to end, loses lines: they are in
 // error.log, too.
 void JobDrive::PrintLine(std::string_view text) {
+  PrintText(FormatTimeStamp(workspace_.TimeSource().Now()) + " " + OneLine(text) + "\n");
+}
+
+void JobDrive::PrintText(const std::string& line) {
   if (output_lost_) return;
-  const std::string line =
-      FormatTimeStamp(workspace_.TimeSource().Now()) + " " + OneLine(text) + "\n";
   const auto give_up = [this] { return ending_ || ShallEnd(); };
   if (Write(Stream::Output, line, give_up)) return;
   output_lost_ = true;
@@ -115,6 +136,10 @@ void JobDrive::PrintProgress(Time now) {
   const std::int64_t rate = passed > 0 ? done * 1000 / passed : 0;
   last_handled_ = handled;
   last_progress_ = now;
+  if (options_.json) {
+    return PrintText(ProgressEvent(workspace_, {handled + totals.remaining, totals.applied,
+                                                totals.blocked, totals.remaining, rate}));
+  }
   PrintLine(
       "progress captured=" + std::to_string(handled + totals.remaining) +
       " applied=" + std::to_string(totals.applied) + " blocked=" + std::to_string(totals.blocked) +

@@ -19,6 +19,7 @@ class JobDrive {
     std::optional<std::chrono::milliseconds> time;  // until a signal when there is none
     std::chrono::milliseconds sweep_pause = HWorkThread::kSweepPause;
     bool progress = false;
+    bool json = false;
   };
 
   JobDrive(Workspace& workspace, const Options& options);
@@ -33,9 +34,12 @@ class JobDrive {
   using Time = std::chrono::steady_clock::time_point;
 
   bool ShallEnd();
-  bool AnyJobRuns() const;
   void PrintMessages(std::chrono::milliseconds wait);
+  void PrintMessage(const MessageQueue::Message& message);
   void PrintLine(std::string_view text);
+  void PrintText(const std::string& line);
+  bool AnyInTrouble(const std::vector<std::size_t>& jobs) const;
+  std::vector<std::size_t> RunningJobs() const;
   void PrintProgress(Time now);
   void DoPeriodicWork();
 

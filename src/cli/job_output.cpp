@@ -3,8 +3,10 @@
 
 #include <vector>
 
+#include "cli/command.h"
 #include "cli/json_text.h"
 #include "cli/text_table.h"
+#include "cli/watch_output.h"
 #include "oracle/position_row.h"
 #include "workspace/job_operations.h"
 
@@ -85,7 +87,8 @@ std::string JobListText(const Workspace& workspace) {
   const JobList& jobs = workspace.Jobs();
   std::vector<std::vector<std::string>> rows = {
       {"JOB ID", "Status", "Total Done", "Need To Do", "Has Done", "Blocked", "Follows"}};
-  std::string held_jobs;
+  for (std::string& head : HealthHeads()) rows.front().push_back(std::move(head));
+  std::string notes;
   for (std::size_t i = 0; i < jobs.Count(); ++i) {
     JobList::Progress progress;
     const JobState state = jobs.State(i, &progress);
@@ -94,11 +97,16 @@ std::string JobListText(const Workspace& workspace) {
     std::vector<std::string> row = {NameOf(job), std::string(StateName(state))};
     for (std::string& counter : Counters(job.run, progress)) row.push_back(std::move(counter));
     row.emplace_back(FollowName(FollowOf(job)));
-    const std::string held = jobs.HeldBecause(i);
-    if (!held.empty()) held_jobs += "\n" + row.front() + " is held: " + held + "\n";
+    const WatchedJob watched = workspace.Watch().Look(i);
+    for (std::string& cell : HealthCells(watched)) row.push_back(std::move(cell));
+    const std::string& held = watched.held;
+    if (!held.empty()) notes += "\n" + row.front() + " is held: " + held + "\n";
+    if (watched.problem) {
+      notes += "\n" + row.front() + ": " + OneLine(ProblemSummary(*watched.problem)) + "\n";
+    }
     rows.push_back(std::move(row));
   }
-  return TextTable(rows) + held_jobs;
+  return TextTable(rows) + notes;
 }
 
 std::string JobListJson(const Workspace& workspace) {
@@ -110,8 +118,10 @@ std::string JobListJson(const Workspace& workspace) {
     if (state == JobState::Empty) continue;
     const SyncJob& job = jobs.At(i);
     const std::string held = jobs.HeldBecause(i);
+    const WatchedJob watched = workspace.Watch().Look(i);
     const MutexLock lock(job.config_mutex);
     list.push_back(JobObject(job.config, job.run, state, progress, held));
+    AddHealth(list.back(), watched);
   }
   return JsonText(list);
 }
@@ -122,7 +132,8 @@ std::string JobText(const Workspace& workspace, std::size_t index,
   JobList::Progress progress;
   const JobState state = workspace.Jobs().State(index, &progress);
   const std::vector<std::string> counters = Counters(job.run, progress);
-  const std::string held = workspace.Jobs().HeldBecause(index);
+  const WatchedJob watched = workspace.Watch().Look(index);
+  const std::string& held = watched.held;
   const MutexLock lock(job.config_mutex);
   const JobConfig& config = job.config;
   std::vector<std::vector<std::string>> head = {
@@ -145,6 +156,7 @@ std::string JobText(const Workspace& workspace, std::size_t index,
                            : "in " + config.position_owner + "." + std::string(kPositionTable)}};
   if (!config.container.empty()) head.push_back({"Follows container", config.container});
   if (!held.empty()) head.push_back({"Held", held});
+  for (std::vector<std::string>& line : HealthLines(watched)) head.push_back(std::move(line));
   for (const FootingLine& line : footing) {
     head.push_back({line.warning ? "Warning" : line.subject, line.text});
   }
@@ -169,9 +181,10 @@ std::string JobJson(const Workspace& workspace, std::size_t index,
   const SyncJob& job = workspace.Jobs().At(index);
   JobList::Progress progress;
   const JobState state = workspace.Jobs().State(index, &progress);
-  const std::string held = workspace.Jobs().HeldBecause(index);
+  const WatchedJob watched = workspace.Watch().Look(index);
   const MutexLock lock(job.config_mutex);
-  Json object = JobObject(job.config, job.run, state, progress, held);
+  Json object = JobObject(job.config, job.run, state, progress, watched.held);
+  AddHealth(object, watched);
   Json schemas = Json::array();
   for (const auto& [owner, schema] : job.config.schemas) {
     Json tables = Json::array();

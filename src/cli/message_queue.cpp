@@ -5,10 +5,10 @@
 
 namespace quillmere::cli {
 
-void MessageQueue::Put(std::string_view text, bool error) {
+void MessageQueue::Put(Message message) {
   const MutexLock lock(mutex_);
   while (messages_.size() >= capacity_) changed_.Wait(mutex_);
-  messages_.push_back({std::string(text), error});
+  messages_.push_back(std::move(message));
   changed_.NotifyAll();
 }
 

@@ -62,6 +62,7 @@ int Run(const CommandLine& line, const RunArguments& arguments) {
   }
   options.sweep_pause = std::chrono::milliseconds(arguments.sweep_ms);
   options.progress = arguments.progress;
+  options.json = arguments.json;
   JobDrive drive(*workspace, options);
   for (const std::size_t job : jobs) {
     const Outcome run = RunJob(*workspace, drive.Engine(), job);

@@ -17,6 +17,7 @@ struct RunArguments {
   std::optional<double> seconds;          // until a signal when there is none
   int sweep_ms = static_cast<int>(HWorkThread::kSweepPause.count());
   bool progress = false;
+  bool json = false;
 };
 
 int Run(const CommandLine& line, const RunArguments& arguments);

@@ -38,6 +38,11 @@ LocalTime SystemClock::Now() const {
   return ToLocalTime(duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count());
 }
 
+std::int64_t SystemClock::UnixSeconds() const {
+  using namespace std::chrono;
+  return duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
+}
+
 SteadyTime SystemClock::Steady() const {
   using namespace std::chrono;
   return duration_cast<SteadyTime>(steady_clock::now().time_since_epoch());

@@ -36,12 +36,15 @@ class Clock {
   virtual ~Clock() = default;
   virtual LocalTime Now() const = 0;
   virtual SteadyTime Steady() const = 0;
+  // Since 1970 in UTC, for other programs.
+  virtual std::int64_t UnixSeconds() const { return Now().ms / 1000; }
 };
 
 class SystemClock final : public Clock {
  public:
   LocalTime Now() const override;
   SteadyTime Steady() const override;
+  std::int64_t UnixSeconds() const override;
 };
 
 }  // namespace quillmere

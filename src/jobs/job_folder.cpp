@@ -21,6 +21,8 @@ constexpr std::array kKinds = {
     Kind{JobFile::Batch, "sqlcmds.txt", true, true},
     Kind{JobFile::Tables, "", true, true},
     Kind{JobFile::Source, "source.dat", true, true},
+    Kind{JobFile::Problem, "problem.xml", true, true},
+    Kind{JobFile::History, "history.csv", true, true},
     Kind{JobFile::SetAside, "setaside.sql", false, false},
     Kind{JobFile::ErrorLog, "error.log", false, false},
     Kind{JobFile::Held, "held.xml", true, true},

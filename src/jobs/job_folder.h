@@ -19,6 +19,8 @@ enum class JobFile {
   Batch,        // sqlcmds.txt
   Tables,       // named after the job
   Source,       // source.dat, of a job that follows commits
+  Problem,      // problem.xml, of a job that fails
+  History,      // history.csv
   SetAside,     // setaside.sql, the operator's
   ErrorLog,     // error.log, the operator's
   Held,         // held.xml, why the job can not be continued

@@ -180,6 +180,7 @@ Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_
     job.config.error_log_path = PathText(folder.File(JobFile::ErrorLog));
   }
   jobs.SetState(slot, JobState::Stopped, {});
+  workspace.Watch().Forget(slot);
   index = slot;
   const Outcome read = ReadTables(workspace, slot, work);
   if (!SaveChanged(workspace, job, reason)) return Outcome::Refused(std::move(reason));

@@ -91,7 +91,8 @@ Workspace::Workspace(const Options& options, fs::path folder)
       log_(*files_, folder_, *clock_, settings_,
            access_ == Access::Change ? MessageLog::Files::Write : MessageLog::Files::LeaveAlone),
       registry_(*files_, folder_, log_, settings_),
-      catalogue_(*files_, folder_, jobs_, log_) {}
+      catalogue_(*files_, folder_, jobs_, log_),
+      watch_(*files_, folder_, jobs_, catalogue_, *clock_) {}
 
 std::string Workspace::FolderText() const {
   const std::string path = PathText(folder_);
@@ -115,6 +116,9 @@ void Workspace::LoadAll() {
   catalogue_.Load([this](std::string_view name) { return LogOnOf(name); },
                   [this](SyncJob& job) { return RestoreJob(job); });
   HoldUnregistered();
+  for (std::size_t index = 0; index < jobs_.Count(); ++index) {
+    if (jobs_.State(index) != JobState::Empty) watch_.Load(index);
+  }
 }
 
 JobState Workspace::RestoreJob(SyncJob& job) {
@@ -158,7 +162,9 @@ void Workspace::HoldRestored(std::size_t index, std::string held, bool asks_agai
 }
 
 EngineContext Workspace::EngineFor(RunnerListener& listener) {
-  return {*files_, folder_, jobs_, catalogue_, *oci_, log_, *clock_, settings_, listener};
+  return {*files_,    folder_,   jobs_,
+          catalogue_, *oci_,     log_,
+          *clock_,    settings_, listeners_.emplace_back(watch_, jobs_, listener)};
 }
 
 std::optional<LogOn> Workspace::LogOnOf(std::string_view data_source) const {

@@ -3,6 +3,7 @@
 // operator can do in it (the headers named below). The window and the command line stand on this.
 #pragma once
 
+#include <deque>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -13,6 +14,7 @@
 #include "jobs/job_list.h"
 #include "messages/message_log.h"
 #include "oracle/H_oracle.h"
+#include "watch/watched_listener.h"
 #include "workspace/folder_lock.h"
 
 namespace quillmere {
@@ -63,6 +65,10 @@ class Workspace {
   JobCatalogue& Catalogue() { return catalogue_; }
   const JobCatalogue& Catalogue() const { return catalogue_; }
 
+  // How the jobs are; what the engine made here does is known to it.
+  JobWatch& Watch() { return watch_; }
+  const JobWatch& Watch() const { return watch_; }
+
   // What the engine works with; the listener must outlive it.
   EngineContext EngineFor(RunnerListener& listener);
 
@@ -105,6 +111,8 @@ class Workspace {
   DataSourceRegistry registry_;
   JobList jobs_;
   JobCatalogue catalogue_;
+  JobWatch watch_;
+  std::deque<WatchedListener> listeners_;  // one for each engine
   bool other_program_ = false;  // when looking only: it had the folder while this one read it
 };
 

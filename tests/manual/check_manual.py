@@ -10,7 +10,7 @@ import re
 import sys
 from pathlib import Path
 
-CORE = ("foundation", "messages", "oracle", "datasources", "jobs", "engine", "schemaops",
+CORE = ("foundation", "messages", "oracle", "datasources", "jobs", "engine", "schemaops", "watch",
         "workspace")
 # In the windows, what is handed to a message box or to the message list.
 SAID = re.compile(r"\b(?:ShowNotice|ShowFailure|Confirm|Refused|Done|Log\(\)\.Add)\s*\(")
@@ -18,7 +18,7 @@ LITERAL = re.compile(r"""'(?:[^'\\]|\\.)'|"((?:[^"\\\n]|\\.)*)["]""")  # of char
 # Statements, their parts and other texts that are no messages.
 NO_MESSAGE = re.compile(
     r"^ ?(--|select|alter|create|drop table|drop index|begin (dbms|sys)|where|and |from |order |inner|owner )"
-    r"|^ ?(update |delete |insert |operation=|seg_owner|\(select|dbms_|D:P|C\.|Quillmere harbor|%|YYYY-)"
+    r"|^ ?(# (HELP|TYPE)|time,captured|update |delete |insert |operation=|seg_owner|\(select|dbms_|D:P|C\.|Quillmere harbor|%|YYYY-)"
     r"|NOT EXISTS|NOT IN|NVL\(|=\(|constraint_type|table_name=|_name='|index_name|index_owner|and owner"
     r"|num_rows|dba_|(PRIMARY|FOREIGN) KEY|little-endian|^read the list",
     re.IGNORECASE)

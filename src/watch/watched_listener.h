@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// Stands between the engine and whoever listens to it, so that the watch hears of every pass,
+// whichever face the program has.
+#pragma once
+
+#include "engine/runner_listener.h"
+#include "watch/job_watch.h"
+
+namespace quillmere {
+
+// All of it must outlive the listener. Called as any listener is.
+class WatchedListener final : public RunnerListener {
+ public:
+  WatchedListener(JobWatch& watch, const JobList& jobs, RunnerListener& face)
+      : watch_(watch), jobs_(jobs), face_(face) {}
+
+  void OnJobChanged(std::size_t job, bool batch_fetched) override;
+  void OnError(std::size_t job, std::string_view text) override { face_.OnError(job, text); }
+  void OnInformation(std::size_t job, std::string_view text) override {
+    face_.OnInformation(job, text);
+  }
+  void OnPassEnd(std::size_t job, const PassReport& report) override;
+
+ private:
+  JobWatch& watch_;
+  const JobList& jobs_;
+  RunnerListener& face_;
+};
+
+}  // namespace quillmere

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: MIT
+#include "watch/job_watch.h"
+
+#include "support/account.h"
+#include "support/config_of.h"
+#include "support/hand_clock.h"
+#include "watch/advice.h"
+
+namespace quillmere {
+namespace {
+
+using std::chrono::seconds;
+
+std::string Text(const std::optional<seconds>& age) {
+  return age ? AgeText(*age) : "?";
+}
+
+// "Started [held] [failing] interval=5 behind=901 good=3", what is left out is not known.
+TEST(Health, OfPlainFacts) {
+  ExpectCases(std::string(TABLES) + "/health.txt", [](const std::string& given) {
+    std::istringstream lines(given);
+    std::string found;
+    for (std::string line; std::getline(lines, line);) {
+      HealthFacts facts;
+      std::istringstream words(line);
+      for (std::string word; words >> word;) {
+        const std::size_t is = word.find('=');
+        const seconds value{is == std::string::npos ? 0 : std::stoll(word.substr(is + 1))};
+        if (word == "held") facts.held = true;
+        if (word == "failing") facts.failing = true;
+        if (word.starts_with("interval")) facts.interval_minutes = static_cast<int>(value.count());
+        if (word.starts_with("behind")) facts.behind = value;
+        if (word.starts_with("good")) facts.since_good = value;
+        for (int state = 0; state <= 6; ++state) {
+          if (word == StateName(static_cast<JobState>(state)))
+            facts.state = static_cast<JobState>(state);
+        }
+      }
+      found += std::string(HealthName(HealthOf(facts))) + "; " + Text(facts.behind) + "\n";
+    }
+    return found;
+  });
+}
+
+TEST(History, LinesThatAreWholeReadBackTheSame) {
+  ExpectCases(std::string(TABLES) + "/history.txt", [](const std::string& given) {
+    const auto line = ReadHistoryLine(given);
+    return line ? HistoryText(*line) : "damaged";
+  });
+}
+
+struct WatchTest : AccountTest {
+  WatchTest() {
+    jobs.Claim();
+    ConfigOf(jobs.At(0)).name = "J";
+    ConfigOf(jobs.At(0)).sync_interval = 5;
+    jobs.SetState(0, JobState::Started);
+  }
+
+  // A pass that ended now; error empty: it was good.
+  void Pass(std::int64_t source_scn, std::int64_t reached_scn, const std::string& error = {},
+            std::size_t number = 0) {
+    PassReport report;
+    report.outcome = error.empty() ? PassReport::Outcome::WorkedOff : PassReport::Outcome::Failed;
+    report.captured = 3;
+    report.begin = report.end = clock.Now();
+    report.took = SteadyTime{1234};
+    report.source_scn = source_scn;
+    report.reached_scn = reached_scn;
+    report.problem = {PassProblem::Where::Source, error, "", "", 0, 0, ""};
+    if (number != 0) {
+      report.problem = {PassProblem::Where::Statement, error, "SHOP", "ITEM", number, 9, statement};
+    }
+    jobs.At(0).run.next_due = AddMinutes(clock.Now(), 5);
+    jobs.SetProgress(0, {0, error.empty() ? 0U : 7U});
+    for (const WatchMessage& told : watch->TakePass(0, report)) {
+      account << (told.error ? "E " : "I ") << told.text << "\n";
+    }
+  }
+  void Tell(const std::string& what) {
+    const WatchedJob job = watch->Look(0);
+    account << "= " << what << "\n"
+            << HealthName(job.health) << ", good " << Text(job.since_good) << " ago, behind "
+            << Text(job.behind) << ", next in " << Text(job.next_pass) << ", waiting "
+            << job.waiting << "\n";
+    if (job.problem) {
+      const JobProblem& problem = *job.problem;
+      account << problem.tries << " tries, " << FormatTimeStamp(problem.first) << " to "
+              << FormatTimeStamp(problem.last) << ", ORA " << problem.ora << ", "
+              << (problem.what.statement == statement ? "statement whole" : "no statement") << "\n"
+              << AdviceFor(problem) << "\n";
+    }
+  }
+  void Restart() {
+    watch.emplace(files, "/work", jobs, catalogue, clock);
+    watch->Load(0);
+  }
+
+  HandClock clock;
+  Settings settings;
+  MessageLog log{files, "/work", clock, settings};
+  JobList jobs;
+  JobCatalogue catalogue{files, "/work", jobs, log};
+  std::optional<JobWatch> watch{std::in_place, files, "/work", jobs, catalogue, clock};
+  const std::string statement = " insert into T values ('100 %\n\x01 <\\b> " +
+                                std::string(3000, ' ') + std::string(700, '\x01') + "') ";
+};
+
+TEST_F(WatchTest, ALifeOfAJob) {
+  Pass(100, 90);
+  Tell("the first pass: nobody knows yet how old 90 is");
+  clock.TurnMinutes(5);
+  Pass(200, 100);
+  clock.TurnMinutes(4);
+  Tell("four minutes later: 100 was the source's five minutes before the last pass");
+  clock.TurnMinutes(1);
+  Pass(200, 200);
+  clock.TurnMinutes(2);
+  Tell("an idle source");
+  clock.TurnMinutes(3);
+  Pass(300, 200, "Execute sql fail : ORA-00001: unique\nconstraint", 2);
+  for (int i = 0; i < 3; ++i) {
+    clock.TurnMinutes(5);
+    Pass(0, 200, "Execute sql fail : ORA-00001: unique\nconstraint", 2);
+  }
+  Tell("refused four times, told once");
+  TellFiles();
+  Restart();
+  Tell("after a restart");
+  clock.TurnMinutes(5);
+  Pass(0, 200, "Connect source fail : ORA-12541: nobody");
+  clock.TurnMinutes(5);
+  Pass(0, 200, "Execute sql fail : ORA-00942: no table", 3);
+  jobs.SetState(0, JobState::Paused);
+  Tell("two other problems; paused");
+  jobs.SetState(0, JobState::Started);
+  clock.TurnMinutes(5);
+  Pass(400, 300);
+  Tell("good again");
+  TellFiles();
+}
+
+TEST_F(WatchTest, WhatGoesWrongWithItStopsNothing) {
+  Refuse("write", "/work/jobs");
+  Pass(100, 90, "Execute sql fail : ORA-00001: x", 2);
+  Pass(0, 90, "Execute sql fail : ORA-00001: x", 2);
+  Tell("the disk is full, told once");
+  Refuse();
+  Pass(0, 90, "Execute sql fail : ORA-00001: x", 2);
+  files.Put("/work/jobs/J/problem.xml", "<problem><where>moon</where></problem>");
+  files.Put("/work/jobs/J/history.csv", files.Content("/work/jobs/J/history.csv") + "2026-02");
+  Restart();
+  Tell("damaged files: what is left of the history counts");
+  ForgetFiles();
+  Pass(100, 100);
+  clock.TurnMinutes(20 * 24 * 60);
+  Pass(100, 100);
+  clock.TurnMinutes(20 * 24 * 60);
+  Pass(200, 200);
+  Tell("after more than thirty days");
+  clock.now = LocalTime{0};
+  Tell("the clock was set back by years");
+  TellFiles();
+  jobs.At(0).run.applied_count = 12;
+  Pass(0, 200, "Connect \"x\" fail");
+  watch->TakeStopped(0);
+  jobs.SetState(0, JobState::Stopped);
+  Tell("stopped: it has no problem");
+  TellFiles();
+}
+
+}  // namespace
+}  // namespace quillmere
