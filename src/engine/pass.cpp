@@ -136,6 +136,7 @@ Pass::Outcome Pass::ApplyBatch() {
   report_.problem.where = PassProblem::Where::Destination;
   context_.jobs.State(index_, &progress_);
   baseline_ = job_.run.applied_count;
+  if (!LoadSkips()) return Outcome::Failed;
   OracleSession destination(context_.oci);
   destination.StopWhen([this] { return IsRequested(); });
   if (!destination.Connect(view_.destination)) {
@@ -173,7 +174,7 @@ Pass::Outcome Pass::ApplyStatements(OracleSession& destination) {
       Error("Execute sql fail : " + destination.LastError());
       return Outcome::Failed;
     }
-    if (!ApplyOne(destination, job_.run.pending_batch[i])) return Outcome::Failed;
+    if (!ApplyOne(destination, i)) return Outcome::Failed;
     // A request that came with the last statement leaves nothing to interrupt.
     if (!Publish() && i + 1 < size) return Outcome::Interrupted;
   }
@@ -197,7 +198,8 @@ void Pass::TakeBackPart(OracleSession& destination) {
   context_.listener.OnJobChanged(index_, false);
 }
 
-bool Pass::ApplyOne(OracleSession& destination, const PendingBatch::Entry& entry) {
+bool Pass::ApplyOne(OracleSession& destination, std::size_t index) {
+  const PendingBatch::Entry entry = job_.run.pending_batch[index];
   if (entry.kind == PendingBatch::Kind::SetAside) {
     CountBlocked(nullptr);
     return true;
@@ -205,7 +207,7 @@ bool Pass::ApplyOne(OracleSession& destination, const PendingBatch::Entry& entry
   const ParsedStatement parsed = ParseStatement(entry.text);
   const Verdict verdict = Decide(job_, parsed);
   Tally* const tally = TallyOf(verdict.table);
-  if (verdict.decision != Decision::Accepted) {
+  if (verdict.decision != Decision::Accepted || IsSkipped(index)) {
     if (verdict.decision == Decision::Excluded && context_.settings.debug) {
       Information("Block Opreaton: " + OperationName(parsed) + " " + std::string(parsed.owner) +
                   "." + std::string(parsed.table));
@@ -354,6 +356,9 @@ Pass::Outcome Pass::Finish() {
   job_.run.batch_pending = 0;
   way_->Finish();
   WriteRecord();
+  // One that stays is of a batch that is no more.
+  if (!skips_.empty())
+    static_cast<void>(RemoveForGood(context_.files, folder_.File(JobFile::Skip)));
   context_.listener.OnJobChanged(index_, false);
   std::string error;
   if (!context_.catalogue.SaveAll(error)) Error(error);

@@ -15,6 +15,7 @@
 #include "engine/rewriter.h"
 #include "engine/whole_transactions.h"
 #include "jobs/run_state_files.h"
+#include "jobs/skip_file.h"
 
 namespace quillmere {
 
@@ -52,7 +53,11 @@ class Pass {
   void TakeAsApplied(const RunRecord& commit_point, std::uint32_t remaining);
   Outcome ApplyStatements(OracleSession& destination);
   // Executes or blocks one entry. False when it failed: it stays the next one to try.
-  bool ApplyOne(OracleSession& destination, const PendingBatch::Entry& entry);
+  bool ApplyOne(OracleSession& destination, std::size_t index);
+  // What an operator wants left out of a batch that was there before this pass.
+  bool LoadSkips();
+  bool IsSkipped(std::size_t entry) const;
+  bool IsApplied(std::size_t entry, Verdict& verdict);
   // Made before the statement runs, so that counting what has run cannot fail.
   Tally* TallyOf(JobTable* table);
   void RaiseTablesRevision();
@@ -101,6 +106,7 @@ class Pass {
   RunRecord commit_point_;
   std::int32_t baseline_ = 0;
   std::unordered_map<JobTable*, Tally> tallies_;  // this pass's counts, to take back
+  std::vector<SkipMark> skips_;
   std::string to_execute_;
 };
 

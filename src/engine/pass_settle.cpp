@@ -8,6 +8,8 @@
 
 #include "jobs/held_file.h"
 
+#include <algorithm>
+
 namespace quillmere {
 
 // Until somebody has looked; on disk, too, for what a pass finds the files do not tell.
@@ -112,23 +114,38 @@ void Pass::TakeAsApplied(const RunRecord& commit_point, std::uint32_t remaining)
   TakeCountsOf(commit_point);
   progress_.batch_remaining = remaining;
   for (std::size_t i = size - commit_point.batch_remaining; i < size - remaining; ++i) {
-    const PendingBatch::Entry entry = job_.run.pending_batch[i];
-    const bool applied = entry.kind == PendingBatch::Kind::Statement &&
-                         Decide(job_, ParseStatement(entry.text)).decision == Decision::Accepted;
+    Verdict verdict;
+    const bool applied = IsApplied(i, verdict);
     (applied ? job_.run.applied_count : job_.run.blocked_count).Increment();
     if (applied) ++progress_.batch_applied;
   }
 }
 
+bool Pass::LoadSkips() {
+  if (report_.captured != 0) return true;
+  const FileStatus read = ReadSkipFile(context_.files, folder_, job_.run, skips_);
+  if (!read) Error(read.reason);
+  return static_cast<bool>(read);
+}
+
+bool Pass::IsSkipped(std::size_t entry) const {
+  return std::any_of(skips_.begin(), skips_.end(), [&](const SkipMark& mark) {
+    return entry >= mark.first && entry - mark.first < mark.count;
+  });
+}
+
 // What was decided of an entry is decided the same again: tables are edited while the job rests.
+bool Pass::IsApplied(std::size_t index, Verdict& verdict) {
+  const PendingBatch::Entry entry = job_.run.pending_batch[index];
+  if (entry.kind != PendingBatch::Kind::Statement) return false;
+  verdict = Decide(job_, ParseStatement(entry.text));
+  return verdict.decision == Decision::Accepted && !IsSkipped(index);
+}
+
 void Pass::Uncount(std::size_t first, std::size_t end) {
   for (std::size_t i = first; i < end; ++i) {
-    const PendingBatch::Entry entry = job_.run.pending_batch[i];
     Verdict verdict;
-    if (entry.kind == PendingBatch::Kind::Statement) {
-      verdict = Decide(job_, ParseStatement(entry.text));
-    }
-    const bool applied = verdict.decision == Decision::Accepted;
+    const bool applied = IsApplied(i, verdict);
     ++progress_.batch_remaining;
     progress_.batch_applied -= applied ? 1 : 0;
     auto& count = applied ? job_.run.applied_count : job_.run.blocked_count;

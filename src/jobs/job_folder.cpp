@@ -23,7 +23,9 @@ constexpr std::array kKinds = {
     Kind{JobFile::Source, "source.dat", true, true},
     Kind{JobFile::Problem, "problem.xml", true, true},
     Kind{JobFile::History, "history.csv", true, true},
+    Kind{JobFile::Skip, "skip.xml", true, true},
     Kind{JobFile::SetAside, "setaside.sql", false, false},
+    Kind{JobFile::Skipped, "skipped.sql", false, false},
     Kind{JobFile::ErrorLog, "error.log", false, false},
     Kind{JobFile::Held, "held.xml", true, true},
 };

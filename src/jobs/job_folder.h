@@ -21,7 +21,9 @@ enum class JobFile {
   Source,       // source.dat, of a job that follows commits
   Problem,      // problem.xml, of a job that fails
   History,      // history.csv
+  Skip,         // skip.xml, of a job that is to leave something out
   SetAside,     // setaside.sql, the operator's
+  Skipped,      // skipped.sql, the operator's
   ErrorLog,     // error.log, the operator's
   Held,         // held.xml, why the job can not be continued
 };

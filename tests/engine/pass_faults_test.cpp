@@ -8,6 +8,7 @@
 #include <random>
 
 #include "engine/engine_fixture.h"
+#include "engine/skip.h"
 
 namespace quillmere {
 namespace {
@@ -29,6 +30,7 @@ const std::vector<Change> kChanges = {
     {111, "delete from \"SHOP\".\"ORDERS\" where \"ID\" = 'set aside, for it has no address';", ""},
     {114, "insert into \"SHOP\".\"ORDERS\"(\"ID\") values ('O'Hara');", ""},
     {113, Insert("13", "ITEMS"), InsertOf("13", "ARCHIVE.ITEMS")},
+    {115, Insert("never"), ""},  // refused until the operator skips it
     {112, Insert("12"), InsertOf("12")}};
 constexpr std::size_t kFirst = 3, kSecond = 5;
 
@@ -130,6 +132,7 @@ class World {
   }
 
   bool Refuses(const std::string& line) {
+    if (line.find("  " + InsertOf("never")) != line.npos) return true;
     return line.find("  " + InsertOf("3")) != line.npos && !refused_++;
   }
 
@@ -167,9 +170,28 @@ bool Told(const EngineProgram& program, std::string_view text) {
   });
 }
 
+// What an operator does who finds the job stuck at what it will never get through.
+void Skip(EngineProgram& program) {
+  JobList::Progress progress;
+  const PendingBatch& batch = program.Job().run.pending_batch;
+  program.jobs.State(program.index, &progress);
+  const std::size_t next = batch.Size() - progress.batch_remaining;
+  if (next >= batch.Size() || batch[next].text.find("never") == std::string::npos) return;
+  RequestPause(program.jobs, program.index);
+  program.runner.Step(program.index);
+  NextToSkip skip;
+  std::string reason;
+  if (!FindNextToSkip(program.jobs, program.index, skip, reason)) return;
+  EXPECT_EQ(skip.statements, Texts{std::string(batch[next].text)});
+  static_cast<void>(
+      MarkToSkip(program.files, program.catalogue.FolderOf("J"), program.Job().run, skip, reason));
+}
+
 // A pass an interval later, by an operator who wants the job to run.
 void NextPass(World& world, EngineProgram& program) {
   std::string reason;
+  Skip(program);
+  if (Told(program, "given up")) return;
   if (!IsRunning(program.State()) && !RequestRun(program.context, program.index, reason)) {
     program.listener.lines.push_back("e:" + reason);
   }
@@ -183,7 +205,7 @@ void Live(World& world, EngineProgram& program) {
   program.AddJob();
   std::string error;
   ASSERT_TRUE(program.catalogue.SaveAll(error) || !world.met.empty()) << error;
-  for (int pass = 0; pass < 14 && !world.dead && !Told(program, "given up"); ++pass) {
+  for (int pass = 0; pass < 17 && !world.dead && !Told(program, "given up"); ++pass) {
     if (pass == 2) world.visible = kSecond;
     if (pass == 6) world.visible = kChanges.size();
     NextPass(world, program);
@@ -198,7 +220,7 @@ void ExpectAllApplied(World& world, EngineProgram& program, const Texts& twice =
   ASSERT_THAT(world.committed, ::testing::UnorderedElementsAreArray(expected)) << world.met;
   const JobRun& run = program.Job().run;
   EXPECT_EQ(run.applied_count, 7) << world.met;
-  EXPECT_EQ(run.blocked_count, 3) << world.met;
+  EXPECT_EQ(run.blocked_count, 4) << world.met;
   EXPECT_TRUE(run.pending_batch.Empty());
   EXPECT_EQ(world.script.LiveHandles(), 0u) << world.met;
 }
@@ -217,7 +239,7 @@ void ExpectRecovery(World& world, bool was_started) {
   }
   EXPECT_EQ(program.State(), JobState::Paused);
   world.visible = kChanges.size();
-  for (int pass = 0; pass < 12; ++pass) NextPass(world, program);
+  for (int pass = 0; pass < 15; ++pass) NextPass(world, program);
   ExpectAllApplied(world, program, twice);
 }
 
@@ -268,7 +290,7 @@ TEST(PassFaults, APowerCutOnlyDelays) {
 
 TEST(PassFaults, ARefusalOnlyDelays) {
   AtAnyOperation(Fault::Refusal, 500, [](World& world, EngineProgram& program) {
-    for (int pass = 0; pass < 4; ++pass) NextPass(world, program);
+    for (int pass = 0; pass < 6; ++pass) NextPass(world, program);
     ExpectAllApplied(world, program);
   });
 }
