@@ -146,6 +146,10 @@ void AddJobCommands(CLI::App& app, Parsed& parsed) {
   add("problem", "Show what keeps a job from going on, and what usually helps", job::Problem)
       .add_flag("--json", arguments.json, "as JSON");
   add("retry", "Make one pass of a paused job now", job::Retry);
+  add("skip", "Leave out the statement, by commits the transaction, that a paused job is stuck at",
+      job::Skip)
+      .add_option("--reason", arguments.reason, "why; kept with the statement in skipped.sql")
+      ->required();
   add("stop", "Reset a paused job", job::Stop);
   add("remove", "Delete a stopped job", job::Remove);
 

@@ -185,7 +185,7 @@ int Stop(const CommandLine& line, const Arguments& arguments) {
     MessageLog& log;
   } listener(workspace.Log());
   const std::size_t from = workspace.Log().Entries().size();
-  RequestStop(workspace.Jobs(), open.index);
+  StopJob(workspace, open.index);
   JobRunner(workspace.EngineFor(listener)).Step(open.index);
   PrintErrors(workspace.Log(), from);
   return Print("Job " + arguments.name + " is stopped\n");

@@ -13,7 +13,7 @@ namespace quillmere::cli::job {
 // Texts that are not given are empty.
 struct Arguments {
   std::string name, new_name, from, to, description, owner, new_owner, follow, position_owner;
-  std::string container;
+  std::string container, reason;
   std::optional<int> interval;      // minutes
   std::vector<std::string> tables;  // of owner
   bool all = false;                 // its tables, whatever they are called

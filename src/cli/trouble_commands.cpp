@@ -9,6 +9,7 @@
 #include "cli/watch_output.h"
 #include "engine/job_runner.h"
 #include "workspace/job_operations.h"
+#include "workspace/skip_statement.h"
 
 namespace quillmere::cli::job {
 namespace {
@@ -42,6 +43,7 @@ std::string WaysOut(const std::string& name, const WatchedJob& job) {
   std::string text = "\nTry again: 'job retry " + name + "'";
   const PassProblem& what = job.problem->what;
   if (what.where != PassProblem::Where::Statement) return text + ".\n";
+  text += ". Leave it out: 'job skip " + name + " --reason TEXT'";
   if (!what.table.empty()) {
     text +=
         ". Do without the table: 'job exclude " + name + " " + what.owner + " " + what.table + "'";
@@ -97,6 +99,15 @@ int Retry(const CommandLine& line, const Arguments& arguments) {
   if (teller.Good()) return kDone;
   return Fail("The pass did not work off what there was; 'job problem " + arguments.name +
               "' tells more");
+}
+
+int Skip(const CommandLine& line, const Arguments& arguments) {
+  const auto workspace = OpenToChange(line);
+  if (workspace == nullptr) return kFailed;
+  const std::size_t index = FindJob(*workspace, arguments.name);
+  if (index == JobList::kNotFound) return kFailed;
+  const Outcome skipped = SkipStatement(*workspace, index, arguments.reason);
+  return skipped ? Print(skipped.text + "\n") : Fail(skipped.text);
 }
 
 }  // namespace quillmere::cli::job

@@ -8,5 +8,6 @@ namespace quillmere::cli::job {
 
 int Problem(const CommandLine& line, const Arguments& arguments);
 int Retry(const CommandLine& line, const Arguments& arguments);
+int Skip(const CommandLine& line, const Arguments& arguments);
 
 }  // namespace quillmere::cli::job

@@ -2,6 +2,8 @@
 #include "workspace/job_operations.h"
 
 #include <algorithm>
+#include <array>
+#include <initializer_list>
 #include <limits>
 #include <utility>
 
@@ -47,6 +49,24 @@ std::string RefreshFromNewSource(Workspace& workspace, std::size_t index, Databa
   workspace.Log().Add("Refresh filter info of " + NameOf(job) + (refreshed ? " ok." : " failed."),
                       !refreshed);
   return read.text;
+}
+
+void NoteChanges(Workspace& workspace, const JobProperties& old, const JobProperties& now) {
+  const auto minutes = [](const JobProperties& job) {
+    return std::to_string(job.interval) + " min";
+  };
+  for (const auto& [what, before, after] : std::initializer_list<std::array<std::string, 3>>{
+           {"name", old.name, now.name},
+           {"description", old.description, now.description},
+           {"source", old.source, now.source},
+           {"destination", old.destination, now.destination},
+           {"interval", minutes(old), minutes(now)},
+           {"follow", std::string(FollowName(old.follow)), std::string(FollowName(now.follow))},
+           {"container", old.container, now.container}}) {
+    if (before == after) continue;
+    workspace.Actions().Note("edit", "job " + old.name + " " + what, before.empty() ? "-" : before,
+                             after.empty() ? "-" : after);
+  }
 }
 
 bool IsOfName(char c) {
@@ -187,6 +207,10 @@ Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_
   std::string text = "A job created, name is " + trimmed.name;
   workspace.Log().Add(text, false);
   TellOverlap(workspace, slot);
+  workspace.Actions().Note("add", "job " + trimmed.name, {},
+                           "from " + trimmed.source + " to " + trimmed.destination + ", " +
+                               std::to_string(trimmed.interval) + " min, " +
+                               std::string(FollowName(trimmed.follow)));
   if (!read) text += ". " + read.text;
   return Outcome::Done(std::move(text));
 }
@@ -221,6 +245,7 @@ Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& pr
   }
   StoreProperties(workspace, job, trimmed);
   workspace.RefreshJobLogOns();  // it may be held for a data source that it has no more
+  NoteChanges(workspace, old, trimmed);
   std::string problem;
   if (source_changed || container_changed) problem = RefreshFromNewSource(workspace, index, work);
   if (source_changed || trimmed.destination != old.destination) TellOverlap(workspace, index);
@@ -242,6 +267,8 @@ Outcome DeleteJob(Workspace& workspace, std::size_t index) {
   if (!saved) return Outcome::Refused(std::move(save_reason));
   std::string text = "job: " + name + " deleted.";
   workspace.Log().Add(text, false);
+  workspace.Watch().Forget(index);
+  workspace.Actions().Note("remove", "job " + name);
   return removed ? Outcome::Done(std::move(text)) : Outcome::Refused(text + " " + reason);
 }
 
@@ -250,7 +277,20 @@ Outcome RunJob(Workspace& workspace, EngineContext& engine, std::size_t index) {
   std::string unregistered = workspace.WhyUnregistered(job);
   if (TablesFetched(job) && !unregistered.empty()) return Outcome::Refused(unregistered);
   std::string reason;
-  return RequestRun(engine, index, reason) ? Outcome::Done() : Outcome::Refused(std::move(reason));
+  const std::string state(StateName(workspace.Jobs().State(index)));
+  if (!RequestRun(engine, index, reason)) return Outcome::Refused(std::move(reason));
+  workspace.Actions().Note("run", "job " + NameOf(job), state, "Started");
+  return Outcome::Done();
+}
+
+void PauseJob(Workspace& workspace, std::size_t index) {
+  workspace.Actions().Note("pause", "job " + NameOf(workspace.Jobs().At(index)));
+  RequestPause(workspace.Jobs(), index);
+}
+
+void StopJob(Workspace& workspace, std::size_t index) {
+  workspace.Actions().Note("stop", "job " + NameOf(workspace.Jobs().At(index)));
+  RequestStop(workspace.Jobs(), index);
 }
 
 std::string WhyExplorerStaysOpen(const JobList& jobs) {

@@ -86,6 +86,10 @@ Outcome DeleteJob(Workspace& workspace, std::size_t index);
 // of the job is not registered, or its tables were never read.
 Outcome RunJob(Workspace& workspace, EngineContext& engine, std::size_t index);
 
+// Ask the engine to pause a started job, or to stop a started or paused one.
+void PauseJob(Workspace& workspace, std::size_t index);
+void StopJob(Workspace& workspace, std::size_t index);
+
 // Why the jobs keep a window from closing; empty when they do not. The first is asked by the job
 // explorer, the second by the main window.
 std::string WhyExplorerStaysOpen(const JobList& jobs);

@@ -110,6 +110,25 @@ Carried CarriedBy(const SyncJob& job) {
   return carried;
 }
 
+std::string_view ActionOf(TableFilter filter) {
+  switch (filter) {
+    case TableFilter::Include:
+      return "include";
+    case TableFilter::Exclude:
+      return "exclude";
+    case TableFilter::ChangeOwner:
+      break;
+  }
+  return "redirect";
+}
+
+std::string TablesText(const std::string& owner, const std::vector<std::string>& tables, bool all) {
+  if (all) return owner + ".*";
+  std::string text;
+  for (const std::string& table : tables) text += (text.empty() ? "" : ", ") + owner + "." + table;
+  return text;
+}
+
 void Redirect(JobTable& table, const TableChoice& choice) {
   table.includeflag = choice.filter != TableFilter::Exclude;
   if (!table.includeflag) return;
@@ -242,6 +261,7 @@ Outcome RefreshTables(Workspace& workspace, std::size_t index, DatabaseWork& wor
     const MutexLock lock(job.config_mutex);
     job.config.table_list_changed = true;
   }
+  workspace.Actions().Note("refresh", "job " + NameOf(job));
   std::string reason;
   if (!workspace.SaveJobs(reason) && read.done) return Outcome::Refused(std::move(reason));
   return read;
@@ -256,6 +276,9 @@ FilterResult FilterTables(Workspace& workspace, std::size_t index, const TableCh
   }
   result.changed = Apply(job, choice);
   if (choice.filter == TableFilter::Include) TellOverlap(workspace, index);
+  workspace.Actions().Note(ActionOf(choice.filter), "job " + NameOf(job), {},
+                           TablesText(choice.owner, choice.tables, choice.all_tables) +
+                               (choice.new_owner.empty() ? "" : " to " + choice.new_owner));
   SaveFiltered(workspace, job, choice, result.unsaved);
   return result;
 }
@@ -293,6 +316,8 @@ FilterResult ClearCompareMarks(Workspace& workspace, std::size_t index, const st
     if (result.changed > 0) ++job.config.tables_revision;
   }
   workspace.SaveJobs(result.unsaved);
+  workspace.Actions().Note("compared", "job " + NameOf(job), {},
+                           TablesText(owner, tables, all_tables));
   return result;
 }
 

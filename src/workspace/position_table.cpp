@@ -47,6 +47,8 @@ Outcome Keep(Workspace& workspace, SyncJob& job, const std::string& owner, std::
     const MutexLock lock(job.config_mutex);
     job.config.position_owner = owner;
   }
+  workspace.Actions().Note("edit", "job " + NameOf(job) + " position row", {},
+                           owner.empty() ? "none" : "in " + owner);
   std::string reason;
   if (!workspace.SaveJobs(reason)) return Outcome::Refused(std::move(reason));
   workspace.Log().Add(text, false);

@@ -8,6 +8,24 @@
 namespace quillmere {
 namespace {
 
+// What was begun; of very many objects the first.
+SchemaRun Noted(Workspace& workspace, std::string_view action, const SchemaSelection& selection,
+                const std::string& how, SchemaRun run) {
+  constexpr std::size_t kMostNamed = 20;
+  if (!run.refused.empty() || run.succeeded + run.failed == 0) return run;
+  std::string objects;
+  for (std::size_t i = 0; i < selection.items.size() && i < kMostNamed; ++i) {
+    const SchemaItem& item = selection.items[i];
+    objects += (i == 0 ? "" : ", ") + item.owner + "." + item.name;
+  }
+  if (selection.items.size() > kMostNamed) objects += ", ...";
+  workspace.Actions().Note(action,
+                           objects + " of " + workspace.Registry().At(selection.source).name, {},
+                           how + (how.empty() ? "" : ", ") + std::to_string(run.succeeded) +
+                               " done, " + std::to_string(run.failed) + " failed");
+  return run;
+}
+
 // Changes a copy of the data source's record along with its database, and takes it over.
 template <typename Change>
 SchemaRun Run(Workspace& workspace, std::string refused, std::size_t index, DatabaseWork& work,
@@ -60,24 +78,26 @@ std::string WhyTargetBusy(const Workspace& workspace, std::size_t target) {
 
 SchemaRun DropObjects(Workspace& workspace, const SchemaSelection& selection, bool cascade,
                       DatabaseWork& work) {
-  return Run(workspace, WhySchemaChangeRefused(workspace, SchemaAction::Drop, selection),
-             selection.source, work,
-             [selection, cascade](SchemaOperations operations, DataSource& record,
-                                  SchemaListener& listener) {
-               return operations.DropItems(record, selection.kind, selection.items, cascade,
-                                           listener);
-             });
+  return Noted(workspace, "drop", selection, cascade ? "cascade" : "",
+               Run(workspace, WhySchemaChangeRefused(workspace, SchemaAction::Drop, selection),
+                   selection.source, work,
+                   [selection, cascade](SchemaOperations operations, DataSource& record,
+                                        SchemaListener& listener) {
+                     return operations.DropItems(record, selection.kind, selection.items, cascade,
+                                                 listener);
+                   }));
 }
 
 SchemaRun RenameObject(Workspace& workspace, const SchemaSelection& selection,
                        std::string_view new_name, DatabaseWork& work) {
-  return Run(workspace, WhySchemaChangeRefused(workspace, SchemaAction::Rename, selection),
-             selection.source, work,
-             [selection, name = std::string(new_name)](
-                 SchemaOperations operations, DataSource& record, SchemaListener& listener) {
-               return operations.RenameItem(record, selection.kind, selection.items.front(), name,
-                                            listener);
-             });
+  return Noted(workspace, "rename", selection, "to " + std::string(new_name),
+               Run(workspace, WhySchemaChangeRefused(workspace, SchemaAction::Rename, selection),
+                   selection.source, work,
+                   [selection, name = std::string(new_name)](
+                       SchemaOperations operations, DataSource& record, SchemaListener& listener) {
+                     return operations.RenameItem(record, selection.kind, selection.items.front(),
+                                                  name, listener);
+                   }));
 }
 
 SchemaRun MigrateObjects(Workspace& workspace, const SchemaSelection& selection,
@@ -85,12 +105,14 @@ SchemaRun MigrateObjects(Workspace& workspace, const SchemaSelection& selection,
   std::string refused = WhySchemaChangeRefused(workspace, SchemaAction::Migrate, selection);
   if (refused.empty() && !target.busy_agreed) refused = WhyTargetBusy(workspace, target.source);
   const LogOn to = workspace.Registry().At(target.source);
-  return Run(workspace, std::move(refused), selection.source, work,
-             [selection, to, options = target.options](
-                 SchemaOperations operations, const DataSource& record, SchemaListener& listener) {
-               return operations.MigrateItems(record, to, selection.kind, selection.items, options,
-                                              listener);
-             });
+  return Noted(
+      workspace, "migrate", selection, "to " + to.name,
+      Run(workspace, std::move(refused), selection.source, work,
+          [selection, to, options = target.options](
+              SchemaOperations operations, const DataSource& record, SchemaListener& listener) {
+            return operations.MigrateItems(record, to, selection.kind, selection.items, options,
+                                           listener);
+          }));
 }
 
 }  // namespace quillmere

@@ -86,6 +86,7 @@ Outcome AddDataSource(Workspace& workspace, const LogOn& login, DatabaseWork& wo
   if (!reading->reached) return reading->reached;
   if (reading->read == CatalogueRead::Cancelled) return Outcome::Cancelled();
   workspace.Registry().Add(std::move(reading->record));
+  workspace.Actions().Note("add", "data source " + login.name, {}, "user " + login.user_id);
   Outcome saved = SaveRegistry(workspace);
   if (!saved) return saved;
   return Outcome::Done(std::move(reading->reason));
@@ -100,6 +101,8 @@ Outcome SaveDataSource(Workspace& workspace, const LogOn& login, DatabaseWork& w
   const int index = workspace.Registry().IndexOf(login.name);
   if (index < 0) return Outcome::Refused("There is no data source " + login.name);
   DataSource& source = workspace.Registry().At(static_cast<std::size_t>(index));
+  workspace.Actions().Note("edit", "data source " + login.name, "user " + source.user_id,
+                           "user " + login.user_id);
   static_cast<LogOn&>(source) = login;
   source.state = ConnectionState::Disconnected;
   source.needsave = true;
@@ -117,6 +120,7 @@ Outcome RemoveDataSource(Workspace& workspace, std::size_t index) {
   std::string busy = WhySourceBusy(workspace, registry.At(index).name);
   if (!busy.empty()) return Outcome::Refused(std::move(busy));
   std::string reason;
+  workspace.Actions().Note("remove", "data source " + registry.At(index).name);
   const bool removed = registry.Remove(index, reason);
   if (!removed) workspace.Log().Add(reason, true);
   Outcome saved = SaveRegistry(workspace);

@@ -92,7 +92,9 @@ Workspace::Workspace(const Options& options, fs::path folder)
            access_ == Access::Change ? MessageLog::Files::Write : MessageLog::Files::LeaveAlone),
       registry_(*files_, folder_, log_, settings_),
       catalogue_(*files_, folder_, jobs_, log_),
-      watch_(*files_, folder_, jobs_, catalogue_, *clock_) {}
+      watch_(*files_, folder_, jobs_, catalogue_, *clock_),
+      actions_(*files_, folder_ / "history.log", *clock_, log_, options.user,
+               access_ == Access::Change) {}
 
 std::string Workspace::FolderText() const {
   const std::string path = PathText(folder_);

@@ -15,6 +15,7 @@
 #include "messages/message_log.h"
 #include "oracle/H_oracle.h"
 #include "watch/watched_listener.h"
+#include "workspace/action_log.h"
 #include "workspace/folder_lock.h"
 
 namespace quillmere {
@@ -38,6 +39,7 @@ class Workspace {
     std::string client;                    // as OciLibrary's choice; empty: what the settings say
     std::filesystem::path program_folder;  // where the sandbox library stands
     bool debug = false;                    // as if the setting were on
+    std::string user = UserName();         // who is told of in history.log
     const OciApi* oci = nullptr;           // used instead of a client library
     const Clock* clock = nullptr;          // used instead of the system's
     FileSystem* files = nullptr;           // used instead of the system's
@@ -68,6 +70,9 @@ class Workspace {
   // How the jobs are; what the engine made here does is known to it.
   JobWatch& Watch() { return watch_; }
   const JobWatch& Watch() const { return watch_; }
+
+  // What operators do, in history.log.
+  ActionLog& Actions() { return actions_; }
 
   // What the engine works with; the listener must outlive it.
   EngineContext EngineFor(RunnerListener& listener);
@@ -112,6 +117,7 @@ class Workspace {
   JobList jobs_;
   JobCatalogue catalogue_;
   JobWatch watch_;
+  ActionLog actions_;
   std::deque<WatchedListener> listeners_;  // one for each engine
   bool other_program_ = false;  // when looking only: it had the folder while this one read it
 };

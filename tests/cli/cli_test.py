@@ -377,16 +377,35 @@ class Replication(Site):
         events = [json.loads(line) for line in run.text().splitlines()]
         told = [event["text"] for event in events if event["event"] == "message"]
         self.assertEqual(told.count("J: statement 2 of 3 was refused, on SHOP.ITEM"), 1)
-        self.assertEqual(next(event["applied"] for event in events if event.get("outcome") == "failed"), 1)
+        failed = next(event for event in events if event.get("outcome") == "failed")
+        self.assertEqual(failed["applied"], 1)
         self.cli("job", "problem", "J", text="a row with this key already")
         self.cli("health", "J", status=1, text="paused")
         self.sandbox("sql", "B", given="delete from SHOP.ITEM where NAME = 'b';\n")
         self.cli("job", "retry", "J", text="Job J recovered after ")
         self.cli("job", "problem", "J", text="has no problem")
         self.assert_same()
+        self.fill(4, 5)
+        self.sandbox("sql", "B", given="insert into SHOP.ITEM values (5, 'b', 0);\n")
+        self.fill(5, 7)
+        self.cli("job", "retry", "J")  # sees them first
+        self.cli("job", "retry", "J", status=1)
+        self.cli("job", "skip", "J", "--reason", " ", status=1, text="Say why")
+        self.cli("job", "skip", "J", "--reason", "B is right",
+                 text="leaves out statement 2 of 3, SHOP.ITEM")
+        self.cli("job", "retry", "J", text="recovered after 1 try")
+        self.cli("job", "skip", "J", "--reason", "x", status=1, text="its batch is worked off")
+        job = self.jobs()["J"]
+        self.assertEqual([job[n] for n in ("total_done", "blocked", "tables_to_compare")], [5, 1, 1])
+        skipped = (self.work / "jobs" / "J" / "skipped.sql").read_text()
+        self.assertIn("statement 2 of 3, SHOP.ITEM: B is right\ninsert into", skipped)
+        self.assertEqual(skipped.count("insert into"), 1)
+        self.assertRegex((self.work / "history.log").read_text(),
+                         r" skip job J: statement 2 of 3, SHOP.ITEM: B is right\n")
         families = {family.name: family.samples for family in text_string_to_metric_families(
             (self.work / "metrics.prom").read_text())}
-        for name, value in (("applied", 3), ("blocked", 0), ("waiting_changes", 0), ("failed_tries", 0)):
+        for name, value in (("applied", 5), ("blocked", 1), ("waiting_changes", 0),
+                            ("failed_tries", 0)):
             sample, = families["quillmere_job_" + name]
             self.assertEqual((sample.labels, sample.value), ({"job": "J"}, value), name)
         good, = families["quillmere_job_last_good_pass_timestamp_seconds"]

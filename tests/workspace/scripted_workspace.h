@@ -40,6 +40,7 @@ struct ScriptedWorkspace : AccountTest {
     options.files = &files;
     options.oci = &api;
     options.clock = &clock;
+    options.user = "olga";
     return options;
   }
 

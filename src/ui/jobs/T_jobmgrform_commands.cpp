@@ -66,10 +66,10 @@ void TJobMgrForm::RequestSelected(JobRequest request) {
       asked = RunJob(context_.workspace, worker_.Engine(), node.job);
       break;
     case JobRequest::Pause:
-      RequestPause(jobs_, node.job);
+      PauseJob(context_.workspace, node.job);
       break;
     case JobRequest::Stop:
-      RequestStop(jobs_, node.job);
+      StopJob(context_.workspace, node.job);
       break;
   }
   Rebuild();
