@@ -17,6 +17,7 @@
 #include "null_oci.h"
 #include "silence.h"
 #include "support/temp_folder.h"
+#include "watch/watched_listener.h"
 
 namespace quillmere::bench {
 
@@ -26,8 +27,9 @@ constexpr std::size_t kStatements = 100'000;
 
 class Engine {
  public:
-  Engine(std::size_t jobs, std::size_t tables, const std::vector<RedoRow>* redo = nullptr)
-      : library_(NullOci(redo)) {
+  enum class Watched { No, Yes };
+  Engine(std::size_t jobs, std::size_t tables, Watched watched = Watched::No)
+      : library_(NullOci(nullptr)), is_watched_(watched == Watched::Yes) {
     for (std::size_t i = 0; i < jobs; ++i) {
       const std::size_t index = jobs_.Claim();
       SyncJob& job = jobs_.At(index);
@@ -119,7 +121,11 @@ class Engine {
   JobList jobs_;
   JobCatalogue catalogue_{folder_.Files(), folder_.Path(), jobs_, log_};
   OciLibrary library_;
-  Silence listener_;
+  Silence nobody_;
+  JobWatch watch_{folder_.Files(), folder_.Path(), jobs_, catalogue_, clock_};
+  WatchedListener watching_{watch_, nobody_};
+  const bool is_watched_;
+  RunnerListener& listener_ = is_watched_ ? static_cast<RunnerListener&>(watching_) : nobody_;
   EngineContext context_{folder_.Files(), folder_.Path(), jobs_,    catalogue_, library_, log_,
                          clock_,          settings_,      listener_};
   JobRunner runner_{context_};
@@ -282,6 +288,13 @@ void AddEngineBenches(RatioTable& table) {
              [=] { large->Apply(*few); }});
   table.Add({"pass, changes in all of 20000 tables / in 10 of them", 0, [=] { large->Apply(*few); },
              [=] { large->Apply(*many); }});
+
+  const auto hundred = std::make_shared<std::vector<std::string>>(few->begin(), few->begin() + 100);
+  const auto watched = std::make_shared<Engine>(1, 10, Engine::Watched::Yes);
+  table.Add({"pass of 100000 statements, watched / not", 1.02, [=] { small->Apply(*few); },
+             [=] { watched->Apply(*few); }});
+  table.Add({"pass of 100 statements without a server's time, watched / not", 0,
+             [=] { small->Apply(*hundred); }, [=] { watched->Apply(*hundred); }, 101});
 
   const auto million = std::make_shared<Redo>(1'000'000);
   const auto tenth = std::make_shared<Redo>(100'000);

@@ -105,7 +105,7 @@ WatchedJob JobWatch::Look(std::size_t index) const {
     const Facts& facts = found->second;
     if (facts.good) job.since_good = duration_cast<seconds>(steady - *facts.good);
     job.behind = BehindOf(facts, steady);
-    job.problem = facts.problem;
+    if (job.state != JobState::Stopped) job.problem = facts.problem;
     if (job.state == JobState::Started) {
       const std::int64_t left = facts.next_due.ms - clock_.Now().ms;
       // A clock that was set back does not make a pass wait longer than its interval, as told.
@@ -223,14 +223,14 @@ std::vector<WatchMessage> JobWatch::TakePass(std::size_t index, const PassReport
   return told;
 }
 
-void JobWatch::TakeStopped(std::size_t index) {
+void JobWatch::BeginAnew(std::size_t index) {
   {
     const MutexLock lock(mutex_);
     const auto found = facts_.find(index);
     if (found == facts_.end() || !found->second.problem) return;
     found->second.problem.reset();
   }
-  // One that stays is that of a job that is started anew: the first good pass removes it.
+  // One that stays counts again after a restart, until the first good pass.
   static_cast<void>(
       RemoveForGood(files_, catalogue_.FolderOf(NameOf(jobs_.At(index))).File(JobFile::Problem)));
 }

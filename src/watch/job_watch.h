@@ -53,8 +53,9 @@ class JobWatch {
 
   // The thread that runs the job. Keeps what the pass was, in memory and on disk.
   std::vector<WatchMessage> TakePass(std::size_t index, const PassReport& report);
-  // The job was stopped: it has no problem any more. On the thread that stopped it.
-  void TakeStopped(std::size_t index);
+  // A stopped job is about to be started anew: what it failed at is of no interest any more. On the
+  // thread that its run belongs to while it rests.
+  void BeginAnew(std::size_t index);
 
  private:
   struct Facts {

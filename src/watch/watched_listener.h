@@ -11,10 +11,11 @@ namespace quillmere {
 // All of it must outlive the listener. Called as any listener is.
 class WatchedListener final : public RunnerListener {
  public:
-  WatchedListener(JobWatch& watch, const JobList& jobs, RunnerListener& face)
-      : watch_(watch), jobs_(jobs), face_(face) {}
+  WatchedListener(JobWatch& watch, RunnerListener& face) : watch_(watch), face_(face) {}
 
-  void OnJobChanged(std::size_t job, bool batch_fetched) override;
+  void OnJobChanged(std::size_t job, bool batch_fetched) override {
+    face_.OnJobChanged(job, batch_fetched);
+  }
   void OnError(std::size_t job, std::string_view text) override { face_.OnError(job, text); }
   void OnInformation(std::size_t job, std::string_view text) override {
     face_.OnInformation(job, text);
@@ -23,7 +24,6 @@ class WatchedListener final : public RunnerListener {
 
  private:
   JobWatch& watch_;
-  const JobList& jobs_;
   RunnerListener& face_;
 };
 

@@ -277,7 +277,9 @@ Outcome RunJob(Workspace& workspace, EngineContext& engine, std::size_t index) {
   std::string unregistered = workspace.WhyUnregistered(job);
   if (TablesFetched(job) && !unregistered.empty()) return Outcome::Refused(unregistered);
   std::string reason;
-  const std::string state(StateName(workspace.Jobs().State(index)));
+  const JobState before = workspace.Jobs().State(index);
+  const std::string state(StateName(before));
+  if (before == JobState::Stopped) workspace.Watch().BeginAnew(index);
   if (!RequestRun(engine, index, reason)) return Outcome::Refused(std::move(reason));
   workspace.Actions().Note("run", "job " + NameOf(job), state, "Started");
   return Outcome::Done();

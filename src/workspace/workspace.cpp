@@ -166,7 +166,7 @@ void Workspace::HoldRestored(std::size_t index, std::string held, bool asks_agai
 EngineContext Workspace::EngineFor(RunnerListener& listener) {
   return {*files_,    folder_,   jobs_,
           catalogue_, *oci_,     log_,
-          *clock_,    settings_, listeners_.emplace_back(watch_, jobs_, listener)};
+          *clock_,    settings_, listeners_.emplace_back(watch_, listener)};
 }
 
 std::optional<LogOn> Workspace::LogOnOf(std::string_view data_source) const {

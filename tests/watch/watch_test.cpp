@@ -163,9 +163,11 @@ TEST_F(WatchTest, WhatGoesWrongWithItStopsNothing) {
   TellFiles();
   jobs.At(0).run.applied_count = 12;
   Pass(0, 200, "Connect \"x\" fail");
-  watch->TakeStopped(0);
   jobs.SetState(0, JobState::Stopped);
   Tell("stopped: it has no problem");
+  watch->BeginAnew(0);
+  jobs.SetState(0, JobState::Starting);
+  Tell("started anew");
   TellFiles();
 }
 
