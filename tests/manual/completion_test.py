@@ -16,7 +16,8 @@ SKIPPED = 77  # as the test's properties say
 ROWS = (
     (["quillmere-cli", "so"], "= source"),
     (["quillmere-cli", ""], "source job run sql schema"),
-    (["quillmere-cli", "job", "re"], "= refresh remove"),
+    (["quillmere-cli", "job", "re"], "= refresh remove retry"),
+    (["quillmere-cli", "--workdir", "try", "health", ""], "= big_job nightly"),
     (["quillmere-cli", "--workdir", "try", "job", "show", ""], "= big_job nightly"),
     (["quillmere-cli", "--workdir", "try", "run", "--start", ""], "= big_job nightly"),
     (["quillmere-cli", "--workdir", "try", "job", "add", "new", "--from", ""], "= BRANCH HQ"),
