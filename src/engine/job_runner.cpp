@@ -97,9 +97,13 @@ void JobRunner::Step(std::size_t index) try {
   // Out of memory, in all likelihood. The commit point, if there is one, stays: what the
   // destination took of this pass is taken back or settled when the program starts again.
   context_.jobs.ReplaceState(index, JobState::Started, JobState::Pausing);
-  context_.listener.OnError(index,
-                            std::string("The step was given up: ") + failure.what() +
-                                ". End the program and start it again before the job goes on");
+  try {
+    context_.listener.OnError(index,
+                              std::string("The step was given up: ") + failure.what() +
+                                  ". End the program and start it again before the job goes on");
+  } catch (const std::exception&) {
+    // There is not even enough for telling. The job rests all the same.
+  }
 }
 
 bool JobRunner::FindPositions(std::size_t index, Positions& positions, bool& found,
