@@ -152,6 +152,15 @@ Pass::Outcome Pass::ApplyBatch() {
   Information(progress_.batch_remaining < job_.run.pending_batch.Size()
                   ? "Continue synchronize a old batch"
                   : "Begin synchronize a new batch");
+  try {
+    return ApplyAndEnd(destination);
+  } catch (const std::exception&) {
+    destination.Abandon();  // the end of its session would commit what no record says
+    throw;
+  }
+}
+
+Pass::Outcome Pass::ApplyAndEnd(OracleSession& destination) {
   Outcome outcome = Outcome::Failed;
   try {
     outcome = ApplyStatements(destination);

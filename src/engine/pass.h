@@ -45,6 +45,7 @@ class Pass {
   FollowResult CaptureFromSource(std::string& error);
   bool RecordCapture();
   Outcome ApplyBatch();
+  Outcome ApplyAndEnd(OracleSession& destination);
   // The position row says what the record says, after what was not settled is. False: it does not,
   // or can not be asked.
   bool SettlePosition(OracleSession& destination);
