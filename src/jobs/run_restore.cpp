@@ -132,10 +132,16 @@ void Settle(FileSystem& files, const JobFolder& folder, const RunRecord& commit_
   }
 }
 
-// After a power cut: the record of an earlier batch, when that of the pass was not on the disk yet.
+// After a power cut: the record from before the batch, when that of the pass was not on the disk
+// yet. By rows it has the same positions.
 bool IsOlder(const RunRecord& record, const RunRecord& commit_point) {
-  return record.cutoff_scn != commit_point.cutoff_scn ||
-         record.mining_start_scn != commit_point.mining_start_scn;
+  if (record.mining_start_scn != commit_point.mining_start_scn ||
+      record.cutoff_scn != commit_point.cutoff_scn) {
+    return true;
+  }
+  return record.batch_pending == 0 && commit_point.batch_pending != 0 &&
+         record.applied_count == commit_point.applied_count &&
+         record.blocked_count == commit_point.blocked_count;
 }
 
 // Nothing is taken for sure and nothing written over until somebody has looked.
