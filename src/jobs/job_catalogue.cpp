@@ -90,6 +90,7 @@ bool JobCatalogue::SaveList(Selection selection, std::vector<SyncJob*>& changed,
   if (!unreadable_.Keep(files_, ListFile(), error)) return false;
   if (list_has_more_ && !KeepBadCopy(files_, ListFile(), FileAccess::Everyone, error)) return false;
   list_has_more_ = false;
+  saved_list_.assign(1, '\0');  // a failure leaves the one or the other: no list is like this
   if (!ReplaceTextFile(files_, ListFile(), text, FileAccess::Everyone, error)) return false;
   saved_list_ = std::move(text);
   return true;
@@ -143,10 +144,17 @@ bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, std::str
   };
   set_name(new_name);
   std::vector<SyncJob*> changed;
-  if (SaveList(Selection::All, changed, error)) return true;
+  const bool renamed = SaveList(Selection::All, changed, error);
   std::string ignored;
-  if (MoveFolder(new_name, old_name, ignored)) set_name(old_name);
-  return false;
+  if (!renamed && MoveFolder(new_name, old_name, ignored)) {
+    set_name(old_name);
+    FolderOf(old_name).ForgetFormer(files_, FolderOf(new_name));
+    // It may have been replaced, and only not be known to be on the disk.
+    SaveList(Selection::All, changed, ignored);
+  } else if (renamed) {
+    FolderOf(new_name).ForgetFormer(files_, FolderOf(old_name));
+  }
+  return renamed;
 }
 
 bool JobCatalogue::KeepHeldFiles(std::size_t index, std::initializer_list<JobFile> run_files,

@@ -82,6 +82,8 @@ class JobCatalogue {
  private:
   std::filesystem::path ListFile() const;
 
+  void TakeBackMoved(std::string_view name, const std::vector<const XmlNode*>& nodes)
+      REQUIRES(save_mutex_);
   void LoadJob(const XmlNode& node, const LogOnLookup& log_ons, const RunStateRestorer& restore)
       REQUIRES(save_mutex_);
   void LoadOwnFile(SyncJob& job, const std::filesystem::path& file) REQUIRES(save_mutex_);

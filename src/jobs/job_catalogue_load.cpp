@@ -47,7 +47,25 @@ void JobCatalogue::Load(const LogOnLookup& log_ons, const RunStateRestorer& rest
   }
   std::vector<const XmlNode*> nodes;
   document.Root().Children("job", nodes);
-  for (const XmlNode* node : nodes) LoadJob(*node, log_ons, restore);
+  for (const XmlNode* node : nodes) {
+    TakeBackMoved(node->ChildValue("name"), nodes);
+    LoadJob(*node, log_ons, restore);
+  }
+}
+
+// A renaming that was cut off before the list had the new name.
+void JobCatalogue::TakeBackMoved(std::string_view name, const std::vector<const XmlNode*>& nodes) {
+  if (!WhyNameRefused(name, JobList::kNotFound).empty()) return;
+  std::vector<std::string_view> taken;
+  for (const XmlNode* node : nodes) taken.push_back(node->ChildValue("name"));
+  const std::string moved = FolderOf(name).FindMoved(files_, taken);
+  std::string error;
+  if (moved.empty()) return;
+  if (RenamePath(files_, FolderOf(moved).Path(), FolderOf(name).Path(), error)) {
+    FolderOf(name).ForgetFormer(files_, FolderOf(moved));
+  } else {
+    log_.Add(error, true);
+  }
 }
 
 std::string JobCatalogue::WhyListNotRead() const {

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "jobs/job_folder.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
+
+#include "foundation/file_names.h"
 
 namespace quillmere {
 namespace {
@@ -81,19 +84,43 @@ bool JobFolder::MoveTo(FileSystem& files, const JobFolder& to, std::string& erro
     return false;
   }
   if (!IsThere(files, path_)) return true;
-  if (!RenamePath(files, path_, to.path_, error)) return false;
-  const std::filesystem::path old_file = to.path_ / File(JobFile::Tables).filename();
-  const std::filesystem::path new_file = to.File(JobFile::Tables);
-  std::string ignored;  // the first reason is the one to tell
-  if (!IsThere(files, old_file) || RenamePath(files, old_file, new_file, error)) {
-    if (!IsThere(files, BadNameOf(old_file)) ||
-        RenamePath(files, BadNameOf(old_file), BadNameOf(new_file), error)) {
-      return true;
-    }
-    RenamePath(files, new_file, old_file, ignored);
+  const std::filesystem::path file = File(JobFile::Tables);
+  const std::filesystem::path copy = path_ / to.File(JobFile::Tables).filename();
+  std::string content;
+  const FileStatus read = ReadFile(files, file, content);
+  if (!read && !read.Missing()) {
+    error = read.reason;
+    return false;
   }
-  RenamePath(files, to.path_, path_, ignored);
+  if (read && !ReplaceFile(files, copy, content, FileAccess::Everyone, error)) return false;
+  if (RenamePath(files, path_, to.path_, error)) return true;
+  // The folder may have its new name, and only not be known to be safe there.
+  std::string ignored;  // the first reason is the one to tell
+  if (!IsThere(files, path_)) RenamePath(files, to.path_, path_, ignored);
+  if (!files.AreSame(file, copy)) static_cast<void>(RemoveForGood(files, copy));
   return false;
+}
+
+void JobFolder::ForgetFormer(FileSystem& files, const JobFolder& former) const {
+  const std::filesystem::path own = File(JobFile::Tables);
+  const std::filesystem::path old = path_ / former.File(JobFile::Tables).filename();
+  std::string ignored;
+  if (IsThere(files, BadNameOf(old))) RenamePath(files, BadNameOf(old), BadNameOf(own), ignored);
+  if (!files.AreSame(old, own)) static_cast<void>(RemoveForGood(files, old));
+}
+
+std::string JobFolder::FindMoved(FileSystem& files,
+                                 const std::vector<std::string_view>& taken) const {
+  std::vector<std::filesystem::path> folders;
+  FileFacts facts;
+  if (!files.Look(path_, facts).Missing() || !files.List(path_.parent_path(), folders)) return {};
+  for (const std::filesystem::path& folder : folders) {
+    const std::string name = folder.string();
+    const auto is_its = [&](std::string_view other) { return SameFileName(other, name); };
+    if (std::any_of(taken.begin(), taken.end(), is_its)) continue;
+    if (IsFile(files, path_.parent_path() / folder / File(JobFile::Tables).filename())) return name;
+  }
+  return {};
 }
 
 bool JobFolder::RemoveFiles(FileSystem& files, std::string& error) const {

@@ -8,6 +8,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "foundation/files.h"
 
@@ -49,8 +50,15 @@ class JobFolder {
   bool SetOldFilesAside(FileSystem& files, std::string& error) const;
 
   // Renames the folder, which may be missing, and in it the file that is named after the job, with
-  // its ".bad" copy. If one of them fails, or another folder stands there, everything stays.
+  // its ".bad" copy. If one of them fails, or another folder stands there, everything stays. The
+  // file is there under both names, so that whoever knows the old one only finds the folder, until
+  // ForgetFormer.
   bool MoveTo(FileSystem& files, const JobFolder& to, std::string& error) const;
+  void ForgetFormer(FileSystem& files, const JobFolder& former) const;
+
+  // Of a job whose folder is missing: the folder beside it, if there is one, that was on its way to
+  // another name when the program ended. taken: the names of folders that belong to jobs.
+  std::string FindMoved(FileSystem& files, const std::vector<std::string_view>& taken) const;
 
   // Removes what goes with the job, and the folder unless something else is in it. Goes on after a
   // failure; the first reason is kept.
