@@ -193,19 +193,6 @@ TEST_F(Account, WhatKeepsABatchFromBeingBegun) {
   Tell("the redo breaks off");
 }
 
-TEST_F(Account, NoCommitWithoutItsRecord) {
-  StartJob();
-  script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"11", Insert("2")}});
-  for (const std::string what : {"write", "flush"}) {
-    Refuse(what, "block.dat");
-    NextPass();
-    Tell(what + " is refused");
-  }
-  Refuse();
-  NextPass();
-  Tell("none is");
-}
-
 TEST_F(Account, ARequestStopsAPassBehindTheStatementInHand) {
   StartJob();
   script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"11", Insert("2")}, {"12", Insert("3")}});
@@ -221,35 +208,6 @@ TEST_F(Account, ARequestStopsAPassBehindTheStatementInHand) {
   last = InsertOf("3");
   Step();
   Tell("and with the last: nothing is left to stop");
-}
-
-// As long as the record that was taken back is not on the disk, the commit point has to say it.
-TEST_F(EngineTest, ARecordThatIsNotTakenBackKeepsTheCommitPoint) {
-  for (const std::string what : {"write", "flush"}) {
-    StartJob();
-    script_.Answer(kRedoQuery, {{"90", Insert("1")}});
-    script_.FailOn("SessionEnd", "ORA-03114: not connected", 3114, 1);  // the capture's ends well
-    bool ended = false;
-    script_.on_call = [&](const std::string& line) {
-      ended = ended || (line.starts_with("SessionEnd") && Read("jobs/J/commit.dat") != "(none)");
-      return "";
-    };
-    files.on_operation = [&](const testing::FileOperation& operation) {
-      const bool refused = ended && operation.Text() == what + " /work/jobs/J/block.dat";
-      return refused ? FileStatus{FileCode::Failed, "Input/output error"} : FileStatus();
-    };
-    NextPass();
-    files.on_operation = nullptr;
-    script_.on_call = nullptr;
-    EXPECT_NE(Read("jobs/J/commit.dat"), "(none)") << what;
-    EXPECT_EQ(job_.run.applied_count, 0);
-    script_.TakeExecuted();
-    NextPass();
-    EXPECT_EQ(Read("jobs/J/commit.dat"), "(none)");
-    EXPECT_EQ(Applied(), std::vector{InsertOf("1")});
-    RequestStop(program_.jobs, 0);
-    Step();
-  }
 }
 
 // The request comes with each exchange of a pass in turn.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "sim/model_oci.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -100,6 +101,7 @@ sword ModelOci::Served(std::string_view call, const void* on, ub4 type, std::str
   if (!wrong || wrong->served_before) {
     const sword status = remote && handle->server->lost ? Error(3113) : serve(*handle);
     if (!wrong) return status;
+    if (wrong->status == kSuccessWithInfo && status != kSuccess) return status;
   }
   if (remote && wrong->connection_lost) Lose(*handle->server);
   Error(wrong->code);
@@ -111,6 +113,12 @@ void ModelOci::Lose(Handle& server) {
   if (server.destination != nullptr) server.destination->Rollback();
   server.mining.reset();
   server.lost = true;
+}
+
+std::size_t ModelOci::LiveHandles() const {
+  return static_cast<std::size_t>(
+      std::count_if(handles_.begin(), handles_.end(),
+                    [](const Handle* handle) { return handle->type != kHtypeSession; }));
 }
 
 void ModelOci::Die(std::int64_t noticed_after_ms) {
@@ -233,6 +241,7 @@ sword ModelOci::FetchMined(Handle& statement) {
 void ModelOci::Free(const void* freed) {
   const auto found = handles_.find(freed);
   if (found == handles_.end()) return;
+  Lose(**found);  // which it is attached to still
   delete *found;
   handles_.erase(found);
 }
@@ -245,6 +254,8 @@ OciApi ModelOci::Api() const {
     return kSuccess;
   };
   api.HandleAlloc = [](const void*, void** made, ub4 type, auto...) {
+    const auto wrong = current->fault ? current->fault("HandleAlloc", "") : std::nullopt;
+    if (wrong) return current->Error(wrong->code);
     *made = *current->handles_.insert(new Handle(type)).first;
     return kSuccess;
   };

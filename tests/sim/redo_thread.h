@@ -41,6 +41,7 @@ class RedoThread {
   // It writes nothing of what comes between these times until the second one.
   void Stall(std::int64_t from, std::int64_t until) { stall_from_ = from, stall_until_ = until; }
   void Switch(std::int64_t scn);
+  void SwitchSoon() { bytes_ = shape_.bytes; }
   // Sequences begin again with 1; all other groups are unused, older archives do not count.
   void ResetLogs(std::int64_t scn);
 

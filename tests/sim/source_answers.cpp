@@ -7,6 +7,11 @@
 namespace quillmere::sim {
 namespace {
 
+// Of the catalogue.
+constexpr std::string_view kEnterContainer = "alter session set container = SHOPPDB";
+constexpr std::string_view kUsers = "select username  from dba_users";
+constexpr std::string_view kTablesOfUsers = "select owner, table_name,  NVL(tablespace_name";
+
 template <typename... Columns>
 void Put(Rows& rows, const Columns&... columns) {
   const auto text = [](const auto& column) {
@@ -69,6 +74,11 @@ bool Answer(SourceModel& source, std::string_view sql, Rows& rows) {
     Put(rows, source.Shape().containers > 1 ? "CDB$ROOT" : "SHOPDB");
   } else if (container) {
     if ((*container)[0] == kContainers[0]) Put(rows, "READ WRITE");
+  } else if (sql == kEnterContainer) {
+  } else if (sql.starts_with(kUsers)) {
+    Put(rows, "SHOP");
+  } else if (sql.starts_with(kTablesOfUsers)) {
+    for (const std::string_view table : kTables) Put(rows, "SHOP", table, "DATA", 7);
   } else if (session) {
     PutOldestSession(source, std::stoll(std::string((*session)[0])), rows);
   } else if (!logs && !archives && sql != follow::kThreads) {

@@ -71,6 +71,9 @@ class SourceModel {
   // Told of each commit while what is live in it is known.
   std::function<void(const Transaction&)> on_commit;
 
+  // The users finish what they are at, and nobody begins anything.
+  void SendUsersHome() { workload_.SendHome(); }
+
   // --- Fate -----------------------------------------------------------------------------------
   RedoThread& Thread(std::size_t thread) { return threads_[thread]; }
   // The database is opened with RESETLOGS: open transactions are taken back.

@@ -34,6 +34,7 @@ void Workload::Step(SourceModel& source) {
 }
 
 void Workload::GiveBirth(SourceModel& source, std::int64_t now) {
+  if (habits_.per_second <= 0) return;
   std::size_t thread = 0;
   for (std::size_t other = 1; other < source.Shape().threads; ++other) {
     if (random_.Chance(habits_.on_idle_thread)) thread = other;

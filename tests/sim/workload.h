@@ -29,6 +29,7 @@ class Workload {
   // When something happens next, and doing it.
   std::int64_t NextTime() const { return events_.empty() ? kNever : events_.top().time; }
   void Step(SourceModel& source);
+  void SendHome() { habits_.per_second = 0; }
   // All users start anew.
   void Restart(std::uint64_t seed, std::int64_t now);
 

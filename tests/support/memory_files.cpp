@@ -135,7 +135,8 @@ class MemoryFiles::Handle final : public OpenFile {
  private:
   FileStatus Put(std::string_view what, std::uint64_t offset, std::string_view bytes) {
     FileStatus status = files_.Ask(what, path_);
-    if (!status) bytes = bytes.substr(0, files_.cut_off_ ? 0 : bytes.size() / 2);
+    const bool some = status.code == FileCode::NoSpace && !files_.cut_off_;
+    if (!status) bytes = bytes.substr(0, some ? bytes.size() / 2 : 0);
     const std::lock_guard lock(files_.mutex_);
     node_->Make({.offset = offset, .bytes = std::string(bytes)});
     return status;
