@@ -150,7 +150,7 @@ void Simulation::Add(Job& job) {
   JobProperties properties{
       job.name, "d", std::string(kSources[job.number / 2]), job.Destination(), 0, true, job.follow};
   if (sources_[job.number / 2]->Shape().containers > 1) properties.container = kContainers[0];
-  const Outcome added = AddJob(workspace, properties, index);
+  const Outcome added = AddJob(workspace, properties, index, place_);
   job.Forget();
   if (job.number % 2 == 1 && index != JobList::kNotFound && !dead_) {
     static_cast<void>(UsePositionTable(workspace, index, "OPS"));
@@ -179,7 +179,7 @@ void Simulation::PlayOnJob(const Event& event, Job& job, std::size_t index) {
     RequestStop(list, index);
     if (list.State(index) == JobState::Stopping) job.AskedToStop();
   } else if (event.verb == "refresh") {
-    const Outcome refreshed = RefreshTables(workspace, index);
+    const Outcome refreshed = RefreshTables(workspace, index, place_);
     job.TakeChoices(list.At(index), refreshed && !dead_);
   } else if (event.verb == "exclude" || event.verb == "include" || event.verb == "owner") {
     TableChoice choice{.owner = "SHOP", .owner_saving = OwnerSaving::AtOnce};
@@ -194,12 +194,12 @@ void Simulation::PlayOnJob(const Event& event, Job& job, std::size_t index) {
     if (event.verb == "edit") properties.interval = static_cast<std::int32_t>(event.second);
     if (event.verb == "rename") properties.name[1] = static_cast<char>('a' + event.second);
     properties.zero_allowed = true;
-    static_cast<void>(EditJob(workspace, index, properties));
+    static_cast<void>(EditJob(workspace, index, properties, place_));
   } else if (event.verb == "container") {
     JobProperties properties = PropertiesOf(list.At(index));
     properties.container = event.text;
     properties.zero_allowed = true;
-    job.last_error = EditJob(workspace, index, properties).text;
+    job.last_error = EditJob(workspace, index, properties, place_).text;
   } else if (event.verb == "expect") {
     const std::string is =
         std::string(StateName(state)) + ' ' + list.HeldBecause(index) + job.last_error;

@@ -18,6 +18,7 @@
 #include "sim/plan.h"
 #include "sim/truth.h"
 #include "support/memory_files.h"
+#include "workspace/database_work.h"
 #include "workspace/workspace.h"
 
 namespace quillmere::sim {
@@ -105,6 +106,7 @@ class Simulation final : public RunnerListener {
   std::vector<History> histories_{2};
   ModelOci client_{clock_};
   const OciApi api_ = client_.Api();
+  InPlace place_;
   std::vector<std::unique_ptr<Job>> jobs_;
   std::unique_ptr<testing::MemoryFiles> disk_;
   std::unique_ptr<Program> program_;
