@@ -22,10 +22,12 @@ bool WriteRecord(EngineContext& context, std::size_t index, JobState state, std:
 }
 
 // After every change of state: the record, then the window.
-void RecordAndNotify(EngineContext& context, std::size_t index, JobState state) {
+bool RecordAndNotify(EngineContext& context, std::size_t index, JobState state) {
   std::string error;
-  if (!WriteRecord(context, index, state, error)) context.listener.OnError(index, error);
+  const bool recorded = WriteRecord(context, index, state, error);
+  if (!recorded) context.listener.OnError(index, error);
   context.listener.OnJobChanged(index, false);
+  return recorded;
 }
 
 // Of the start before; empty when there is none.
@@ -180,10 +182,11 @@ void JobRunner::Reset(std::size_t index) {
   progress.batch_remaining = 0;
   if (!context_.jobs.ReplaceState(index, JobState::Stopping, JobState::Stopped, progress)) return;
   std::string error;
-  if (KeepWhatIsHeld(context_, index, error)) {
-    RecordAndNotify(context_, index, JobState::Stopped);
+  // A record that still has a pass in it must not lose its commit point.
+  if (KeepWhatIsHeld(context_, index, error) &&
+      RecordAndNotify(context_, index, JobState::Stopped)) {
+    RemoveCommitPoint(context_, index, error);
   }
-  if (error.empty()) RemoveCommitPoint(context_, index, error);
   if (!error.empty()) context_.listener.OnError(index, error);
   context_.listener.OnInformation(index, JobView(context_.jobs.At(index)).name + " resetted.");
 }

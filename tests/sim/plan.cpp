@@ -48,6 +48,12 @@ constexpr struct {
               {15, "pause-at", 400, kJobs},
               {5, "stop-at", 400, kJobs}};
 
+// Where what goes wrong does the most, but is seldom met by chance.
+constexpr std::string_view kPlaces[] = {
+    "remove commit.dat", "write commit.dat", "block.dat", "flush",        "rename",
+    "jobs.xml",          "source.dat",       "read",      "setaside.sql", "SessionEnd",
+    "rollback",          "held.xml",         "QUILLMERE"};
+
 Event Pick(Random& random) {
   int all = 0;
   for (const auto& kind : kKinds) all += kind.weight;
@@ -63,6 +69,8 @@ Event Pick(Random& random) {
   // There are as many moments near as far away.
   if (kind->first == 400 && random.Chance(.5)) event.first = below(60);
   if (event.verb == "jump") event.first -= 3'600'000;
+  const bool goes_wrong = kind->first == 400 && event.verb != "die" && event.verb != "power";
+  if (goes_wrong && random.Chance(.3)) event.text = kPlaces[random.Below(std::size(kPlaces))];
   return event;
 }
 

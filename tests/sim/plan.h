@@ -11,7 +11,8 @@
 namespace quillmere::sim {
 
 // What goes wrong with one operation on files or one call of the client library. The names are the
-// verbs of the plan; the first number says how many operations from there.
+// verbs of the plan; the first number says how many operations from there, a text at which places
+// only ("remove commit.dat").
 enum class Fault {
   NoSpace,     // of a write half of the bytes are there
   ShortWrite,  // the same, for another reason

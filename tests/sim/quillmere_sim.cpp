@@ -114,6 +114,7 @@ bool Report(const Counts& counts) {
       std::cout << ' ' << kFaults[i] << ' ' << place.fired[i];
       never += place.fired[i] == 0 ? 1 : 0;
     }
+    if (place.untold != 0) std::cout << " (untold " << place.untold << ")";
     std::cout << "\n";
   }
   std::cout << counts.places.size() << " places, " << never << " faults that never came, "

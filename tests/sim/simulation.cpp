@@ -99,6 +99,7 @@ std::string Simulation::Run() {
   }
   if (wrong_.empty() && !stop_here_) Rest();
   for (const auto& job : jobs_) job->CheckModes(*disk_, wrong_);
+  if (fired_at_ != nullptr && told_ == 0) ++fired_at_->untold;
   program_.reset();
   if (wrong_.empty() && client_.LiveHandles() != 0) wrong_ = "handles of the client are not freed";
   return wrong_;
@@ -109,7 +110,7 @@ void Simulation::Play(const Event& event) {
   for (std::size_t i = 0; i < kFaultCount; ++i) {
     if (kFaults[i] != event.verb) continue;
     const std::uint64_t at = operation_ + static_cast<std::uint64_t>(event.first) + 1;
-    armed_.push_back({at, static_cast<Fault>(i), event.second});
+    armed_.push_back({at, static_cast<Fault>(i), event.second, event.text});
     next_armed_ = std::min(next_armed_, at);
     return;
   }
@@ -144,16 +145,21 @@ void Simulation::Play(const Event& event) {
   }
 }
 
+bool Simulation::Hear(const Outcome& outcome) {
+  told_ += outcome ? 0 : 1;
+  return outcome.done;
+}
+
 void Simulation::Add(Job& job) {
   Workspace& workspace = *program_->workspace;
   std::size_t index = 0;
   JobProperties properties{
       job.name, "d", std::string(kSources[job.number / 2]), job.Destination(), 0, true, job.follow};
   if (sources_[job.number / 2]->Shape().containers > 1) properties.container = kContainers[0];
-  const Outcome added = AddJob(workspace, properties, index, place_);
+  const bool added = Hear(AddJob(workspace, properties, index, place_));
   job.Forget();
   if (job.number % 2 == 1 && index != JobList::kNotFound && !dead_) {
-    static_cast<void>(UsePositionTable(workspace, index, "OPS"));
+    Hear(UsePositionTable(workspace, index, "OPS"));
   }
   job.there = added && !dead_ ? Job::There::Yes : Job::There::Unclear;
   if (index != JobList::kNotFound) job.TakeChoices(workspace.Jobs().At(index), false);
@@ -167,7 +173,7 @@ void Simulation::PlayOnJob(const Event& event, Job& job, std::size_t index) {
   if (event.verb == "run") {
     if (!Rests(state)) return;
     const Outcome asked = RunJob(workspace, program_->engine, index);
-    if (!asked) ++job.told, job.last_error = asked.text;
+    if (!Hear(asked)) ++job.told, job.last_error = asked.text;
     if (IsRunning(list.State(index))) job.asked = Job::Asked::ToRun;
     if (list.State(index) != JobState::Starting) return;
     job.starting = true;
@@ -179,7 +185,7 @@ void Simulation::PlayOnJob(const Event& event, Job& job, std::size_t index) {
     RequestStop(list, index);
     if (list.State(index) == JobState::Stopping) job.AskedToStop();
   } else if (event.verb == "refresh") {
-    const Outcome refreshed = RefreshTables(workspace, index, place_);
+    const bool refreshed = Hear(RefreshTables(workspace, index, place_));
     job.TakeChoices(list.At(index), refreshed && !dead_);
   } else if (event.verb == "exclude" || event.verb == "include" || event.verb == "owner") {
     TableChoice choice{.owner = "SHOP", .owner_saving = OwnerSaving::AtOnce};
@@ -187,6 +193,7 @@ void Simulation::PlayOnJob(const Event& event, Job& job, std::size_t index) {
     if (event.verb == "exclude") choice.filter = TableFilter::Exclude;
     if (event.verb == "owner") choice.filter = TableFilter::ChangeOwner, choice.new_owner = "COPY";
     const FilterResult result = FilterTables(workspace, index, choice);
+    told_ += result.unsaved.empty() ? 0 : 1;
     if (!result.refused.empty()) return;
     job.TakeChoices(list.At(index), result.unsaved.empty() && !dead_);
   } else if (event.verb == "edit" || event.verb == "rename") {
@@ -194,7 +201,7 @@ void Simulation::PlayOnJob(const Event& event, Job& job, std::size_t index) {
     if (event.verb == "edit") properties.interval = static_cast<std::int32_t>(event.second);
     if (event.verb == "rename") properties.name[1] = static_cast<char>('a' + event.second);
     properties.zero_allowed = true;
-    static_cast<void>(EditJob(workspace, index, properties, place_));
+    Hear(EditJob(workspace, index, properties, place_));
   } else if (event.verb == "container") {
     JobProperties properties = PropertiesOf(list.At(index));
     properties.container = event.text;
@@ -206,7 +213,7 @@ void Simulation::PlayOnJob(const Event& event, Job& job, std::size_t index) {
     if (is.find(event.text) == is.npos) Wrong(job, "is not as expected: " + is);
     if (event.second != 0) stop_here_ = true;
   } else if (event.verb == "remove" && state == JobState::Stopped) {
-    const Outcome removed = DeleteJob(workspace, index);
+    const bool removed = Hear(DeleteJob(workspace, index));
     job.there = removed && !dead_ ? Job::There::No : Job::There::Unclear;
     job.Forget();
   }
@@ -245,6 +252,8 @@ void Simulation::Rest() {
   armed_.clear();
   next_armed_ = ~std::uint64_t{0};
   clock_.jumped_ms = 0;
+  places_ = false;
+  noted_ = nullptr;
   for (const auto& source : sources_) source->SendUsersHome();
   Reopen();
   JobList* list = &program_->workspace->Jobs();
@@ -326,6 +335,7 @@ void Simulation::Reopen() {
       if (power_) disk_ = disk_->AfterPowerCut([] { return false; }), power_.reset();
       continue;
     }
+    told_ += workspace == nullptr || !workspace->Log().Entries().empty() ? 1 : 0;
     if (workspace == nullptr) {
       if (FileFaults() == before && wrong_.empty()) wrong_ = "can not be opened: " + reason;
       if (!wrong_.empty()) return;
@@ -454,6 +464,7 @@ Simulation::Job* Simulation::JobAt(std::size_t index) {
 void Simulation::OnError(std::size_t index, std::string_view text) {
   Tell();
   if (dead_) return;
+  ++told_;
   Trace("error", text);
   program_->workspace->Log().Add(text, true);
   Job* const job = JobAt(index);

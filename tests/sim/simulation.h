@@ -19,6 +19,7 @@
 #include "sim/truth.h"
 #include "support/memory_files.h"
 #include "workspace/database_work.h"
+#include "workspace/outcome.h"
 #include "workspace/workspace.h"
 
 namespace quillmere::sim {
@@ -28,6 +29,7 @@ struct Counts {
   struct Place {
     std::uint32_t faults = 0;  // that can come there
     std::array<std::uint64_t, kFaultCount> fired{};
+    std::uint64_t untold = 0;  // runs in which nobody heard of the last fault, that was here
   };
   std::map<std::string, Place> places;
   std::array<std::uint64_t, kFaultCount> of_kind{};
@@ -58,11 +60,13 @@ class Simulation final : public RunnerListener {
     std::uint64_t at;
     Fault fault;
     std::int64_t number;
+    std::string where;  // a part of the place's name
   };
 
   void Play(const Event& event);
   void PlayOnJob(const Event& event, Job& job, std::size_t index);
   void Add(Job& job);
+  bool Hear(const Outcome& outcome);  // whether it is done
   void Pass(std::int64_t ms);
   void Tick(std::int64_t ms);
   void Burst(std::size_t source, std::int64_t changes);
@@ -95,9 +99,11 @@ class Simulation final : public RunnerListener {
 
   const Plan plan_;
   Counts& counts_;
-  const bool places_;
+  bool places_;
   std::ostream* const trace_;
   Operations* noted_ = nullptr;
+  Counts::Place* fired_at_ = nullptr;  // the last fault
+  std::size_t told_ = 0;               // what went wrong
   std::string wrong_;
 
   HandClock clock_;

@@ -66,9 +66,16 @@ bool Simulation::Fires(const Armed& armed, const Operation& operation) {
   if (((operation.faults >> number) & 1U) == 0) return false;
   const bool behind_commit = committed_at_ + 1 == operation_;
   if (armed.fault == Fault::Die && armed.number == 1 && !behind_commit) return false;
+  const bool file = operation.text.starts_with('/');
+  if (!armed.where.empty() &&
+      PlaceOf(operation.what, operation.text, file).find(armed.where) == std::string::npos) {
+    return false;
+  }
   Trace(kFaults[number], operation.text);
   ++counts_.of_kind[number];
-  if (places_) ++PlaceAt(operation).fired[number];
+  if (!places_) return true;
+  fired_at_ = armed.fault < Fault::NoMemory ? &PlaceAt(operation) : nullptr;
+  ++PlaceAt(operation).fired[number];
   return true;
 }
 
