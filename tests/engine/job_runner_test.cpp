@@ -170,46 +170,6 @@ TEST_F(Account, WhatIsSetAside) {
   Tell("told once");
 }
 
-TEST_F(Account, WhatKeepsABatchFromBeingBegun) {
-  StartJob();
-  script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"200", Insert("2")}});
-  const struct {
-    std::string call, file;  // the one that fails
-    int skip = 0;
-  } rows[] = {{"ServerAttach", ""}, {"StmtFetch2", ""}, {"StmtFetch2", "", 3},
-              {"", "sqlcmds.txt"},  {"\"DES\"", ""},    {"", "commit.dat"}};
-  for (const auto& row : rows) {
-    if (!row.call.empty()) script_.FailOn(row.call, "ORA-00604: error", 604, row.skip);
-    Refuse("append", row.file.empty() ? "none" : row.file);
-    NextPass();
-    Tell(row.call + row.file);
-  }
-  TellFile("sqlerror.log");
-  Refuse();
-  NextPass();
-  Tell("none");
-  script_.Answer(kRedoQuery, {{"11", Insert("2").substr(0, 40) + std::string(4000, 'x')}});
-  NextPass();
-  Tell("the redo breaks off");
-}
-
-TEST_F(Account, ARequestStopsAPassBehindTheStatementInHand) {
-  StartJob();
-  script_.Answer(kRedoQuery, {{"10", Insert("1")}, {"11", Insert("2")}, {"12", Insert("3")}});
-  std::string last = InsertOf("1");
-  script_.on_executed = [&](const std::string& sql) {
-    if (sql == last) RequestPause(program_.jobs, 0);
-  };
-  NextPass();
-  Tell("pause with the first");
-  TellFile("jobs/J/commit.dat");
-  Step();
-  Run();
-  last = InsertOf("3");
-  Step();
-  Tell("and with the last: nothing is left to stop");
-}
-
 // The request comes with each exchange of a pass in turn.
 TEST_F(EngineTest, ARequestEndsAPassAtItsNextExchange) {
   script_.Answer(kRedoQuery, {{"90", Insert("1")}, {"92", Insert("2")}, {"93", Insert("3")}});

@@ -205,15 +205,6 @@ TEST_F(JobCatalogueTest, JobsThatCanNotBeAreLeftOutAndKept) {
   EXPECT_EQ(program.catalogue.WhyNameRefused("B", 1), "") << "its own";
 }
 
-TEST_F(JobCatalogueTest, FailuresNameTheFileAndAreTriedAgain) {
-  program.Add("a");
-  program.Add("b");
-  Refuse("append", "a.xml");
-  Save("the others are saved all the same");
-  Refuse();
-  Save("tried again");
-}
-
 TEST_F(JobCatalogueTest, RenamesAndRemovesFolderFileAndList) {
   program.Add("old");
   program.Add("b");

@@ -51,18 +51,6 @@ TEST(JobList, SlotsAreUsedAgain) {
   EXPECT_NE(fresh.tables_saved_revision, fresh.tables_revision) << "its file is to be written";
 }
 
-TEST(JobList, ARequestIsNeverOverwritten) {
-  JobList jobs;
-  AddJob(jobs, "a", JobState::Started);
-  EXPECT_TRUE(jobs.ReplaceState(0, JobState::Started, JobState::Started, {{3, 4}}));
-  jobs.SetState(0, JobState::Pausing);
-  EXPECT_FALSE(jobs.ReplaceState(0, JobState::Started, JobState::Started, {{5, 6}}));
-  JobList::Progress progress;
-  EXPECT_EQ(jobs.State(0, &progress), JobState::Pausing);
-  EXPECT_EQ(progress.batch_applied, 5u) << "progress is written in any case";
-  EXPECT_EQ(progress.batch_remaining, 6u);
-}
-
 TEST(JobList, GrowsWhileAnotherThreadWalks) {
   JobList jobs;
   constexpr std::size_t kJobs = 2000;
