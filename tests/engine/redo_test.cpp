@@ -156,22 +156,5 @@ TEST_F(Rewriter, DecidesAndRewrites) {
   });
 }
 
-TEST_F(Rewriter, SurvivesAnyText) {
-  std::mt19937 random(7);
-  const std::string alphabet = "insertdeleteupdate \"'.();SHOPORDERS\n\0";
-  for (int i = 0; i < 20000; ++i) {
-    std::string text;
-    for (auto n = random() % 60; n > 0; --n) text += alphabet[random() % alphabet.size()];
-    const ParsedStatement parsed = ParseStatement(text);
-    std::string to_execute;
-    Rewrite(parsed, Decide(job_, parsed).owner, NameQuotes::Kept, to_execute);
-    Taken taken;
-    RedoAssembler assembler;
-    assembler.Add(0, text, taken);
-    assembler.Finish(taken);
-    JudgeStatement(text);
-  }
-}
-
 }  // namespace
 }  // namespace quillmere

@@ -108,33 +108,5 @@ TEST(XmlDocument, DepthIsNoMatterOfTheStack) {
   EXPECT_EQ(document.Text(), "") << "its indentation alone would take terabytes";
 }
 
-TEST(XmlDocument, SurvivesCutsAndRandomBytes) {
-  XmlDocument sample;
-  XmlNode& schema = sample.Root().AddChild("schema");
-  schema.AddChild("schema_name", "OW<N\\ER");
-  schema.AddChild("description", "one\n two\n\nthree\\");
-  schema.AddChild("table_list").AddNumber("rows", 12345);
-  const std::string whole = sample.Text();
-  std::mt19937 random(20260131);
-  constexpr std::string_view kTokens = "<>/\\ \t\r\n\0aZ_9\xFF<a></a>";
-  for (std::size_t round = 0; round < 20'000; ++round) {
-    std::string text = whole.substr(0, round % whole.size());
-    if (round >= whole.size() && round % 2 == 0) {
-      text.resize(random() % 64);
-      for (char& c : text) c = kTokens[random() % kTokens.size()];
-    } else if (round >= whole.size()) {
-      text = whole;
-      for (int i = 0; i < 3; ++i) text[random() % text.size()] = static_cast<char>(random());
-    }
-    XmlDocument first, second;
-    if (!first.Parse(text)) {
-      ASSERT_FALSE(first.Message().empty());
-      continue;
-    }
-    // What can be read can be written, and that reads as a whole again.
-    ASSERT_TRUE(second.Parse(first.Text())) << second.Message() << "\n" << first.Text();
-  }
-}
-
 }  // namespace
 }  // namespace quillmere

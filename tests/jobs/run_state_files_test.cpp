@@ -47,43 +47,6 @@ TEST(RunRecordFile, IsFortyBytesAndAShortOneKeepsItsDefaults) {
   EXPECT_EQ(record.batch_remaining, 0U);
 }
 
-TEST(BatchFile, ReadsBackByteForByte) {
-  MemoryFiles files;
-  std::vector<std::string> statements = {"insert into A.B values ('line\nfeed, ''quoted'';\n\n')",
-                                         "", "  trailing blanks  ", "update A.\"O'B\" set X = '\r'",
-                                         ""};
-  for (std::size_t i = 0; i < 5000; ++i) {
-    const char c = static_cast<char>(i % 256);
-    const std::size_t length = i % 1000 == 500 ? 2'000'000 : i % 300;
-    statements.push_back("'" + std::string(length, c == '\'' ? '"' : c) + "'");
-  }
-  PendingBatch batch, read;
-  batch.Append("cleared");
-  batch.Clear();
-  for (const std::string& statement : statements) {
-    statement.empty() ? batch.AppendSetAside() : batch.Append(statement);
-  }
-  std::string error;
-  const JobFolder job("/work", "J");
-  ASSERT_TRUE(WriteBatchFile(files, job, batch, error)) << error;
-  ASSERT_TRUE(ReadBatchFile(files, job, read));
-  ASSERT_EQ(read.Size(), statements.size());
-  for (std::size_t i = 0; i < statements.size(); ++i) {
-    ASSERT_EQ(read[i].text, statements[i]);
-    ASSERT_EQ(read[i].kind == PendingBatch::Kind::SetAside, statements[i].empty());
-  }
-
-  // Cut anywhere but at a line's end outside of a literal, the file is refused.
-  const std::string whole = files.Content("/work/jobs/J/sqlcmds.txt");
-  std::size_t refused = 0;
-  for (std::size_t length = 1; length < 100; ++length) {
-    files.Put("/work/jobs/J/sqlcmds.txt", whole.substr(0, length));
-    PendingBatch part;
-    refused += ReadBatchFile(files, job, part).code == FileCode::Damaged ? 1U : 0U;
-  }
-  EXPECT_EQ(refused, 99U - 3U) << "three statements end within 100 bytes";
-}
-
 // Given are files, or after "refuse" the operation that fails: a record by its fields, "|" for a
 // line's end in a batch; both ways of looking at them, and the files that stand then.
 TEST(Restore, TakesUpWhatIsWholeAndTellsTheRest) {

@@ -234,35 +234,6 @@ TEST_F(SessionTest, DeepExpressionsAreRefused) {
   }
 }
 
-TEST_F(SessionTest, AnyBytesAreAnsweredWithAnError) {
-  const std::vector<std::string> seeds = {
-      "insert into app.t values (7, 'x' || to_char(sysdate, 'YYYY'))",
-      "update app.t set v = upper('a''b') where id between 1 and 2 and v is not null or id in (1)",
-      "delete from app.t where v like '%a_' escape '\\' and not (id <> 5)",
-      "create table app.m (a number(5,2) default 1 not null, b timestamp(3) with time zone)",
-      "alter table app.t add constraint c foreign key (id) references app.t (id)",
-      "select a.owner from dba_tables a where exists (select 1 from dual) order by a.owner",
-      "begin dbms_logmnr.start_logmnr(options=>dbms_logmnr.new + dbms_logmnr.x, startscn=>5); end;",
-      "create user u identified by p",
-  };
-  static constexpr char kBytes[] = "'\"();,.*+-/=<>|:%\\ \n0aZ_$\x80\xFF";
-  std::mt19937 random(7);
-  for (int i = 0; i < 3000; ++i) {
-    std::string sql = seeds[random() % seeds.size()];
-    for (unsigned change = random() % 4; change <= 4 && !sql.empty(); ++change) {
-      const std::size_t at = random() % sql.size();
-      const auto how = random() % 3;
-      if (how == 0) sql[at] = kBytes[random() % (sizeof(kBytes) - 1)];
-      if (how == 1) sql.erase(at, random() % 6);
-      if (how == 2) sql.insert(at, sql.substr(random() % sql.size(), random() % 12));
-    }
-    const std::string answer = client_.Execute(sql);
-    EXPECT_TRUE(answer.empty() || (answer.starts_with("ORA-") && !answer.starts_with("ORA-00600")))
-        << sql << "\n"
-        << answer;
-  }
-}
-
 TEST_F(SessionTest, AFileThatIsNoDatabaseOrDamagedSaysSo) {
   const auto connect = [](const char* name) { return Client().ConnectSys(name).substr(0, 9); };
   std::ofstream(DatabaseFile("TEXT")) << std::string(5000, 'x');
