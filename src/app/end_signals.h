@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The signals that ask the program to end: SIGINT, SIGTERM and SIGHUP, or what the platform has instead.
+// The signals that ask the program to end: SIGINT, SIGTERM and SIGHUP, or what the platform has
+// instead.
 #pragma once
 
 #include <functional>
