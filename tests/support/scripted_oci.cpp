@@ -185,6 +185,11 @@ void ScriptedOci::FailOn(std::string part_of_line, std::string message, int code
 
 sword ScriptedOci::Call(const std::string& line) {
   transcript_.push_back(line);
+  if (std::string refused = on_call ? on_call(line) : std::string(); !refused.empty()) {
+    message_ = std::move(refused);
+    code_ = 1;
+    return kError;
+  }
   for (auto failure = failures_.begin(); failure != failures_.end(); ++failure) {
     if (line.find(failure->part) == std::string::npos || failure->skip-- > 0) continue;
     message_ = failure->message;

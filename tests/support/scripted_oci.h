@@ -45,6 +45,10 @@ class ScriptedOci {
   // The line that failed last since the last taking, a statement's text behind its execution.
   std::string TakeFailed() { return std::exchange(failed_, {}); }
 
+  // Called before every call is served, with its line, a statement's text behind the execution. A
+  // text that is not empty fails the call with it; what the call would have done is not done.
+  std::function<std::string(const std::string& line)> on_call;
+
   // Called for every executed statement, after it succeeded.
   std::function<void(const std::string& sql)> on_executed;
 
