@@ -44,6 +44,7 @@ int DestinationModel::Execute(std::string_view sql, Rows& rows, std::int64_t& no
     if (in_vain) return 30006;
     Rollback();
   }
+  if (const int code = refuse ? refuse(sql) : 0) return code;
   if (sql == follow::kRollback) return Rollback(), 0;
   if (sql == follow::kSavepoint) {
     has_savepoint_ = true;
@@ -112,6 +113,7 @@ int DestinationModel::Apply(std::string_view sql) {
 int DestinationModel::Change(Table& table, std::int64_t id, std::int64_t from, std::int64_t to) {
   const auto row = table.values.find(id);
   const std::int64_t value = row == table.values.end() ? 0 : row->second;
+  if (from == 0 && value != 0 && strict) return 1;
   if (value != from && from != 0) return 0;
   undo_.push_back({&table, id, value});
   table.values[id] = to;
@@ -136,6 +138,8 @@ void DestinationModel::GoBack(const State& state) {
 void DestinationModel::Commit() {
   if (dying_until_ != 0) return;  // what is open is the dead session's
   if (on_commit) on_commit(open_);
+  committed_.insert(committed_.end(), open_.begin(), open_.end());
+  if (!open_.empty()) commits_.push_back(committed_.size());
   open_.clear();
   undo_.clear();
   has_savepoint_ = false;

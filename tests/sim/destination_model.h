@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A destination in memory that takes the statements of source models, and answers as a server does:
-// one transaction at a time with a savepoint, the position row. An insert replaces the row that is
-// there already, so that what is lost or comes twice has no consequences.
+// one transaction at a time with a savepoint, refusals on demand, the position row. It keeps what
+// was applied in the order of the commits, and the rows that result.
 #pragma once
 
 #include <cstdint>
@@ -25,11 +25,19 @@ class DestinationModel {
   // the source's tables arrives there.
   void AddTable(const std::string& name, std::uint8_t table) { tables_[name].table = table; }
 
+  // What was committed: the arrivals, and how many they were after each commit that added some.
+  const std::vector<Arrival>& Journal() const { return committed_; }
+  const std::vector<std::size_t>& Commits() const { return commits_; }
   // What no server notices: texts that arrived damaged.
   std::size_t Damaged() const { return state_.damaged; }
 
   // Told of each commit, with what it adds.
   std::function<void(std::span<const Arrival> arrived)> on_commit;
+  // The number of the ORA error with which the server refuses a statement; 0 lets it pass.
+  std::function<int(std::string_view sql)> refuse;
+  // False: an insert replaces the row that is there already (else ORA-00001), for counting what is
+  // lost instead of stopping at its first consequence.
+  bool strict = true;
 
   // A statement of the one session, at the time now (ms). 0 or the number of the ORA error; waiting
   // for a session that is dying moves now on.
@@ -62,7 +70,8 @@ class DestinationModel {
   void GoBack(const State& state);
 
   std::map<std::string, Table, std::less<>> tables_;
-  std::vector<Arrival> open_;
+  std::vector<Arrival> committed_, open_;
+  std::vector<std::size_t> commits_;
   std::vector<Undo> undo_;
   State state_, begin_, savepoint_;
   bool has_savepoint_ = false;

@@ -64,6 +64,7 @@ void Simulation::Begin() {
     jobs_.push_back(std::make_unique<Job>(i, histories_[i / 2]));
     Job& job = *jobs_.back();
     client_.Add(job.Destination(), job.destination);
+    job.destination.strict = false;
     job.destination.on_commit = [this, &job](auto arrived) { OnCommit(job, arrived); };
   }
   client_.fault = [this](std::string_view call, std::string_view text) {

@@ -50,7 +50,10 @@ std::string PlaceOf(std::string_view what, std::string_view text, bool file) {
       place += "<job>";
       name.remove_prefix(3);
     }
-    for (const char c : name) place += c >= '0' && c <= '9' ? '#' : c;
+    for (const char c : name) {
+      const bool digit = c >= '0' && c <= '9';
+      if (!digit || !place.ends_with('#')) place += digit ? '#' : c;
+    }
     return place;
   }
   for (const std::string_view change : {"INSERT INTO ", "UPDATE  ", "DELETE FROM "}) {
