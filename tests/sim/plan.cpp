@@ -111,7 +111,13 @@ Plan PlanOf(std::uint64_t seed) {
   }
   // The first reading must grow old.
   for (int i = 0; i < 6; ++i) plan.push_back({"pass", 2'000});
-  for (std::uint64_t i = 20 + random.Below(60); i > 0; --i) plan.push_back(Pick(random));
+  for (std::uint64_t i = 20 + random.Below(60); i > 0; --i) {
+    plan.push_back(Pick(random));
+    // Often one misfortune comes upon another.
+    const std::int64_t soon = plan.back().first + static_cast<std::int64_t>(random.Below(60));
+    const bool strikes = !plan.back().text.empty() && random.Chance(.5);
+    if (strikes) plan.push_back({"power", soon, static_cast<std::int64_t>(random.Below(4))});
+  }
   return plan;
 }
 

@@ -346,6 +346,12 @@ void Simulation::Reopen() {
     if (world % 2 == 1) workspace->ProgramSettings().most_statements = 60;
     program_ = std::make_unique<Program>(std::move(workspace), *this);
     if (FileFaults() == before) break;
+    for (const auto& job : jobs_) {
+      JobList& list = program_->workspace->Jobs();
+      const std::size_t index = job->IndexIn(list);
+      if (index == JobList::kNotFound || list.State(index) != JobState::Paused) continue;
+      PlayOnJob({"run"}, *job, index);
+    }
     Pass(1500);
     if (dead_) {
       ++counts_.deaths;
@@ -448,7 +454,8 @@ void Simulation::OnCommit(Job& job, std::span<const Arrival> arrived) {
   if (program_ == nullptr) return;
   const std::size_t index = job.IndexIn(program_->workspace->Jobs());
   const bool passes = index != JobList::kNotFound && job.ledger.Running() && stepping_ &&
-                      program_->workspace->Jobs().State(index) != JobState::Starting;
+                      program_->workspace->Jobs().State(index) != JobState::Starting &&
+                      !program_->workspace->Jobs().At(index).run.unsettled;
   job.ledger.Look();
   const std::size_t upto = passes ? BehindIt(job, index) : job.ledger.Next();
   const std::string wrong = job.ledger.Commit(arrived, upto);
