@@ -40,7 +40,11 @@ Simulation::Simulation(const Plan& plan, Counts& counts, bool places, std::ostre
 Simulation::~Simulation() = default;
 
 void Simulation::Trace(std::string_view what, std::string_view text) const {
-  if (trace_ != nullptr) *trace_ << operation_ << ' ' << what << ' ' << text << '\n';
+  if (trace_ == nullptr) return;
+  // A job's id is another one each time.
+  const std::size_t id = text.find("OPS.QUILLMERE_POSITION ");
+  const std::size_t end = id == text.npos ? text.size() : text.find('\'', id);
+  *trace_ << operation_ << ' ' << what << ' ' << text.substr(0, end) << '\n';
 }
 
 void Simulation::Wrong(const Job& job, const std::string& what) {
