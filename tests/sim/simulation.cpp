@@ -54,6 +54,7 @@ void Simulation::Wrong(const Job& job, const std::string& what) {
 // --- The run ------------------------------------------------------------------------------------
 
 void Simulation::Begin() {
+  const bool places = std::exchange(places_, false);  // this is no place for faults
   const Event world = plan_.empty() ? Event{} : plan_[0];
   const auto seed = static_cast<std::uint64_t>(world.first);
   for (const std::size_t i : {0U, 1U}) {
@@ -89,6 +90,7 @@ void Simulation::Begin() {
   for (const auto& job : jobs_) add(job->Destination());
   if (!registry.Save(error)) wrong_ = error;
   if (noted_ != nullptr) noted_->clear();
+  places_ = places;
 }
 
 std::string Simulation::Run() {

@@ -28,6 +28,7 @@ namespace quillmere::sim {
 struct Counts {
   struct Place {
     std::uint32_t faults = 0;  // that can come there
+    std::uint32_t usual = 0;   // those that can without another one before
     std::array<std::uint64_t, kFaultCount> fired{};
     std::uint64_t untold = 0;  // runs in which nobody heard of the last fault, that was here
   };
