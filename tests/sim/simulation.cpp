@@ -356,6 +356,7 @@ void Simulation::Reopen() {
       JobList& list = program_->workspace->Jobs();
       const std::size_t index = job->IndexIn(list);
       if (index == JobList::kNotFound || list.State(index) != JobState::Paused) continue;
+      if (job->choices_unclear) job->TakeChoices(list.At(index), false);
       PlayOnJob({"run"}, *job, index);
     }
     Pass(1500);
