@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The picture of a job's run state, or of one that is held beside it.
+// The picture of a job's run state, with a mark on that of one that is held beside it.
 #pragma once
 
 #include <QIcon>
@@ -14,23 +14,28 @@ inline QString HeldText(const std::string& reason) {
   return QStringLiteral("Held: ") + ToQt(reason);
 }
 
-inline QIcon JobStateIcon(JobState state, bool held) {
-  if (held) return Icon("warning");
+inline const char* JobStatePicture(JobState state) {
   switch (state) {
     case JobState::Started:
-      return Icon("state-started");
+      return "state-started";
     case JobState::Paused:
-      return Icon("state-paused");
+      return "state-paused";
     case JobState::Stopped:
-      return Icon("state-stopped");
+      return "state-stopped";
     case JobState::Starting:
     case JobState::Stopping:
     case JobState::Pausing:
-      return Icon("state-working");
+      return "state-working";
     case JobState::Empty:
       break;
   }
-  return Icon("job");
+  return "job";
+}
+
+// One that is held keeps the picture of its state and bears a small warning sign.
+inline QIcon JobStateIcon(JobState state, bool held) {
+  const char* const picture = JobStatePicture(state);
+  return held ? MarkedIcon(picture, "warning") : Icon(picture);
 }
 
 }  // namespace quillmere

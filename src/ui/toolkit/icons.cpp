@@ -61,22 +61,31 @@ QByteArray Drawing(const QString& file, const Colours& colours) {
 // Draws when asked, in the colours of that moment; Qt's pixmap cache keeps what was drawn.
 class DrawnIcon final : public QIconEngine {
  public:
-  explicit DrawnIcon(QString file) : file_(std::move(file)) {}
+  // mark: drawn small over the corner; empty: none.
+  DrawnIcon(QString file, QString mark) : file_(std::move(file)), mark_(std::move(mark)) {}
 
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State /*state*/) override {
     if (size.isEmpty()) return {};
     const Colours colours = ColoursFor(mode);
-    QString key = QStringLiteral("%1 %2x%3").arg(file_).arg(size.width()).arg(size.height());
+    QString key = QStringLiteral("%1 %2x%3 %4").arg(file_).arg(size.width()).arg(size.height());
+    key = key.arg(mark_);
     for (const QColor& colour : colours)
       key += QLatin1Char(' ') + QString::number(colour.rgba(), 16);
     QPixmap picture;
     if (QPixmapCache::find(key, &picture)) return picture;
     picture = QPixmap(size);
     picture.fill(Qt::transparent);
-    QSvgRenderer renderer(Drawing(file_, colours));
-    renderer.setAspectRatioMode(Qt::KeepAspectRatio);
     QPainter painter(&picture);
-    renderer.render(&painter, QRectF(QPointF(0, 0), QSizeF(size)));
+    const QRectF whole(QPointF(0, 0), QSizeF(size));
+    Draw(painter, file_, colours, whole);
+    if (!mark_.isEmpty()) {
+      constexpr qreal kFree = 0.4;  // of the picture, beside and above the mark
+      const QRectF corner = whole.adjusted(kFree * whole.width(), kFree * whole.height(), 0, 0);
+      painter.setCompositionMode(QPainter::CompositionMode_Clear);
+      painter.fillRect(corner, Qt::transparent);
+      painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+      Draw(painter, mark_, colours, corner);
+    }
     painter.end();
     QPixmapCache::insert(key, picture);
     return picture;
@@ -93,17 +102,31 @@ class DrawnIcon final : public QIconEngine {
   QIconEngine* clone() const override { return new DrawnIcon(*this); }
 
  private:
-  const QString file_;
+  static void Draw(QPainter& painter, const QString& file, const Colours& colours,
+                   const QRectF& place) {
+    QSvgRenderer renderer(Drawing(file, colours));
+    renderer.setAspectRatioMode(Qt::KeepAspectRatio);
+    renderer.render(&painter, place);
+  }
+
+  const QString file_, mark_;
 };
+
+QString FileOf(std::string_view name) {
+  return QStringLiteral(":/icons/%1.svg")
+      .arg(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
+}
 
 }  // namespace
 
 QIcon Icon(std::string_view name) {
-  const QString file =
-      QStringLiteral(":/icons/%1.svg")
-          .arg(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
+  return MarkedIcon(name, {});
+}
+
+QIcon MarkedIcon(std::string_view name, std::string_view mark) {
+  const QString file = FileOf(name);
   if (!QFile::exists(file)) return {};
-  return QIcon(new DrawnIcon(file));
+  return QIcon(new DrawnIcon(file, mark.empty() ? QString() : FileOf(mark)));
 }
 
 }  // namespace quillmere

@@ -12,4 +12,7 @@ namespace quillmere {
 // name: that of a drawing in ui/icons/ without ".svg". An unknown name is an empty icon.
 QIcon Icon(std::string_view name);
 
+// The same with a small drawing over its lower right corner.
+QIcon MarkedIcon(std::string_view name, std::string_view mark);
+
 }  // namespace quillmere
