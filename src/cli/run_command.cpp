@@ -15,6 +15,12 @@ std::size_t JobToRun(const Workspace& workspace, const std::string& name, JobSta
   if (index == JobList::kNotFound) return index;
   const JobState state = workspace.Jobs().State(index);
   if (state == expected) return index;
+  // One whose record can not be read looks stopped.
+  const std::string held = workspace.Jobs().HeldBecause(index);
+  if (!held.empty() && expected == JobState::Paused) {
+    Fail("Job " + name + " is held: " + held);
+    return JobList::kNotFound;
+  }
   Fail("Job " + name + " is " + std::string(StateName(state)) + ": " +
        (state == JobState::Paused ? "go on with --continue, or use 'job stop' first"
                                   : "begin with --start"));

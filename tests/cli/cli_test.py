@@ -187,7 +187,7 @@ class Usage(Site):
             ("error.log", "list", ["job", "refresh", "J"], "Messages would be lost"),
             ("jobs/jobs.xml", "jobs.xml: it is", add, "Nothing is added to it"),
             ("config/database.xml", "database.xml: it is", add, "no data source A"),
-            ("jobs/J/block.dat", "J is held", None, ""),
+            ("jobs/J/block.dat", "J is held", ["run", "--continue", "J"], "Job J is held: "),
             ("jobs/J/J.xml", "J is held", ["run", "--start", "J"], "refresh first"),
         ]:
             path = self.work / name
