@@ -45,6 +45,7 @@ using WindowWaits = ActionStage;
 TEST_F(WindowWaits, OnSlowAndLockedDatabases) {
   const auto latency = FromEnvironment("QUILLMERE_LATENCY_MS", 1000);
   const auto lock = FromEnvironment("QUILLMERE_LOCK_MS", 60'000);
+  limit = std::chrono::minutes(10);
   SetStage();
   auto heart = Ui([] { return std::make_unique<Heart>(); });
   gate_.SetLatency(latency);

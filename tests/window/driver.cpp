@@ -79,14 +79,14 @@ void Driver::RunOnUi(std::function<void()> work) {
     const std::lock_guard lock(handed_over);
     QMetaObject::invokeMethod(qApp, run, Qt::QueuedConnection);
   }
-  if (finished.wait_for(2 * kLimit) == std::future_status::ready) return;
+  if (finished.wait_for(2 * limit) == std::future_status::ready) return;
   // What stands on this stack may still be used: there is no way on from here.
   std::cerr << "the window hangs\n";
   std::_Exit(1);
 }
 
 void Driver::WaitFor(const std::string& what, const std::function<bool()>& condition) {
-  const Clock::time_point end = Clock::now() + kLimit;
+  const Clock::time_point end = Clock::now() + limit;
   while (!Ui(condition)) {
     ASSERT_LT(Clock::now(), end) << "waited in vain: " << what;
     std::this_thread::sleep_for(kPoll);

@@ -28,7 +28,7 @@ class Driver {
   using Clock = std::chrono::steady_clock;
 
   // How long anything may take. Sanitizers and busy machines need it.
-  static constexpr std::chrono::seconds kLimit{60};
+  static inline std::chrono::seconds limit{60};
 
   Driver();
   ~Driver();
