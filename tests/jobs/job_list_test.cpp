@@ -17,15 +17,6 @@ std::size_t AddJob(JobList& jobs, std::string_view name, JobState state = JobSta
   return index;
 }
 
-TEST(JobState, Names) {
-  std::string names;
-  for (int value = 0; value < 8; ++value) {
-    const auto state = static_cast<JobState>(value);
-    names += std::string(StateName(state)) + (IsRunning(state) ? "+ " : ", ");
-  }
-  EXPECT_EQ(names, ", Starting+ Started+ Stopping+ Stopped, Pausing+ Paused, + ");
-}
-
 TEST(JobList, SlotsAreUsedAgain) {
   JobList jobs;
   for (const char* name : {"a", "b", "c"}) AddJob(jobs, name);
@@ -66,18 +57,6 @@ TEST(JobList, GrowsWhileAnotherThreadWalks) {
   });
   for (std::size_t i = 0; i < kJobs; ++i) AddJob(jobs, std::to_string(i));
   walker.join();
-}
-
-TEST(JobSchema, FindsTheFirstOfAName) {
-  JobSchema schema;
-  for (int i = 0; i < 1000; ++i) schema.Append({.name = "T" + std::to_string(i), .rows = i});
-  schema.Append({.name = "T7", .rows = 99});
-  JobTable* const seventh = schema.Find("T7");
-  ASSERT_NE(seventh, nullptr);
-  EXPECT_EQ(seventh->rows, 7);
-  EXPECT_EQ(schema.Find("t7"), nullptr);
-  const JobSchema moved = std::move(schema);
-  EXPECT_EQ(moved.Find("T7"), seventh) << "tables stay where they are";
 }
 
 }  // namespace

@@ -91,9 +91,6 @@ class Trial {
     on_.destination.strict = follow == Follow::Commits;
   }
 
-  // Ends the program at its so manieth operation on files or the client library.
-  void KillAt(std::size_t operation) { kill_in_ = operation; }
-
   void Run(int sweeps, Verdict& verdict) {
     Tick(20'000);
     on_.life->Run();
@@ -306,77 +303,6 @@ TEST(FollowCommitsTest, LosesDoublesAndHalvesNothing) {
   }
 }
 
-// Positions mean nothing on another database, or on one that was taken back to an earlier time.
-TEST(FollowCommitsTest, ASourceThatWasTakenBackHoldsTheJob) {
-  for (const bool resetlogs : {false, true}) {
-    EngineOnModels on(SourceShape{.habits = {.per_second = 1}}, Follow::Commits, 0);
-    on.settings.commit_age_seconds = 0;
-    const auto sweep = [&](std::int64_t ms) {
-      on.Wait(ms);
-      on.source.RunUntil(on.client.Now());
-      on.life->Step();
-    };
-    on.life->Run();
-    for (int i = 0; i < 20 && on.life->State() == JobState::Starting; ++i) sweep(1'500);
-    ASSERT_EQ(on.life->State(), JobState::Started);
-    const SourceModel backup = on.source;
-    for (int i = 0; i < 5; ++i) sweep(20'000);
-    const auto arrived = on.destination.Journal();
-    EXPECT_FALSE(arrived.empty());
-    on.source.RestoreFrom(backup, resetlogs);
-    on.life->Step();
-    on.life->Step();
-    EXPECT_EQ(on.life->State(), JobState::Paused);
-    const std::string held = on.life->jobs.HeldBecause(on.life->index);
-    EXPECT_NE(held.find(resetlogs ? "opened with RESETLOGS" : "taken back"), held.npos) << held;
-    on.life->Run();
-    EXPECT_EQ(on.life->State(), JobState::Paused) << "nor does it go on";
-    EXPECT_EQ(on.destination.Journal(), arrived);
-  }
-}
-
-// At a root the rows of all containers come, and nothing else tells them apart.
-TEST(FollowCommitsTest, StartsOnlyWhereItsContainerIs) {
-  static constexpr struct {
-    std::size_t containers;
-    const char *chosen, *refused;
-  } kCases[] = {{1, "", ""},        {1, "SHOPPDB", "but SRC leads into SHOPDB"},
-                {1, "SHOPDB", ""},  {2, "", "the root of a container database"},
-                {2, "SHOPPDB", ""}, {2, "GONE", "has no container GONE"}};
-  for (const auto& [containers, chosen, refused] : kCases) {
-    EngineOnModels on(SourceShape{.containers = containers, .habits = {.per_second = 0}},
-                      Follow::Commits, 0);
-    on.config.container = chosen;
-    on.Restart();
-    on.life->Run();
-    on.life->Step();
-    const std::string error = on.life->errors.empty() ? "" : on.life->errors.front();
-    EXPECT_NE(error.find(refused), error.npos) << error;
-    EXPECT_EQ(on.life->State(), *refused == 0 ? JobState::Started : JobState::Stopped) << chosen;
-  }
-}
-
-// With the row nothing is lost or doubled wherever it dies; without it the one moment is left.
-TEST(FollowCommitsTest, DyingAtAnyOperationOnlyDelays) {
-  static constexpr World kSmall{
-      .name = "small", .mean_seconds = 2, .sweep_ms = 20'000, .interval = 0, .per_second = .2};
-  for (const bool row : {true, false}) {
-    Verdict verdict;
-    std::size_t at = 1;
-    for (; verdict.deaths + 1 == at && verdict.Wrong() == 0; ++at) {
-      Trial trial(kSmall, 2, Follow::Commits, false, row);
-      trial.KillAt(at);
-      trial.Run(3, verdict);
-    }
-    std::cout << "killed at each of " << at << " operations" << (row ? ", position row: " : ": ")
-              << verdict.changes << " changes, " << verdict.one_moment << " in the one moment\n";
-    EXPECT_EQ(verdict.Wrong(), 0U) << "at " << at << ", " << verdict.first;
-    EXPECT_GT(at, 300U);
-    EXPECT_GT(verdict.moments, 0U);
-    EXPECT_EQ(verdict.one_moment == 0, row);
-  }
-}
-
 // The same by rows: were nothing lost, the worlds would prove nothing.
 TEST(FollowRowsTest, LosesWhatStraddlesAPass) {
   for (const World& world : kWorlds) {
@@ -388,11 +314,6 @@ TEST(FollowRowsTest, LosesWhatStraddlesAPass) {
     const Verdict settled = Try(world, Follow::Rows, true, true, Seeds(6));
     EXPECT_TRUE(world.threads > 1 || settled.doubled == 0) << world.name << settled.first;
   }
-  // A power cut brings back the record of an earlier batch, beside the commit point of the next
-  // one.
-  Verdict verdict;
-  Trial(kWorlds[2], 48, Follow::Rows, true, true).Run(40, verdict);
-  EXPECT_EQ(verdict.doubled, 0U);
 }
 
 }  // namespace
