@@ -78,12 +78,19 @@ bool JobFolder::SetOldFilesAside(FileSystem& files, std::string& error) const {
 }
 
 bool JobFolder::MoveTo(FileSystem& files, const JobFolder& to, std::string& error) const {
-  if (IsThere(files, to.path_) && !files.AreSame(path_, to.path_)) {
+  // What can not be looked at is not missing.
+  error.clear();
+  FileFacts facts;
+  const FileStatus other = files.Look(to.path_, facts), own = files.Look(path_, facts);
+  if (other && !files.AreSame(path_, to.path_)) {
     error =
         "There is a folder " + PathText(to.path_) + " already: move it away or choose another name";
     return false;
   }
-  if (!IsThere(files, path_)) return true;
+  if (!other && !other.Missing())
+    error = "Can not open " + PathText(to.path_) + ": " + other.reason;
+  if (!own && !own.Missing()) error = "Can not open " + PathText(path_) + ": " + own.reason;
+  if (!error.empty() || own.Missing()) return error.empty();
   const std::filesystem::path file = File(JobFile::Tables);
   const std::filesystem::path copy = path_ / to.File(JobFile::Tables).filename();
   std::string content;

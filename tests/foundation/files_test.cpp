@@ -139,13 +139,9 @@ TEST(SystemFiles, AReaderSeesTheOldOrTheNew) {
 
 // --- Whole files, whatever fails ---------------------------------------------------------------
 
-TEST(WholeFiles, WhatIsNotThereNeedsNoCare) {
+TEST(WholeFiles, HalfALineIsTakenBack) {
   MemoryFiles files;
   std::string error;
-  EXPECT_TRUE(KeepBadFile(files, "/work/f", error) && RemoveForGood(files, "/work/f") &&
-              RemoveEveryTrace(files, "/work/none/f", error) &&
-              MakeFolders(files, "/work", error) && KeepBadCopy(files, "/work/f", kEveryone, error))
-      << error;
   const auto append = [&](const char* text) {
     return AppendTextFile(files, "/work/f", text, error);
   };

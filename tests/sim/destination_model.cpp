@@ -136,8 +136,9 @@ void DestinationModel::GoBack(const State& state) {
 }
 
 void DestinationModel::Commit() {
-  if (dying_until_ != 0) return;  // what is open is the dead session's
-  if (on_commit) on_commit(open_);
+  const bool dead = dying_until_ != 0;  // what is open is the dead session's
+  if (on_commit) on_commit(dead ? std::span<const Arrival>() : open_);
+  if (dead) return;
   committed_.insert(committed_.end(), open_.begin(), open_.end());
   if (!open_.empty()) commits_.push_back(committed_.size());
   open_.clear();

@@ -116,7 +116,6 @@ bool Report(const Counts& counts) {
       std::cout << ' ' << kFaults[i] << ' ' << place.fired[i];
       never += ((place.usual >> i) & 1U) != 0 && place.fired[i] == 0 ? 1 : 0;
     }
-    if (place.untold != 0) std::cout << " (untold " << place.untold << ")";
     std::cout << "\n";
   }
   std::cout << counts.places.size() << " places, " << never << " faults that never came, "

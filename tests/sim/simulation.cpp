@@ -106,7 +106,6 @@ std::string Simulation::Run() {
   }
   if (wrong_.empty() && !stop_here_) Rest();
   for (const auto& job : jobs_) job->CheckModes(*disk_, wrong_);
-  if (fired_at_ != nullptr && told_ == 0) ++fired_at_->untold;
   program_.reset();
   if (wrong_.empty() && client_.LiveHandles() != 0) wrong_ = "handles of the client are not freed";
   return wrong_;
@@ -139,7 +138,7 @@ void Simulation::Play(const Event& event) {
     backup_ = std::make_unique<SourceModel>(*sources_[0]);
   } else if (event.verb == "restore" && backup_ != nullptr) {
     sources_[0]->RestoreFrom(*backup_, event.first != 0);
-    for (const std::size_t i : {0, 1}) jobs_[i]->ledger.End();
+    for (const std::size_t i : {0U, 1U}) jobs_[i]->ledger.End();
   } else if (event.verb == "restart") {
     std::string unsaved;
     program_->workspace->SaveJobs(unsaved);
@@ -153,7 +152,6 @@ void Simulation::Play(const Event& event) {
 }
 
 bool Simulation::Hear(const Outcome& outcome) {
-  told_ += outcome ? 0 : 1;
   return outcome.done;
 }
 
@@ -200,7 +198,6 @@ void Simulation::PlayOnJob(const Event& event, Job& job, std::size_t index) {
     if (event.verb == "exclude") choice.filter = TableFilter::Exclude;
     if (event.verb == "owner") choice.filter = TableFilter::ChangeOwner, choice.new_owner = "COPY";
     const FilterResult result = FilterTables(workspace, index, choice);
-    told_ += result.unsaved.empty() ? 0 : 1;
     if (!result.refused.empty()) return;
     job.TakeChoices(list.At(index), result.unsaved.empty() && !dead_);
   } else if (event.verb == "edit" || event.verb == "rename") {
@@ -251,7 +248,7 @@ void Simulation::Burst(std::size_t number, std::int64_t changes) {
     const auto operation = static_cast<sim::Operation>(i % 5 % 3);
     source.Do(open[i % 3], operation, static_cast<std::uint8_t>(i % 2));
   }
-  for (const std::size_t i : {1, 2, 0}) source.Commit(open[i]);
+  for (const std::size_t i : {1U, 2U, 0U}) source.Commit(open[i]);
 }
 
 // Nothing goes wrong any more, and nobody works on the sources.
@@ -342,7 +339,6 @@ void Simulation::Reopen() {
       if (power_) disk_ = disk_->AfterPowerCut([] { return false; }), power_.reset();
       continue;
     }
-    told_ += workspace == nullptr || !workspace->Log().Entries().empty() ? 1 : 0;
     if (workspace == nullptr) {
       if (FileFaults() == before && wrong_.empty()) wrong_ = "can not be opened: " + reason;
       if (!wrong_.empty()) return;
@@ -357,6 +353,7 @@ void Simulation::Reopen() {
       const std::size_t index = job->IndexIn(list);
       if (index == JobList::kNotFound || list.State(index) != JobState::Paused) continue;
       if (job->choices_unclear) job->TakeChoices(list.At(index), false);
+      SeeTheMoment(*job, index);
       PlayOnJob({"run"}, *job, index);
     }
     Pass(1500);
@@ -418,6 +415,18 @@ void Simulation::Check() {
   }
 }
 
+// Without a position row a pass that was committed may count as not done.
+void Simulation::SeeTheMoment(Job& job, std::size_t index) {
+  const bool may = job.may_go_back && job.ledger.Running() &&
+                   PositionOwnerOf(program_->workspace->Jobs().At(index)).empty();
+  const std::size_t behind = may ? BehindIt(job, index) : job.ledger.Next();
+  if (behind == job.ledger.Before() && behind != job.ledger.Next()) {
+    job.ledger.GoBack();
+    ++counts_.moments;
+  }
+  job.may_go_back = false;
+}
+
 void Simulation::CheckJob(Job& job, std::size_t index) {
   JobList& list = program_->workspace->Jobs();
   const JobState state = list.State(index);
@@ -431,17 +440,13 @@ void Simulation::CheckJob(Job& job, std::size_t index) {
     Wrong(job, "rests without a word");
   }
   job.ledger.Look();
-  if (found.run.unsettled || !job.ledger.Running()) return;
-  const std::size_t behind = BehindIt(job, index);
-  if (job.may_go_back && PositionOwnerOf(found).empty() && behind == job.ledger.Before() &&
-      behind != job.ledger.Next()) {
-    job.ledger.GoBack();
-    ++counts_.moments;
-  }
-  job.may_go_back = false;
+  if (!job.ledger.Running()) return;
+  SeeTheMoment(job, index);
+  if (found.run.unsettled) return;
   const auto both = [](auto is, std::size_t should) {
     return std::to_string(is) + " instead of " + std::to_string(should);
   };
+  const std::size_t behind = BehindIt(job, index);
   if (behind != job.ledger.Next()) {
     return Wrong(job, "stands at statement " + both(behind, job.ledger.Next()) + " " +
                           job.last_error + list.HeldBecause(index));
@@ -479,7 +484,6 @@ Simulation::Job* Simulation::JobAt(std::size_t index) {
 void Simulation::OnError(std::size_t index, std::string_view text) {
   Tell();
   if (dead_) return;
-  ++told_;
   Trace("error", text);
   program_->workspace->Log().Add(text, true);
   Job* const job = JobAt(index);

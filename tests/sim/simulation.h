@@ -30,7 +30,6 @@ struct Counts {
     std::uint32_t faults = 0;  // that can come there
     std::uint32_t usual = 0;   // those that can without another one before
     std::array<std::uint64_t, kFaultCount> fired{};
-    std::uint64_t untold = 0;  // runs in which nobody heard of the last fault, that was here
   };
   std::map<std::string, Place> places;
   std::array<std::uint64_t, kFaultCount> of_kind{};
@@ -87,6 +86,7 @@ class Simulation final : public RunnerListener {
   std::uint64_t FileFaults() const;
   void TakeUp(Job& job);
   void Check();
+  void SeeTheMoment(Job& job, std::size_t index);
   void CheckJob(Job& job, std::size_t index);
   std::size_t BehindIt(const Job& job, std::size_t index) const;
   void Wrong(const Job& job, const std::string& what);
@@ -103,8 +103,6 @@ class Simulation final : public RunnerListener {
   bool places_;
   std::ostream* const trace_;
   Operations* noted_ = nullptr;
-  Counts::Place* fired_at_ = nullptr;  // the last fault
-  std::size_t told_ = 0;               // what went wrong
   std::string wrong_;
 
   HandClock clock_;

@@ -77,7 +77,6 @@ bool Simulation::Fires(const Armed& armed, const Operation& operation) {
   Trace(kFaults[number], operation.text);
   ++counts_.of_kind[number];
   if (!places_) return true;
-  fired_at_ = armed.fault < Fault::NoMemory ? &PlaceAt(operation) : nullptr;
   ++PlaceAt(operation).fired[number];
   return true;
 }

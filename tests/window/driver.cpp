@@ -118,7 +118,7 @@ bool Driver::IsShown(std::string_view name) {
 }
 
 // The place may only be trusted once the window manager has put the window somewhere, Qt knows
-// where, and nothing lies over it.
+// where, the widget has come to rest, and nothing lies over it.
 QPoint Driver::OnScreen(QWidget* widget, const std::function<QPoint()>& place) {
   QPoint screen;
   const QPointer<QWidget> alive(widget);
@@ -126,9 +126,10 @@ QPoint Driver::OnScreen(QWidget* widget, const std::function<QPoint()>& place) {
     if (alive.isNull() || !alive->isVisible() || !alive->isEnabled()) return false;
     const QWidget* window = alive->window();
     if (x::PositionOf(window->effectiveWinId()) != window->mapToGlobal(QPoint(0, 0))) return false;
-    screen = alive->mapToGlobal(place ? place() : alive->rect().center());
+    const QPoint before =
+        std::exchange(screen, alive->mapToGlobal(place ? place() : alive->rect().center()));
     const QWidget* there = QApplication::widgetAt(screen);
-    return there == alive.data() || alive->isAncestorOf(there);
+    return before == screen && (there == alive.data() || alive->isAncestorOf(there));
   });
   return screen;
 }
