@@ -86,9 +86,9 @@ void GatedOci::Watch(std::thread::id thread) {
   of_watched_ = 0;
 }
 
-void GatedOci::SetLocked(std::vector<std::string> texts, std::chrono::milliseconds wait) {
+void GatedOci::SetLocked(std::vector<std::string> parts, std::chrono::milliseconds wait) {
   const std::lock_guard lock(mutex_);
-  locked_ = std::move(texts);
+  locked_ = std::move(parts);
   lock_wait_ = wait;
 }
 
