@@ -145,7 +145,8 @@ void TakeSourceDialogs(UiContext& context, Scene& scene, Studio& studio) {
     form.findChild<QLineEdit*>("EditPassword")->setText("correct horse");
     studio.Take(form, "data-sources-new");
   }
-  TDbLoginForm login(context, {"REPORTING", "SYS", "", true}, &scene.Main());
+  const std::string why = "ORA-01017: invalid username/password; logon denied";
+  TDbLoginForm login(context, {"REPORTING", "SYS", "", true}, why, &scene.Main());
   studio.Take(login, "log-on");
 }
 

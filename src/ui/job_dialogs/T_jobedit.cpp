@@ -24,7 +24,7 @@ namespace {
 
 const QString kSizeName = QStringLiteral("TJobEditForm");
 constexpr int kWidth = 860;
-constexpr int kHeight = 440;
+constexpr int kHeight = 500;
 constexpr int kDescriptionLines = 4;
 constexpr int kFollowLines = 3;
 
@@ -181,7 +181,7 @@ QWidget* TJobEditForm::MakeFollow() {
     words->setWordWrap(true);
     words->setForegroundRole(QPalette::PlaceholderText);
     words->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    words->setIndent(2 * kMargin);
+    words->setContentsMargins(2 * kMargin, 0, 0, 0);  // an indent would stand above, too
     // The form does not ask for the height that goes with a width.
     words->setMinimumHeight(words->fontMetrics().lineSpacing() * kFollowLines);
     column->addWidget(choice);
