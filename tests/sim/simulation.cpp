@@ -303,6 +303,13 @@ void Simulation::Die() {
   Reopen();
 }
 
+void Simulation::DieWhileOpening() {
+  program_.reset();  // it holds files of the disk
+  ++counts_.deaths;
+  client_.Die();
+  if (power_) disk_ = disk_->AfterPowerCut([] { return false; }), power_.reset();
+}
+
 std::uint64_t Simulation::FileFaults() const {
   std::uint64_t faults = 0;
   for (auto kind = Fault::NoSpace; kind <= Fault::Denied;) {
@@ -330,13 +337,12 @@ void Simulation::Reopen() {
     options.oci = &api_;
     options.clock = &clock_;
     options.files = disk_.get();
+    options.user = "operator";
     std::string reason;
     auto workspace = Workspace::Open(options, reason);
     if (dead_) {
       workspace.reset();
-      ++counts_.deaths;
-      client_.Die();
-      if (power_) disk_ = disk_->AfterPowerCut([] { return false; }), power_.reset();
+      DieWhileOpening();
       continue;
     }
     if (workspace == nullptr) {
@@ -357,11 +363,7 @@ void Simulation::Reopen() {
       PlayOnJob({"run"}, *job, index);
     }
     Pass(1500);
-    if (dead_) {
-      ++counts_.deaths;
-      client_.Die();
-      if (power_) disk_ = disk_->AfterPowerCut([] { return false; }), power_.reset();
-    }
+    if (dead_) DieWhileOpening();
   }
   for (const auto& job : jobs_) TakeUp(*job);
 }

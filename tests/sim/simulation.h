@@ -82,6 +82,7 @@ class Simulation final : public RunnerListener {
 
   void Begin();
   void Die();
+  void DieWhileOpening();
   void Reopen();
   std::uint64_t FileFaults() const;
   void TakeUp(Job& job);

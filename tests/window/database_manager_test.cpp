@@ -32,7 +32,7 @@ class DatabaseManager : public ProgramTest {
     SelectNode({source});
     ClickAction("ConnectDS");
     WaitForNoDialog();
-    EXPECT_EQ(ActionsShown(), (Names{"ActOpenDbMgr", "DisConnectDS", "RefreshDS"}));
+    ExpectActions({"ActOpenDbMgr", "DisConnectDS", "RefreshDS"});
   }
   // Of the selected list: the named rows, by the action; its dialog is open afterwards.
   void Choose(const Names& rows, const std::string& action) {
@@ -107,10 +107,10 @@ TEST_F(DatabaseManager, SourcesAreConnectedAndBrowsed) {
   Ui([this] { Work().Registry().At(0).password = "stale"; });
   Sql("A", "create table SHOP.FRESH (ID number(10));");
   SelectNode({});
-  EXPECT_EQ(ActionsShown(), Names{"ActOpenDbMgr"});
+  ExpectActions({"ActOpenDbMgr"});
   ClickRow("DbMgrLV", "A", x::kLeft, 2);
   WaitForRows("DbMgrLV", {{"PRIMARY KEY"}, {"INDEX"}, {"TABLE"}});
-  EXPECT_EQ(ActionsShown(), (Names{"ActOpenDbMgr", "ConnectDS"}));
+  ExpectActions({"ActOpenDbMgr", "ConnectDS"});
   Press("F5");
   AnswerBox("A is not connected. ConnectDS connects it and reads its lists");
   ClickAction("ConnectDS");
@@ -121,13 +121,13 @@ TEST_F(DatabaseManager, SourcesAreConnectedAndBrowsed) {
   Press("Return");
   AnswerBox(kRefusedLogOn);
   Click("CancelBtn");
-  EXPECT_EQ(ActionsShown(), (Names{"ActOpenDbMgr", "ConnectDS"}));
+  ExpectActions({"ActOpenDbMgr", "ConnectDS"});
   ClickAction("ConnectDS");
   Enter("EditPassword", kPassword);
   Click("LoginBtn");
   WaitForMessage("connect to database: A successed, when refresh.");
   WaitForNoDialog();
-  EXPECT_EQ(ActionsShown(), (Names{"ActOpenDbMgr", "DisConnectDS", "RefreshDS"}));
+  ExpectActions({"ActOpenDbMgr", "DisConnectDS", "RefreshDS"});
   // A refresh that cannot connect leaves the lists.
   std::filesystem::remove(folder_ / "sandbox/A.db");
   ClickAction("RefreshDS");
@@ -139,7 +139,7 @@ TEST_F(DatabaseManager, SourcesAreConnectedAndBrowsed) {
        {{"ITEM_PK", "SHOP", "ITEM", "ENABLED"}, {"VISIT_PK", "CRM", "VISIT", "ENABLED"}}}};
   for (const auto& [node, rows] : lists) {
     SelectNode({"A", node});
-    EXPECT_EQ(ActionsShown(), (Names{"ActOpenDbMgr", "DropMeta", "ChangeMeta", "MigrateMeta"}));
+    ExpectActions({"ActOpenDbMgr", "DropMeta", "ChangeMeta", "MigrateMeta"});
     WaitForRows("DbMgrLV", rows);
   }
   Ui([this] {

@@ -29,7 +29,7 @@ TEST_F(JobExplorer, AJobIsEnteredChangedAndDeleted) {
   OpenWithSources();
   MakeDatabase("C");
   Show();
-  EXPECT_EQ(ActionsShown(), Names{"FileNew"});
+  ExpectActions({"FileNew"});
   Press("ctrl+n");
   Click("NewConnBtn");
   Enter("EditDbName", "C");
@@ -64,7 +64,7 @@ TEST_F(JobExplorer, AJobIsEnteredChangedAndDeleted) {
   WaitForMessage("A job created, name is J");
   ClickRow("JobMgrLV", "J", x::kLeft, 2);
   EXPECT_EQ(SelectedRow("JobMgrTV"), "J");
-  EXPECT_EQ(ActionsShown(), (Names{"FileNew", "FileOpen", "Refresh", "FileDelete", "RunRun"}));
+  ExpectActions({"FileNew", "FileOpen", "Refresh", "FileDelete", "RunRun"});
 
   const std::string name = "Ночь 東京 & 'J' €";
   ClickAction("FileOpen");
@@ -105,7 +105,7 @@ TEST_F(JobExplorer, AJobRunsPausesGoesOnAndStops) {
   WaitFor("the tables", [this] { return Config().table_list_fetched; });
   Request("RunRun", "Run J?", JobState::Started);
   WaitForJob("Started", 0);
-  EXPECT_EQ(ActionsShown(), (Names{"FileNew", "RunPause", "RunStop"}));
+  ExpectActions({"FileNew", "RunPause", "RunStop"});
   Press("ctrl+d");  // rests while the job runs
   Ui([this] {
     Work().Jobs().At(0).run.applied_count = 40;
@@ -119,7 +119,7 @@ TEST_F(JobExplorer, AJobRunsPausesGoesOnAndStops) {
 
   Request("RunPause", "Pause J?", JobState::Paused);
   WaitForJob("Paused", 42, 2);
-  EXPECT_EQ(ActionsShown(), (Names{"FileNew", "FileOpen", "Refresh", "RunRun", "RunStop"}));
+  ExpectActions({"FileNew", "FileOpen", "Refresh", "RunRun", "RunStop"});
   ClickAction("FileOpen");
   EXPECT_FALSE(Find("GroupFollow")->isEnabled()) << "until it is stopped";
   Click("CancelBtn");
@@ -143,10 +143,10 @@ TEST_F(JobExplorer, AJobRunsPausesGoesOnAndStops) {
 TEST_F(JobExplorer, TablesAreExcludedRedirectedAndIncluded) {
   OpenWithJob();
   SelectNode({"J", "Include"});
-  EXPECT_EQ(ActionsShown(), (Names{"FileNew", "Exclude", "ChangeRemoteOwner"}));
+  ExpectActions({"FileNew", "Exclude", "ChangeRemoteOwner"});
   WaitForRows("JobMgrLV", {{"ITEM"}, {"NOTE"}, {"SECRET"}, {"VISIT"}});
   Click("BackBtn");
-  EXPECT_EQ(ActionsShown(), (Names{"FileNew", "FileOpen", "Refresh", "FileDelete", "RunRun"}));
+  ExpectActions({"FileNew", "FileOpen", "Refresh", "FileDelete", "RunRun"});
   SelectNode({"J", "Include"});
   ClickAction("Exclude");
   AnswerBox("Plsease select a item first");
@@ -174,7 +174,7 @@ TEST_F(JobExplorer, TablesAreExcludedRedirectedAndIncluded) {
       << "not yet saved";
 
   SelectNode({"J", "Exclude"});
-  EXPECT_EQ(ActionsShown(), (Names{"FileNew", "Include"}));
+  ExpectActions({"FileNew", "Include"});
   SelectRows("JobMgrLV", {"NOTE"});
   ClickAction("Include");
   Enter("EditNewOwner", "new Owner");

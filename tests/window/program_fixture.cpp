@@ -139,11 +139,12 @@ void ProgramTest::ShowPage(int page) {
   ClickAt(tabs, [=] { return tabs->tabRect(page).center(); });
 }
 
-Names ProgramTest::ActionsShown() {
+Names ProgramTest::ActionsShown(const Names* expected) {
   WaitForNoDialog();
   const auto* bar = Find<QToolBar>(IsShown("ToolBar1") ? "ToolBar1" : "DbMgrToolBar");
-  return Ui([bar] {
-    Names shown;
+  Names shown;
+  WaitFor("the actions", [&] {
+    shown.clear();
     for (QAction* action : bar->actions()) {
       const QWidget* button = bar->widgetForAction(action);
       // What keeps the place of a hidden one is no button.
@@ -151,8 +152,9 @@ Names ProgramTest::ActionsShown() {
         shown.push_back(action->objectName().toStdString());
       }
     }
-    return shown;
+    return expected == nullptr || shown == *expected;
   });
+  return shown;
 }
 
 void ProgramTest::WaitForMessage(const std::string& text) {

@@ -48,7 +48,10 @@ class ProgramTest : public testing::Test, protected Driver {
   // --- what is seen
   void ShowPage(int page);
   void ShowDatabases() { ShowPage(1); }  // the database manager's
-  Names ActionsShown();  // in the tool bar of the job explorer or the database manager
+  // In the tool bar of the job explorer or the database manager; once they are the expected ones,
+  // which the end of a pass may have to show.
+  Names ActionsShown(const Names* expected = nullptr);
+  void ExpectActions(const Names& expected) { EXPECT_EQ(ActionsShown(&expected), expected); }
   // At the end of a line of the message list.
   void WaitForMessage(const std::string& text);
   void WaitForState(JobState state);  // of the first job
