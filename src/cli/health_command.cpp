@@ -6,6 +6,7 @@
 #include "cli/json_text.h"
 #include "cli/text_table.h"
 #include "cli/watch_output.h"
+#include "watch/health_text.h"
 
 namespace quillmere::cli {
 namespace {

@@ -8,6 +8,7 @@
 #include "cli/text_table.h"
 #include "cli/watch_output.h"
 #include "oracle/position_row.h"
+#include "watch/health_text.h"
 #include "workspace/job_operations.h"
 
 namespace quillmere::cli {

@@ -8,6 +8,7 @@
 #include "cli/text_table.h"
 #include "cli/watch_output.h"
 #include "engine/job_runner.h"
+#include "watch/health_text.h"
 #include "workspace/job_operations.h"
 #include "workspace/skip_statement.h"
 
