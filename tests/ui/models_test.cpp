@@ -141,7 +141,8 @@ TEST_F(Jobs, KeepTheirRowsWhileOnlyNumbersMove) {
     const QModelIndex selected = selection.selectedIndexes().front();
     EXPECT_EQ(selected.row(), count > 0 ? 1 : 0);
     EXPECT_THAT(Cells(rows, selected.row()),
-                ElementsAre("shop", "Started", std::to_string(count), "100", "300", "7"));
+                ElementsAre("shop", "Started", std::to_string(count), "100", "300", "7",
+                            "up to date", "", "", ""));
     EXPECT_EQ(rows.index(selected.row(), 4).data(JobRows::kBatchRole).toInt(), 750);
   }
   EXPECT_EQ(resets.count(), 0);

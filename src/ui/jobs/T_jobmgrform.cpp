@@ -54,6 +54,8 @@ TJobMgrForm::TJobMgrForm(UiContext& context, QWidget* parent, std::chrono::milli
     : QWidget(parent),
       context_(context),
       jobs_(context.workspace.Jobs()),
+      tree_(&context.workspace.Watch()),
+      job_rows_(&context.workspace.Watch()),
       frame_(context.memory, QStringLiteral("jobs"), QStringLiteral("All Jobs"), this),
       actions_(this),
       worker_(context.workspace, sweep_pause, this) {
@@ -160,8 +162,16 @@ void TJobMgrForm::showEvent(QShowEvent* event) {
   }
   shown_ = true;
   tree_.Update(jobs_);
+  TellHealth();
   frame_.Tree().expand(tree_.Root());
   SelectRoot();
+}
+
+void TJobMgrForm::TellHealth() {
+  const HealthCounts counts = tree_.Counts();
+  if (counts == told_) return;
+  told_ = counts;
+  Q_EMIT HealthChanged(counts);
 }
 
 JobNodeRef TJobMgrForm::Current() const {
@@ -261,7 +271,9 @@ void TJobMgrForm::KeepExpanded() {
     const QModelIndex job = tree_.index(row, 0, root);
     if (view.isExpanded(job)) expanded.push_back(tree_.NodeOf(job));
   }
-  if (!tree_.Update(jobs_)) return;
+  const bool replaced = tree_.Update(jobs_);
+  TellHealth();
+  if (!replaced) return;
   view.setExpanded(tree_.Root(), root_expanded);
   for (const JobNodeRef& node : expanded) {
     const QModelIndex index = tree_.IndexOf(node);
@@ -277,6 +289,7 @@ void TJobMgrForm::UpdateActions() {
 void TJobMgrForm::OnJobsChanged(const std::vector<std::size_t>& jobs) {
   if (!shown_) return;
   tree_.UpdateStates(jobs_, jobs);
+  TellHealth();
   const JobNodeRef node = Current();
   const bool concerned =
       node.kind == JobNode::AllJobs || std::find(jobs.begin(), jobs.end(), node.job) != jobs.end();
@@ -285,6 +298,8 @@ void TJobMgrForm::OnJobsChanged(const std::vector<std::size_t>& jobs) {
 
 void TJobMgrForm::OnTimerRefresh() {
   if (!shown_) return;
+  tree_.UpdateStates(jobs_);  // a job gets behind while nothing happens
+  TellHealth();
   const JobNodeRef node = Current();
   if (RepaintsOnTimer(node.kind, StateOf(node))) Rebuild();
 }

@@ -44,6 +44,8 @@ class TJobMgrForm : public QWidget {
  Q_SIGNALS:
   // An action begins: whoever chose it in the main menu ought to see what it acts on.
   void Acting();
+  // How the jobs are is not as it was.
+  void HealthChanged(const HealthCounts& counts);
   // A message could not be written to error.log.
   void MessageLost(const QString& text);
 
@@ -67,6 +69,7 @@ class TJobMgrForm : public QWidget {
   void Rebuild();
   void KeepExpanded();
   void UpdateActions();
+  void TellHealth();
   void OnJobsChanged(const std::vector<std::size_t>& jobs);
   void OnTimerRefresh();
   void OnListActivated(const QModelIndex& index);
@@ -102,6 +105,7 @@ class TJobMgrForm : public QWidget {
   QList<QAction*> row_entries_;  // of the menu of the list of all jobs
   QTimer refresh_timer_{this};
   bool shown_ = false;
+  HealthCounts told_;
   JobWorker worker_;  // last: it may tell of changes at once
 };
 

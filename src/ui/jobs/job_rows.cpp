@@ -7,6 +7,7 @@
 #include "ui/jobs/job_state_icon.h"
 #include "ui/toolkit/appearance.h"
 #include "ui/toolkit/text.h"
+#include "watch/health_text.h"
 
 namespace quillmere {
 namespace {
@@ -34,7 +35,7 @@ QVariant StateColor(JobState state) {
 }
 
 QVariant StateExtra(const JobRow& row, int role) {
-  if (role == Qt::DecorationRole) return JobStateIcon(row.state, !row.held.empty());
+  if (role == Qt::DecorationRole) return JobStateIcon(row.state, row.health);
   if (role == Qt::ToolTipRole && !row.held.empty()) return HeldText(row.held);
   return role == Qt::ForegroundRole ? StateColor(row.state) : QVariant();
 }
@@ -44,7 +45,43 @@ QVariant BatchExtra(const JobRow& row, int role) {
   return static_cast<int>(row.done * 1000 / (row.done + row.remaining));
 }
 
-void Append(std::vector<JobRow>& rows, const JobList& jobs, std::size_t index) {
+std::string_view HealthText(const JobRow& row) {
+  return HealthName(row.health);
+}
+
+QVariant HealthExtra(const JobRow& row, int role) {
+  if (role == Qt::DecorationRole) return HealthIcon(row.health);
+  if (role != Qt::ToolTipRole || row.problem.empty()) return {};
+  return ToQt(row.problem).toHtmlEscaped();
+}
+
+QString Age(std::int64_t age) {
+  return age < 0 ? QString() : ToQt(AgeText(std::chrono::seconds{age}));
+}
+
+QString Ago(std::int64_t age) {
+  return age < 0 ? QString() : Age(age) + QStringLiteral(" ago");
+}
+
+QString In(std::int64_t left) {
+  return left < 0 ? QString() : QStringLiteral("in ") + Age(left);
+}
+
+std::int64_t Seconds(const std::optional<std::chrono::seconds>& age) {
+  return age ? age->count() : -1;
+}
+
+void TakeHealth(JobRow& row, const WatchedJob& job) {
+  constexpr std::size_t kLongest = 300;
+  row.health = job.health;
+  row.behind = Seconds(job.behind);
+  row.since_good = Seconds(job.since_good);
+  row.next_pass = Seconds(job.next_pass);
+  if (job.problem) row.problem = ProblemSummary(*job.problem).substr(0, kLongest);
+}
+
+void Append(std::vector<JobRow>& rows, const JobList& jobs, const JobWatch* watch,
+            std::size_t index) {
   JobRow row;
   JobList::Progress batch;
   row.job = index;
@@ -57,28 +94,33 @@ void Append(std::vector<JobRow>& rows, const JobList& jobs, std::size_t index) {
   row.blocked = job.run.blocked_count;
   row.name = NameOf(job);
   row.held = jobs.HeldBecause(index);
+  TakeHealth(row, LookAt(jobs, watch, index));
   rows.push_back(std::move(row));
 }
 
 }  // namespace
 
-JobRows::JobRows(QObject* parent)
+JobRows::JobRows(const JobWatch* watch, QObject* parent)
     : RowList(
           {Text<&JobRow::name>("JOB ID", 120, NameExtra),
            Text<StateText>("Status", 120, StateExtra), Number<&JobRow::applied>("Total Done", 90),
            Number<&JobRow::remaining>("Need To Do", 90),
            Number<&JobRow::done>("Has Done", 90, BatchExtra),
-           Number<&JobRow::blocked>("Blocked", 80)},
-          parent) {}
+           Number<&JobRow::blocked>("Blocked", 80), Text<HealthText>("Health", 100, HealthExtra),
+           Number<&JobRow::behind>("Behind", 80, nullptr, Age),
+           Number<&JobRow::since_good>("Last Good Pass", 110, nullptr, Ago),
+           Number<&JobRow::next_pass>("Next Pass", 80, nullptr, In)},
+          parent),
+      watch_(watch) {}
 
 void JobRows::Fill(const JobList& jobs, std::size_t only) {
   std::vector<JobRow> fresh;
   if (only == JobList::kNotFound) {
     const std::size_t count = jobs.Count();
     fresh.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) Append(fresh, jobs, i);
+    for (std::size_t i = 0; i < count; ++i) Append(fresh, jobs, watch_, i);
   } else {
-    Append(fresh, jobs, only);
+    Append(fresh, jobs, watch_, only);
   }
   const bool same = std::equal(
       fresh.begin(), fresh.end(), Rows().begin(), Rows().end(),

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "jobs/job_list.h"
+#include "ui/jobs/job_health.h"
 #include "ui/toolkit/row_list.h"
 
 namespace quillmere {
@@ -17,6 +18,9 @@ struct JobRow {
   JobState state = JobState::Empty;
   std::string held;                                                // why it can not be continued
   std::int64_t applied = 0, remaining = 0, done = 0, blocked = 0;  // done: of the latest batch
+  Health health = Health::Stopped;
+  std::string problem;                                        // of a failing job, in short
+  std::int64_t behind = -1, since_good = -1, next_pass = -1;  // seconds; -1: not known
 };
 
 // Shows a copy as of the last Fill.
@@ -26,12 +30,16 @@ class JobRows final : public RowList<JobRow> {
   // and in the columns that are not about it.
   static constexpr int kBatchRole = Qt::UserRole + 1;
 
-  explicit JobRows(QObject* parent = nullptr);
+  // watch: who knows how the jobs are; it must outlive the list.
+  explicit JobRows(const JobWatch* watch = nullptr, QObject* parent = nullptr);
 
   // All jobs, or the one given.
   void Fill(const JobList& jobs, std::size_t only = JobList::kNotFound);
 
   std::size_t JobOf(std::size_t source_row) const { return RowAt(source_row).job; }
+
+ private:
+  const JobWatch* const watch_;
 };
 
 }  // namespace quillmere

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The picture of a job's run state, with a mark on that of one that is held beside it.
+// The picture of a job's run state, with a mark on that of one that needs looking at.
 #pragma once
 
 #include <QIcon>
 
 #include "jobs/sync_job.h"
+#include "ui/jobs/job_health.h"
 #include "ui/toolkit/icons.h"
 #include "ui/toolkit/text.h"
 
@@ -32,10 +33,9 @@ inline const char* JobStatePicture(JobState state) {
   return "job";
 }
 
-// One that is held keeps the picture of its state and bears a small warning sign.
-inline QIcon JobStateIcon(JobState state, bool held) {
-  const char* const picture = JobStatePicture(state);
-  return held ? MarkedIcon(picture, "warning") : Icon(picture);
+// One that needs looking at keeps the picture of its state and bears a small sign.
+inline QIcon JobStateIcon(JobState state, Health health) {
+  return MarkedIcon(JobStatePicture(state), HealthMark(health));
 }
 
 }  // namespace quillmere

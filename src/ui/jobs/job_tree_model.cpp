@@ -37,7 +37,7 @@ JobNode KindOf(quintptr number) {
   }
 }
 
-QIcon IconOf(JobNode kind, JobState state, bool held) {
+QIcon IconOf(JobNode kind, JobState state, Health health) {
   switch (kind) {
     case JobNode::AllJobs:
       return Icon("jobs");
@@ -46,18 +46,23 @@ QIcon IconOf(JobNode kind, JobState state, bool held) {
     case JobNode::Exclude:
       return Icon("exclude");
     default:
-      return JobStateIcon(state, held);
+      return JobStateIcon(state, health);
   }
 }
 
 }  // namespace
 
-std::vector<JobTreeModel::Job> JobTreeModel::Read(const JobList& jobs) {
+JobTreeModel::Job JobTreeModel::ReadJob(const JobList& jobs, std::size_t index,
+                                        std::string name) const {
+  WatchedJob watched = LookAt(jobs, watch_, index);
+  return {index, std::move(name), watched.state, watched.health, std::move(watched.held)};
+}
+
+std::vector<JobTreeModel::Job> JobTreeModel::Read(const JobList& jobs) const {
   std::vector<Job> read;
   for (std::size_t i = 0; i < jobs.Count(); ++i) {
-    const JobState state = jobs.State(i);
-    if (state == JobState::Empty) continue;
-    read.push_back({i, NameOf(jobs.At(i)), state, jobs.HeldBecause(i)});
+    if (jobs.State(i) == JobState::Empty) continue;
+    read.push_back(ReadJob(jobs, i, NameOf(jobs.At(i))));
   }
   return read;
 }
@@ -68,9 +73,7 @@ bool JobTreeModel::Update(const JobList& jobs) {
       std::equal(read.begin(), read.end(), jobs_.begin(), jobs_.end(),
                  [](const Job& a, const Job& b) { return a.index == b.index && a.name == b.name; });
   if (same) {
-    for (std::size_t row = 0; row < read.size(); ++row) {
-      SetState(row, read[row].state, std::move(read[row].held));
-    }
+    for (std::size_t row = 0; row < read.size(); ++row) Show(row, std::move(read[row]));
     return false;
   }
   beginResetModel();
@@ -81,15 +84,25 @@ bool JobTreeModel::Update(const JobList& jobs) {
 
 void JobTreeModel::UpdateStates(const JobList& jobs, const std::vector<std::size_t>& changed) {
   for (const std::size_t job : changed) {
-    if (const auto row = RowOf(job)) SetState(*row, jobs.State(job), jobs.HeldBecause(job));
+    if (const auto row = RowOf(job)) Show(*row, ReadJob(jobs, job, jobs_[*row].name));
   }
 }
 
-void JobTreeModel::SetState(std::size_t row, JobState state, std::string held) {
-  Job& job = jobs_[row];
-  if (job.state == state && job.held == held) return;
-  job.state = state;
-  job.held = std::move(held);
+void JobTreeModel::UpdateStates(const JobList& jobs) {
+  for (std::size_t row = 0; row < jobs_.size(); ++row) {
+    Show(row, ReadJob(jobs, jobs_[row].index, jobs_[row].name));
+  }
+}
+
+HealthCounts JobTreeModel::Counts() const {
+  HealthCounts counts;
+  for (const Job& job : jobs_) ++counts[job.health];
+  return counts;
+}
+
+void JobTreeModel::Show(std::size_t row, Job fresh) {
+  if (jobs_[row].LooksLike(fresh)) return;
+  jobs_[row] = std::move(fresh);
   const QModelIndex changed = index(static_cast<int>(row), 0, Root());
   Q_EMIT dataChanged(changed, changed, {Qt::DecorationRole, Qt::ToolTipRole});
 }
@@ -163,10 +176,11 @@ QVariant JobTreeModel::data(const QModelIndex& index, int role) const {
       return kind == JobNode::Include ? QStringLiteral("Include") : QStringLiteral("Exclude");
     case Qt::DecorationRole:
       return IconOf(kind, job == nullptr ? JobState::Empty : job->state,
-                    job != nullptr && !job->held.empty());
+                    job == nullptr ? Health::Stopped : job->health);
     case Qt::ToolTipRole:
       if (kind != JobNode::Job) return {};
       return QString(OneLine(job->name) + QStringLiteral(": ") + ToQt(StateName(job->state)) +
+                     QStringLiteral(", ") + ToQt(HealthName(job->health)) +
                      (job->held.empty() ? QString() : u'\n' + HeldText(job->held)));
     case kTagRole:
       return ToQt(NodeTag(kind));

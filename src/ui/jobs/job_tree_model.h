@@ -10,6 +10,7 @@
 
 #include "jobs/job_list.h"
 #include "ui/jobs/job_actions.h"
+#include "ui/jobs/job_health.h"
 
 namespace quillmere {
 
@@ -29,14 +30,20 @@ class JobTreeModel : public QAbstractItemModel {
  public:
   static constexpr int kTagRole = Qt::UserRole;  // the node's tag, as text
 
-  using QAbstractItemModel::QAbstractItemModel;
+  // watch: who knows how the jobs are; it must outlive the model.
+  explicit JobTreeModel(const JobWatch* watch = nullptr, QObject* parent = nullptr)
+      : QAbstractItemModel(parent), watch_(watch) {}
 
   // Copies names and states anew. Nodes are only replaced when jobs came, went or changed their
   // names; true then: selection and expansion are lost.
   bool Update(const JobList& jobs);
 
-  // Only the states of these jobs.
+  // Only the states of these jobs; of all that are shown.
   void UpdateStates(const JobList& jobs, const std::vector<std::size_t>& changed);
+  void UpdateStates(const JobList& jobs);
+
+  // As shown.
+  HealthCounts Counts() const;
 
   JobNodeRef NodeOf(const QModelIndex& index) const;
   QModelIndex IndexOf(const JobNodeRef& node) const;  // invalid when there is none
@@ -53,14 +60,21 @@ class JobTreeModel : public QAbstractItemModel {
     std::size_t index = 0;
     std::string name;
     JobState state = JobState::Empty;
+    Health health = Health::Stopped;
     std::string held{};  // why it can not be continued
+
+    bool LooksLike(const Job& other) const {
+      return state == other.state && health == other.health && held == other.held;
+    }
   };
 
-  static std::vector<Job> Read(const JobList& jobs);
+  Job ReadJob(const JobList& jobs, std::size_t index, std::string name) const;
+  std::vector<Job> Read(const JobList& jobs) const;
   // Where the job stands among its siblings.
   std::optional<std::size_t> RowOf(std::size_t job) const;
-  void SetState(std::size_t row, JobState state, std::string held);
+  void Show(std::size_t row, Job fresh);
 
+  const JobWatch* const watch_;
   std::vector<Job> jobs_;  // in index order
 };
 

@@ -16,6 +16,7 @@
 #include "foundation/files.h"
 #include "ui/databases/T_dbmgrform.h"
 #include "ui/jobs/T_jobmgrform.h"
+#include "ui/jobs/job_health.h"
 #include "ui/main/banner.h"
 #include "ui/main/message_view.h"
 #include "ui/toolkit/hints.h"
@@ -30,6 +31,7 @@ namespace {
 constexpr QSize kFirstSize(850, 611);
 constexpr int kMessagesHeight = 81;
 
+const QString kCaption = QStringLiteral("Quillmere");
 const QString kPlace = QStringLiteral("main");
 const QString kPage = QStringLiteral("main/page");
 const QString kShowLog = QStringLiteral("main/showlog");
@@ -39,7 +41,7 @@ const QString kShowLog = QStringLiteral("main/showlog");
 TMainForm::TMainForm(UiContext& context, std::chrono::milliseconds sweep_pause)
     : context_(context) {
   setObjectName(QStringLiteral("MainForm"));
-  setWindowTitle(QStringLiteral("Quillmere"));
+  setWindowTitle(kCaption);
   setWindowIcon(Icon("app"));
   auto* banner =
       new Banner(QStringLiteral("Working folder ") + ToQt(context.workspace.FolderText()), this);
@@ -84,11 +86,14 @@ QWidget* TMainForm::MakePages(std::chrono::milliseconds sweep_pause) {
   AddPage(job_manager_, "TSJobMgr", QStringLiteral("Job Explorer"),
           QStringLiteral("Jobs manager: Design, mangage and monitor"));
   connect(job_manager_, &TJobMgrForm::MessageLost, this, &TMainForm::SayLost);
+  connect(job_manager_, &TJobMgrForm::HealthChanged, this, &TMainForm::ShowHealth);
   connect(job_manager_, &TJobMgrForm::Acting, pages_, [this] { pages_->setCurrentIndex(0); });
   database_manager_ = new TDbMgrForm(context_, this);
   AddPage(database_manager_, "TSDbMgr", QStringLiteral("Database"),
           QStringLiteral("Databse manager: table, key and index management."));
   connect(database_manager_, &TDbMgrForm::Acting, pages_, [this] { pages_->setCurrentIndex(1); });
+  pages_->setTabIcon(1, Icon("source"));
+  ShowHealth({});
   connect(pages_, &QTabWidget::currentChanged, this, &TMainForm::OnPageChanged);
   OnPageChanged();
   return pages_;
@@ -104,6 +109,16 @@ void TMainForm::AddPage(QWidget* form, const char* name, const QString& caption,
   column->addWidget(form);
   page_hints_ << hint;
   pages_->addTab(page, caption);
+}
+
+// In the title bar and on the page's tab, so that it is seen from the other page and in the task
+// bar too.
+void TMainForm::ShowHealth(const HealthCounts& counts) {
+  const QString words = HealthWords(counts);
+  setWindowTitle(words.isEmpty() ? kCaption : kCaption + QStringLiteral(" - ") + words);
+  const auto worst = WorstOf(counts);
+  pages_->setTabIcon(0, worst ? MarkedIcon("jobs", HealthMark(*worst)) : Icon("jobs"));
+  pages_->setTabToolTip(0, words);
 }
 
 void TMainForm::OnPageChanged() {
@@ -149,7 +164,7 @@ void TMainForm::SayLost(const QString& text) {
   ShowTip(tr("error.log cannot be written. Lost: ") + text);
   if (std::exchange(loss_told_, true)) return;
   auto* box = new QMessageBox(
-      QMessageBox::Critical, windowTitle(),
+      QMessageBox::Critical, kCaption,
       tr("error.log in the working folder cannot be written: messages are lost until it can be. "
          "Make room, or make the file writable.\n\nThe first one: ") +
           text,

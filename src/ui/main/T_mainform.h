@@ -18,6 +18,7 @@ class QTabWidget;
 
 namespace quillmere {
 
+struct HealthCounts;
 class MessageView;
 class TDbMgrForm;
 class TJobMgrForm;
@@ -46,6 +47,7 @@ class TMainForm : public QMainWindow {
   QWidget* MakeHintLine();
   void AddPage(QWidget* form, const char* name, const QString& caption, const QString& hint);
   void OnPageChanged();
+  void ShowHealth(const HealthCounts& counts);
   void PlaceWindow();
   void KeepPlace();
   void SayLost(const QString& text);

@@ -34,8 +34,9 @@ class RowList : public Base {
             extra};
   }
   template <auto Get>
-  static ListColumn Number(const char* caption, int width, Extra extra = nullptr) {
-    return {{QString::fromLatin1(caption), width, RowModel::Kind::Number},
+  static ListColumn Number(const char* caption, int width, Extra extra = nullptr,
+                           QString (*words)(std::int64_t) = nullptr) {
+    return {{QString::fromLatin1(caption), width, RowModel::Kind::Number, words},
             nullptr,
             [](const Row& row) -> std::int64_t { return std::invoke(Get, row); },
             extra};

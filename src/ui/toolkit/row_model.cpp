@@ -41,10 +41,14 @@ QVariant RowModel::CellExtra(std::size_t, int, int) const {
 QVariant RowModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   const std::size_t row = SourceRow(index);
-  const bool number = columns_[static_cast<std::size_t>(index.column())].kind == Kind::Number;
+  const Column& column = columns_[static_cast<std::size_t>(index.column())];
+  const bool number = column.kind == Kind::Number;
   switch (role) {
     case Qt::DisplayRole:
-      if (number) return QString::number(CellNumber(row, index.column()));
+      if (number) {
+        const std::int64_t value = CellNumber(row, index.column());
+        return column.words == nullptr ? QString::number(value) : column.words(value);
+      }
       return OneLine(CellText(row, index.column()));
     case Qt::TextAlignmentRole:
       return QVariant(Qt::AlignVCenter | (number ? Qt::AlignRight : Qt::AlignLeft));

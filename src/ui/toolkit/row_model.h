@@ -24,6 +24,7 @@ class RowModel : public QAbstractTableModel {
     QString caption;
     int width = 100;  // pixels, at first
     Kind kind = Kind::Text;
+    QString (*words)(std::int64_t number) = nullptr;  // what is shown instead of a number
   };
 
   explicit RowModel(std::vector<Column> columns, QObject* parent = nullptr);
