@@ -6,11 +6,12 @@
 
 namespace quillmere {
 
-std::unique_ptr<FollowWay> WayOf(EngineContext& context, std::size_t index, FollowMemory& memory) {
+std::unique_ptr<FollowWay> WayOf(EngineContext& context, std::size_t index, FollowMemory& memory,
+                                 CaptureWatcher* watcher) {
   if (FollowOf(context.jobs.At(index)) == Follow::Commits) {
-    return std::make_unique<FollowCommits>(context, index, memory);
+    return std::make_unique<FollowCommits>(context, index, memory, watcher);
   }
-  return std::make_unique<FollowRows>(context, index);
+  return std::make_unique<FollowRows>(context, index, watcher);
 }
 
 }  // namespace quillmere

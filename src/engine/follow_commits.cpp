@@ -5,7 +5,6 @@
 
 #include "engine/redo_logs.h"
 #include "engine/source_container.h"
-#include "engine/sql_error_file.h"
 #include "engine/transaction_assembler.h"
 #include "jobs/batch_lines.h"
 #include "jobs/run_state_files.h"
@@ -64,13 +63,14 @@ struct FollowCommits::Look {
   bool taken = false;
 };
 
-FollowCommits::FollowCommits(EngineContext& context, std::size_t index, FollowMemory& memory)
+FollowCommits::FollowCommits(EngineContext& context, std::size_t index, FollowMemory& memory,
+                             CaptureWatcher* watcher)
     : context_(context),
       index_(index),
       memory_(memory),
       job_(context.jobs.At(index)),
       name_(NameOf(job_)),
-      intake_(context, index) {}
+      intake_(context, index, watcher) {}
 
 std::string FollowCommits::SourceName() const {
   const MutexLock lock(job_.config_mutex);
@@ -281,8 +281,7 @@ bool FollowCommits::Mine(CommitMiner& miner, const std::vector<RedoThread>& thre
     good = false;
   }
   if (!good) {
-    if (!miner.Stopped()) WriteSqlErrorFile(context_, error);
-    error = "GetSqlStrings fail : " + error;
+    error = std::string(kMiningFailed) + error;
     return false;
   }
   const Positions& before = job_.run.positions;
@@ -290,7 +289,7 @@ bool FollowCommits::Mine(CommitMiner& miner, const std::vector<RedoThread>& thre
                                 ? Positions{reading.mine_from, reading.upto}
                                 : Positions{before.mining_start_scn, stopped_at};
   job_.run.pending_batch.SetRange({before.cutoff_scn, job_.run.next_positions->cutoff_scn});
-  return KeepBatch(error);
+  return true;
 }
 
 bool FollowCommits::Read(CommitMiner& miner, std::int64_t upto, std::int64_t& stopped_at,
@@ -306,7 +305,7 @@ bool FollowCommits::Read(CommitMiner& miner, std::int64_t upto, std::int64_t& st
   return stopped_at != MinedRow::kNoScn || assembler.Finish(error);
 }
 
-bool FollowCommits::KeepBatch(std::string& error) {
+bool FollowCommits::Keep(std::string& error) {
   const JobFolder folder = context_.catalogue.FolderOf(name_);
   if (!job_.run.pending_batch.Empty()) {
     if (!intake_.Keep(error)) return false;

@@ -14,13 +14,15 @@ namespace quillmere {
 class FollowCommits final : public FollowWay {
  public:
   // memory is this job's and outlives the way.
-  FollowCommits(EngineContext& context, std::size_t index, FollowMemory& memory);
+  FollowCommits(EngineContext& context, std::size_t index, FollowMemory& memory,
+                CaptureWatcher* watcher = nullptr);
 
   // Writes source.dat. Later: a transaction has just begun and does not say where yet, or a cluster
   // has not been watched for long enough.
   FollowResult Start(OracleSession& source, Positions& positions, std::string& error) override;
   // Later: no reading can be used yet.
   FollowResult Capture(OracleSession& source, std::string& error) override;
+  bool Keep(std::string& error) override;
   // The positions move here, behind the batch: it is all that is left of its range.
   void AfterCapture() override;
   void Finish() override {}
@@ -42,7 +44,6 @@ class FollowCommits final : public FollowWay {
             std::string& error);
   bool SetLogs(CommitMiner& miner, const std::vector<RedoThread>& threads,
                std::vector<RedoLog>& chosen, std::vector<RedoLog>& online, std::string& error);
-  bool KeepBatch(std::string& error);
   std::string SourceName() const;
 
   EngineContext& context_;

@@ -6,7 +6,6 @@
 
 #include "engine/redo_assembler.h"
 #include "engine/rewriter.h"
-#include "engine/sql_error_file.h"
 #include "jobs/run_state_files.h"
 
 namespace quillmere {
@@ -15,8 +14,8 @@ namespace {
 // Puts rows together and takes in the statements of those below the cut-off.
 class RowSink final : public RedoSink, private RedoAssembler::Taker {
  public:
-  RowSink(const SyncJob& job, Intake& intake)
-      : job_(job), intake_(intake), cutoff_scn_(job.run.positions.cutoff_scn) {}
+  RowSink(const SyncJob& job, Intake& intake, CaptureWatcher* watcher)
+      : job_(job), intake_(intake), watcher_(watcher), cutoff_scn_(job.run.positions.cutoff_scn) {}
 
   bool OnRedo(std::int64_t scn, std::string_view text, std::string& reason) override {
     largest_scn_ = std::max(largest_scn_, scn);
@@ -25,7 +24,9 @@ class RowSink final : public RedoSink, private RedoAssembler::Taker {
                std::to_string(RedoAssembler::kMostBytes) + " bytes (" + OpenStatement() + ")";
       return false;
     }
-    if (job_.run.pending_batch.Size() < std::numeric_limits<std::int32_t>::max()) return true;
+    const std::size_t size = job_.run.pending_batch.Size();
+    const bool enough = watcher_ != nullptr && watcher_->Enough(size);
+    if (size < std::numeric_limits<std::int32_t>::max() && !enough) return true;
     reason = "the batch holds too many statements; stop the job and start it anew";
     return false;
   }
@@ -59,6 +60,7 @@ class RowSink final : public RedoSink, private RedoAssembler::Taker {
 
   const SyncJob& job_;
   Intake& intake_;
+  CaptureWatcher* const watcher_;
   const std::int64_t cutoff_scn_;
   RedoAssembler assembler_;
   std::int64_t largest_scn_ = -1;
@@ -88,8 +90,12 @@ std::string WarningOfNames(const SyncJob& job) {
 
 }  // namespace
 
-FollowRows::FollowRows(EngineContext& context, std::size_t index)
-    : context_(context), index_(index), job_(context.jobs.At(index)), intake_(context, index) {}
+FollowRows::FollowRows(EngineContext& context, std::size_t index, CaptureWatcher* watcher)
+    : context_(context),
+      index_(index),
+      job_(context.jobs.At(index)),
+      watcher_(watcher),
+      intake_(context, index, watcher) {}
 
 FollowResult FollowRows::Start(OracleSession& source, Positions& positions, std::string& error) {
   std::int64_t scn = 0;
@@ -109,26 +115,29 @@ FollowResult FollowRows::Capture(OracleSession& source, std::string& error) {
     return FollowResult::Failed;
   }
   if (!Mine(source)) {
-    if (!source.Stopped()) WriteSqlErrorFile(context_, source.LastError());
-    error = "GetSqlStrings fail : " + source.LastError();
+    error = std::string(kMiningFailed) + source.LastError();
     return FollowResult::Failed;
   }
+  return FollowResult::Done;
+}
+
+bool FollowRows::Keep(std::string& error) {
   if (!job_.run.pending_batch.Empty()) {
-    if (!intake_.Keep(error)) return FollowResult::Failed;
+    if (!intake_.Keep(error)) return false;
     // Without its file the batch would not survive a restart: mine it again rather.
     if (!WriteBatchFile(context_.files, context_.catalogue.FolderOf(NameOf(job_)),
                         job_.run.pending_batch, error)) {
-      return FollowResult::Failed;
+      return false;
     }
   }
   intake_.Tell();
-  return FollowResult::Done;
+  return true;
 }
 
 bool FollowRows::Mine(OracleSession& source) {
   JobRun& run = job_.run;
   run.next_positions = run.positions;
-  RowSink sink(job_, intake_);
+  RowSink sink(job_, intake_, watcher_);
   if (!source.MineRedo(sink)) return false;
   if (sink.LargestScn() == -1) return true;
   // Wraps around like the 64-bit addition it is instead of being undefined.

@@ -12,10 +12,11 @@ namespace quillmere {
 
 class FollowRows final : public FollowWay {
  public:
-  FollowRows(EngineContext& context, std::size_t index);
+  FollowRows(EngineContext& context, std::size_t index, CaptureWatcher* watcher = nullptr);
 
   FollowResult Start(OracleSession& source, Positions& positions, std::string& error) override;
   FollowResult Capture(OracleSession& source, std::string& error) override;
+  bool Keep(std::string& error) override;
   void AfterCapture() override {}
   // The positions move here, in the write that also says that no batch is pending.
   void Finish() override;
@@ -29,6 +30,7 @@ class FollowRows final : public FollowWay {
   EngineContext& context_;
   const std::size_t index_;
   SyncJob& job_;
+  CaptureWatcher* const watcher_;
   Intake intake_;
 };
 

@@ -6,8 +6,14 @@
 
 namespace quillmere {
 
-Intake::Intake(EngineContext& context, std::size_t index)
-    : context_(context), index_(index), job_(context.jobs.At(index)) {}
+Intake::Intake(EngineContext& context, std::size_t index, CaptureWatcher* watcher)
+    : context_(context), index_(index), job_(context.jobs.At(index)), watcher_(watcher) {}
+
+void Intake::TellWatcher(const ParsedStatement& parsed, std::string_view why,
+                         std::string_view text) {
+  if (watcher_ == nullptr) return;
+  watcher_->OnBlocked(job_.run.pending_batch.Size() - 1, parsed.owner, parsed.table, why, text);
+}
 
 void Intake::Take(std::int64_t scn, std::string_view mined, const RowFacts& facts) {
   const Judgement judgement = JudgeStatement(mined, facts);
@@ -35,6 +41,7 @@ void Intake::PassOver(std::int64_t scn, std::string_view text) {
 void Intake::TakeAside(std::int64_t scn, std::string_view mined, Safety why) {
   job_.run.pending_batch.AppendSetAside();
   const ParsedStatement parsed = ParseStatement(mined);
+  TellWatcher(parsed, WhyUnsafe(why), mined);
   const bool table_is_known = why != Safety::NoTable && why != Safety::UnknownObject &&
                               !parsed.owner.empty() && !parsed.table.empty();
   if (table_is_known && Decide(job_, parsed).decision != Decision::Accepted) return;
@@ -48,6 +55,7 @@ void Intake::TakeUntold(std::string_view owner, std::string_view table, std::str
   parsed.table = table;
   if (Decide(job_, parsed).decision != Decision::Accepted) return;
   job_.run.pending_batch.AppendSetAside();
+  TellWatcher(parsed, "it came without a statement", what);
   Untold& untold = untold_[{std::string(owner), std::string(table)}];
   if (untold.count++ == 0) untold.first = what;
 }

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <utility>
 
-#include "engine/engine_context.h"
+#include "engine/follow.h"
 #include "engine/set_aside.h"
 #include "engine/statement_safety.h"
 
@@ -20,7 +20,7 @@ namespace quillmere {
 // applied. Made for one capture, on its thread.
 class Intake {
  public:
-  Intake(EngineContext& context, std::size_t index);
+  Intake(EngineContext& context, std::size_t index, CaptureWatcher* watcher = nullptr);
 
   // mined: a whole statement without its semicolon. One that is not safe to apply counts as blocked
   // in its place in the batch; it is set aside when the job carries its table, or when its table
@@ -47,9 +47,13 @@ class Intake {
   void Tell() const;
 
  private:
+  // Of the entry that was just appended.
+  void TellWatcher(const ParsedStatement& parsed, std::string_view why, std::string_view text);
+
   EngineContext& context_;
   const std::size_t index_;
   SyncJob& job_;
+  CaptureWatcher* const watcher_;
   SetAside set_aside_;
   struct Untold {
     std::size_t count = 0;

@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "engine/follow_memory.h"
+#include "engine/sql_error_file.h"
 #include "oracle/follow_queries.h"
 
 namespace quillmere {
@@ -78,6 +79,10 @@ FollowResult Pass::CaptureFromSource(std::string& error) try {
   FollowResult result = FollowResult::Failed;
   if (source.Connect(view_.source)) {
     result = way_->Capture(source, error);
+    if (result == FollowResult::Done && !way_->Keep(error)) result = FollowResult::Failed;
+    if (result == FollowResult::Failed && !source.Stopped() && error.starts_with(kMiningFailed)) {
+      WriteSqlErrorFile(context_, std::string_view(error).substr(kMiningFailed.size()));
+    }
   } else {
     error =
         "Connect source fail : " + source.LastError() + " when get command of " + view_.name + ".";

@@ -157,11 +157,11 @@ void KeepHeld(FileSystem& files, SyncJob& job, const JobFolder& folder, Found& f
 }
 
 void TakeUp(FileSystem& files, SyncJob& job, const JobFolder& folder, const Found& found,
-            RestoredRun& restored) {
+            RestoreMode mode, RestoredRun& restored) {
   if (!found.commit_point) return;
   const RunRecord& commit_point = *found.commit_point;
   if (PositionOwnerOf(job).empty()) {
-    Settle(files, folder, commit_point, restored.problem);
+    if (mode == RestoreMode::Resume) Settle(files, folder, commit_point, restored.problem);
     restored.state = KnownState(commit_point.state);
     TakeRecord(job, commit_point, restored);
   } else {
@@ -187,12 +187,13 @@ RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& fo
   restored.state = KnownState(found.record.state);
   job.run.unsettled.reset();
   TakeRecord(job, found.record, restored);
-  if (mode != RestoreMode::Resume) {
-    job.run.pending_batch.Clear();
-  } else if (!found.held.empty()) {
+  const bool takes_up = mode == RestoreMode::Resume || mode == RestoreMode::LookAhead;
+  if (takes_up && found.held.empty()) {
+    TakeUp(files, job, folder, found, mode, restored);
+  } else if (mode == RestoreMode::Resume) {
     KeepHeld(files, job, folder, found);
   } else {
-    TakeUp(files, job, folder, found, restored);
+    job.run.pending_batch.Clear();
   }
   restored.held = std::move(found.held);
   if (mode == RestoreMode::Resume && restored.state == JobState::Started) {
