@@ -10,6 +10,7 @@
 
 #include "cli/health_command.h"
 #include "cli/job_commands.h"
+#include "cli/preview_command.h"
 #include "cli/run_command.h"
 #include "cli/schema_commands.h"
 #include "cli/source_commands.h"
@@ -22,7 +23,8 @@
 namespace quillmere::cli {
 namespace {
 
-constexpr double kLongestRun = 1e9;    // seconds
+constexpr double kLongestRun = 1e9;  // seconds
+constexpr int kMostPreviewed = 1'000'000;
 constexpr int kLongestSweep = 60'000;  // milliseconds
 
 struct SqlArguments {
@@ -145,6 +147,12 @@ void AddJobCommands(CLI::App& app, Parsed& parsed) {
   add("refresh", "Read the tables of the source anew", job::Refresh);
   add("problem", "Show what keeps a job from going on, and what usually helps", job::Problem)
       .add_flag("--json", arguments.json, "as JSON");
+  CLI::App& preview =
+      add("preview", "Show what the next pass would execute and block; nothing is written",
+          job::ShowPreview);
+  preview.add_option("--limit", arguments.limit, "so many statements at most (default: 20)")
+      ->check(CLI::Range(0, kMostPreviewed));
+  preview.add_flag("--json", arguments.json, "as JSON");
   add("retry", "Make one pass of a paused job now", job::Retry);
   add("skip", "Leave out the statement, by commits the transaction, that a paused job is stuck at",
       job::Skip)

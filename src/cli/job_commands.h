@@ -18,6 +18,7 @@ struct Arguments {
   std::vector<std::string> tables;  // of owner
   bool all = false;                 // its tables, whatever they are called
   bool json = false;
+  int limit = 20;     // statements of a preview
   bool live = false;  // the source is asked, too
   bool no_position_table = false;
   bool no_container = false;

@@ -83,8 +83,8 @@ struct RestoredRun {
 // not readable and damaged are three things: a file that is not readable or damaged holds the job,
 // as does a batch that is not all there. Resume settles a commit point that a killed program left,
 // a Started job comes back Paused, and of a damaged file a copy is kept as .bad. The others give
-// the state as recorded and change nothing; LookAhead takes the batch along; LookBeside looks at the record alone, and at what the
-// program at work has written of a hold.
+// the state as recorded and change nothing; LookAhead takes the batch along; LookBeside looks at
+// the record alone, and at what the program at work has written of a hold.
 RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& folder,
                             RestoreMode mode);
 
