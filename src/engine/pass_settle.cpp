@@ -8,8 +8,6 @@
 
 #include "jobs/held_file.h"
 
-#include <algorithm>
-
 namespace quillmere {
 
 // Until somebody has looked; on disk, too, for what a pass finds the files do not tell.

@@ -82,7 +82,7 @@ class JobCatalogue {
  private:
   std::filesystem::path ListFile() const;
 
-  void TakeBackMoved(std::string_view name, const std::vector<const XmlNode*>& nodes)
+  void TakeBackMoved(std::string_view name, const std::vector<std::string_view>& taken)
       REQUIRES(save_mutex_);
   void LoadJob(const XmlNode& node, const LogOnLookup& log_ons, const RunStateRestorer& restore)
       REQUIRES(save_mutex_);

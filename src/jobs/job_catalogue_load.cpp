@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Reading the catalogue; what saves it is in job_catalogue.cpp.
+#include <algorithm>
 #include <utility>
 
 #include "jobs/job_catalogue.h"
@@ -47,17 +48,19 @@ void JobCatalogue::Load(const LogOnLookup& log_ons, const RunStateRestorer& rest
   }
   std::vector<const XmlNode*> nodes;
   document.Root().Children("job", nodes);
+  std::vector<std::string_view> names(nodes.size());
+  std::transform(nodes.begin(), nodes.end(), names.begin(),
+                 [](const XmlNode* node) { return node->ChildValue("name"); });
   for (const XmlNode* node : nodes) {
-    TakeBackMoved(node->ChildValue("name"), nodes);
+    TakeBackMoved(node->ChildValue("name"), names);
     LoadJob(*node, log_ons, restore);
   }
 }
 
 // A renaming that was cut off before the list had the new name.
-void JobCatalogue::TakeBackMoved(std::string_view name, const std::vector<const XmlNode*>& nodes) {
+void JobCatalogue::TakeBackMoved(std::string_view name,
+                                 const std::vector<std::string_view>& taken) {
   if (!WhyNameRefused(name, JobList::kNotFound).empty()) return;
-  std::vector<std::string_view> taken;
-  for (const XmlNode* node : nodes) taken.push_back(node->ChildValue("name"));
   const std::string moved = FolderOf(name).FindMoved(files_, taken);
   std::string error;
   if (moved.empty()) return;

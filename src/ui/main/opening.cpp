@@ -26,8 +26,7 @@ std::unique_ptr<Workspace> Opening::Open(const Workspace::Options& options, std:
       std::atomic<bool>& opened;
       ~Wake() {
         opened = true;
-        QMetaObject::invokeMethod(
-            qApp, [] {}, Qt::QueuedConnection);
+        QCoreApplication::postEvent(qApp, new QEvent(QEvent::None));
       }
     } wake{opened};
     return Workspace::Open(options, reason);

@@ -26,10 +26,8 @@ void WaitUntilPainted(const ProgressWindow& window, QEventLoop& loop) {
 }  // namespace
 
 bool Waiting::Run(LogLines& log, Part part) {
-  const auto task = std::make_shared<WaitingTask>([] {
-    QMetaObject::invokeMethod(
-        qApp, [] {}, Qt::QueuedConnection);
-  });
+  const auto task = std::make_shared<WaitingTask>(
+      [] { QCoreApplication::postEvent(qApp, new QEvent(QEvent::None)); });
   bool left = false;
   ProgressWindow window(parent_, title_, [&] { left = task->Cancel(); });
   window.show();
