@@ -6,6 +6,7 @@
 #include "foundation/clock.h"
 #include "watch/advice.h"
 #include "watch/health_text.h"
+#include "watch/refused_row.h"
 
 namespace quillmere::cli {
 namespace {
@@ -22,7 +23,9 @@ Json ProblemObject(const JobProblem& problem) {
   const bool statement = what.where == PassProblem::Where::Statement;
   return {{"where", statement ? "statement" : PlaceText(what)},
           {"ora", problem.ora},
+          {"operation", OperationOf(what.statement)},
           {"table", TableText(what)},
+          {"row", RowOf(what.statement)},
           {"number", what.number},
           {"of", what.of},
           {"error", what.error},

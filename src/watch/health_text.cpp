@@ -5,6 +5,7 @@
 
 #include "foundation/clock.h"
 #include "watch/advice.h"
+#include "watch/refused_row.h"
 
 namespace quillmere {
 namespace {
@@ -65,7 +66,9 @@ TextLines ProblemLines(const std::string& name, const WatchedJob& job) {
   TextLines lines = {{"JOB ID", name},
                      {"Health", std::string(HealthName(job.health))},
                      {"Where", PlaceText(problem.what)},
+                     {"Operation", std::string(OperationOf(problem.what.statement))},
                      {"Table", TableText(problem.what)},
+                     {"Row", RowOf(problem.what.statement)},
                      {"Error", problem.what.error},
                      {"Statement", problem.what.statement},
                      {"First", FormatTimeStamp(problem.first)},

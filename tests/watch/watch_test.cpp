@@ -5,6 +5,7 @@
 #include "support/config_of.h"
 #include "support/hand_clock.h"
 #include "watch/advice.h"
+#include "watch/refused_row.h"
 
 namespace quillmere {
 namespace {
@@ -46,6 +47,12 @@ TEST(History, LinesThatAreWholeReadBackTheSame) {
   ExpectCases(std::string(TABLES) + "/history.txt", [](const std::string& given) {
     const auto line = ReadHistoryLine(given);
     return line ? HistoryText(*line) : "damaged";
+  });
+}
+
+TEST(RefusedRow, IsReadFromItsStatement) {
+  ExpectCases(std::string(TABLES) + "/row.txt", [](const std::string& given) {
+    return std::string(OperationOf(given)) + ": " + RowOf(given);
   });
 }
 
