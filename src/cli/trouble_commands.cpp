@@ -9,8 +9,8 @@
 #include "cli/watch_output.h"
 #include "engine/job_runner.h"
 #include "watch/health_text.h"
-#include "workspace/job_operations.h"
 #include "workspace/skip_statement.h"
+#include "workspace/way_out.h"
 
 namespace quillmere::cli::job {
 namespace {
@@ -82,9 +82,8 @@ int Retry(const CommandLine& line, const Arguments& arguments) {
   }
   Teller teller(workspace->Log());
   EngineContext engine = workspace->EngineFor(teller);
-  const Outcome run = RunJob(*workspace, engine, index);
+  const Outcome run = RetryJob(*workspace, engine, index);
   if (!run) return Fail("Job " + arguments.name + ": " + run.text);
-  workspace->Jobs().At(index).run.next_due = {};
   JobRunner runner(engine);
   // By commits the source may have to get a few seconds older first.
   const auto limit = std::chrono::steady_clock::now() + kLongestWait;

@@ -88,7 +88,9 @@ void JobRunner::Step(std::size_t index) try {
     case JobState::Stopping:
       return Reset(index);
     case JobState::Started:
-      if (context_.clock.Now() >= context_.jobs.At(index).run.next_due) {
+      if (JobRun& run = context_.jobs.At(index).run;
+          context_.clock.Now() >= run.next_due || run.pass_asked) {
+        run.pass_asked = false;
         Pass(context_, index, memories_[index], end_requested_).Run();
       }
       return;

@@ -165,6 +165,8 @@ struct JobRun {
   };
   std::optional<Unsettled> unsettled;
   LocalTime next_due;  // not set: due at once
+  // An operator does not want to wait for it. Any thread sets it, the next pass takes it.
+  SharedNumber<bool> pass_asked = false;
 };
 
 // A job. Its state and progress are not here: JobList has them under its own lock.
