@@ -22,6 +22,9 @@ class JobExplorer : public ProgramTest {
     }
     WaitForState(expected);
   }
+  std::string Title() {
+    return Ui([this] { return Window().Form().windowTitle().toStdString(); });
+  }
   JobConfig& Config() { return ConfigOf(Work().Jobs().At(0)); }
 };
 
@@ -138,6 +141,43 @@ TEST_F(JobExplorer, AJobRunsPausesGoesOnAndStops) {
   EXPECT_TRUE(Identical());
   Request("RunStop", "Stop J?", JobState::Stopped);
   WaitForMessage("J resetted.");
+}
+
+TEST_F(JobExplorer, AFailingJobSaysWhyAndOffersWaysOut) {
+  OpenWithJob();
+  StartJob();
+  SelectNode({"J"});
+  const auto fail = [&](const std::string& id, const std::string& where) {
+    Sql("B", "insert into SHOP.ITEM values (" + id + ", 'theirs');");
+    Sql("A", "insert into SHOP.ITEM values (" + id + ", 'ours');\ninsert into SHOP.NOTE values (" +
+                 id + ", 'x');");
+    NextPass();
+    WaitFor("the problem", [&] { return Title() == "Quillmere - 1 job failing"; });
+    SelectNode({});
+    WaitForRows("JobMgrLV", {{"J", "Started"}});
+    SelectNode({"J"});  // opens with its problem
+    EXPECT_EQ(TextOf("ProblemWhere"), where);
+  };
+  fail("1", "statement 1 of 2, insert on SHOP.ITEM");
+  EXPECT_EQ(TextOf("ProblemRow"), "\"ID\" = '1', \"NAME\" = 'ours'");
+  EXPECT_NE(TextOf("JobHeadFacts").find("<b>Started, failing</b>"), std::string::npos);
+  EXPECT_EQ(TextOf("ProblemTries").find("1 time, "), 0U);
+  Press("alt+t");
+  WaitFor("another pass", [this] { return TextOf("ProblemTries").starts_with("2 times, "); });
+  Click("SkipBtn");
+  EXPECT_FALSE(Find("OkBtn")->isEnabled()) << "without a reason";
+  Enter("EditReason", "theirs is right");
+  Press("Return");
+  WaitForRows("JobMgrLV", {{"J", "Started", "1", "0"}});
+  WaitFor("the recovery", [this] { return Title() == "Quillmere - 1 job up to date"; });
+  EXPECT_NE(folder_.Read("jobs/J/skipped.sql").find("theirs is right"), std::string::npos);
+  fail("2", "statement 1 of 2, insert on SHOP.ITEM");
+  Click("ExcludeBtn");
+  AnswerBox("Exclude SHOP.ITEM from J?", "Yes");
+  WaitForRows("JobMgrLV", {{"J", "Started", "2", "0"}});
+  WaitFor("the recovery", [this] { return Title() == "Quillmere - 1 job up to date"; });
+  SelectNode({"J", "Exclude"});
+  WaitForRows("JobMgrLV", {{"ITEM", "SHOP"}});
 }
 
 TEST_F(JobExplorer, TablesAreExcludedRedirectedAndIncluded) {

@@ -20,7 +20,7 @@ Display* Server() {
 }
 
 KeyCode CodeOf(std::string_view name) {
-  const std::string symbol(name == "ctrl" ? "Control_L" : name);
+  const std::string symbol(name == "ctrl" ? "Control_L" : name == "alt" ? "Alt_L" : name);
   return XKeysymToKeycode(Server(), XStringToKeysym(symbol.c_str()));
 }
 

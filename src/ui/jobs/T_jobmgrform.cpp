@@ -11,7 +11,9 @@
 #include <algorithm>
 
 #include "ui/jobs/batch_delegate.h"
+#include "ui/jobs/job_pages.h"
 #include "ui/jobs/job_state_icon.h"
+#include "ui/jobs/way_out_runner.h"
 #include "ui/toolkit/hints.h"
 #include "ui/toolkit/menu_entry.h"
 #include "ui/toolkit/notice.h"
@@ -80,6 +82,7 @@ TJobMgrForm::TJobMgrForm(UiContext& context, QWidget* parent, std::chrono::milli
 
   frame_.Tree().setModel(&tree_);
   frame_.List().setItemDelegate(new BatchDelegate(JobRows::kBatchRole, this));
+  MakeDetails();
   MakeMenus();
   ConnectActions();
   refresh_timer_.setObjectName(QStringLiteral("TimerRefresh"));
@@ -89,6 +92,17 @@ TJobMgrForm::TJobMgrForm(UiContext& context, QWidget* parent, std::chrono::milli
 
 TJobMgrForm::~TJobMgrForm() {
   worker_.End();
+}
+
+void TJobMgrForm::MakeDetails() {
+  ways_ = new WayOutRunner(context_.workspace, worker_.Engine(), this);
+  connect(ways_, &WayOutRunner::Done, this, &TJobMgrForm::Rebuild);
+  connect(ways_, &WayOutRunner::StopAsked, this, [this] { RequestSelected(JobRequest::Stop); });
+  connect(&worker_, &JobWorker::JobsChanged, ways_, &WayOutRunner::OnJobsChanged);
+  head_ = new JobHead(this);
+  frame_.AddAbove(head_);
+  pages_ = new JobPages(context_, *ways_, this);
+  frame_.AddBelow(pages_);
 }
 
 void TJobMgrForm::MakeMenus() {
@@ -204,9 +218,21 @@ void TJobMgrForm::OnNodeChanged() {
 
 void TJobMgrForm::ShowList(const JobNodeRef& node) {
   UpdateActions();
+  ShowDetails(node);
   if (node.kind == JobNode::Include) return ShowTables(node, included_, QStringLiteral("included"));
   if (node.kind == JobNode::Exclude) return ShowTables(node, excluded_, QStringLiteral("excluded"));
   if (node.kind != JobNode::None) ShowJobs(node);
+}
+
+void TJobMgrForm::ShowDetails(const JobNodeRef& node) {
+  const bool of_job = node.job != JobList::kNotFound;
+  if (of_job) head_->ShowJob(jobs_.At(node.job), context_.workspace.Watch().Look(node.job));
+  head_->setVisible(of_job);
+  if (node.kind == JobNode::Job) {
+    pages_->ShowJob(node.job);
+  } else {
+    pages_->ShowNone();
+  }
 }
 
 void TJobMgrForm::ShowJobs(const JobNodeRef& node) {
@@ -221,6 +247,7 @@ void TJobMgrForm::ShowJobs(const JobNodeRef& node) {
       all ? kPageHint + QStringLiteral(". Enter or a double click goes to the job") : kPageHint);
   frame_.SetCountText(all ? Counted(job_rows_.SourceRowCount(), QStringLiteral("job")) : QString());
   frame_.SetNote(all ? QString() : NoteOf(node.job));
+  frame_.SetOneRow(!all);
 }
 
 // What an operator has to know of the one job that is shown.
@@ -241,6 +268,7 @@ void TJobMgrForm::ShowTables(const JobNodeRef& node, TableRows& rows, const QStr
   frame_.Filter().SetModel(&rows);
   frame_.SetCountText(Counted(rows.SourceRowCount(), QStringLiteral("table")));
   frame_.SetNote({});
+  frame_.SetOneRow(false);
   frame_.SetBack(OneLine(NameOf(job)));
   SetHint(&frame_.List(), kPageHint);
 }

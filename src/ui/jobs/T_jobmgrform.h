@@ -12,6 +12,7 @@
 #include "engine/work_thread.h"
 #include "ui/H_global.h"
 #include "ui/jobs/job_action_list.h"
+#include "ui/jobs/job_head.h"
 #include "ui/jobs/job_rows.h"
 #include "ui/jobs/job_tree_model.h"
 #include "ui/jobs/job_worker.h"
@@ -22,6 +23,9 @@
 class QMenu;
 
 namespace quillmere {
+
+class JobPages;
+class WayOutRunner;
 
 // Owns the worker, which runs from the construction on. It only asks: the worker acts.
 class TJobMgrForm : public QWidget {
@@ -53,6 +57,7 @@ class TJobMgrForm : public QWidget {
   void showEvent(QShowEvent* event) override;
 
  private:
+  void MakeDetails();
   void MakeMenus();
   void ConnectActions();
 
@@ -63,6 +68,7 @@ class TJobMgrForm : public QWidget {
   void SelectRoot() { Select({JobNode::AllJobs}); }
   void OnNodeChanged();
   void ShowList(const JobNodeRef& node);
+  void ShowDetails(const JobNodeRef& node);
   void ShowJobs(const JobNodeRef& node);
   QString NoteOf(std::size_t job) const;
   void ShowTables(const JobNodeRef& node, TableRows& rows, const QString& layout);
@@ -106,7 +112,10 @@ class TJobMgrForm : public QWidget {
   QTimer refresh_timer_{this};
   bool shown_ = false;
   HealthCounts told_;
-  JobWorker worker_;  // last: it may tell of changes at once
+  JobWorker worker_;  // it may tell of changes at once
+  WayOutRunner* ways_ = nullptr;
+  JobHead* head_ = nullptr;
+  JobPages* pages_ = nullptr;
 };
 
 }  // namespace quillmere

@@ -2,8 +2,10 @@
 #include "ui/toolkit/explorer_frame.h"
 
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QSplitter>
 #include <QToolBar>
@@ -110,12 +112,12 @@ ExplorerFrame::ExplorerFrame(WindowMemory& memory, const QString& name, const QS
   filter_row->addWidget(filter_, 1);
   filter_row->addSpacing(kSpacing);
   filter_row->addWidget(count_);
-  auto* right_column = new QVBoxLayout(right);
-  right_column->setContentsMargins(0, 0, 0, 0);
-  right_column->setSpacing(0);
-  right_column->addLayout(filter_row);
-  right_column->addWidget(note_);
-  right_column->addWidget(list_, 1);
+  right_ = new QVBoxLayout(right);
+  right_->setContentsMargins(0, 0, 0, 0);
+  right_->setSpacing(0);
+  right_->addLayout(filter_row);
+  right_->addWidget(note_);
+  right_->addWidget(list_, 1);
 
   splitter_ = new QSplitter(Qt::Horizontal, this);
   splitter_->addWidget(left);
@@ -141,6 +143,21 @@ ExplorerFrame::ExplorerFrame(WindowMemory& memory, const QString& name, const QS
 
 ExplorerFrame::~ExplorerFrame() {
   memory_.KeepSplitter(*splitter_, name_);
+}
+
+void ExplorerFrame::AddAbove(QWidget* widget) {
+  right_->insertWidget(right_->indexOf(note_), widget);
+}
+
+void ExplorerFrame::AddBelow(QWidget* widget) {
+  right_->addWidget(widget, 1);
+}
+
+void ExplorerFrame::SetOneRow(bool one) {
+  const int bars = list_->horizontalHeader()->height() + 2 * list_->frameWidth() +
+                   list_->horizontalScrollBar()->sizeHint().height();
+  list_->setMaximumHeight(one ? bars + list_->verticalHeader()->defaultSectionSize()
+                              : QWIDGETSIZE_MAX);
 }
 
 void ExplorerFrame::SetCountText(const QString& text) {

@@ -15,6 +15,7 @@ class QSplitter;
 class QToolBar;
 class QToolButton;
 class QTreeView;
+class QVBoxLayout;
 
 namespace quillmere {
 
@@ -34,6 +35,13 @@ class ExplorerFrame : public QWidget {
   QToolButton& HeadMenuButton() { return *menu_button_; }
   RowTable& List() { return *list_; }
   FilterLine& Filter() { return *filter_; }
+
+  // Above and below the list; the frame's from then on. Whoever made them shows and hides them.
+  void AddAbove(QWidget* widget);
+  void AddBelow(QWidget* widget);
+
+  // The list is as high as one row needs, or as there is room.
+  void SetOneRow(bool one);
 
   // A line beside the filter: how many rows there are.
   void SetCountText(const QString& text);
@@ -60,6 +68,7 @@ class ExplorerFrame : public QWidget {
   QLabel* count_ = nullptr;
   QLabel* note_ = nullptr;
   RowTable* list_ = nullptr;
+  QVBoxLayout* right_ = nullptr;
 };
 
 }  // namespace quillmere

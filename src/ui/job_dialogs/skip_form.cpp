@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include "ui/job_dialogs/skip_form.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "ui/toolkit/appearance.h"
+#include "ui/toolkit/text.h"
+#include "watch/health_text.h"
+
+namespace quillmere {
+namespace {
+
+constexpr int kTextHeight = 120;
+
+QLabel* Words(const QString& text) {
+  auto* words = new QLabel(text);
+  words->setTextFormat(Qt::PlainText);
+  words->setWordWrap(true);
+  return words;
+}
+
+QString WhatIsSkipped(const JobProblem& problem, Follow follow) {
+  QString what = ToQt(PlaceText(problem.what));
+  what[0] = what[0].toUpper();
+  if (!problem.what.table.empty()) what += SkipForm::tr(", on ") + OneLine(TableText(problem.what));
+  if (follow == Follow::Commits) what += SkipForm::tr(", is left out with its whole transaction.");
+  if (follow == Follow::Rows) what += SkipForm::tr(", is left out.");
+  return what + SkipForm::tr(
+                    " It counts as blocked and is kept in skipped.sql of the job's folder; its "
+                    "table bears the mark \"compare\" until it has been compared.");
+}
+
+}  // namespace
+
+SkipForm::SkipForm(const std::string& job, const JobProblem& problem, Follow follow,
+                   QWidget* parent)
+    : QDialog(parent) {
+  setObjectName(QStringLiteral("SkipForm"));
+  setWindowTitle(tr("Skip in ") + OneLine(job));
+  setMinimumWidth(460);
+  auto* statement = new QPlainTextEdit(ToQt(problem.what.statement));
+  statement->setObjectName(QStringLiteral("SkippedStatement"));
+  statement->setAccessibleName(tr("Statement"));
+  statement->setReadOnly(true);
+  statement->setTabChangesFocus(true);
+  statement->setMaximumHeight(kTextHeight);
+  reason_ = new QLineEdit;
+  reason_->setObjectName(QStringLiteral("EditReason"));
+  reason_->setAccessibleName(tr("Reason"));
+  auto* label = new QLabel(tr("&Reason, for whoever asks later"));
+  label->setBuddy(reason_);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+  auto* skip = buttons->addButton(tr("S&kip"), QDialogButtonBox::AcceptRole);
+  skip->setObjectName(QStringLiteral("OkBtn"));
+  skip->setEnabled(false);
+  buttons->button(QDialogButtonBox::Cancel)->setAutoDefault(false);
+  connect(reason_, &QLineEdit::textChanged, skip,
+          [skip](const QString& text) { skip->setEnabled(!text.trimmed().isEmpty()); });
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  column->setSpacing(kSpacing);
+  column->addWidget(Words(WhatIsSkipped(problem, follow)));
+  column->addWidget(statement);
+  column->addWidget(label);
+  column->addWidget(reason_);
+  column->addWidget(buttons);
+  skip->setDefault(true);  // from here on it is the dialog's
+  reason_->setFocus();
+}
+
+bool SkipForm::Ask(std::string& reason) {
+  if (exec() != Accepted) return false;
+  reason = ToBytes(reason_->text().trimmed());
+  return true;
+}
+
+}  // namespace quillmere

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "ui/jobs/now_page.h"
+
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "ui/toolkit/text.h"
+#include "watch/health_text.h"
+
+namespace quillmere {
+namespace {
+
+QString Meaning(const WatchedJob& job) {
+  switch (job.health) {
+    case Health::UpToDate:
+      return NowPage::tr("the last pass brought over what there was");
+    case Health::Behind:
+      return NowPage::tr("more is missing on the destination than two intervals explain");
+    case Health::Failing:
+      return NowPage::tr("the last pass failed, see Problem");
+    case Health::Held:
+      return ToQt(job.held);
+    case Health::Paused:
+      return NowPage::tr("rests where it is. Run continues it");
+    case Health::Stopped:
+      return NowPage::tr("Run begins with the changes made from then on");
+  }
+  return {};
+}
+
+QString BehindText(const WatchedJob& job) {
+  if (job.state == JobState::Stopped) return {};
+  if (!job.behind) return NowPage::tr("not known yet");
+  if (job.behind->count() == 0) return NowPage::tr("nothing that the last pass could see");
+  return ToQt(AgeText(*job.behind)) + NowPage::tr(" of the source's time");
+}
+
+QString GoodText(const WatchedJob& job) {
+  return job.since_good ? ToQt(AgeText(*job.since_good)) + NowPage::tr(" ago")
+                        : NowPage::tr("none yet");
+}
+
+QString NextText(const WatchedJob& job) {
+  if (!job.next_pass) return {};
+  if (job.next_pass->count() == 0) return NowPage::tr("now");
+  return NowPage::tr("in ") + ToQt(AgeText(*job.next_pass));
+}
+
+QString Changes(std::int64_t count) {
+  return Counted(static_cast<std::size_t>(std::max<std::int64_t>(count, 0)), NowPage::tr("change"));
+}
+
+}  // namespace
+
+NowPage::NowPage(UiContext& context, QWidget* parent)
+    : JobPage(parent), jobs_(context.workspace.Jobs()), facts_(QStringLiteral("Now"), this) {
+  setObjectName(QStringLiteral("NowPage"));
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(&facts_);
+  facts_.Add("Health", tr("Health"));
+  facts_.Add("Behind", tr("Behind by"));
+  facts_.Add("Good", tr("Last good pass"));
+  facts_.Add("Next", tr("Next pass"));
+  facts_.Add("Waiting", tr("Waiting"));
+  facts_.Add("Done", tr("Since its start"));
+}
+
+void NowPage::ShowJob(std::size_t job, const WatchedJob& watched) {
+  const JobRun& run = jobs_.At(job).run;
+  facts_.Show({ToQt(HealthName(watched.health)) + QStringLiteral(": ") + Meaning(watched),
+               BehindText(watched), GoodText(watched), NextText(watched),
+               Changes(watched.waiting) + tr(" of the batch in hand"),
+               Changes(run.applied_count) + tr(" applied, ") + Changes(run.blocked_count) +
+                   tr(" blocked")});
+}
+
+}  // namespace quillmere

@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+#include "ui/jobs/problem_page.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "ui/job_dialogs/skip_form.h"
+#include "ui/jobs/job_health.h"
+#include "ui/jobs/way_out_runner.h"
+#include "ui/toolkit/notice.h"
+#include "ui/toolkit/text.h"
+#include "watch/advice.h"
+#include "watch/health_text.h"
+#include "watch/refused_row.h"
+#include "workspace/job_tables.h"
+#include "workspace/way_out.h"
+
+namespace quillmere {
+namespace {
+
+constexpr std::size_t kLongestShown = 4000;  // bytes of a statement; the rest is in problem.xml
+
+QString Shown(std::string_view text) {
+  const QString shown = ToQt(text.substr(0, kLongestShown));
+  return text.size() > kLongestShown ? shown + QStringLiteral(" ...") : shown;
+}
+
+QString WhereText(const PassProblem& what) {
+  QString text = ToQt(PlaceText(what));
+  const std::string_view operation = OperationOf(what.statement);
+  if (!operation.empty()) text += QStringLiteral(", ") + ToQt(operation);
+  if (!what.table.empty()) text += QStringLiteral(" on ") + OneLine(TableText(what));
+  return text;
+}
+
+QString TriesText(const JobProblem& problem) {
+  const QString tries = Counted(static_cast<std::size_t>(problem.tries), QStringLiteral("time"));
+  const QString first = ToQt(ReadableTime(problem.first));
+  if (problem.tries == 1) return tries + QStringLiteral(", ") + first;
+  return tries + ProblemPage::tr(", first ") + first + ProblemPage::tr(", last ") +
+         ToQt(ReadableTime(problem.last));
+}
+
+}  // namespace
+
+ProblemPage::ProblemPage(UiContext& context, WayOutRunner& ways, QWidget* parent)
+    : JobPage(parent), context_(context), ways_(ways), facts_(QStringLiteral("Problem"), this) {
+  setObjectName(QStringLiteral("ProblemPage"));
+  facts_.Add("State", tr("Problem"));
+  facts_.Add("Where", tr("Failed at"));
+  facts_.Add("Error", tr("Error"));
+  facts_.Add("Advice", tr("What helps"));
+  facts_.Add("Tries", tr("Tried"));
+  facts_.Add("Row", tr("Row"));
+  facts_.Add("Statement", tr("Statement"));
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(&facts_, 1);
+  column->addWidget(MakeButtons());
+}
+
+QPushButton* ProblemPage::AddButton(const char* name, const QString& caption, const QString& tip) {
+  auto* button = new QPushButton(caption, this);
+  button->setObjectName(QLatin1StringView(name));
+  button->setToolTip(tip);
+  button->setAccessibleDescription(tip);
+  return button;
+}
+
+QWidget* ProblemPage::MakeButtons() {
+  auto* line = new QWidget(this);
+  retry_ = AddButton("RetryBtn", tr("Re&try now"), tr("Makes a pass at once"));
+  skip_ = AddButton("SkipBtn", tr("S&kip ..."),
+                    tr("Leaves the statement out, with a reason that is kept in skipped.sql"));
+  exclude_ = AddButton("ExcludeBtn", tr("E&xclude the table"),
+                       tr("The job does without the table from now on"));
+  stop_ = AddButton("StopBtn", tr("Stop the jo&b"), tr("Gives up what waits to be applied"));
+  connect(retry_, &QPushButton::clicked, this, [this] { ways_.Retry(job_); });
+  connect(skip_, &QPushButton::clicked, this, &ProblemPage::Skip);
+  connect(exclude_, &QPushButton::clicked, this, &ProblemPage::Exclude);
+  connect(stop_, &QPushButton::clicked, &ways_, &WayOutRunner::StopAsked);
+  auto* row = new QHBoxLayout(line);
+  row->setContentsMargins(kMargin, kSpacing / 2, kMargin, kSpacing / 2);
+  for (QPushButton* const button : {retry_, skip_, exclude_, stop_}) row->addWidget(button);
+  row->addStretch();
+  return line;
+}
+
+std::string_view ProblemPage::Mark(const WatchedJob& watched) const {
+  if (watched.problem) return HealthMark(Health::Failing);
+  return watched.held.empty() ? std::string_view() : HealthMark(Health::Held);
+}
+
+void ProblemPage::ShowJob(std::size_t job, const WatchedJob& watched) {
+  job_ = job;
+  problem_ = watched.problem;
+  const WaysOut ways = ways_.Waits(job) ? WaysOut{} : WaysOutOf(watched);
+  retry_->setEnabled(ways.retry);
+  skip_->setEnabled(ways.skip);
+  exclude_->setEnabled(ways.exclude);
+  stop_->setEnabled(ways.stop);
+  if (problem_) return ShowProblem(*problem_);
+  const QString none = watched.state == JobState::Stopped ? tr("None: the job is stopped")
+                                                          : tr("None: the last pass did not fail");
+  facts_.Show(
+      {watched.held.empty() ? none : tr("Held: ") + ToQt(watched.held), {}, {}, {}, {}, {}, {}});
+}
+
+void ProblemPage::ShowProblem(const JobProblem& problem) {
+  const PassProblem& what = problem.what;
+  facts_.Show({ways_.Waits(job_) ? tr("Waits for the end of the pass in hand ...") : QString(),
+               WhereText(what), Shown(what.error), ToQt(AdviceFor(problem)), TriesText(problem),
+               Shown(RowOf(what.statement)), Shown(what.statement)});
+}
+
+void ProblemPage::Skip() {
+  const JobProblem seen = *problem_;
+  const std::size_t job = job_;
+  const SyncJob& record = context_.workspace.Jobs().At(job);
+  SkipForm form(NameOf(record), seen, FollowOf(record), this);
+  std::string reason;
+  if (!form.Ask(reason)) return;
+  ways_.WhileItRests(job, [&workspace = context_.workspace, job, seen, reason] {
+    return SkipProblem(workspace, job, seen, reason);
+  });
+}
+
+void ProblemPage::Exclude() {
+  const std::size_t job = job_;
+  const PassProblem what = problem_->what;
+  const std::string name = NameOf(context_.workspace.Jobs().At(job));
+  if (!Confirm(this, "Exclude " + what.owner + "." + what.table + " from " + name +
+                         "?\n\nIts changes count as blocked from then on, those that wait among "
+                         "them, and are missing on the destination.")) {
+    return;
+  }
+  ways_.WhileItRests(job, [&workspace = context_.workspace, job, what] {
+    const TableChoice choice{TableFilter::Exclude, what.owner, {what.table}};
+    FilterResult result = FilterTables(workspace, job, choice);
+    if (!result.refused.empty()) return Outcome::Refused(std::move(result.refused));
+    if (!result.unsaved.empty()) return Outcome::Refused(std::move(result.unsaved));
+    return Outcome::Done();
+  });
+}
+
+}  // namespace quillmere
