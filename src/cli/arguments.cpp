@@ -17,6 +17,7 @@
 #include "cli/sql_command.h"
 #include "cli/terminal.h"
 #include "cli/trouble_commands.h"
+#include "cli/workspace_commands.h"
 #include "foundation/version.h"
 #include "workspace/job_operations.h"
 
@@ -40,6 +41,7 @@ struct Parsed {
   RunArguments run;
   HealthArguments health;
   SqlArguments sql;
+  workspace::Arguments workspace;
   std::function<int()> command;
 };
 
@@ -212,6 +214,24 @@ void AddHealthCommand(CLI::App& app, Parsed& parsed) {
   health.add_flag("--json", arguments.json, "as JSON");
 }
 
+void AddWorkspaceCommands(CLI::App& app, Parsed& parsed) {
+  workspace::Arguments& arguments = parsed.workspace;
+  CLI::App& group = AddGroup(app, "workspace", "Settings, data sources and jobs as a whole");
+  CLI::App& out = Add(group, "export", "Write them to a file, without passwords", parsed, arguments,
+                      workspace::Export);
+  out.add_option("FILE", arguments.file, "a new file")->required();
+  CLI::App& in = Add(group, "import",
+                     "Add the data sources and jobs of such a file that are not there; jobs come "
+                     "Stopped",
+                     parsed, arguments, workspace::Import);
+  in.add_option("FILE", arguments.file, "as 'workspace export' writes it")->required();
+  CLI::App& back = Add(group, "restore",
+                       "Bring back the settings and the stopped jobs of the beginning of a day",
+                       parsed, arguments, workspace::Restore);
+  back.add_option("DAY", arguments.day,
+                  "one that is kept, as 2026-01-31; otherwise they are listed");
+}
+
 int RunSql(const CommandLine& line, const SqlArguments& arguments) {
   return Sql(line, arguments.source, arguments.file);
 }
@@ -313,6 +333,7 @@ int RunCommandLine(int argc, const char* const* argv) {
   AddJobCommands(app, parsed);
   AddRunCommand(app, parsed);
   AddHealthCommand(app, parsed);
+  AddWorkspaceCommands(app, parsed);
   AddSqlCommand(app, parsed);
   AddSchemaCommands(app, parsed);
   try {

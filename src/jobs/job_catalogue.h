@@ -51,6 +51,11 @@ class JobCatalogue {
   // What could not be read is in the log; a job without its own file is there without tables.
   void Load(const LogOnLookup& log_ons, const RunStateRestorer& restore);
 
+  // Makes the job at index, which may be a free slot, what a kept element of jobs.xml says, with
+  // its owners and tables in it. Tables that are there keep their counters. The job must rest.
+  // User-interface thread.
+  void TakeKept(std::size_t index, const XmlNode& node, const LogOnLookup& log_ons);
+
   // Why the list of jobs is empty although it may hold some; empty when it was read, or there is
   // none. Of a damaged one the log says nothing.
   std::string WhyListNotRead() const;

@@ -107,6 +107,36 @@ void JobCatalogue::LoadJob(const XmlNode& node, const LogOnLookup& log_ons,
   jobs_.SetState(index, state);
 }
 
+void JobCatalogue::TakeKept(std::size_t index, const XmlNode& node, const LogOnLookup& log_ons) {
+  SyncJob& job = jobs_.At(index);
+  SchemaMap kept = ReadSchemas(node);
+  const MutexLock lock(job.config_mutex);
+  JobConfig& config = job.config;
+  const bool has_runned = config.has_runned;
+  const bool same_source = config.src_database_name == node.ChildValue("src_database_name");
+  ReadJobElement(node, config);
+  config.has_runned = has_runned;
+  ResolveLogOns(config, log_ons);
+  config.error_log_path = PathText(FolderOf(config.name).File(JobFile::ErrorLog));
+  for (auto& [owner, schema] : kept) {
+    const auto now = config.schemas.find(owner);
+    if (now == config.schemas.end() || !same_source) continue;
+    for (JobTable& table : schema.Tables()) {
+      const JobTable* const counted = now->second.Find(table.name);
+      if (counted == nullptr) continue;
+      table.beginrows = counted->beginrows;
+      table.rows = counted->rows;
+      table.totalsynced = counted->totalsynced;
+      table.RecordsBlocked = counted->RecordsBlocked;
+      table.synced = counted->synced;
+      table.compare = counted->compare;
+    }
+  }
+  config.table_list_fetched = !kept.empty();
+  config.schemas = std::move(kept);
+  ++config.tables_revision;
+}
+
 void JobCatalogue::LoadOwnFile(SyncJob& job, const std::filesystem::path& file) {
   XmlDocument document;
   SchemaMap schemas;

@@ -33,6 +33,7 @@ struct CatalogueReading {
 // After each change of the registry.
 Outcome SaveRegistry(Workspace& workspace, std::string done_text = {}) {
   workspace.RefreshJobLogOns();
+  workspace.KeepSettings();
   std::string reason;
   if (workspace.Registry().Save(reason)) return Outcome::Done(std::move(done_text));
   workspace.Log().Add(reason, true);

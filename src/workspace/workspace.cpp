@@ -94,7 +94,8 @@ Workspace::Workspace(const Options& options, fs::path folder)
       catalogue_(*files_, folder_, jobs_, log_),
       watch_(*files_, folder_, jobs_, catalogue_, *clock_),
       actions_(*files_, folder_ / "history.log", *clock_, log_, options.user,
-               access_ == Access::Change) {}
+               access_ == Access::Change),
+      kept_(*files_, folder_) {}
 
 std::string Workspace::FolderText() const {
   const std::string path = PathText(folder_);
@@ -211,7 +212,13 @@ std::string WhyNotAdded(const std::string& why_not_read) {
          ". Nothing is added to it: mend it or move it away, then start the program again";
 }
 
+void Workspace::KeepSettings() {
+  const std::string error = kept_.BeforeChange(clock_->Now());
+  if (!error.empty()) log_.Add(error, true);
+}
+
 bool Workspace::SaveJobs(std::string& reason) {
+  KeepSettings();
   if (catalogue_.SaveAll(reason)) return true;
   log_.Add(reason, true);
   return false;

@@ -17,6 +17,7 @@
 #include "watch/watched_listener.h"
 #include "workspace/action_log.h"
 #include "workspace/folder_lock.h"
+#include "workspace/settings_bundle.h"
 
 namespace quillmere {
 
@@ -71,6 +72,11 @@ class Workspace {
   JobWatch& Watch() { return watch_; }
   const JobWatch& Watch() const { return watch_; }
 
+  // Before settings, data sources or jobs are saved: keeps them once a day as they were. That it
+  // could not is in the log.
+  void KeepSettings();
+  const KeptSettings& Kept() const { return kept_; }
+
   // What operators do, in history.log.
   ActionLog& Actions() { return actions_; }
 
@@ -118,6 +124,7 @@ class Workspace {
   JobCatalogue catalogue_;
   JobWatch watch_;
   ActionLog actions_;
+  KeptSettings kept_;
   std::deque<WatchedListener> listeners_;  // one for each engine
   bool other_program_ = false;  // when looking only: it had the folder while this one read it
 };

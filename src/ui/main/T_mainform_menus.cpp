@@ -166,6 +166,7 @@ QAction* TMainForm::MakeAction(const char* name, const QString& caption, const c
 void TMainForm::SaveProgramSettings() {
   Workspace& workspace = context_.workspace;
   std::string reason;
+  workspace.KeepSettings();
   if (SaveSettings(workspace.Files(), workspace.SettingsFile(), workspace.ProgramSettings(),
                    reason))
     return;

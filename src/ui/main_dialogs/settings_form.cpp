@@ -232,6 +232,7 @@ void SettingsForm::OkBtnClick() {
     if (!refused.empty()) return ShowNotice(this, refused, client_path_);
   }
   std::string reason;
+  workspace.KeepSettings();
   if (!StoreSettings(workspace.Files(), workspace.SettingsFile(), entered,
                      workspace.ProgramSettings(), reason)) {
     return ShowFailure(this, reason);
