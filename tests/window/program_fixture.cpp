@@ -137,6 +137,7 @@ void ProgramTest::Restart() {
 void ProgramTest::ShowPage(int page) {
   auto* tabs = Find<QTabBar>("qt_tabwidget_tabbar");
   ClickAt(tabs, [=] { return tabs->tabRect(page).center(); });
+  WaitFor("the page", [=] { return tabs->currentIndex() == page; });
 }
 
 Names ProgramTest::ActionsShown(const Names* expected) {

@@ -47,6 +47,10 @@ class Waiting : public ActionStage {
       return tabs->mapToGlobal(tabs->tabRect(1 - tabs->currentIndex()).center());
     }));
     x::Click(x::kLeft, 1);
+    // The click has come to the program when the pointer has: the wait may end then.
+    const QWidget* const dialog = Ui([] { return Dialog(); });
+    x::MoveTo(Ui([dialog] { return dialog->mapToGlobal(dialog->rect().center()); }));
+    WaitFor("the pointer in the dialog", [dialog] { return dialog->underMouse(); });
   }
   int Page() {
     return Ui([this] {

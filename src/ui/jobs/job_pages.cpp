@@ -20,6 +20,7 @@ std::vector<JobPage*> MakeJobPages(UiContext& context, WayOutRunner& ways, QWidg
 
 JobPages::JobPages(UiContext& context, WayOutRunner& ways, QWidget* parent)
     : QTabWidget(parent), watch_(context.workspace.Watch()) {
+  tabBar()->setObjectName(QStringLiteral("JobPagesTabs"));  // the window's tabs have Qt's name
   setObjectName(QStringLiteral("JobPages"));
   setAccessibleName(tr("Pages of the job"));
   setDocumentMode(true);
