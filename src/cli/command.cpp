@@ -9,7 +9,7 @@
 namespace quillmere::cli {
 namespace {
 
-void PrintError(const MessageLog::Entry& entry) {
+void PrintError(const MessageEntry& entry) {
   Write(Stream::Error, OneLine(entry.text) + "\n");
 }
 
@@ -23,14 +23,14 @@ Workspace::Options OptionsOf(const CommandLine& line) {
 }
 
 // A folder without a registry is a new one; that is no news to whoever works from a shell.
-bool IsNews(const Workspace& workspace, const MessageLog::Entry& entry) {
+bool IsNews(const Workspace& workspace, const MessageEntry& entry) {
   return !entry.text.ends_with("Can't not open database.xml") ||
          IsThere(workspace.Files(), workspace.Folder() / "config" / "database.xml");
 }
 
 bool IsTold(Workspace& workspace, std::string_view text) {
   const auto& entries = workspace.Log().Entries();
-  return std::any_of(entries.begin(), entries.end(), [&](const MessageLog::Entry& entry) {
+  return std::any_of(entries.begin(), entries.end(), [&](const MessageEntry& entry) {
     return entry.text.find(text) != std::string::npos;
   });
 }
@@ -41,7 +41,7 @@ std::unique_ptr<Workspace> Open(const Workspace::Options& options) {
   if (workspace == nullptr) {
     Fail(reason);
   } else {
-    for (const MessageLog::Entry& entry : workspace->Log().Entries()) {
+    for (const MessageEntry& entry : workspace->Log().Entries()) {
       if (entry.error && IsNews(*workspace, entry)) PrintError(entry);
     }
     // The log must not tell of damaged lists.

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "messages/message_log.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <utility>
 
 #include "foundation/text.h"
@@ -11,6 +13,7 @@ namespace quillmere {
 namespace {
 
 constexpr std::string_view kErrorLog = "error.log";
+constexpr std::string_view kRecentFile = "messages.tsv";
 constexpr std::string_view kGeneralLog = "ravelkin.log";
 constexpr std::uint64_t kErrorLogLimit = std::uint64_t{2} << 20;
 constexpr std::uint64_t kGeneralLogLimit = std::uint64_t{10} << 20;
@@ -49,7 +52,33 @@ std::string MessageLog::Line(std::string_view text) const {
   return line;
 }
 
-bool MessageLog::Add(std::string_view text, bool error) {
+void MessageLog::KeepRecent() {
+  if (files_ == Files::LeaveAlone || recent_) return;
+  recent_.emplace(file_system_, folder_ / kRecentFile);
+  std::deque<MessageEntry> earlier = recent_->Begin(entries_);
+  earlier_ = earlier.size();
+  entries_.insert(entries_.begin(), std::move_iterator(earlier.begin()),
+                  std::move_iterator(earlier.end()));
+}
+
+void MessageLog::MarkRead() {
+  unread_ = 0;
+  for (auto entry = entries_.rbegin(); entry != entries_.rend() && !entry->read; ++entry) {
+    entry->read = true;
+  }
+}
+
+void MessageLog::Clear() {
+  const auto unread = std::find_if(entries_.rbegin(), entries_.rend(),
+                                   [](const MessageEntry& one) { return one.error && !one.read; });
+  MessageEntry kept = std::move(unread == entries_.rend() ? entries_.back() : *unread);
+  entries_.clear();
+  earlier_ = 0;
+  unread_ = kept.error && !kept.read ? 1 : 0;
+  entries_.push_back(std::move(kept));
+}
+
+bool MessageLog::AddOf(std::string_view job, std::string_view text, bool error) {
   std::string line = Line(text);
   std::string reason;
   if (files_ == Files::Write &&
@@ -57,9 +86,11 @@ bool MessageLog::Add(std::string_view text, bool error) {
     return false;
   }
   const int limit = settings_.message_limit;
-  const bool cleared = limit >= 0 && entries_.size() > static_cast<std::size_t>(limit);
-  if (cleared) entries_.erase(entries_.begin(), entries_.end() - 1);
-  entries_.push_back({std::move(line), error});
+  const bool cleared = limit >= 0 && entries_.size() - earlier_ > static_cast<std::size_t>(limit);
+  if (cleared) Clear();
+  entries_.push_back({std::move(line), error, std::string(job)});
+  if (error) ++unread_;
+  if (recent_) recent_->Add(entries_.back());
   if (listener_) listener_(cleared);
   return true;
 }

@@ -9,11 +9,13 @@
 #include <deque>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "foundation/H_tea.h"
 #include "foundation/mutex.h"
+#include "messages/recent_messages.h"
 
 namespace quillmere {
 
@@ -28,11 +30,6 @@ class LogLines {
 
 class MessageLog final : public LogLines {
  public:
-  struct Entry {
-    std::string text;  // with its time stamp, without a line feed
-    bool error = false;
-  };
-
   // LeaveAlone: messages are listed but no file is written, for a program that only looks.
   enum class Files { Write, LeaveAlone };
 
@@ -41,11 +38,23 @@ class MessageLog final : public LogLines {
              const Settings& settings, Files files = Files::Write);
 
   // Appends the line to error.log (further lines of the text indented under the first, no empty
-  // ones at its end) and to the list (the text as it is); a full list is cleared first but for its
-  // latest entry. False when error.log cannot be written: then nothing is listed either, and the
-  // caller says so where it can. User-interface thread only (the command line's only thread that
-  // talks).
-  bool Add(std::string_view text, bool error) override;
+  // ones at its end) and to the list (the text as it is); a full list is cleared first but for one
+  // entry: the newest error that was not read, else the latest. False when error.log cannot be
+  // written: then nothing is listed either, and the caller says so where it can. User-interface
+  // thread only (the command line's only thread that talks).
+  bool Add(std::string_view text, bool error) override { return AddOf({}, text, error); }
+
+  // The same for a line about that job.
+  bool AddOf(std::string_view job, std::string_view text, bool error);
+
+  // Puts what the list had in an earlier run in front of what it has, and keeps it for the next one
+  // from now on; what was there before does not fill the list. For a program with a list; once,
+  // before there is a listener.
+  void KeepRecent();
+
+  // Errors that came since the operator last looked.
+  std::size_t UnreadErrors() const { return unread_; }
+  void MarkRead();
 
   // Appends the line to ravelkin.log, the text byte for byte; nothing is shown. Any thread.
   bool WriteGeneral(std::string_view text);
@@ -56,7 +65,7 @@ class MessageLog final : public LogLines {
   void LimitFiles();
   static constexpr std::chrono::seconds kLimitPause{100};
 
-  const std::deque<Entry>& Entries() const { return entries_; }
+  const std::deque<MessageEntry>& Entries() const { return entries_; }
 
   // Told after each change of the list: true when it was cleared before the entry was added.
   // User-interface thread.
@@ -64,6 +73,7 @@ class MessageLog final : public LogLines {
 
  private:
   std::string Line(std::string_view text) const;
+  void Clear();
   void LimitFile(std::string_view name, std::uint64_t limit) const;
 
   FileSystem& file_system_;
@@ -71,7 +81,10 @@ class MessageLog final : public LogLines {
   const Clock& clock_;
   const Settings& settings_;
   const Files files_;
-  std::deque<Entry> entries_;
+  std::deque<MessageEntry> entries_;
+  std::size_t unread_ = 0;
+  std::size_t earlier_ = 0;  // entries of an earlier run, which do not fill the list
+  std::optional<RecentMessages> recent_;
   std::function<void(bool)> listener_;
   Mutex general_mutex_;  // ravelkin.log is written by the worker and limited by the window
 };

@@ -73,7 +73,7 @@ Outcome SkipStatement(Workspace& workspace, std::size_t index, const std::string
   }
   workspace.Actions().Note("skip", "job " + name, {}, what + table + ": " + why);
   std::string done = "The next pass of " + name + " leaves out " + what + table;
-  workspace.Log().Add(done + ": " + why, false);
+  workspace.Log().AddOf(name, done + ": " + why, false);
   if (!workspace.SaveJobs(error)) done += ". " + error;
   return Outcome::Done(std::move(done));
 }

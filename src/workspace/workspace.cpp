@@ -136,10 +136,11 @@ JobState Workspace::RestoreJob(SyncJob& job) {
     const std::string until =
         restored.until == LocalTime{} ? "" : " until " + ReadableTime(restored.until);
     const auto left = restored.progress.batch_remaining;
-    log_.Add(NameOf(job) + " was running" + until + ", is Paused with " + std::to_string(left) +
-                 (left == 1 ? " statement left" : " statements left") +
-                 (restored.held.empty() ? ". Continue it with Run" : ""),
-             false);
+    log_.AddOf(NameOf(job),
+               NameOf(job) + " was running" + until + ", is Paused with " + std::to_string(left) +
+                   (left == 1 ? " statement left" : " statements left") +
+                   (restored.held.empty() ? ". Continue it with Run" : ""),
+               false);
   }
   jobs_.SetProgress(index, restored.progress);
   HoldRestored(index, std::move(restored.held), restored.asks_again);
@@ -156,7 +157,7 @@ void Workspace::HoldRestored(std::size_t index, std::string held, bool asks_agai
     held = of_tables + (held.empty() ? "" : ". " + held);
     asks_again = false;
   }
-  if (!held.empty()) log_.Add(name + " is held: " + held, true);
+  if (!held.empty()) log_.AddOf(name, name + " is held: " + held, true);
   if (access_ == Access::Change && !asks_again) {
     std::string error;
     if (!KeepHeldFile(*files_, catalogue_.FolderOf(name), held, error)) log_.Add(error, true);
@@ -201,7 +202,8 @@ void Workspace::HoldUnregistered() {
     const std::string held = jobs_.HeldBecause(index);
     std::string why = WhyUnregistered(jobs_.At(index));
     if (why == held || (!held.empty() && !held.ends_with(kNotRegistered))) continue;
-    if (!why.empty()) log_.Add(NameOf(jobs_.At(index)) + " is held: " + why, true);
+    const std::string name = NameOf(jobs_.At(index));
+    if (!why.empty()) log_.AddOf(name, name + " is held: " + why, true);
     jobs_.Hold(index, std::move(why));
   }
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
@@ -36,6 +37,32 @@ TEST_F(MessageLogTest, AFullListKeepsItsLatestEntry) {
   log.SetListener([&](bool cleared) { account << (cleared ? "cleared\n" : "added\n"); });
   for (const char* text : {"1", "2", "3", "4", "5", "6"}) log.Add(text, false);
   for (const auto& entry : log.Entries()) account << entry.text << "\n";
+}
+
+TEST_F(MessageLogTest, WhatIsClearedLeavesTheNewestErrorThatWasNotRead) {
+  settings.message_limit = 3;
+  for (const char* text : {"read", "!1", "!2", "3", "4", "5"}) {
+    log.Add(text, *text == '!');
+    if (*text == 'r') log.MarkRead();
+  }
+  account << log.UnreadErrors() << " unread\n";
+  for (const auto& entry : log.Entries()) account << entry.text << "\n";
+}
+
+TEST_F(MessageLogTest, TheLastLinesAreThereAgain) {
+  files.Put("/work/messages.tsv", "E\tnightly\t20260130 a\\tb\\n\\\\n\nX\tdamaged\nI\tcut");
+  log.Add("while it opened", true);
+  log.KeepRecent();
+  log.AddOf("J\t1", "new\nline", false);
+  account << log.UnreadErrors() << " unread\n";
+  for (const auto& entry : log.Entries()) account << entry.job << ": " << entry.text << "\n";
+  TellFiles();
+  for (int i = 0; i < 2000; ++i) log.Add(std::to_string(i), false);
+  MessageLog next{files, "/work", clock, settings};
+  next.KeepRecent();
+  EXPECT_EQ(next.Entries().size(), 500u);
+  EXPECT_TRUE(next.Entries().back().text.ends_with(" 1999"));
+  EXPECT_LE(std::ranges::count(files.Content("/work/messages.tsv"), '\n'), 1000);
 }
 
 TEST_F(MessageLogTest, KeepsFilesAboveTheirLimit) {

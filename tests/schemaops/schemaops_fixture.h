@@ -38,7 +38,7 @@ class SchemaOpsTest : public ::testing::Test {
   Lines TakeLog() {
     Lines lines;
     for (; taken_ < log_.Entries().size(); ++taken_) {
-      const MessageLog::Entry& entry = log_.Entries()[taken_];
+      const MessageEntry& entry = log_.Entries()[taken_];
       lines.push_back((entry.error ? "! " : "") + entry.text.substr(18));
     }
     return lines;

@@ -242,7 +242,7 @@ TEST(Messages, GoAlongWithTheLogInAFloodTogether) {
     const QAbstractItemModelTester tester(&model);
     const QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
     const QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
-    const auto text = [&](int row) { return model.index(row).data().toString().toStdString(); };
+    const auto text = [&](int row) { return model.index(row, 0).data().toString().toStdString(); };
     log.Add("two\nlines", true);
     EXPECT_EQ(text(1), "20260131 23:59:07 two lines");
     EXPECT_EQ(model.FullText(1).toStdString(), "20260131 23:59:07 two\nlines");
@@ -257,6 +257,26 @@ TEST(Messages, GoAlongWithTheLogInAFloodTogether) {
     EXPECT_EQ(text(1), "20260131 23:59:07 one too many");
   }
   EXPECT_TRUE(log.Add("nobody looks", false));
+  MessageListModel model(log);
+  log.AddOf("nightly", "Something wrong", true);
+  for (int i = 0; i < 2; ++i) {
+    log.AddOf("nightly", "ORA-1: x", true);
+    log.Add("ORA-1: x", true);
+  }
+  const auto shown = [&](bool errors_only, const std::string& text) {
+    model.SetFilter(errors_only, text);
+    std::string lines;
+    for (int row = 0; row < model.rowCount(); ++row) {
+      const std::vector<std::string> cells = Cells(model, row);
+      lines += cells[0].substr(18) + "|" + cells[1] + "|" + cells[2] + "\n";
+    }
+    return lines;
+  };
+  EXPECT_EQ(shown(true, ""),
+            "two lines||error\nSomething wrong|nightly|error\n"
+            "ORA-1: x  (2 times)|nightly|error\nORA-1: x  (2 times)||error\n");
+  EXPECT_EQ(shown(false, "NOBODY"), "nobody looks||information\n");
+  EXPECT_EQ(shown(true, "NIGHTLY").size(), 64u);
 }
 
 }  // namespace

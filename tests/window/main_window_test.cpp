@@ -68,7 +68,12 @@ TEST_F(MainWindow, HintsMessagesAndSettings) {
   Enter("EditMessageLimit", "7");
   Click("OkBtn");
   WaitForNoDialog();
+  Press("ctrl+2");
+  WaitFor("the other page", [this] { return IsShown("DbMgrTV"); });
+  Press("ctrl+Tab");
+  WaitFor("the first page", [this] { return IsShown("JobMgrTV"); });
   Restart();
+  WaitForMessage("A job created, name is J");
   EXPECT_TRUE(Work().ProgramSettings().debug);
   EXPECT_EQ(Work().ProgramSettings().message_limit, 7);
   EXPECT_EQ(Work().ProgramSettings().commit_age_seconds, 9);

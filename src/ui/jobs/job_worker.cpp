@@ -75,13 +75,15 @@ void JobWorker::TakeMessages() {
   while (!messages_.empty() && turn.elapsed() < kMessagesTurnMs) {
     const WorkerBridge::Message message = std::move(messages_.front());
     messages_.pop_front();
-    Take(message.text, message.error);
+    Take(message);
   }
   if (!messages_.empty()) message_turn_.start(0);
 }
 
-void JobWorker::Take(std::string_view text, bool error) {
-  if (!workspace_.Log().Add(text, error)) Q_EMIT MessageLost(ToQt(text));
+void JobWorker::Take(const WorkerBridge::Message& message) {
+  const std::string job = NameOf(workspace_.Jobs().At(message.job));
+  if (workspace_.Log().AddOf(job, message.text, message.error)) return;
+  Q_EMIT MessageLost(ToQt(message.text));
 }
 
 void JobWorker::End() {

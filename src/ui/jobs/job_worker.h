@@ -46,7 +46,7 @@ class JobWorker : public QObject {
 
  private:
   void Post(QEvent::Type type);
-  void Take(std::string_view text, bool error);
+  void Take(const WorkerBridge::Message& message);
   void TakeMessages();
   void TellChanges();
 

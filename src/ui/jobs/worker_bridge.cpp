@@ -23,10 +23,10 @@ std::vector<std::size_t> WorkerBridge::TakeChanges() {
   return std::exchange(jobs_, {});
 }
 
-void WorkerBridge::Send(std::string_view text, bool error) {
+void WorkerBridge::Send(std::size_t job, std::string_view text, bool error) {
   {
     const MutexLock lock(mutex_);
-    messages_.push_back({std::string(text), error});
+    messages_.push_back({job, std::string(text), error});
     if (messages_.size() > 1) return;
   }
   calls_.message();

@@ -26,6 +26,7 @@ class WorkerBridge final : public RunnerListener {
   };
 
   struct Message {
+    std::size_t job = 0;
     std::string text;
     bool error = false;
   };
@@ -34,8 +35,8 @@ class WorkerBridge final : public RunnerListener {
 
   // The worker's.
   void OnJobChanged(std::size_t job, bool batch_fetched) override;
-  void OnError(std::size_t, std::string_view text) override { Send(text, true); }
-  void OnInformation(std::size_t, std::string_view text) override { Send(text, false); }
+  void OnError(std::size_t job, std::string_view text) override { Send(job, text, true); }
+  void OnInformation(std::size_t job, std::string_view text) override { Send(job, text, false); }
 
   // The window's. The jobs that changed since the last call, each once.
   std::vector<std::size_t> TakeChanges();
@@ -44,7 +45,7 @@ class WorkerBridge final : public RunnerListener {
   std::deque<Message> TakeMessages();
 
  private:
-  void Send(std::string_view text, bool error);
+  void Send(std::size_t job, std::string_view text, bool error);
 
   const Calls calls_;
   Mutex mutex_;

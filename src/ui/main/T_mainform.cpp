@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QScreen>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QVBoxLayout>
@@ -18,7 +19,7 @@
 #include "ui/jobs/T_jobmgrform.h"
 #include "ui/jobs/job_health.h"
 #include "ui/main/banner.h"
-#include "ui/main/message_view.h"
+#include "ui/main/message_panel.h"
 #include "ui/toolkit/hints.h"
 #include "ui/toolkit/icons.h"
 #include "ui/toolkit/notice.h"
@@ -32,6 +33,7 @@ constexpr QSize kFirstSize(850, 611);
 constexpr int kMessagesHeight = 81;
 
 const QString kCaption = QStringLiteral("Quillmere");
+const QString kShowLogCaption = QStringLiteral(" &ShowLog");
 const QString kPlace = QStringLiteral("main");
 const QString kPage = QStringLiteral("main/page");
 const QString kShowLog = QStringLiteral("main/showlog");
@@ -60,6 +62,7 @@ TMainForm::TMainForm(UiContext& context, std::chrono::milliseconds sweep_pause)
   column->addWidget(MakeHintLine());
   setCentralWidget(all);
   MakeMenus();
+  ShowUnread(messages_->UnreadWords());
   banner->SetMenu(findChild<QMenu*>(QStringLiteral("PMOptions")));
   new HintWatcher([this](const QString& hint) { ShowTip(hint); }, this);
   clear_timer_.setObjectName(QStringLiteral("TimerClear"));
@@ -94,9 +97,25 @@ QWidget* TMainForm::MakePages(std::chrono::milliseconds sweep_pause) {
   connect(database_manager_, &TDbMgrForm::Acting, pages_, [this] { pages_->setCurrentIndex(1); });
   pages_->setTabIcon(1, Icon("source"));
   ShowHealth({});
+  AddPageKeys();
   connect(pages_, &QTabWidget::currentChanged, this, &TMainForm::OnPageChanged);
   OnPageChanged();
   return pages_;
+}
+
+// Also where the focus is in a part that has pages of its own.
+void TMainForm::AddPageKeys() {
+  const auto on = [this](const QKeySequence& keys, int page, int step) {
+    connect(new QShortcut(keys, this), &QShortcut::activated, pages_, [this, page, step] {
+      const int count = pages_->count();
+      pages_->setCurrentIndex(step == 0 ? page : (pages_->currentIndex() + step + count) % count);
+    });
+  };
+  for (int page = 0; page < pages_->count(); ++page) {
+    on(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + page)), page, 0);
+  }
+  on(QKeySequence(Qt::CTRL | Qt::Key_Tab), 0, 1);
+  on(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab), 0, -1);
 }
 
 void TMainForm::AddPage(QWidget* form, const char* name, const QString& caption,
@@ -130,16 +149,16 @@ void TMainForm::OnPageChanged() {
 }
 
 QWidget* TMainForm::MakeMessages() {
-  messages_ = new QWidget(this);
-  messages_->setObjectName(QStringLiteral("PnlLog"));
-  auto* view = new MessageView(context_.workspace.Log(), context_.workspace.Folder(), messages_);
-  view->setObjectName(QStringLiteral("TreeView1"));
-  view->setAccessibleName(tr("Messages"));
-  SetHint(view, QStringLiteral("Show all errors and informaitons"));
-  auto* column = new QVBoxLayout(messages_);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->addWidget(view);
+  context_.workspace.Log().KeepRecent();
+  messages_ = new MessagePanel(context_.workspace.Log(), context_.workspace.Folder(), this);
+  connect(messages_, &MessagePanel::UnreadChanged, this, &TMainForm::ShowUnread);
   return messages_;
+}
+
+// Where a menu has shortcuts, so that the entry's own words stay.
+void TMainForm::ShowUnread(const QString& words) {
+  if (show_log_ == nullptr) return;  // the menus are made last
+  show_log_->setText(kShowLogCaption + (words.isEmpty() ? QString() : u'\t' + words));
 }
 
 QWidget* TMainForm::MakeHintLine() {

@@ -19,7 +19,7 @@ class QTabWidget;
 namespace quillmere {
 
 struct HealthCounts;
-class MessageView;
+class MessagePanel;
 class TDbMgrForm;
 class TJobMgrForm;
 
@@ -46,8 +46,10 @@ class TMainForm : public QMainWindow {
   QWidget* MakeMessages();
   QWidget* MakeHintLine();
   void AddPage(QWidget* form, const char* name, const QString& caption, const QString& hint);
+  void AddPageKeys();
   void OnPageChanged();
   void ShowHealth(const HealthCounts& counts);
+  void ShowUnread(const QString& words);
   void PlaceWindow();
   void KeepPlace();
   void SayLost(const QString& text);
@@ -73,7 +75,7 @@ class TMainForm : public QMainWindow {
   TJobMgrForm* job_manager_ = nullptr;
   TDbMgrForm* database_manager_ = nullptr;
   QSplitter* splitter_ = nullptr;
-  QWidget* messages_ = nullptr;
+  MessagePanel* messages_ = nullptr;
   QLabel* tips_ = nullptr;
   QAction* show_log_ = nullptr;
   QTimer clear_timer_{this};

@@ -12,6 +12,7 @@
 #include "ui/databases/T_dbmgrform.h"
 #include "ui/jobs/T_jobmgrform.h"
 #include "ui/main/T_mainform.h"
+#include "ui/main/message_panel.h"
 #include "ui/main/shared_files.h"
 #include "ui/main_dialogs/about.h"
 #include "ui/main_dialogs/settings_form.h"

@@ -18,6 +18,12 @@
 #include "ui/toolkit/text.h"
 
 namespace quillmere {
+namespace {
+
+constexpr int kJobWidth = 90;
+constexpr int kKindWidth = 90;
+
+}  // namespace
 
 MessageView::MessageView(MessageLog& log, std::filesystem::path folder, QWidget* parent)
     : QTreeView(parent), model_(log), folder_(std::move(folder)) {
@@ -30,8 +36,12 @@ MessageView::MessageView(MessageLog& log, std::filesystem::path folder, QWidget*
   setAllColumnsShowFocus(true);
   setIndentation(0);
   setTextElideMode(Qt::ElideRight);
-  header()->setStretchLastSection(true);
   setModel(&model_);
+  header()->setStretchLastSection(false);
+  header()->setSectionResizeMode(MessageListModel::kLine, QHeaderView::Stretch);
+  header()->setMinimumSectionSize(kJobWidth);
+  header()->resizeSection(MessageListModel::kJob, kJobWidth);
+  header()->resizeSection(MessageListModel::kKind, kKindWidth);
   MakeMenu();
   follow_.setSingleShot(true);
   connect(&follow_, &QTimer::timeout, this, [this] { scrollToBottom(); });
@@ -43,6 +53,22 @@ MessageView::MessageView(MessageLog& log, std::filesystem::path folder, QWidget*
 void MessageView::NoteNewest() {
   const QScrollBar* const bar = verticalScrollBar();
   if (bar->value() >= bar->maximum()) follow_.start(0);
+}
+
+void MessageView::focusInEvent(QFocusEvent* event) {
+  QTreeView::focusInEvent(event);
+  // Not when the window is only given the focus back.
+  if (event->reason() != Qt::ActiveWindowFocusReason) Q_EMIT LookedAt();
+}
+
+void MessageView::mousePressEvent(QMouseEvent* event) {
+  QTreeView::mousePressEvent(event);
+  Q_EMIT LookedAt();
+}
+
+void MessageView::wheelEvent(QWheelEvent* event) {
+  QTreeView::wheelEvent(event);
+  Q_EMIT LookedAt();
 }
 
 void MessageView::MakeMenu() {

@@ -20,7 +20,15 @@ class MessageView final : public QTreeView {
   // folder: where the log files lie.
   MessageView(MessageLog& log, std::filesystem::path folder, QWidget* parent);
 
+  MessageListModel& Model() { return model_; }
+
+ Q_SIGNALS:
+  void LookedAt();  // by an operator who came here or scrolls
+
  protected:
+  void focusInEvent(QFocusEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
 
