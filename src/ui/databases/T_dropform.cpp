@@ -28,7 +28,7 @@ TDropForm::TDropForm(UiContext& context, SchemaSelection selection, QWidget* par
   list->setModel(new SchemaItemModel(Items(), {{QString(), text}}, this));
   top->setBuddy(list);
 
-  cascade_ = new QCheckBox(QStringLiteral("Drop All Foreign Key Constrains"), this);
+  cascade_ = new QCheckBox(QStringLiteral("Drop All &Foreign Key Constrains"), this);
   cascade_->setObjectName(QStringLiteral("ChBCasecade"));
   cascade_->setEnabled(kind == ObjectKind::Table);
   cascade_->setToolTip(kind == ObjectKind::Table

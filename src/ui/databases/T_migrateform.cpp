@@ -76,7 +76,7 @@ TMigrateForm::TMigrateForm(UiContext& context, SchemaSelection selection, QWidge
   columns->addLayout(right, 1);
   Body().addLayout(columns, 1);
 
-  QPushButton& submit = AddSubmit(QStringLiteral("SubmitBtn"), QStringLiteral("Execute"));
+  QPushButton& submit = AddSubmit(QStringLiteral("SubmitBtn"), QStringLiteral("E&xecute"));
   submit.setToolTip(tr("Creates all of the list on the chosen data source"));
   submit.setDefault(true);
   connect(&submit, &QPushButton::clicked, this, &TMigrateForm::SubmitBtnClick);
@@ -110,7 +110,7 @@ QWidget* TMigrateForm::MakeDatabases() {
   connect(target_, &QComboBox::currentIndexChanged, this, [this] { ShowAdvice(); });
   auto* target_group = new QGroupBox(QStringLiteral("Target Database"), this);
   auto* target_form = new QFormLayout(target_group);
-  target_form->addRow(QStringLiteral("Data Source:"), target_);
+  target_form->addRow(QStringLiteral("&Data Source:"), target_);
   for (QFormLayout* form : {source_form, target_form}) {
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
   }

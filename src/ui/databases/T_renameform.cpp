@@ -30,13 +30,13 @@ TRenameForm::TRenameForm(UiContext& context, SchemaSelection selection, QWidget*
         AddField(*form, "EditCurName", QStringLiteral("Current Name"), item.name)}) {
     MakeReadOnly(*field);
   }
-  new_name_ = AddField(*form, "EditNewName", QStringLiteral("New Name"), {});
+  new_name_ = AddField(*form, "EditNewName", QStringLiteral("&New Name"), {});
   new_name_->setPlaceholderText(tr("The name without an owner"));
   new_name_->setToolTip(tr("Sent to the server as it is typed; the server judges it"));
   Body().addLayout(form);
   Body().addStretch(1);
 
-  QPushButton& submit = AddSubmit(QStringLiteral("SubmitBtn"), QStringLiteral("Execute"));
+  QPushButton& submit = AddSubmit(QStringLiteral("SubmitBtn"), QStringLiteral("E&xecute"));
   submit.setToolTip(tr("Changes the name"));
   submit.setDefault(true);
   connect(&submit, &QPushButton::clicked, this, &TRenameForm::SubmitBtnClick);
@@ -51,7 +51,7 @@ QLineEdit* TRenameForm::AddField(QFormLayout& form, const char* name, const QStr
                                  const std::string& text) {
   auto* field = new QLineEdit(ToQt(text), this);
   field->setObjectName(QLatin1String(name));
-  field->setAccessibleName(caption);
+  field->setAccessibleName(QString(caption).remove(u'&'));
   form.addRow(caption, field);
   return field;
 }

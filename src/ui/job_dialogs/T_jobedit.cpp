@@ -65,10 +65,9 @@ TJobEditForm::TJobEditForm(UiContext& context, QWidget* parent)
   layout->addWidget(judgement_);
 
   auto* buttons = new QDialogButtonBox;
-  auto* ok = buttons->addButton(QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
+  auto* ok = buttons->addButton(QStringLiteral("&OK"), QDialogButtonBox::AcceptRole);
   ok->setObjectName(QStringLiteral("OkBtn"));
-  ok->setDefault(true);
-  auto* abort = buttons->addButton(QStringLiteral("Abort"), QDialogButtonBox::RejectRole);
+  auto* abort = buttons->addButton(QStringLiteral("Abor&t"), QDialogButtonBox::RejectRole);
   abort->setObjectName(QStringLiteral("CancelBtn"));
   abort->setToolTip(QStringLiteral("Close without a change (Esc)"));
   connect(ok, &QPushButton::clicked, this, &TJobEditForm::OkBtnClick);
@@ -82,6 +81,8 @@ TJobEditForm::TJobEditForm(UiContext& context, QWidget* parent)
     connect(field, &QComboBox::currentIndexChanged, this, &TJobEditForm::Judge);
   }
   RestoreSize(*this, context_.memory, kSizeName, kWidth, kHeight);
+  // Only within the dialog it is the dialog's: before, the first button in reach would be.
+  ok->setDefault(true);
 }
 
 TJobEditForm::~TJobEditForm() {
@@ -107,7 +108,7 @@ QWidget* TJobEditForm::MakeSourcePart() {
   list_->setMinimumSize(320, 160);
   heading->setBuddy(list_);
   layout->addWidget(list_, 1);
-  auto* add = new QPushButton(Icon("source-new"), QStringLiteral("New Database Connection"));
+  auto* add = new QPushButton(Icon("source-new"), QStringLiteral("New Data&base Connection"));
   Describe(*add, "NewConnBtn", QStringLiteral("New Database Connection"),
            QStringLiteral("Register another data source"));
   add->setAutoDefault(false);
@@ -194,8 +195,14 @@ QWidget* TJobEditForm::MakeFollow() {
       *container_, "EditContainer", QStringLiteral("Container"),
       QStringLiteral("The pluggable database that the job follows, when its source is the root "
                      "of a container database"));
-  container_->setPlaceholderText(QStringLiteral("Container, when the source is a root"));
-  column->addWidget(container_);
+  container_->setPlaceholderText(QStringLiteral("When the source is a root"));
+  auto* container_label = new QLabel(QStringLiteral("Co&ntainer:"));
+  container_label->setBuddy(container_);
+  auto* container_row = new QHBoxLayout;
+  container_row->setContentsMargins(2 * kMargin, 0, 0, 0);
+  container_row->addWidget(container_label);
+  container_row->addWidget(container_, 1);
+  column->addLayout(container_row);
   rows_ = add("FollowRows", QStringLiteral("&Rows"), Follow::Rows);
   connect(commits_, &QRadioButton::toggled, container_, &QWidget::setEnabled);
   return follow_;

@@ -112,7 +112,7 @@ QWidget* TFilterForm::MakeMain() {
   list_->setFixedSize(kListWidth, kListHeight);
   label->setBuddy(list_);
   auto* buttons = new QDialogButtonBox;
-  auto* submit = buttons->addButton(QStringLiteral("Execute"), QDialogButtonBox::AcceptRole);
+  auto* submit = buttons->addButton(QStringLiteral("E&xecute"), QDialogButtonBox::AcceptRole);
   submit->setObjectName(QStringLiteral("SubmitBtn"));
   submit->setDefault(true);
   auto* abort = buttons->addButton(QStringLiteral("&Abort"), QDialogButtonBox::RejectRole);

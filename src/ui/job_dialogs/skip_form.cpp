@@ -58,7 +58,7 @@ SkipForm::SkipForm(const std::string& job, const JobProblem& problem, Follow fol
   auto* skip = buttons->addButton(tr("S&kip"), QDialogButtonBox::AcceptRole);
   skip->setObjectName(QStringLiteral("OkBtn"));
   skip->setEnabled(false);
-  buttons->button(QDialogButtonBox::Cancel)->setAutoDefault(false);
+  buttons->button(QDialogButtonBox::Cancel)->setText(tr("&Cancel"));
   connect(reason_, &QLineEdit::textChanged, skip,
           [skip](const QString& text) { skip->setEnabled(!text.trimmed().isEmpty()); });
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);

@@ -173,6 +173,8 @@ QWidget* SettingsForm::MakeButtons() {
   buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("OkBtn"));
   buttons->button(QDialogButtonBox::Ok)->setDefault(true);
   buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("CancelBtn"));
+  buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("&OK"));
+  buttons->button(QDialogButtonBox::Cancel)->setText(QStringLiteral("C&ancel"));
   connect(buttons, &QDialogButtonBox::accepted, this, &SettingsForm::OkBtnClick);
   connect(buttons, &QDialogButtonBox::rejected, this, &SettingsForm::reject);
   return buttons;

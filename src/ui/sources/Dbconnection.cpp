@@ -151,7 +151,7 @@ void TDbConnForm::MakePanelButtons() {
   save_->setObjectName(QStringLiteral("SaveBtn"));
   save_->setToolTip(QStringLiteral("Try the log-on and keep it"));
   connect(save_, &QPushButton::clicked, this, &TDbConnForm::SaveBtnClick);
-  abort_ = new QPushButton(QStringLiteral("Abort"));
+  abort_ = new QPushButton(QStringLiteral("Ab&ort"));
   abort_->setObjectName(QStringLiteral("CancelBtn"));
   abort_->setToolTip(QStringLiteral("Leave the fields without a change (Esc)"));
   connect(abort_, &QPushButton::clicked, this, &TDbConnForm::CancelBtnClick);

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+// Every dialog by keyboard and by a reading aid: each control has a name, and a letter of its own.
+#include <QAbstractItemView>
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QApplication>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QToolButton>
+#include <map>
+
+#include "support/temp_folder.h"
+#include "ui/databases/T_dropform.h"
+#include "ui/databases/T_migrateform.h"
+#include "ui/databases/T_renameform.h"
+#include "ui/job_dialogs/T_jobedit.h"
+#include "ui/job_dialogs/T_newownerform.h"
+#include "ui/job_dialogs/skip_form.h"
+#include "ui/main/T_mainform.h"
+#include "ui/main_dialogs/about.h"
+#include "ui/main_dialogs/settings_form.h"
+#include "ui/sources/Dbconnection.h"
+#include "ui/sources/T_dblogin.h"
+#include "workspace/scripted_workspace.h"
+
+namespace quillmere {
+namespace {
+
+// What is worked with: neither a part of another control nor for reading only.
+bool IsControl(const QWidget& widget) {
+  const QWidget* const parent = widget.parentWidget();
+  if (qobject_cast<const QAbstractSpinBox*>(parent) || qobject_cast<const QComboBox*>(parent) ||
+      qobject_cast<const QLineEdit*>(parent) || widget.objectName().startsWith("qt_")) {
+    return false;
+  }
+  if (const auto* line = qobject_cast<const QLineEdit*>(&widget)) return !line->isReadOnly();
+  if (const auto* text = qobject_cast<const QPlainTextEdit*>(&widget)) return !text->isReadOnly();
+  return qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QComboBox*>(&widget) ||
+         qobject_cast<const QAbstractSpinBox*>(&widget) ||
+         (qobject_cast<const QAbstractItemView*>(&widget) && !widget.inherits("QHeaderView"));
+}
+
+// main: menus and keys lead to what has no letter there. To lists, the tabulator does.
+void Check(QWidget& dialog, bool main = false) {
+  std::map<QString, QString> letters;
+  std::map<const QWidget*, bool> reached;
+  const auto take = [&](QWidget* widget, const QString& text) {
+    const QString letter = QKeySequence::mnemonic(text).toString();
+    if (letter.isEmpty()) return;
+    reached[widget] = true;
+    const auto [first, is_new] = letters.try_emplace(letter, text);
+    EXPECT_TRUE(is_new) << dialog.objectName().toStdString() << ": " << letter.toStdString()
+                        << " of " << text.toStdString() << " and " << first->second.toStdString();
+  };
+  for (QWidget* const widget : dialog.findChildren<QWidget*>()) {
+    if (!widget->isVisibleTo(&dialog)) continue;
+    if (const auto* label = qobject_cast<QLabel*>(widget)) take(label->buddy(), label->text());
+    if (const auto* button = qobject_cast<QAbstractButton*>(widget)) take(widget, button->text());
+    if (const auto* box = qobject_cast<QGroupBox*>(widget)) take(widget, box->title());
+  }
+  for (QWidget* const widget : dialog.findChildren<QWidget*>()) {
+    if (!IsControl(*widget) || !widget->isVisibleTo(&dialog)) continue;
+    const std::string what = dialog.objectName().toStdString() + ": " +
+                             widget->metaObject()->className() + " " +
+                             widget->objectName().toStdString();
+    const QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(widget);
+    EXPECT_TRUE(seen != nullptr && !seen->text(QAccessible::Name).isEmpty())
+        << what << " has no name";
+    EXPECT_TRUE(main || reached[widget] || widget->inherits("QAbstractItemView"))
+        << what << " has no letter";
+  }
+}
+
+struct Keyboard : ScriptedWorkspace {};
+
+TEST_F(Keyboard, LeadsToEveryControlOfEveryDialog) {
+  int argc = 3;
+  char name[] = "test", option[] = "-platform", platform[] = "offscreen";
+  char* argv[] = {name, option, platform, nullptr};
+  const QApplication application(argc, argv);
+  const TempFolder folder;
+  WindowMemory memory(folder.Path());
+  Appearance appearance(files, memory);
+  DatabaseThread databases;
+  UiContext context{*workspace, memory, appearance, databases};
+  DataSource source;
+  source.name = "A";
+  source.state = ConnectionState::Connected;
+  workspace->Registry().Add(source);
+  const SchemaSelection table{0, ObjectKind::Table, {{}}}, key{0, ObjectKind::PrimaryKey, {{}}};
+  JobProblem problem;
+  problem.what.table = "T";
+  const auto show = [](QDialog& dialog) {
+    dialog.show();
+    Check(dialog);
+  };
+  {
+    TDbConnForm dialog(context, nullptr);
+    dialog.StartNew();
+    show(dialog);
+  }
+  for (const auto& make : std::initializer_list<std::function<QDialog*()>>{
+           [&] { return new TDropForm(context, table, nullptr); },
+           [&] { return new TMigrateForm(context, table, nullptr); },
+           [&] { return new TRenameForm(context, key, nullptr); },
+           [&] { return new TJobEditForm(context, nullptr); },
+           [&] { return new TFilterForm(context, nullptr); },
+           [&] { return new SkipForm("J", problem, Follow::Commits, nullptr); },
+           [&] { return new AboutBox(context, nullptr); },
+           [&] { return new SettingsForm(context, nullptr); },
+           [&] {
+             return new TDbLoginForm(context, {"A", "u", "p"}, "why", nullptr);
+           }}) {
+    const std::unique_ptr<QDialog> dialog(make());
+    show(*dialog);
+  }
+  TMainForm main(context);
+  main.show();
+  Check(main, true);
+}
+
+}  // namespace
+}  // namespace quillmere
