@@ -55,15 +55,6 @@ TJobEditForm::TJobEditForm(UiContext& context, QWidget* parent)
   parts->addWidget(sources, 1);
   parts->addWidget(job, 1);
   layout->addLayout(parts, 1);
-  judgement_ = new QLabel;
-  judgement_->setObjectName(QStringLiteral("LblJudgement"));
-  judgement_->setTextFormat(Qt::PlainText);
-  judgement_->setWordWrap(true);
-  QPalette red = judgement_->palette();
-  red.setColor(QPalette::WindowText, FailureColor());
-  judgement_->setPalette(red);
-  layout->addWidget(judgement_);
-
   auto* buttons = new QDialogButtonBox;
   auto* ok = buttons->addButton(QStringLiteral("&OK"), QDialogButtonBox::AcceptRole);
   ok->setObjectName(QStringLiteral("OkBtn"));
@@ -108,6 +99,7 @@ QWidget* TJobEditForm::MakeSourcePart() {
   list_->setMinimumSize(320, 160);
   heading->setBuddy(list_);
   layout->addWidget(list_, 1);
+  layout->addWidget(AddJudgement(JobField::DataSources));
   auto* add = new QPushButton(Icon("source-new"), QStringLiteral("New Data&base Connection"));
   Describe(*add, "NewConnBtn", QStringLiteral("New Database Connection"),
            QStringLiteral("Register another data source"));
@@ -132,12 +124,38 @@ QWidget* TJobEditForm::MakeJobPart() {
   return part;
 }
 
+// What is wrong with what was typed into that field; not there while nothing is.
+QLabel* TJobEditForm::AddJudgement(JobField field) {
+  auto* words = new QLabel;
+  words->setObjectName(QStringLiteral("LblJudgement"));
+  words->setTextFormat(Qt::PlainText);
+  words->setWordWrap(true);
+  QPalette red = words->palette();
+  red.setColor(QPalette::WindowText, FailureColor());
+  words->setPalette(red);
+  words->hide();
+  return judgements_[field] = words;
+}
+
+void TJobEditForm::AddField(QFormLayout& form, const QString& caption, JobField which,
+                            QWidget* field) {
+  auto* label = new QLabel(caption);
+  label->setBuddy(field);
+  auto* part = new QWidget;
+  auto* column = new QVBoxLayout(part);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(field);
+  column->addWidget(AddJudgement(which));
+  form.addRow(label, part);
+}
+
 void TJobEditForm::AddFields(QFormLayout& form) {
   name_ = new QLineEdit;
   Describe(*name_, "EditJobName", QStringLiteral("Job Name"),
            QStringLiteral("The job's folder and file bear this name, too"));
   name_->setMaxLength(std::numeric_limits<int>::max());
-  form.addRow(QStringLiteral("&Job Name"), name_);
+  AddField(form, QStringLiteral("&Job Name"), JobField::Name, name_);
 
   description_ = new QPlainTextEdit;
   Describe(*description_, "EditJobDescription", QStringLiteral("Description"),
@@ -145,16 +163,16 @@ void TJobEditForm::AddFields(QFormLayout& form) {
   description_->setTabChangesFocus(true);
   description_->setPlaceholderText(QStringLiteral("What the job is for"));
   description_->setMinimumHeight(description_->fontMetrics().lineSpacing() * kDescriptionLines);
-  form.addRow(QStringLiteral("&Description"), description_);
+  AddField(form, QStringLiteral("&Description"), JobField::Description, description_);
 
   source_ = new SourceChoice;
   Describe(*source_, "CBSrcDSN", QStringLiteral("Source Data Source"),
            QStringLiteral("Where changes are read. Reading them takes a SYSDBA log-on."));
-  form.addRow(QStringLiteral("&Source Data Source:"), source_);
+  AddField(form, QStringLiteral("&Source Data Source:"), JobField::Source, source_);
   destination_ = new SourceChoice;
   Describe(*destination_, "CBDesDSN", QStringLiteral("Destination Data Source"),
            QStringLiteral("Where changes are written"));
-  form.addRow(QStringLiteral("D&estination Data Source:"), destination_);
+  AddField(form, QStringLiteral("D&estination Data Source:"), JobField::Destination, destination_);
 
   interval_ = new IntervalField;
   const QString tip = QStringLiteral(
@@ -164,7 +182,7 @@ void TJobEditForm::AddFields(QFormLayout& form) {
            tip);
   Describe(interval_->Edit(), "EditSyncInterval", QStringLiteral("Synchronize Interval in minutes"),
            tip);
-  form.addRow(QStringLiteral("Synchronize &Interval(minutes):"), interval_);
+  AddField(form, QStringLiteral("Synchronize &Interval(minutes):"), JobField::Interval, interval_);
   form.addRow(MakeFollow());
 }
 
@@ -203,6 +221,7 @@ QWidget* TJobEditForm::MakeFollow() {
   container_row->addWidget(container_label);
   container_row->addWidget(container_, 1);
   column->addLayout(container_row);
+  column->addWidget(AddJudgement(JobField::Container));
   rows_ = add("FollowRows", QStringLiteral("&Rows"), Follow::Rows);
   connect(commits_, &QRadioButton::toggled, container_, &QWidget::setEnabled);
   return follow_;
@@ -236,7 +255,7 @@ void TJobEditForm::Show(const JobProperties& properties) {
   interval_->Edit().setText(QString::number(properties.interval));
   ShowFollow(properties.follow);
   container_->setText(ToQt(properties.container));
-  judgement_->clear();
+  for (const auto& [field, words] : judgements_) words->hide();
   name_->setFocus();
   name_->selectAll();
 }
@@ -288,7 +307,11 @@ QWidget* TJobEditForm::Widget(JobField field) const {
 void TJobEditForm::Judge() {
   const JobRefusal refused =
       WhyJobRefused(context_.workspace, Entered(), index_, Entry::BeingTyped);
-  judgement_->setText(ToQt(refused.reason));
+  for (const auto& [field, words] : judgements_) {
+    const bool wrong = refused && field == refused.field;
+    if (wrong) words->setText(ToQt(refused.reason));
+    words->setVisible(wrong);
+  }
 }
 
 void TJobEditForm::OkBtnClick() {

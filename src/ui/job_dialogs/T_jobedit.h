@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QDialog>
+#include <map>
 
 #include "ui/H_global.h"
 #include "ui/job_dialogs/interval_field.h"
@@ -35,6 +36,8 @@ class TJobEditForm : public QDialog {
  private:
   QWidget* MakeSourcePart();
   QWidget* MakeJobPart();
+  void AddField(QFormLayout& form, const QString& caption, JobField which, QWidget* field);
+  QLabel* AddJudgement(JobField field);
   void AddFields(QFormLayout& form);
   QWidget* MakeFollow();
   void ShowFollow(Follow follow);
@@ -57,7 +60,7 @@ class TJobEditForm : public QDialog {
   QString shown_description_;  // as the field made it of the bytes
 
   RowTable* list_ = nullptr;
-  QLabel* judgement_ = nullptr;
+  std::map<JobField, QLabel*> judgements_;  // under the fields
   QWidget* new_source_ = nullptr;
   QLineEdit* name_ = nullptr;
   QPlainTextEdit* description_ = nullptr;
