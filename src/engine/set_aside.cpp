@@ -11,12 +11,6 @@ namespace {
 constexpr std::size_t kMostTablesTold = 20;
 constexpr std::size_t kBeginning = 120;  // bytes
 
-std::string OnOneLine(std::string_view text) {
-  std::string line(text);
-  std::replace_if(line.begin(), line.end(), IsControlCharacter, ' ');
-  return line;
-}
-
 // Not cut inside a character.
 std::string BeginningOf(std::string_view text) {
   std::size_t end = std::min(text.size(), kBeginning);

@@ -34,6 +34,12 @@ bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
                     [](char x, char y) { return LowerCase(x) == LowerCase(y); });
 }
 
+std::string OnOneLine(std::string_view text) {
+  std::string line(text);
+  std::replace_if(line.begin(), line.end(), IsControlCharacter, ' ');
+  return line;
+}
+
 std::string SqlLiteral(std::string_view text) {
   std::string literal = "'";
   for (const char c : text) {

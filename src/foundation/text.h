@@ -38,6 +38,9 @@ constexpr bool ContinuesCharacter(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
+// Blanks instead of line breaks and other control characters.
+std::string OnOneLine(std::string_view text);
+
 // As a literal of SQL: 'it''s'.
 std::string SqlLiteral(std::string_view text);
 
