@@ -8,6 +8,21 @@
 #include "sandbox/values/text.h"
 
 namespace quillmere::sandbox {
+namespace {
+
+std::string FormatsTable(const Nls& nls) {
+  std::string table;
+  for (const auto& [name, value] : {std::pair("NLS_DATE_FORMAT", nls.date_format),
+                                    {"NLS_TIMESTAMP_FORMAT", nls.timestamp_format},
+                                    {"NLS_TIMESTAMP_TZ_FORMAT", nls.timestamp_tz_format},
+                                    {"NLS_NUMERIC_CHARACTERS", std::string(".,")}}) {
+    table += table.empty() ? "(" : " UNION ALL ";
+    table += "SELECT " + QuoteLiteral(name) + " AS name, " + QuoteLiteral(value) + " AS value";
+  }
+  return table + ")";
+}
+
+}  // namespace
 
 Status Session::Execute(const std::string& sql, StatementResult* result, bool query_only) {
   *result = {};
@@ -59,6 +74,8 @@ std::vector<std::pair<std::string, std::string>> Session::Placeholders() const {
       {":log", QuoteLiteral(link_->path().file.string())},
       {":last_scn", last_scn},
       {":transaction", transaction + where + ")"},
+      {":formats", FormatsTable(context_.nls)},
+      {":dba", dba_ ? "1" : "0"},
   };
 }
 

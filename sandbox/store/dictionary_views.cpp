@@ -18,6 +18,8 @@ constexpr std::string_view kTables =
     "OWNER t.owner; TABLE_NAME t.name; TABLESPACE_NAME t.tablespace; n:NUM_ROWS NULL;"
     "STATUS 'VALID'; TEMPORARY iif(t.temporary, 'Y', 'N');";
 
+constexpr std::string_view kNoGrants = "OWNER NULL; TABLE_NAME NULL; PRIVILEGE NULL;";
+
 // There is one at most, and of the sessions only the one that has it is known.
 constexpr std::string_view kTransactions =
     "n:INST_ID 1; STATUS 'ACTIVE'; n:XIDUSN t.start_scn % 10 + 1; n:XIDSLT t.start_scn % 48;"
@@ -33,6 +35,30 @@ constexpr Definition kDefinitions[] = {
     {"DUAL", ViewAccess::Everybody, "DUMMY 'X';", "(SELECT 1)"},
     {"V$VERSION", ViewAccess::Dictionary, "BANNER 'Quillmere Sandbox Database Release 1.0';",
      "(SELECT 1)"},
+    // The one whose answers it imitates.
+    {"V$INSTANCE", ViewAccess::Dictionary,
+     "n:INSTANCE_NUMBER 1; INSTANCE_NAME 'sandbox'; VERSION '12.1.0.0.0'; STATUS 'OPEN';",
+     "(SELECT 1)"},
+    {"NLS_SESSION_PARAMETERS", ViewAccess::Everybody, "PARAMETER f.name; VALUE f.value;",
+     ":formats f"},
+    // There are no grants: a session may do everything, or what it likes with tables of its own.
+    {"SESSION_PRIVS", ViewAccess::Everybody, "PRIVILEGE value;",
+     "json_each(iif(:dba, '[\"CREATE SESSION\",\"SELECT ANY DICTIONARY\",\"INSERT ANY TABLE\","
+     "\"UPDATE ANY TABLE\",\"DELETE ANY TABLE\"]', '[\"CREATE SESSION\"]'))"},
+    {"USER_TAB_PRIVS", ViewAccess::Everybody, kNoGrants, "(SELECT 1) WHERE 0"},
+    {"ROLE_TAB_PRIVS", ViewAccess::Everybody, kNoGrants, "(SELECT 1) WHERE 0"},
+    // No quotas, and one file that grows with the disk.
+    {"DBA_TS_QUOTAS", ViewAccess::Dictionary,
+     "TABLESPACE_NAME NULL; USERNAME NULL; n:BYTES 0; n:MAX_BYTES -1;", "(SELECT 1) WHERE 0"},
+    {"DBA_FREE_SPACE", ViewAccess::Dictionary, "TABLESPACE_NAME NULL; n:BYTES 0;",
+     "(SELECT 1) WHERE 0"},
+    {"DBA_DATA_FILES", ViewAccess::Dictionary,
+     "FILE_NAME :log; TABLESPACE_NAME s.name; n:BYTES 0; n:MAXBYTES 281474976710656;"
+     "AUTOEXTENSIBLE 'YES';",
+     "(SELECT DISTINCT tablespace AS name FROM qm_table) s"},
+    {"DBA_TRIGGERS", ViewAccess::Dictionary,
+     "OWNER NULL; TRIGGER_NAME NULL; TABLE_OWNER NULL; TABLE_NAME NULL; STATUS NULL;",
+     "(SELECT 1) WHERE 0"},
     {"DBA_USERS", ViewAccess::Dictionary,
      "USERNAME name; n:USER_ID id; ACCOUNT_STATUS 'OPEN'; d:CREATED created;", "qm_user"},
     {"DBA_ALL_TABLES", ViewAccess::Dictionary, kTables, "qm_table t"},
@@ -44,7 +70,7 @@ constexpr Definition kDefinitions[] = {
      " JOIN qm_constraint k ON k.id = p.constraint_id AND k.type = 'P' WHERE p.column_id = c.id)"
      " THEN 'Y' ELSE 'N' END;"
      "n:COLUMN_ID c.position; DATA_DEFAULT c.default_text; n:CHAR_LENGTH c.char_length;"
-     "CHAR_USED c.char_used;",
+     "CHAR_USED c.char_used; DATA_TYPE_OWNER NULL; n:DEFAULT_LENGTH length(c.default_text);",
      "qm_column c JOIN qm_table t ON t.id = c.table_id"},
     {"DBA_CONSTRAINTS", ViewAccess::Dictionary,
      "OWNER t.owner; CONSTRAINT_NAME c.name; CONSTRAINT_TYPE c.type; TABLE_NAME t.name;"

@@ -24,7 +24,7 @@ struct DictionaryView {
   std::vector<ViewColumn> columns;
   // :log stands for the database's file, :start and :end for the SCNs mined, :record for a record
   // of the redo, :transaction for the open transaction as a table, :last_scn for the SCN given
-  // latest.
+  // latest, :formats for the session's NLS parameters as a table, :dba for whether it may do all.
   std::string sql;
 
   // -1 when there is none.
