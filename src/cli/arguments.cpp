@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string>
 
+#include "cli/doctor_command.h"
 #include "cli/health_command.h"
 #include "cli/job_commands.h"
 #include "cli/preview_command.h"
@@ -40,6 +41,7 @@ struct Parsed {
   schema::Arguments schema;
   RunArguments run;
   HealthArguments health;
+  DoctorArguments doctor;
   SqlArguments sql;
   workspace::Arguments workspace;
   std::function<int()> command;
@@ -214,6 +216,20 @@ void AddHealthCommand(CLI::App& app, Parsed& parsed) {
   health.add_flag("--json", arguments.json, "as JSON");
 }
 
+void AddDoctorCommand(CLI::App& app, Parsed& parsed) {
+  DoctorArguments& arguments = parsed.doctor;
+  CLI::App& doctor = Add(app, "doctor",
+                         "Look at what could keep a job from running well; exit status 0 well, 1 "
+                         "warnings, 2 failures, 3 not examined",
+                         parsed, arguments, RunDoctor);
+  doctor.add_option("JOB", arguments.job, "the job")->required();
+  doctor.add_flag("--json", arguments.json, "as JSON");
+  doctor
+      .add_option("--cures", arguments.cures,
+                  "write the statements that cure what was found to this file")
+      ->type_name("FILE");
+}
+
 void AddWorkspaceCommands(CLI::App& app, Parsed& parsed) {
   workspace::Arguments& arguments = parsed.workspace;
   CLI::App& group = AddGroup(app, "workspace", "Settings, data sources and jobs as a whole");
@@ -333,6 +349,7 @@ int RunCommandLine(int argc, const char* const* argv) {
   AddJobCommands(app, parsed);
   AddRunCommand(app, parsed);
   AddHealthCommand(app, parsed);
+  AddDoctorCommand(app, parsed);
   AddWorkspaceCommands(app, parsed);
   AddSqlCommand(app, parsed);
   AddSchemaCommands(app, parsed);

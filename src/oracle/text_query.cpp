@@ -72,7 +72,7 @@ void TextQuery::SetPrefetch(ub4 rows) {
   session_.Api().AttrSet(statement_, kHtypeStmt, &rows, 0, kAttrPrefetchRows, session_.error_);
 }
 
-bool TextQuery::Define(std::initializer_list<sb4> capacities) {
+bool TextQuery::Define(const std::vector<sb4>& capacities) {
   std::size_t size = 0;
   for (const sb4 capacity : capacities) {
     columns_.push_back(Column{size, capacity, 0, 0});
@@ -106,13 +106,13 @@ bool TextQuery::ExecuteWithRow() {
          Fail(labels_.execute, status);
 }
 
-bool TextQuery::Open(std::string_view sql, std::initializer_list<sb4> capacities) {
+bool TextQuery::Open(std::string_view sql, const std::vector<sb4>& capacities) {
   if (!Allocate() || !Prepare(sql)) return false;
   SetPrefetch(kListPrefetchRows);
   return Define(capacities) && Execute();
 }
 
-bool TextQuery::OpenWithRow(std::string_view sql, std::initializer_list<sb4> capacities) {
+bool TextQuery::OpenWithRow(std::string_view sql, const std::vector<sb4>& capacities) {
   return Allocate() && Prepare(sql) && Define(capacities) && ExecuteWithRow();
 }
 

@@ -2,7 +2,6 @@
 // One SELECT whose columns are all fetched as text. Internal to oracle/.
 #pragma once
 
-#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,7 +46,7 @@ class TextQuery {
   // Rows that the client fetches ahead in one round trip. Only an optimisation: failure is ignored.
   void SetPrefetch(oci::ub4 rows);
   // One text column after another, each with its capacity in bytes.
-  bool Define(std::initializer_list<oci::sb4> capacities);
+  bool Define(const std::vector<oci::sb4>& capacities);
   // For a list: rows come by Fetch.
   bool Execute();
   // For a single row: it is fetched with the execution; no row is a failure, a cut column is not.
@@ -55,8 +54,8 @@ class TextQuery {
   Row Fetch();
 
   // All of the above but Fetch: for a list, and for a single row.
-  bool Open(std::string_view sql, std::initializer_list<oci::sb4> capacities);
-  bool OpenWithRow(std::string_view sql, std::initializer_list<oci::sb4> capacities);
+  bool Open(std::string_view sql, const std::vector<oci::sb4>& capacities);
+  bool OpenWithRow(std::string_view sql, const std::vector<oci::sb4>& capacities);
 
   // Of the current row, position from 0: the bytes as they came; without trailing blanks. NULL is
   // the empty text. Valid until the next Fetch.

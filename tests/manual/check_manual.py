@@ -11,7 +11,7 @@ import sys
 from pathlib import Path
 
 CORE = ("foundation", "messages", "oracle", "datasources", "jobs", "engine", "schemaops", "watch",
-        "preview", "workspace")
+        "preview", "doctor", "workspace")
 # In the windows, what is handed to a message box or to the message list.
 SAID = re.compile(r"\b(?:ShowNotice|ShowFailure|Confirm|Refused|Done|Log\(\)\.Add)\s*\(")
 LITERAL = re.compile(r"""'(?:[^'\\]|\\.)'|"((?:[^"\\\n]|\\.)*)["]""")  # of characters, too: they are no texts

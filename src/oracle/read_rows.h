@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+// Whole results of queries of the dictionary, for who looks at many of its views once.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "oracle/H_oracle.h"
+
+namespace quillmere {
+
+using TextRows = std::vector<std::vector<std::string>>;
+
+// Empties rows first. The first so many columns as texts, NULL as the empty one; what is longer
+// than 512 bytes is cut. False: the reason is in the session's LastError(), and rows are a part.
+bool ReadRows(OracleSession& session, std::string_view sql, std::size_t columns, TextRows& rows);
+
+}  // namespace quillmere
