@@ -30,10 +30,10 @@ bool PositionGuard::ReadSource(std::string& error) {
   return true;
 }
 
-// A batch that has not been begun finds what the one before it left.
+// A batch that has not been begun finds what the one before it left; what is kept as finished was.
 bool PositionGuard::Fits(std::int64_t cutoff_scn, std::uint32_t remaining) const {
   if (found_ == PositionRow::Value{cutoff_scn, remaining}) return true;
-  return remaining == job_.run.pending_batch.Size() &&
+  return remaining == job_.run.pending_batch.Size() && source_.row_cutoff != cutoff_scn &&
          found_ == PositionRow::Value{source_.row_cutoff, 0};
 }
 

@@ -118,11 +118,14 @@ bool ForgetCommitPoint(FileSystem& files, const JobFolder& folder, const RunReco
   const std::filesystem::path path = folder.File(JobFile::CommitPoint);
   harmless = true;
   if (RemoveForGood(files, path)) return true;
+  FileFacts facts;
+  const FileStatus left = files.Look(path, facts);
+  // Its name is gone, and only a power cut could bring it back.
+  if (left.Missing() && files.FlushFolder(folder.Path())) return true;
+  // Not made where none is: a new one that is cut off would be a damaged one.
   std::unique_ptr<OpenFile> file;
-  if (!files.Open(path, OpenMode::InPlace, FileSystem::kUsualMode, file) ||
-      !file->Write(0, BytesOf(finished)) || !file->Flush()) {
-    harmless = false;
-  }
+  harmless = left && files.Open(path, OpenMode::InPlace, FileSystem::kUsualMode, file) &&
+             file->Write(0, BytesOf(finished)) && file->Flush();
   return false;
 }
 
