@@ -87,10 +87,10 @@ class JobCatalogue {
  private:
   std::filesystem::path ListFile() const;
 
-  void TakeBackMoved(std::string_view name, const std::vector<std::string_view>& taken)
+  std::string TakeBackMoved(std::string_view name, const std::vector<std::string_view>& taken)
       REQUIRES(save_mutex_);
-  void LoadJob(const XmlNode& node, const LogOnLookup& log_ons, const RunStateRestorer& restore)
-      REQUIRES(save_mutex_);
+  void LoadJob(const XmlNode& node, const std::string& not_taken_back, const LogOnLookup& log_ons,
+               const RunStateRestorer& restore) REQUIRES(save_mutex_);
   void LoadOwnFile(SyncJob& job, const std::filesystem::path& file) REQUIRES(save_mutex_);
 
   enum class Selection { Marked, All };

@@ -52,23 +52,23 @@ void JobCatalogue::Load(const LogOnLookup& log_ons, const RunStateRestorer& rest
   std::transform(nodes.begin(), nodes.end(), names.begin(),
                  [](const XmlNode* node) { return node->ChildValue("name"); });
   for (const XmlNode* node : nodes) {
-    TakeBackMoved(node->ChildValue("name"), names);
-    LoadJob(*node, log_ons, restore);
+    const std::string not_taken_back = TakeBackMoved(node->ChildValue("name"), names);
+    LoadJob(*node, not_taken_back, log_ons, restore);
   }
 }
 
-// A renaming that was cut off before the list had the new name.
-void JobCatalogue::TakeBackMoved(std::string_view name,
-                                 const std::vector<std::string_view>& taken) {
-  if (!WhyNameRefused(name, JobList::kNotFound).empty()) return;
-  const std::string moved = FolderOf(name).FindMoved(files_, taken);
+// A renaming that was cut off before the list had the new name. Why it could not be taken back, or
+// nothing.
+std::string JobCatalogue::TakeBackMoved(std::string_view name,
+                                        const std::vector<std::string_view>& taken) {
+  if (!WhyNameRefused(name, JobList::kNotFound).empty()) return {};
   std::string error;
-  if (moved.empty()) return;
-  if (RenamePath(files_, FolderOf(moved).Path(), FolderOf(name).Path(), error)) {
+  const std::string moved = FolderOf(name).FindMoved(files_, taken, error);
+  if (!moved.empty() && RenamePath(files_, FolderOf(moved).Path(), FolderOf(name).Path(), error)) {
     FolderOf(name).ForgetFormer(files_, FolderOf(moved));
-  } else {
-    log_.Add(error, true);
   }
+  if (!error.empty()) log_.Add(error, true);
+  return error;
 }
 
 std::string JobCatalogue::WhyListNotRead() const {
@@ -76,8 +76,8 @@ std::string JobCatalogue::WhyListNotRead() const {
   return unreadable_.WhyNotRead(ListFile());
 }
 
-void JobCatalogue::LoadJob(const XmlNode& node, const LogOnLookup& log_ons,
-                           const RunStateRestorer& restore) {
+void JobCatalogue::LoadJob(const XmlNode& node, const std::string& not_taken_back,
+                           const LogOnLookup& log_ons, const RunStateRestorer& restore) {
   const std::string_view name = node.ChildValue("name");
   const std::string refused = WhyNameRefused(name, JobList::kNotFound);
   if (!refused.empty()) {
@@ -97,6 +97,11 @@ void JobCatalogue::LoadJob(const XmlNode& node, const LogOnLookup& log_ons,
     job.config.error_log_path = PathText(FolderOf(name).File(JobFile::ErrorLog));
   }
   LoadOwnFile(job, FolderOf(name).File(JobFile::Tables));
+  if (!not_taken_back.empty()) {
+    jobs_.Hold(index, not_taken_back +
+                          ". The job's files were on their way to another name: start the program "
+                          "again before the job is started anew");
+  }
   JobState state = restore ? restore(job) : JobState::Stopped;
   if (!IsJobState(state)) {
     log_.Add(

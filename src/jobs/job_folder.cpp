@@ -116,11 +116,15 @@ void JobFolder::ForgetFormer(FileSystem& files, const JobFolder& former) const {
   if (!files.AreSame(old, own)) static_cast<void>(RemoveForGood(files, old));
 }
 
-std::string JobFolder::FindMoved(FileSystem& files,
-                                 const std::vector<std::string_view>& taken) const {
+std::string JobFolder::FindMoved(FileSystem& files, const std::vector<std::string_view>& taken,
+                                 std::string& error) const {
   std::vector<std::filesystem::path> folders;
   FileFacts facts;
-  if (!files.Look(path_, facts).Missing() || !files.List(path_.parent_path(), folders)) return {};
+  if (!files.Look(path_, facts).Missing()) return {};
+  const FileStatus listed = files.List(path_.parent_path(), folders);
+  if (!listed && !listed.Missing()) {
+    error = "Can not open " + PathText(path_.parent_path()) + ": " + listed.reason;
+  }
   for (const std::filesystem::path& folder : folders) {
     const std::string name = folder.string();
     const auto is_its = [&](std::string_view other) { return SameFileName(other, name); };

@@ -57,8 +57,10 @@ class JobFolder {
   void ForgetFormer(FileSystem& files, const JobFolder& former) const;
 
   // Of a job whose folder is missing: the folder beside it, if there is one, that was on its way to
-  // another name when the program ended. taken: the names of folders that belong to jobs.
-  std::string FindMoved(FileSystem& files, const std::vector<std::string_view>& taken) const;
+  // another name when the program ended. taken: the names of folders that belong to jobs. Leaves
+  // the reason when that can not be found out.
+  std::string FindMoved(FileSystem& files, const std::vector<std::string_view>& taken,
+                        std::string& error) const;
 
   // Removes what goes with the job, and the folder unless something else is in it. Goes on after a
   // failure; the first reason is kept.
