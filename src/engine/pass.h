@@ -50,7 +50,8 @@ class Pass {
   // or can not be asked.
   bool SettlePosition(OracleSession& destination);
   void TakeCountsOf(const RunRecord& record);
-  void ReturnTo(const RunRecord& commit_point, bool tables_counted);
+  void ReturnTo(const JobRun::Unsettled& unsettled);
+  std::vector<JobRun::Unsettled::Counted> CountedOfTables() const;
   void TakeAsApplied(const RunRecord& commit_point, std::uint32_t remaining);
   Outcome ApplyStatements(OracleSession& destination);
   // Executes or blocks one entry. False when it failed: it stays the next one to try.

@@ -20,7 +20,7 @@ void Pass::Hold(const std::string& reason) {
 
 // The answer was lost: both files stay, and the next pass asks the row.
 void Pass::LeaveUnsettled(const std::string& reason) {
-  job_.run.unsettled = {commit_point_, true};
+  job_.run.unsettled = {commit_point_, CountedOfTables()};
   Error("The end of the session on " + view_.destination.name + " failed : " + reason +
         ". Whether it took the statements of this pass is found out by the next one" +
         TablesOfPass());
@@ -74,7 +74,7 @@ bool Pass::SettlePosition(OracleSession& destination) {
     case PositionGuard::Found::AsRecorded:
       return true;
     case PositionGuard::Found::NotTaken:
-      ReturnTo(job_.run.unsettled->commit_point, job_.run.unsettled->tables_counted);
+      ReturnTo(*job_.run.unsettled);
       break;
     case PositionGuard::Found::Taken:
       TakeAsApplied(job_.run.unsettled->commit_point, guard_.Remaining());
@@ -94,12 +94,33 @@ bool Pass::SettlePosition(OracleSession& destination) {
   return true;
 }
 
-void Pass::ReturnTo(const RunRecord& commit_point, bool tables_counted) {
-  const std::size_t size = job_.run.pending_batch.Size();
-  if (tables_counted) {
-    Uncount(size - commit_point.batch_remaining, size - progress_.batch_remaining);
+std::vector<JobRun::Unsettled::Counted> Pass::CountedOfTables() const {
+  std::vector<JobRun::Unsettled::Counted> counted;
+  const MutexLock lock(job_.config_mutex);
+  for (auto& [owner, schema] : job_.config.schemas) {
+    for (JobTable& table : schema.Tables()) {
+      const auto tally = tallies_.find(&table);
+      if (tally == tallies_.end()) continue;
+      counted.push_back({owner, table.name, tally->second.applied, tally->second.blocked});
+    }
   }
-  TakeCountsOf(commit_point);
+  return counted;
+}
+
+void Pass::ReturnTo(const JobRun::Unsettled& unsettled) {
+  {
+    const MutexLock lock(job_.config_mutex);
+    for (const auto& [owner, name, applied, blocked] : unsettled.counted) {
+      const auto schema = job_.config.schemas.find(owner);
+      if (schema == job_.config.schemas.end()) continue;
+      JobTable* const table = schema->second.Find(name);
+      if (table == nullptr) continue;
+      table->totalsynced = table->totalsynced - applied;
+      table->RecordsBlocked = table->RecordsBlocked - blocked;
+    }
+  }
+  RaiseTablesRevision();
+  TakeCountsOf(unsettled.commit_point);
   Information("The destination did not take the last pass of " + view_.name +
               ": it is applied again");
 }

@@ -23,7 +23,8 @@ bool WriteHeldFile(FileSystem& files, const JobFolder& folder, const HeldFile& h
 
 HeldFile ReadHeldFile(FileSystem& files, const JobFolder& folder) {
   XmlDocument document;
-  if (!document.Load(files, folder.File(JobFile::Held))) return {};
+  const FileStatus read = document.Load(files, folder.File(JobFile::Held));
+  if (!read) return {{}, false, read.Missing() ? std::string() : read.reason};
   const XmlNode* const node = document.Root().Child("held");
   if (node == nullptr) return {};
   return {std::string(node->ChildValue("reason")), node->ChildValue("found_by") == kPass};

@@ -12,7 +12,8 @@ namespace quillmere {
 
 struct HeldFile {
   std::string reason;
-  bool by_pass = false;  // the next one finds out whether it is still so
+  bool by_pass = false;   // the next one finds out whether it is still so
+  std::string problem{};  // why it could not be read
 };
 
 bool WriteHeldFile(FileSystem& files, const JobFolder& folder, const HeldFile& held,

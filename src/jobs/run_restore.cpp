@@ -166,7 +166,7 @@ void TakeUp(FileSystem& files, SyncJob& job, const JobFolder& folder, const Foun
     TakeRecord(job, commit_point, restored);
   } else {
     // The row will tell, so both files stay as they are.
-    job.run.unsettled = {commit_point};
+    job.run.unsettled = {commit_point, {}};
     if (IsOlder(found.record, commit_point)) TakeRecord(job, commit_point, restored);
   }
 }
@@ -203,6 +203,7 @@ RestoredRun RestoreRunState(FileSystem& files, SyncJob& job, const JobFolder& fo
   }
   if (!restored.held.empty()) return restored;
   const HeldFile told = ReadHeldFile(files, folder);
+  if (restored.problem.empty()) restored.problem = told.problem;
   restored.asks_again = told.by_pass && restored.state != JobState::Stopped;
   if (restored.asks_again || (!told.by_pass && mode == RestoreMode::LookBeside)) {
     restored.held = told.reason;

@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "foundation/H_tea.h"
 #include "foundation/mutex.h"
@@ -161,7 +162,12 @@ struct JobRun {
   // row will tell. Until then what is above may be too far.
   struct Unsettled {
     RunRecord commit_point;
-    bool tables_counted = false;  // the tables' counters have that pass in them
+    // What that pass added to the counters of tables; by name, for they are read anew meanwhile.
+    struct Counted {
+      std::string owner, table;
+      std::int32_t applied = 0, blocked = 0;
+    };
+    std::vector<Counted> counted{};
   };
   std::optional<Unsettled> unsettled;
   LocalTime next_due;  // not set: due at once

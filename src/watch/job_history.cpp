@@ -164,15 +164,20 @@ bool HistoryWriter::Append(FileSystem& files, const std::filesystem::path& path,
 }
 
 std::vector<HistoryLine> ReadHistoryEnd(FileSystem& files, const std::filesystem::path& path,
-                                        std::uint64_t bytes) {
+                                        std::uint64_t bytes, std::string& error) {
   std::vector<HistoryLine> lines;
   std::unique_ptr<OpenFile> file;
-  if (!files.Open(path, OpenMode::Read, FileSystem::kUsualMode, file)) return lines;
-  const std::uint64_t size = file->Size();
-  std::string text(static_cast<std::size_t>(std::min(size, bytes)), '\0');
-  std::size_t got = 0;
-  if (!file->Read(size - text.size(), text.data(), text.size(), got)) return lines;
-  text.resize(got);
+  FileStatus status = files.Open(path, OpenMode::Read, FileSystem::kUsualMode, file);
+  if (status.Missing()) return lines;
+  std::string text;
+  if (status) {
+    const std::uint64_t size = file->Size();
+    text.resize(static_cast<std::size_t>(std::min(size, bytes)));
+    std::size_t got = 0;
+    status = file->Read(size - text.size(), text.data(), text.size(), got);
+    text.resize(status ? got : 0);
+  }
+  if (!status) error = "Can not open " + PathText(path) + ": " + status.reason;
   // The first line of what was read may have lost its beginning, and does not read then.
   for (std::size_t begin = 0; begin < text.size();) {
     const std::size_t end = std::min(text.find('\n', begin), text.size());

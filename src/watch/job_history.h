@@ -51,8 +51,8 @@ class HistoryWriter {
 };
 
 // The last lines of the file, in its order, as far back as so many bytes reach. A missing file has
-// none; damaged lines are left out.
+// none; damaged lines are left out. Leaves the reason when it can not be read.
 std::vector<HistoryLine> ReadHistoryEnd(FileSystem& files, const std::filesystem::path& path,
-                                        std::uint64_t bytes);
+                                        std::uint64_t bytes, std::string& error);
 
 }  // namespace quillmere

@@ -46,15 +46,17 @@ void JobWatch::LoadProblem(Facts& facts, JobProblem problem, LocalTime now, Stea
   facts.problem = std::move(problem);
 }
 
-void JobWatch::Load(std::size_t index) {
+std::string JobWatch::Load(std::size_t index) {
   const SyncJob& job = jobs_.At(index);
   const JobFolder folder = catalogue_.FolderOf(NameOf(job));
   const LocalTime now = clock_.Now();
   const SteadyTime steady = clock_.Steady();
   Facts facts;
   JobProblem problem;
-  const bool failing = static_cast<bool>(ReadProblemFile(files_, folder, problem));
-  const auto lines = ReadHistoryEnd(files_, folder.File(JobFile::History), kHistoryRead);
+  const FileStatus read = ReadProblemFile(files_, folder, problem);
+  const bool failing = static_cast<bool>(read);
+  std::string error = failing || read.Missing() ? "" : read.reason;
+  const auto lines = ReadHistoryEnd(files_, folder.File(JobFile::History), kHistoryRead, error);
   const bool reaches_back = !lines.empty() && (!failing || problem.complete_until == LocalTime{} ||
                                                lines.front().time < problem.complete_until);
   if (failing && !reaches_back) LoadProblem(facts, problem, now, steady);
@@ -73,6 +75,7 @@ void JobWatch::Load(std::size_t index) {
   facts.clock.Reach(facts.reached_scn);
   const MutexLock lock(mutex_);
   facts_[index] = std::move(facts);
+  return error;
 }
 
 void JobWatch::Forget(std::size_t index) {

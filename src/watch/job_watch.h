@@ -44,8 +44,8 @@ class JobWatch {
            const JobCatalogue& catalogue, const Clock& clock);
 
   // What the files of the job's folder say; before it runs, or of a folder that is looked at only.
-  // A damaged file counts for nothing.
-  void Load(std::size_t index);
+  // A damaged file counts for nothing. Why one could not be read, or nothing.
+  std::string Load(std::size_t index);
   // A job that is no more, or a new one in its place.
   void Forget(std::size_t index);
 

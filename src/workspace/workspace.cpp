@@ -120,7 +120,11 @@ void Workspace::LoadAll() {
                   [this](SyncJob& job) { return RestoreJob(job); });
   HoldUnregistered();
   for (std::size_t index = 0; index < jobs_.Count(); ++index) {
-    if (jobs_.State(index) != JobState::Empty) watch_.Load(index);
+    if (jobs_.State(index) == JobState::Empty) continue;
+    const std::string reason = watch_.Load(index);
+    if (reason.empty()) continue;
+    log_.Add("What is shown of the past of " + NameOf(jobs_.At(index)) + " has gaps: " + reason,
+             true);
   }
 }
 
