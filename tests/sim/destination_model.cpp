@@ -44,7 +44,6 @@ int DestinationModel::Execute(std::string_view sql, Rows& rows, std::int64_t& no
     if (in_vain) return 30006;
     Rollback();
   }
-  if (const int code = refuse ? refuse(sql) : 0) return code;
   if (sql == follow::kRollback) return Rollback(), 0;
   if (sql == follow::kSavepoint) {
     has_savepoint_ = true;
@@ -101,36 +100,22 @@ int DestinationModel::Apply(std::string_view sql) {
     text = literals[note];
     literals.erase(literals.begin() + static_cast<std::ptrdiff_t>(note));
   }
-  const std::int64_t id = std::stoll(literals[update ? 1 : 0]);
   const std::int64_t from = insert ? 0 : std::stoll(literals.back());
   const std::int64_t to = insert ? std::stoll(literals[1]) : update ? std::stoll(literals[0]) : 0;
-  if (const int code = Change(table->second, id, from, to)) return code;
+  const Arrival arrival(table->second, to != 0 ? to : -from);
+  if (refused == arrival.id) return ++refusals_, 1;
   if (!Arrived(text, to)) ++state_.damaged;
-  open_.emplace_back(table->second.table, to != 0 ? to : -from);
-  return 0;
-}
-
-int DestinationModel::Change(Table& table, std::int64_t id, std::int64_t from, std::int64_t to) {
-  const auto row = table.values.find(id);
-  const std::int64_t value = row == table.values.end() ? 0 : row->second;
-  if (from == 0 && value != 0 && strict) return 1;
-  if (value != from && from != 0) return 0;
-  undo_.push_back({&table, id, value});
-  table.values[id] = to;
+  open_.push_back(arrival);
   return 0;
 }
 
 DestinationModel::State DestinationModel::Here() const {
   State here = state_;
-  here.undo = undo_.size();
   here.arrivals = open_.size();
   return here;
 }
 
 void DestinationModel::GoBack(const State& state) {
-  for (; undo_.size() > state.undo; undo_.pop_back()) {
-    undo_.back().table->values[undo_.back().id] = undo_.back().value;
-  }
   open_.resize(state.arrivals, Arrival(0, 0));
   state_ = state;
 }
@@ -139,10 +124,7 @@ void DestinationModel::Commit() {
   const bool dead = dying_until_ != 0;  // what is open is the dead session's
   if (on_commit) on_commit(dead ? std::span<const Arrival>() : open_);
   if (dead) return;
-  committed_.insert(committed_.end(), open_.begin(), open_.end());
-  if (!open_.empty()) commits_.push_back(committed_.size());
   open_.clear();
-  undo_.clear();
   has_savepoint_ = false;
   begin_ = Here();
 }

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 // A destination in memory that takes the statements of source models, and answers as a server does:
-// one transaction at a time with a savepoint, refusals on demand, the position row. It keeps what
-// was applied in the order of the commits, and the rows that result.
+// one transaction at a time with a savepoint, a refusal on demand, the position row. What it
+// commits it tells.
 #pragma once
 
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "sim/change.h"
@@ -23,21 +23,16 @@ class DestinationModel {
  public:
   // name is the owner and the table as the statements have them: SHOP.ORDERS. table says which of
   // the source's tables arrives there.
-  void AddTable(const std::string& name, std::uint8_t table) { tables_[name].table = table; }
+  void AddTable(const std::string& name, std::uint8_t table) { tables_[name] = table; }
 
-  // What was committed: the arrivals, and how many they were after each commit that added some.
-  const std::vector<Arrival>& Journal() const { return committed_; }
-  const std::vector<std::size_t>& Commits() const { return commits_; }
   // What no server notices: texts that arrived damaged.
   std::size_t Damaged() const { return state_.damaged; }
 
   // Told of each commit, with what it adds.
   std::function<void(std::span<const Arrival> arrived)> on_commit;
-  // The number of the ORA error with which the server refuses a statement; 0 lets it pass.
-  std::function<int(std::string_view sql)> refuse;
-  // False: an insert replaces the row that is there already (else ORA-00001), for counting what is
-  // lost instead of stopping at its first consequence.
-  bool strict = true;
+  // The change that it does not take, by what arrives, and how often it has not.
+  std::optional<std::int64_t> refused;
+  std::size_t Refusals() const { return refusals_; }
 
   // A statement of the one session, at the time now (ms). 0 or the number of the ORA error; waiting
   // for a session that is dying moves now on.
@@ -49,33 +44,23 @@ class DestinationModel {
   void Die(std::int64_t until) { dying_until_ = until; }
 
  private:
-  struct Table {
-    std::uint8_t table = 0;
-    std::unordered_map<std::int64_t, std::int64_t> values;  // V by ID
-  };
-  struct Undo {
-    Table* table;
-    std::int64_t id, value;  // V before; 0: there was no row
-  };
   struct State {
-    std::size_t undo = 0, arrivals = 0, damaged = 0;
+    std::size_t arrivals = 0, damaged = 0;
     std::map<std::string, std::vector<std::string>> positions;  // OWNER/job id; OWNER/: its table
   };
 
   int ExecuteOnPosition(std::size_t statement, const std::vector<std::string_view>& values,
                         Rows& rows);
   int Apply(std::string_view sql);
-  int Change(Table& table, std::int64_t id, std::int64_t from, std::int64_t to);
   State Here() const;
   void GoBack(const State& state);
 
-  std::map<std::string, Table, std::less<>> tables_;
-  std::vector<Arrival> committed_, open_;
-  std::vector<std::size_t> commits_;
-  std::vector<Undo> undo_;
+  std::map<std::string, std::uint8_t, std::less<>> tables_;
+  std::vector<Arrival> open_;
   State state_, begin_, savepoint_;
   bool has_savepoint_ = false;
   std::int64_t dying_until_ = 0;
+  std::size_t refusals_ = 0;
 };
 
 }  // namespace quillmere::sim

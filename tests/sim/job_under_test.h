@@ -9,6 +9,8 @@
 
 namespace quillmere::sim {
 
+inline constexpr std::string_view kSources[] = {"SRC0", "SRC1"};
+
 struct Simulation::Program {
   Program(std::unique_ptr<Workspace> opened, RunnerListener& listener)
       : workspace(std::move(opened)), engine(workspace->EngineFor(listener)) {}
@@ -75,9 +77,22 @@ struct Simulation::Job {
     choices_unclear = !are_saved;
     if (are_saved) saved = ledger.choices;
   }
+  static std::vector<Ledger::Counts> TablesOf(SyncJob& job) {
+    std::vector<Ledger::Counts> counts(kTableCount);
+    const SchemaMap& schemas = ConfigOf(job).schemas;
+    const auto shop = schemas.find("SHOP");
+    for (std::size_t i = 0; i < kTableCount && shop != schemas.end(); ++i) {
+      const JobTable* const table = shop->second.Find(kTables[i]);
+      if (table != nullptr) counts[i] = {table->totalsynced, table->RecordsBlocked};
+    }
+    return counts;
+  }
   void BeginLedger(SyncJob& job) {
     const Positions& at = job.run.positions;
     ledger.Begin(follow == Follow::Commits ? at.cutoff_scn : at.mining_start_scn);
+    tables_unclear = true;
+    in_the_moment = false;
+    mined = ledger.Next();
   }
   void AskedToStop() {
     asked = Asked::ToRest;
@@ -88,7 +103,16 @@ struct Simulation::Job {
     ledger.End();
     asked = Asked::Nothing;
     runs = starting = may_go_back = false;
-    choices_unclear = true;
+    choices_unclear = tables_unclear = true;
+    destination.refused.reset();
+    skipped = aside_seen = 0;
+    aside.clear();
+  }
+  // The program dies at an operation, or goes on from what it could read.
+  void SeeDeath(std::uint64_t operation, std::uint64_t file_faults) {
+    // Behind the commit comes the removal of the commit point, and that reaches the disk.
+    in_the_moment |= operation <= committed_at + 2 || file_faults != faults_at_commit;
+    tables_unclear = true;
   }
 
   const std::size_t number;
@@ -100,7 +124,14 @@ struct Simulation::Job {
   Asked asked = Asked::Nothing;
   bool runs = false;      // it was started, and nobody asked for its stop since
   bool starting = false;  // nobody was told yet
-  bool may_go_back = false;
+  bool may_go_back = false, in_the_moment = false;
+  std::uint64_t committed_at = 0, faults_at_commit = 0;
+  std::size_t refusals = 0, seen_refusals = 0, skipped = 0;
+  std::vector<std::string> aside;  // how it begins in setaside.sql
+  std::size_t aside_seen = 0, mined = 0;
+  // Counts of the tables less the ledger's, at the last look; unclear: read from disk since.
+  std::vector<Ledger::Counts> tables = std::vector<Ledger::Counts>(kTableCount);
+  bool tables_unclear = true;
   std::vector<Ledger::Choice> saved = std::vector<Ledger::Choice>(kTableCount);
   bool choices_unclear = true;
   std::size_t told = 0;

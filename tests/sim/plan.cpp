@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "sim/plan.h"
 
+#include <algorithm>
 #include <sstream>
 
 #include "sim/random.h"
@@ -29,17 +30,19 @@ constexpr struct {
               {8, "refresh", kJobs, 0},
               {8, "edit", kJobs, 3},
               {8, "rename", kJobs, 4},
-              {4, "remove", kJobs, 0},
+              {6, "remove", kJobs, 0},
               {4, "add", kJobs, 0},
+              {15, "poison", kJobs, 20},
+              {15, "skip", kJobs, 0},
               {15, "restart", 0, 0},
               {8, "jump", 7'200'000, 0},
               {100, "die", 400, 4},
               {100, "power", 400, 1000},
-              {10, "nospace", 400, 0},
-              {10, "short", 400, 0},
-              {10, "io", 400, 0},
-              {10, "denied", 400, 0},
-              {20, "refused", 400, 0},
+              {10, "nospace", 400, 4},
+              {10, "short", 400, 4},
+              {10, "io", 400, 4},
+              {10, "denied", 400, 4},
+              {20, "refused", 400, 2},
               {10, "lost", 400, 0},
               {15, "unanswered", 400, 0},
               {10, "withinfo", 400, 0},
@@ -50,9 +53,14 @@ constexpr struct {
 
 // Where what goes wrong does the most, but is seldom met by chance.
 constexpr std::string_view kPlaces[] = {
-    "remove commit.dat", "write commit.dat", "block.dat", "flush",        "rename",
-    "jobs.xml",          "source.dat",       "read",      "setaside.sql", "SessionEnd",
-    "rollback",          "held.xml",         "QUILLMERE"};
+    "remove commit.dat", "write commit.dat", "block.dat",   "flush",        "rename",
+    "jobs.xml",          "source.dat",       "read",        "setaside.sql", "SessionEnd",
+    "rollback",          "held.xml",         "QUILLMERE",   "commit.dat",   "open ",
+    "flush block.dat",   "flush folder",     "sqlcmds.txt", "skip",         "ServerDetach"};
+
+bool IsFault(const Event& event) {
+  return std::find(std::begin(kFaults), std::end(kFaults), event.verb) != std::end(kFaults);
+}
 
 Event Pick(Random& random) {
   int all = 0;
@@ -69,8 +77,9 @@ Event Pick(Random& random) {
   // There are as many moments near as far away.
   if (kind->first == 400 && random.Chance(.5)) event.first = below(60);
   if (event.verb == "jump") event.first -= 3'600'000;
-  const bool goes_wrong = kind->first == 400 && event.verb != "die" && event.verb != "power";
-  if (goes_wrong && random.Chance(.3)) event.text = kPlaces[random.Below(std::size(kPlaces))];
+  // What nobody flushed is lost more often than not.
+  if (event.verb == "power" && random.Chance(.5)) event.second = below(4) / 2;
+  if (IsFault(event) && random.Chance(.3)) event.text = kPlaces[random.Below(std::size(kPlaces))];
   return event;
 }
 
@@ -112,11 +121,21 @@ Plan PlanOf(std::uint64_t seed) {
   // The first reading must grow old.
   for (int i = 0; i < 6; ++i) plan.push_back({"pass", 2'000});
   for (std::uint64_t i = 20 + random.Below(60); i > 0; --i) {
-    plan.push_back(Pick(random));
+    const Event event = Pick(random);
+    const std::int64_t job = event.first, next = static_cast<std::int64_t>(random.Below(kJobs));
+    if (event.verb == "remove") plan.insert(plan.end(), {{"stop", job}, {"pass", 1500}});
+    if (event.verb == "skip") plan.insert(plan.end(), {{"pause", job}, {"pass", 1500}});
+    plan.push_back(event);
+    if (event.verb == "skip") plan.push_back({"run", job});
+    if (event.verb == "remove") plan.insert(plan.end(), {{"add", next}, {"run", next}});
     // Often one misfortune comes upon another.
-    const std::int64_t soon = plan.back().first + static_cast<std::int64_t>(random.Below(60));
-    const bool strikes = !plan.back().text.empty() && random.Chance(.5);
-    if (strikes) plan.push_back({"power", soon, static_cast<std::int64_t>(random.Below(4))});
+    for (bool more = IsFault(event) && random.Chance(.5); more; more = random.Chance(.3)) {
+      Event upon = Pick(random);
+      while (!IsFault(upon)) upon = Pick(random);
+      upon.first = static_cast<std::int64_t>(random.Below(random.Chance(.7) ? 8 : 60));
+      upon.text.insert(0, "+");
+      plan.push_back(upon);
+    }
   }
   return plan;
 }

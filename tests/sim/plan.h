@@ -10,9 +10,10 @@
 
 namespace quillmere::sim {
 
-// What goes wrong with one operation on files or one call of the client library. The names are the
-// verbs of the plan; the first number says how many operations from there, a text at which places
-// only ("remove commit.dat").
+// What goes wrong with operations on files or calls of the client library. The names are the verbs
+// of the plan; the first number says how many operations from there, a text at which places only
+// ("remove commit.dat"), with "+" before it counted from where the one above has struck. Second
+// number of what fails: how many times more.
 enum class Fault {
   NoSpace,     // of a write half of the bytes are there
   ShortWrite,  // the same, for another reason

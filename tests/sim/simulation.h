@@ -29,7 +29,7 @@ struct Counts {
   struct Place {
     std::uint32_t faults = 0;  // that can come there
     std::uint32_t usual = 0;   // those that can without another one before
-    std::array<std::uint64_t, kFaultCount> fired{};
+    std::array<std::uint64_t, kFaultCount> fired{}, silent{};  // silent: nothing told of it
   };
   std::map<std::string, Place> places;
   std::array<std::uint64_t, kFaultCount> of_kind{};
@@ -60,18 +60,21 @@ class Simulation final : public RunnerListener {
     std::uint64_t at;
     Fault fault;
     std::int64_t number;
-    std::string where;  // a part of the place's name
+    std::string where;       // a part of the place's name
+    std::uint64_t id, upon;  // of which other it is counted from; 0: none
   };
 
   void Play(const Event& event);
   void PlayOnJob(const Event& event, Job& job, std::size_t index);
   void Add(Job& job);
+  void Skip(Job& job, std::size_t index);
   bool Hear(const Outcome& outcome);  // whether it is done
   void Pass(std::int64_t ms);
   void Tick(std::int64_t ms);
   void Burst(std::size_t source, std::int64_t changes);
   void Rest();
 
+  void Arm(Fault fault, const Event& event);
   // The fault that comes with the operation.
   std::optional<Fault> Meet(Operation operation);
   Counts::Place& PlaceAt(const Operation& operation);
@@ -84,11 +87,15 @@ class Simulation final : public RunnerListener {
   void Die();
   void DieWhileOpening();
   void Reopen();
-  std::uint64_t FileFaults() const;
+  std::uint64_t Faults(Fault last) const;
+  std::uint64_t FileFaults() const { return Faults(Fault::Denied); }
+  void WithWhatCouldBeRead();
   void TakeUp(Job& job);
   void Check();
   void SeeTheMoment(Job& job, std::size_t index);
   void CheckJob(Job& job, std::size_t index);
+  void CheckKept(Job& job, std::size_t index);
+  void CheckTables(Job& job, SyncJob& found);
   std::size_t BehindIt(const Job& job, std::size_t index) const;
   void Wrong(const Job& job, const std::string& what);
   void Trace(std::string_view what, std::string_view text = {}) const;
@@ -119,7 +126,12 @@ class Simulation final : public RunnerListener {
 
   std::uint64_t operation_ = 0, committed_at_ = 0;
   std::vector<Armed> armed_;
-  std::uint64_t next_armed_ = ~std::uint64_t{0};
+  std::uint64_t next_armed_ = ~std::uint64_t{0}, last_armed_ = 0;
+  // What came since the last check, and how much was told of things that fail.
+  std::vector<std::pair<Counts::Place*, std::size_t>> came_;
+  std::uint64_t told_ = 0, told_before_ = 0;
+  std::uint64_t faults_before_ = 0;
+  bool undisturbed_ = false;  // nothing went wrong since the last check
   bool dead_ = false, given_up_ = false, stop_here_ = false, stepping_ = false;
   std::optional<std::int64_t> power_;  // it died of that; the seed of what was kept
 };

@@ -45,6 +45,7 @@ void Ledger::Begin(std::int64_t scn) {
   running_ = true;
   scn_ = scn;
   first_ = before_ = next_ = applied_ = applied_before_ = 0;
+  skipped_.clear();
   Look();
 }
 
@@ -58,14 +59,21 @@ std::string Ledger::Commit(std::span<const Arrival> arrived, std::size_t upto) {
   if (upto < next_) return "statements are committed again";
   before_ = next_;
   applied_before_ = applied_;
+  tables_before_ = tables_;
   for (; next_ < upto; ++next_) {
     if (next_ >= history_.Size()) return "more is committed than there is";
     const Arrival due = history_[next_].arrival;
     const Choice& choice = choices[due.table];
-    if (!choice.carried || history_[next_].aside) continue;
-    ++applied_;
+    if (history_[next_].aside) continue;
     const Arrival wanted(static_cast<std::uint8_t>(due.table + (choice.copied ? kCopied : 0)),
                          due.id);
+    const bool arrives = !arrived.empty() && arrived.front() == wanted;
+    if (!choice.carried || IsSkipped(next_, arrives)) {
+      ++tables_[due.table].blocked;
+      continue;
+    }
+    ++applied_;
+    ++tables_[due.table].applied;
     if (arrived.empty()) return "lost: " + Shown(wanted);
     if (arrived.front() != wanted) {
       return "wanted " + Shown(wanted) + ", committed " + Shown(arrived.front());
@@ -80,6 +88,36 @@ std::string Ledger::Commit(std::span<const Arrival> arrived, std::size_t upto) {
 void Ledger::GoBack() {
   next_ = before_;
   applied_ = applied_before_;
+  tables_ = tables_before_;
+}
+
+void Ledger::Skip(bool sure) {
+  if (next_ >= history_.Size()) return;
+  std::size_t end = next_ + 1;
+  while (follow_ == Follow::Commits && !history_[end - 1].last) ++end;
+  if (skipped_.empty() || skipped_.back().first != next_) skipped_.push_back({next_, end, {}});
+  if (sure) skipped_.back().holds = true;
+}
+
+bool Ledger::IsSkipped(std::size_t index, bool arrives) {
+  for (Skipped& one : skipped_) {
+    if (index < one.first || index >= one.end) continue;
+    if (!one.holds) one.holds = !arrives;
+    if (*one.holds) return true;
+  }
+  return false;
+}
+
+bool Ledger::IsUpToRefused(std::int64_t id) const {
+  for (std::size_t i = next_; i < history_.Size(); ++i) {
+    const Arrival due = history_[i].arrival;
+    if (due.id == id && choices[due.table].carried && !history_[i].aside) return true;
+    if (follow_ == Follow::Rows ? choices[due.table].carried && !history_[i].aside
+                                : history_[i].last) {
+      return false;
+    }
+  }
+  return false;
 }
 
 }  // namespace quillmere::sim

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -55,10 +56,20 @@ class Ledger {
   // The destination has committed what arrived, and the job says how many statements are behind it.
   // What is wrong with that, or nothing.
   std::string Commit(std::span<const Arrival> arrived, std::size_t upto);
+  // An operator leaves out what comes next, of a job by commits the whole transaction. Not sure: it
+  // was cut off.
+  void Skip(bool sure);
+  // Whether the destination was right to commit no more than it has, when it refuses a change.
+  bool IsUpToRefused(std::int64_t id) const;
   // Where it was before the last commit that took it further.
   void GoBack();
   // A commit may yet come with an SCN that was read before.
   void Look();
+  struct Counts {
+    std::int64_t applied = 0, blocked = 0;
+    bool operator==(const Counts&) const = default;
+  };
+  const std::vector<Counts>& Tables() const { return tables_; }
   std::size_t Before() const { return before_; }
   std::size_t Next() const { return next_; }
   std::size_t Applied() const { return applied_; }
@@ -67,9 +78,18 @@ class Ledger {
  private:
   const History& history_;
   const Follow follow_;
+  // Whether an operator had it left out; what was cut off shows by what arrives.
+  bool IsSkipped(std::size_t index, bool arrives);
+
+  struct Skipped {
+    std::size_t first, end;
+    std::optional<bool> holds;
+  };
+  std::vector<Skipped> skipped_;
   bool running_ = false;
   std::int64_t scn_ = 0;  // of the start
   std::size_t first_ = 0, before_ = 0, next_ = 0, applied_ = 0, applied_before_ = 0;
+  std::vector<Counts> tables_ = std::vector<Counts>(kTableCount), tables_before_ = tables_;
 };
 
 }  // namespace quillmere::sim

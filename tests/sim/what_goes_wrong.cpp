@@ -64,6 +64,16 @@ std::string PlaceOf(std::string_view what, std::string_view text, bool file) {
 
 }  // namespace
 
+void Simulation::Arm(Fault fault, const Event& event) {
+  const bool upon = event.text.starts_with('+') && !armed_.empty();
+  const auto first = static_cast<std::uint64_t>(event.first) + 1;
+  const std::size_t where = event.text.find_first_not_of('+');
+  armed_.push_back({upon ? first : operation_ + first, fault, event.second,
+                    where == std::string::npos ? "" : event.text.substr(where), ++last_armed_,
+                    upon ? armed_.back().id : 0});
+  if (!upon) next_armed_ = std::min(next_armed_, operation_ + first);
+}
+
 bool Simulation::Fires(const Armed& armed, const Operation& operation) {
   const auto number = static_cast<std::size_t>(armed.fault);
   if (((operation.faults >> number) & 1U) == 0) return false;
@@ -77,7 +87,11 @@ bool Simulation::Fires(const Armed& armed, const Operation& operation) {
   Trace(kFaults[number], operation.text);
   ++counts_.of_kind[number];
   if (!places_) return true;
-  ++PlaceAt(operation).fired[number];
+  Counts::Place& place = PlaceAt(operation);
+  ++place.fired[number];
+  if (armed.fault <= Fault::Unanswered || armed.fault == Fault::NoMemory) {
+    came_.emplace_back(&place, number);
+  }
   return true;
 }
 
@@ -97,12 +111,17 @@ std::optional<Fault> Simulation::Meet(Operation operation) {
   if (places_) PlaceAt(operation);
   if (operation_ < next_armed_) return std::nullopt;
   const auto due = std::find_if(armed_.begin(), armed_.end(), [&](const Armed& armed) {
-    return armed.at <= operation_ && Fires(armed, operation);
+    return armed.upon == 0 && armed.at <= operation_ && Fires(armed, operation);
   });
   std::optional<Fault> met;
   if (due != armed_.end()) {
     const Armed armed = *due;
-    armed_.erase(due);
+    const bool again = armed.number > 0 && (armed.fault <= Fault::Refused);
+    if (again) --due->number;
+    if (!again) armed_.erase(due);
+    for (Armed& next : armed_) {
+      if (next.upon == armed.id) next.upon = 0, next.at += operation_;
+    }
     met = armed.fault;
     given_up_ |= met == Fault::NoMemory;
     if (met == Fault::Die || met == Fault::Power) {
@@ -122,7 +141,9 @@ std::optional<Fault> Simulation::Meet(Operation operation) {
     }
   }
   next_armed_ = ~std::uint64_t{0};
-  for (const Armed& armed : armed_) next_armed_ = std::min(next_armed_, armed.at);
+  for (const Armed& armed : armed_) {
+    if (armed.upon == 0) next_armed_ = std::min(next_armed_, armed.at);
+  }
   return met;
 }
 

@@ -135,7 +135,10 @@ class MemoryFiles::Handle final : public OpenFile {
  private:
   FileStatus Put(std::string_view what, std::uint64_t offset, std::string_view bytes) {
     FileStatus status = files_.Ask(what, path_);
-    const bool some = status.code == FileCode::NoSpace && !files_.cut_off_;
+    // Over what is there already a sector is written as a whole.
+    const bool whole =
+        offset % kSector + bytes.size() <= kSector && offset + bytes.size() <= Size();
+    const bool some = status.code == FileCode::NoSpace && !files_.cut_off_ && !whole;
     if (!status) bytes = bytes.substr(0, some ? bytes.size() / 2 : 0);
     const std::lock_guard lock(files_.mutex_);
     node_->Make({.offset = offset, .bytes = std::string(bytes)});

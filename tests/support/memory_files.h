@@ -44,7 +44,8 @@ class MemoryFiles final : public FileSystem {
   std::uint64_t ProcessId() const override { return 1; }
 
   // Called before each operation. What is not Ok fails it; of a write for which there is no
-  // space half of the bytes are written all the same.
+  // space half of the bytes are written all the same, unless they are in the place of others within
+  // a sector.
   std::function<FileStatus(const FileOperation&)> on_operation;
 
   // From now on nothing gets through, as if the program had been killed.
