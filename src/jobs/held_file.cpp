@@ -34,6 +34,8 @@ bool KeepHeldFile(FileSystem& files, const JobFolder& folder, const std::string&
                   std::string& error) {
   const std::filesystem::path path = folder.File(JobFile::Held);
   if (!reason.empty()) {
+    // Where there is no folder the job's own may still have another name.
+    if (!IsThere(files, folder.Path())) return true;
     return ReadHeldFile(files, folder).reason == reason ||
            WriteHeldFile(files, folder, {reason}, error);
   }
