@@ -124,19 +124,21 @@ bool JobCatalogue::SaveOwnFile(SyncJob& job, std::string& error) {
   return true;
 }
 
-bool JobCatalogue::MoveFolder(std::string_view from, std::string_view to, std::string& error) {
-  if (!FolderOf(from).MoveTo(files_, FolderOf(to), error)) return false;
+bool JobCatalogue::MoveFolder(std::string_view from, std::string_view to, LocalTime now,
+                              std::string& error) {
+  if (!FolderOf(from).MoveTo(files_, FolderOf(to), now, error)) return false;
   unreadable_.Rename(FolderOf(from).File(JobFile::Tables), FolderOf(to).File(JobFile::Tables));
   return true;
 }
 
-bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, std::string& error) {
+bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, LocalTime now,
+                          std::string& error) {
   const MutexLock saving(save_mutex_);
   SyncJob& job = jobs_.At(index);
   const std::string old_name = NameOf(job);
   if (old_name == new_name) return true;
   error = WhyNameRefused(new_name, index);
-  if (!error.empty() || !MoveFolder(old_name, new_name, error)) return false;
+  if (!error.empty() || !MoveFolder(old_name, new_name, now, error)) return false;
   const auto set_name = [&](std::string_view name) {
     const MutexLock lock(job.config_mutex);
     job.config.name = name;
@@ -146,7 +148,7 @@ bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, std::str
   std::vector<SyncJob*> changed;
   const bool renamed = SaveList(Selection::All, changed, error);
   std::string ignored;
-  if (!renamed && MoveFolder(new_name, old_name, ignored)) {
+  if (!renamed && MoveFolder(new_name, old_name, now, ignored)) {
     set_name(old_name);
     FolderOf(old_name).ForgetFormer(files_, FolderOf(new_name));
     // It may have been replaced, and only not be known to be on the disk.

@@ -68,10 +68,10 @@ class JobCatalogue {
   // The same for every live job, marked or not; clears the marks.
   bool SaveAll(std::string& error);
 
-  // Renames the job's folder and its own file, then the job, then writes jobs.xml. If one of
-  // them fails, the rename is refused and everything stays. The job must rest. User-interface
-  // thread.
-  bool Rename(std::size_t index, std::string_view new_name, std::string& error);
+  // Renames the job's folder and its own file (another folder that stands there is set aside), then
+  // the job, then writes jobs.xml. If one of them fails, the rename is refused and everything
+  // stays. The job must rest. User-interface thread.
+  bool Rename(std::size_t index, std::string_view new_name, LocalTime now, std::string& error);
 
   // Before a held job starts anew or is reset: the files of its run that were left alone so far,
   // and its own file when that could not be read, are kept as .bad. False: the reason. The thread
@@ -98,7 +98,7 @@ class JobCatalogue {
   bool SaveList(Selection selection, std::vector<SyncJob*>& changed, std::string& error)
       REQUIRES(save_mutex_);
   bool SaveOwnFile(SyncJob& job, std::string& error) REQUIRES(save_mutex_);
-  bool MoveFolder(std::string_view from, std::string_view to, std::string& error)
+  bool MoveFolder(std::string_view from, std::string_view to, LocalTime now, std::string& error)
       REQUIRES(save_mutex_);
 
   FileSystem& files_;

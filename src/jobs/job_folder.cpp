@@ -14,24 +14,21 @@ struct Kind {
   JobFile file;
   std::string_view name;  // empty: the job's, with ".xml" behind
   bool goes_with_job;     // with its ".bad" copy and leftovers
-  bool set_aside;         // when a new job takes the folder
 };
 
 // The commit point comes first: whoever finds it believes it rather than the record.
 constexpr std::array kKinds = {
-    Kind{JobFile::CommitPoint, "commit.dat", true, true},
-    Kind{JobFile::Record, "block.dat", true, true},
-    Kind{JobFile::Batch, "sqlcmds.txt", true, true},
-    Kind{JobFile::Tables, "", true, true},
-    Kind{JobFile::Source, "source.dat", true, true},
-    Kind{JobFile::Problem, "problem.xml", true, true},
-    Kind{JobFile::History, "history.csv", true, true},
-    Kind{JobFile::Skip, "skip.xml", true, true},
-    Kind{JobFile::SetAside, "setaside.sql", false, false},
-    Kind{JobFile::Skipped, "skipped.sql", false, false},
-    Kind{JobFile::ErrorLog, "error.log", false, false},
-    Kind{JobFile::Held, "held.xml", true, true},
+    Kind{JobFile::CommitPoint, "commit.dat", true}, Kind{JobFile::Record, "block.dat", true},
+    Kind{JobFile::Batch, "sqlcmds.txt", true},      Kind{JobFile::Tables, "", true},
+    Kind{JobFile::Source, "source.dat", true},      Kind{JobFile::Problem, "problem.xml", true},
+    Kind{JobFile::History, "history.csv", true},    Kind{JobFile::Skip, "skip.xml", true},
+    Kind{JobFile::SetAside, "setaside.sql", false}, Kind{JobFile::Skipped, "skipped.sql", false},
+    Kind{JobFile::ErrorLog, "error.log", false},    Kind{JobFile::Held, "held.xml", true},
 };
+
+constexpr std::string_view kOld = "old-";
+constexpr std::size_t kDayLength = std::string_view("2000-12-31").size();
+constexpr int kMostOld = 10'000;
 
 constexpr bool StandsWhereItsNumberSays() {
   for (std::size_t i = 0; i < kKinds.size(); ++i) {
@@ -70,42 +67,63 @@ bool JobFolder::KeepBad(FileSystem& files, std::initializer_list<JobFile> kept,
   return true;
 }
 
-bool JobFolder::SetOldFilesAside(FileSystem& files, std::string& error) const {
-  for (const Kind& kind : kKinds) {
-    if (kind.set_aside && !KeepBadFile(files, File(kind.file), error)) return false;
-  }
-  return true;
+std::filesystem::path JobFolder::NextOld(FileSystem& files, LocalTime now) const {
+  const std::string day = std::string(kOld) + ReadableTime(now).substr(0, kDayLength) + "-";
+  std::filesystem::path old;
+  FileFacts facts;
+  int number = 1;
+  do {
+    old = path_ / (day + std::to_string(number));
+  } while (files.Look(old, facts) && ++number < kMostOld);
+  return old;
 }
 
-bool JobFolder::MoveTo(FileSystem& files, const JobFolder& to, std::string& error) const {
+bool JobFolder::SetOldFilesAside(FileSystem& files, LocalTime now, std::string& error) const {
+  std::vector<std::filesystem::path> names;
+  FileStatus status = files.List(path_, names);
+  std::erase_if(names, [](const auto& name) { return name.string().starts_with(kOld); });
+  if (status.Missing() || (status && names.empty())) return true;
+  const std::filesystem::path old = NextOld(files, now);
+  if (status) status = files.MakeFolder(old);
+  if (!status) error = "Can not create folder " + PathText(old) + ": " + status.reason;
+  return status && std::all_of(names.begin(), names.end(), [&](const auto& name) {
+           return RenamePath(files, path_ / name, old / name, error);
+         });
+}
+
+bool JobFolder::MoveTo(FileSystem& files, const JobFolder& to, LocalTime now,
+                       std::string& error) const {
   // What can not be looked at is not missing.
   error.clear();
   FileFacts facts;
   const FileStatus other = files.Look(to.path_, facts), own = files.Look(path_, facts);
-  if (other && !files.AreSame(path_, to.path_)) {
-    error =
-        "There is a folder " + PathText(to.path_) + " already: move it away or choose another name";
-    return false;
-  }
   if (!other && !other.Missing())
     error = "Can not open " + PathText(to.path_) + ": " + other.reason;
   if (!own && !own.Missing()) error = "Can not open " + PathText(path_) + ": " + own.reason;
-  if (!error.empty() || own.Missing()) return error.empty();
+  if (!error.empty()) return false;
+  if (own.Missing()) return to.SetOldFilesAside(files, now, error);
+  const bool taken = other && !files.AreSame(path_, to.path_);
+  const std::filesystem::path old = NextOld(files, now);
+  if (taken && !RenamePath(files, to.path_, old, error)) return false;
+  std::string ignored;  // the first reason is the one to tell
+  const auto stays = [&] {
+    if (taken) RenamePath(files, old, to.path_, ignored);
+    return false;
+  };
   const std::filesystem::path file = File(JobFile::Tables);
   const std::filesystem::path copy = path_ / to.File(JobFile::Tables).filename();
   std::string content;
   const FileStatus read = ReadFile(files, file, content);
   if (!read && !read.Missing()) {
     error = read.reason;
-    return false;
+    return stays();
   }
-  if (read && !ReplaceFile(files, copy, content, FileAccess::Everyone, error)) return false;
+  if (read && !ReplaceFile(files, copy, content, FileAccess::Everyone, error)) return stays();
   if (RenamePath(files, path_, to.path_, error)) return true;
   // The folder may have its new name, and only not be known to be safe there.
-  std::string ignored;  // the first reason is the one to tell
   if (!IsThere(files, path_)) RenamePath(files, to.path_, path_, ignored);
   if (!files.AreSame(file, copy)) static_cast<void>(RemoveForGood(files, copy));
-  return false;
+  return stays();
 }
 
 void JobFolder::ForgetFormer(FileSystem& files, const JobFolder& former) const {

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/clock.h"
 #include "foundation/files.h"
 
 namespace quillmere {
@@ -45,15 +46,16 @@ class JobFolder {
   // Renames files to their names with ".bad" added, before others are written in their place.
   bool KeepBad(FileSystem& files, std::initializer_list<JobFile> kept, std::string& error) const;
 
-  // Renames what a job of this name left behind, or what belongs to one that the list has lost, to
-  // names with ".bad" added: it would come back as a new job's.
-  bool SetOldFilesAside(FileSystem& files, std::string& error) const;
+  // Moves all that lies in the folder, which a job of this name left behind, or which belongs to
+  // one that the list has lost, into old-<date>-<number> in it: it would come back as a new job's.
+  // What fails leaves the rest where it is.
+  bool SetOldFilesAside(FileSystem& files, LocalTime now, std::string& error) const;
 
   // Renames the folder, which may be missing, and in it the file that is named after the job, with
-  // its ".bad" copy. If one of them fails, or another folder stands there, everything stays. The
-  // file is there under both names, so that whoever knows the old one only finds the folder, until
-  // ForgetFormer.
-  bool MoveTo(FileSystem& files, const JobFolder& to, std::string& error) const;
+  // its ".bad" copy. If one of them fails everything stays. The file is there under both names, so
+  // that whoever knows the old one only finds the folder, until ForgetFormer. Another folder that
+  // stands there becomes old-<date>-<number> in this one.
+  bool MoveTo(FileSystem& files, const JobFolder& to, LocalTime now, std::string& error) const;
   void ForgetFormer(FileSystem& files, const JobFolder& former) const;
 
   // Of a job whose folder is missing: the folder beside it, if there is one, that was on its way to
@@ -67,6 +69,9 @@ class JobFolder {
   bool RemoveFiles(FileSystem& files, std::string& error) const;
 
  private:
+  // A name in it that is free.
+  std::filesystem::path NextOld(FileSystem& files, LocalTime now) const;
+
   std::filesystem::path path_;
   std::string job_name_;
 };

@@ -186,7 +186,8 @@ Outcome AddJob(Workspace& workspace, const JobProperties& properties, std::size_
   }
   FileSystem& files = workspace.Files();
   const JobFolder folder = workspace.Catalogue().FolderOf(trimmed.name);
-  if (!folder.Make(files, reason) || !folder.SetOldFilesAside(files, reason)) {
+  if (!folder.Make(files, reason) ||
+      !folder.SetOldFilesAside(files, workspace.TimeSource().Now(), reason)) {
     return Outcome::Refused(std::move(reason));
   }
   JobList& jobs = workspace.Jobs();
@@ -238,7 +239,7 @@ Outcome EditJob(Workspace& workspace, std::size_t index, const JobProperties& pr
                             " follows can be changed while it is stopped only");
   }
   if (trimmed.name != old.name) {
-    if (!workspace.Catalogue().Rename(index, trimmed.name, reason)) {
+    if (!workspace.Catalogue().Rename(index, trimmed.name, workspace.TimeSource().Now(), reason)) {
       return Outcome::Refused(std::move(reason));
     }
     workspace.Log().Add(old.name + "'s name changed to " + trimmed.name, false);

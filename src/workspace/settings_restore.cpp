@@ -53,7 +53,8 @@ class Bringing {
     if (reason.empty()) reason = catalogue.WhyNameRefused(name, JobList::kNotFound);
     const JobFolder folder = catalogue.FolderOf(name);
     FileSystem& files = workspace_.Files();
-    if (reason.empty() && folder.Make(files, reason) && folder.SetOldFilesAside(files, reason)) {
+    if (reason.empty() && folder.Make(files, reason) &&
+        folder.SetOldFilesAside(files, workspace_.TimeSource().Now(), reason)) {
       const std::size_t index = workspace_.Jobs().Claim();
       catalogue.TakeKept(index, node, LogOns());
       workspace_.Jobs().SetState(index, JobState::Stopped, {});

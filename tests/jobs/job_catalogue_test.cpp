@@ -210,7 +210,7 @@ TEST_F(JobCatalogueTest, RenamesAndRemovesFolderFileAndList) {
   program.Add("b");
   Save("saved");
   const auto rename = [&](const std::string& name) {
-    program.catalogue.Rename(0, name, program.error);
+    program.catalogue.Rename(0, name, {}, program.error);
     Tell("rename to " + name, program);
   };
   for (const char* file : {"old/block.dat", "old/commit.dat", "old/sqlcmds.txt", "b/error.log",

@@ -225,8 +225,7 @@ TEST_F(JobOperations, EditingFollowsTheStateOfTheJob) {
   script.FailOn("ServerAttach", "no");
   Tell("its tables can not be read", EditJob(*workspace, job, edited, progress));
   EXPECT_FALSE(ConfigOf(Job(job)).table_list_fetched);
-  files.Put("/work/jobs/Taken/file", "");
-  edited.name = "Taken";
+  edited.name = "jobs.xml";
   Tell("a refused rename leaves everything", EditJob(*workspace, 0, edited, progress));
   Restart();
   EXPECT_EQ(PropertiesOf(Job(0)).name, "Renamed");
