@@ -22,7 +22,7 @@ void Simulation::Check() {
   }
   came_.clear();
   if (!wrong_.empty() || program_ == nullptr) return;
-  const std::uint64_t faults = Faults(Fault::Stop);
+  const std::uint64_t faults = Faults(Fault::Switch);
   undisturbed_ = faults == std::exchange(faults_before_, faults);
   for (const auto& job : jobs_) {
     const std::size_t index = job->IndexIn(program_->workspace->Jobs());

@@ -49,7 +49,8 @@ constexpr struct {
               {10, "nodata", 400, 0},
               {5, "nomemory", 400, 0},
               {15, "pause-at", 400, kJobs},
-              {5, "stop-at", 400, kJobs}};
+              {5, "stop-at", 400, kJobs},
+              {15, "switch-at", 400, 0}};
 
 // Where what goes wrong does the most, but is seldom met by chance.
 constexpr std::string_view kPlaces[] = {
@@ -126,7 +127,10 @@ Plan PlanOf(std::uint64_t seed) {
     if (event.verb == "remove") plan.insert(plan.end(), {{"stop", job}, {"pass", 1500}});
     if (event.verb == "skip") plan.insert(plan.end(), {{"pause", job}, {"pass", 1500}});
     plan.push_back(event);
-    if (event.verb == "skip") plan.push_back({"run", job});
+    if (event.verb == "skip") {
+      plan.push_back({"run", job});
+      plan.push_back({"pause-at", static_cast<std::int64_t>(random.Below(60)), job, "block.dat"});
+    }
     if (event.verb == "remove") plan.insert(plan.end(), {{"add", next}, {"run", next}});
     // Often one misfortune comes upon another.
     for (bool more = IsFault(event) && random.Chance(.5); more; more = random.Chance(.3)) {

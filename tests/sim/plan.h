@@ -29,10 +29,11 @@ enum class Fault {
   Power,  // the power fails before it; 2: what the disk kept, 0 nothing that was not flushed
   Pause,  // no fault: the operator asks for it in the midst of a step; 2: the job
   Stop,
+  Switch,  // no fault either: all logs of the first source are used again while it is read
 };
 inline constexpr std::string_view kFaults[] = {
-    "nospace",  "short",  "io",       "denied", "refused", "lost",     "unanswered",
-    "withinfo", "nodata", "nomemory", "die",    "power",   "pause-at", "stop-at"};
+    "nospace", "short",    "io",  "denied", "refused",  "lost",    "unanswered", "withinfo",
+    "nodata",  "nomemory", "die", "power",  "pause-at", "stop-at", "switch-at"};
 inline constexpr std::size_t kFaultCount = std::size(kFaults);
 
 struct Event {

@@ -118,7 +118,7 @@ std::string PlayEach(const Plan& plan, Counts& counts) {
 constexpr std::string_view kSilent[] = {"look ",           "open source.dat", "quillmere.lock",
                                         "lock work",       "error.log",       "remove <job>.",
                                         "remove skip.xml", "AttrSet",         "flush folder <job>",
-                                        "SessionEnd",      "ServerDetach"};
+                                        "SessionEnd",      "ServerDetach",    "list kept"};
 
 // True when each that can come without another one before has come, and was told of.
 bool Report(const Counts& counts) {

@@ -36,7 +36,9 @@ std::uint32_t FaultsOfCall(std::string_view call) {
   if (call == "HandleFree") return kAny;
   if (call == "HandleAlloc") return kLocal | kMemory;
   // No data is the end of the rows: nobody can tell that it is not.
-  if (call == "StmtFetch2") return (kRemote | kMemory) & ~Bits({Fault::NoData});
+  if (call == "StmtFetch2") {
+    return (kRemote | kMemory | Bits({Fault::Switch})) & ~Bits({Fault::NoData});
+  }
   const bool remote = call.starts_with("Session") || call.starts_with("Server");
   return remote || call == "StmtExecute" ? kRemote : kLocal;
 }
@@ -128,6 +130,11 @@ std::optional<Fault> Simulation::Meet(Operation operation) {
       dead_ = true;
       if (met == Fault::Power) power_ = armed.number;
       disk_->CutOff();
+    } else if (met == Fault::Switch) {
+      met.reset();
+      RedoThread& thread = sources_[0]->Thread(0);
+      for (std::size_t i = 0; i < thread.Online().size(); ++i)
+        thread.Switch(thread.LastWritten() + 1);
     } else if (met == Fault::Pause || met == Fault::Stop) {
       Job& job = *jobs_[static_cast<std::size_t>(armed.number)];
       JobList& list = program_->workspace->Jobs();
