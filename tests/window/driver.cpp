@@ -248,9 +248,15 @@ void Driver::Choose(std::string_view name, std::string_view text) {
 }
 
 void Driver::WaitForFocus() {
-  WaitFor("a window with the keyboard's focus", [] {
-    const QWidget* active = QApplication::activeWindow();
-    const QWidget* modal = QApplication::activeModalWidget();
+  // The window manager at times gives the focus to a window that is just going, and then to none.
+  Clock::time_point again = Clock::now() + std::chrono::seconds(5);
+  WaitFor("a window with the keyboard's focus", [&again] {
+    QWidget* const active = QApplication::activeWindow();
+    QWidget* const modal = QApplication::activeModalWidget();
+    if (modal != nullptr && active == nullptr && Clock::now() > again) {
+      modal->activateWindow();
+      again = Clock::now() + std::chrono::seconds(5);
+    }
     return active != nullptr && (modal == nullptr || active == modal);
   });
 }
