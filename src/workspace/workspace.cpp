@@ -78,6 +78,7 @@ std::unique_ptr<Workspace> Workspace::Open(const Options& options, std::string& 
   }
   if (options.debug) workspace->settings_.debug = true;
   workspace->OpenClient(options);
+  workspace->BeginIfNew();
   workspace->LoadAll();
   return workspace;
 }
@@ -112,6 +113,17 @@ void Workspace::OpenClient(const Options& options) {
     SetEnvironmentDefault("QUILLMERE_SANDBOX_DIR", PathText(folder_ / "sandbox").c_str());
   }
   oci_ = std::make_unique<OciLibrary>(client, options.program_folder);
+}
+
+// A folder that has neither of these gets its two lists, so that one that is missing afterwards is
+// one that somebody lost.
+void Workspace::BeginIfNew() {
+  if (access_ == Access::LookOnly || IsThere(*files_, folder_ / "jobs") ||
+      IsThere(*files_, SettingsFile().parent_path())) {
+    return;
+  }
+  std::string error;
+  if (!registry_.Save(error) || !catalogue_.SaveAll(error)) log_.Add(error, true);
 }
 
 void Workspace::LoadAll() {

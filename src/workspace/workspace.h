@@ -102,6 +102,7 @@ class Workspace {
  private:
   Workspace(const Options& options, std::filesystem::path folder);
 
+  void BeginIfNew();
   void LoadAll();
   void HoldUnregistered();
   void OpenClient(const Options& options);
