@@ -44,6 +44,7 @@ int DestinationModel::Execute(std::string_view sql, Rows& rows, std::int64_t& no
     if (in_vain) return 30006;
     Rollback();
   }
+  if (const int code = refuse ? refuse(sql) : 0) return code;
   if (sql == follow::kRollback) return Rollback(), 0;
   if (sql == follow::kSavepoint) {
     has_savepoint_ = true;

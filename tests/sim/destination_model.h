@@ -30,6 +30,8 @@ class DestinationModel {
 
   // Told of each commit, with what it adds.
   std::function<void(std::span<const Arrival> arrived)> on_commit;
+  // The number of the ORA error with which the server refuses a statement; 0 lets it pass.
+  std::function<int(std::string_view sql)> refuse;
   // The change that it does not take, by what arrives, and how often it has not.
   std::optional<std::int64_t> refused;
   std::size_t Refusals() const { return refusals_; }
