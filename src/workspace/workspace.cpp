@@ -118,9 +118,11 @@ void Workspace::OpenClient(const Options& options) {
 // A folder that has neither of these gets its two lists, so that one that is missing afterwards is
 // one that somebody lost.
 void Workspace::BeginIfNew() {
-  if (access_ == Access::LookOnly || IsThere(*files_, folder_ / "jobs") ||
-      IsThere(*files_, SettingsFile().parent_path())) {
-    return;
+  if (access_ == Access::LookOnly) return;
+  FileFacts facts;
+  for (const char* const name : {"jobs", "config"}) {
+    // Only one that is not there for sure: a list that can not be looked at must not be replaced.
+    if (!files_->Look(folder_ / name, facts).Missing()) return;
   }
   std::string error;
   if (!registry_.Save(error) || !catalogue_.SaveAll(error)) log_.Add(error, true);

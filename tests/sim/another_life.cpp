@@ -17,6 +17,7 @@ void Simulation::Die() {
     disk_ = disk_->AfterPowerCut(
         [&] { return seed == 1 || (seed > 1 && random.Chance(seed % 2 == 0 ? .5 : .9)); });
     power_.reset();
+    after_power_ = true;
   }
   Reopen();
 }
@@ -26,7 +27,10 @@ void Simulation::DieWhileOpening() {
   for (const auto& job : jobs_) job->SeeDeath(operation_, FileFaults());
   ++counts_.deaths;
   client_.Die();
-  if (power_) disk_ = disk_->AfterPowerCut([] { return false; }), power_.reset();
+  if (!power_) return;
+  disk_ = disk_->AfterPowerCut([] { return false; });
+  power_.reset();
+  after_power_ = true;
 }
 
 std::uint64_t Simulation::Faults(Fault last) const {
@@ -85,6 +89,7 @@ void Simulation::Reopen() {
     if (dead_) DieWhileOpening();
   }
   for (const auto& job : jobs_) TakeUp(*job);
+  after_power_ = false;
 }
 
 void Simulation::WithWhatCouldBeRead() {
@@ -119,7 +124,9 @@ void Simulation::TakeUp(Job& job) {
     return Wrong(job, there ? "is back after it was removed" : "is gone after a restart");
   }
   const bool unclear = job.there == Job::There::Unclear;
-  job.there = there ? Job::There::Yes : Job::There::No;
+  // What could not be saved for sure is gone with a power cut, or stays for good.
+  const bool sure = !unclear || after_power_;
+  job.there = !there ? Job::There::No : sure ? Job::There::Yes : Job::There::Unclear;
   if (!there) return job.Forget();
   SyncJob& found = list.At(index);
   const std::vector<Ledger::Choice> loaded = Job::ChoicesOf(found);

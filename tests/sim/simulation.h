@@ -133,6 +133,7 @@ class Simulation final : public RunnerListener {
   std::uint64_t faults_before_ = 0;
   bool undisturbed_ = false;  // nothing went wrong since the last check
   bool dead_ = false, given_up_ = false, stop_here_ = false, stepping_ = false;
+  bool after_power_ = false;           // what is on the disk now stays there
   std::optional<std::int64_t> power_;  // it died of that; the seed of what was kept
 };
 
