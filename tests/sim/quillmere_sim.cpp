@@ -130,7 +130,7 @@ bool Report(const Counts& counts) {
       std::cout << ' ' << kFaults[i] << ' ' << place.fired[i];
       never += ((place.usual >> i) & 1U) != 0 && place.fired[i] == 0 ? 1 : 0;
       const bool may = std::any_of(std::begin(kSilent), std::end(kSilent),
-                                   [&](auto one) { return name.find(one) != name.npos; });
+                                   [&at = name](auto one) { return at.find(one) != at.npos; });
       if (place.silent[i] == 0) continue;
       silent += may ? 0 : 1;
       std::cout << (may ? " (" : " SILENT (") << place.silent[i] << " without a word)";
