@@ -121,6 +121,7 @@ struct Simulation::Job {
   Ledger ledger;
   std::string name;
   There there = There::No;
+  bool half_removed = false;  // some of its files may be gone; then it is held
   Asked asked = Asked::Nothing;
   bool runs = false;      // it was started, and nobody asked for its stop since
   bool starting = false;  // nobody was told yet

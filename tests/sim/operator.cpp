@@ -57,6 +57,7 @@ void Simulation::Add(Job& job) {
   if (sources_[job.number / 2]->Shape().containers > 1) properties.container = kContainers[0];
   const bool added = Hear(AddJob(workspace, properties, index, place_));
   job.Forget();
+  job.half_removed = false;
   if (job.number % 2 == 1 && index != JobList::kNotFound && !dead_) {
     Hear(UsePositionTable(workspace, index, "OPS"));
   }
@@ -133,6 +134,7 @@ void Simulation::PlayOnJob(const Event& event, Job& job, std::size_t index) {
     job.there = removed && !dead_ ? Job::There::No : Job::There::Unclear;
     if (job.there == Job::There::No) return job.Forget();
     job.asked = Job::Asked::Nothing;  // it may be back as it was
+    job.half_removed = true;
     job.choices_unclear = true;
   }
 }

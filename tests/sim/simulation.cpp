@@ -154,6 +154,11 @@ void Simulation::Rest() {
   Reopen();
   JobList* list = &program_->workspace->Jobs();
   std::size_t due = 0;
+  // Who rests is at its end, and so is what only waits to be removed once more.
+  const auto at_rest = [&](const Job& job, std::size_t index) {
+    return index == JobList::kNotFound || list->State(index) == JobState::Stopped ||
+           (job.half_removed && !list->HeldBecause(index).empty());
+  };
   // What a destination refuses it goes on refusing; every second operator does something about it.
   for (const auto& job : jobs_) {
     if (job->number % 2 == operation_ % 2) job->destination.refused.reset();
@@ -163,7 +168,7 @@ void Simulation::Rest() {
     bool done = round > 1;
     for (const auto& job : jobs_) {
       const std::size_t index = job->IndexIn(*list);
-      if (index == JobList::kNotFound || list->State(index) == JobState::Stopped) continue;
+      if (at_rest(*job, index)) continue;
       done &= job->ledger.Next() == histories_[job->number / 2].Size();
       if (list->State(index) == JobState::Started && job->refusals != job->destination.Refusals()) {
         PlayOnJob({"pause"}, *job, index);
@@ -179,7 +184,7 @@ void Simulation::Rest() {
   }
   for (const auto& job : jobs_) {
     const std::size_t index = job->IndexIn(*list);
-    if (index == JobList::kNotFound || list->State(index) == JobState::Stopped) continue;
+    if (at_rest(*job, index)) continue;
     const std::size_t size = histories_[job->number / 2].Size();
     if (job->ledger.Next() == size) continue;
     Wrong(*job, "does not come to an end: " + std::to_string(size - job->ledger.Next()) +
