@@ -58,8 +58,11 @@ bool RunRecordWriter::Open(const RunRecord& record) {
   std::string unused;
   if (!folder_.Make(files_, unused)) return false;
   FileFacts facts;
+  const FileStatus there = files_.Look(path, facts);
+  // Opened all the same it would be made, and nobody would see to its name being on the disk.
+  if (!there && !there.Missing()) return false;
   // A new one must not be empty for a moment either.
-  if (files_.Look(path, facts).Missing()) {
+  if (there.Missing()) {
     made_ = true;
     if (!ReplaceFile(files_, path, BytesOf(record), FileAccess::Everyone, unused)) return false;
     made_ = false;
