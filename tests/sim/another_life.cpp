@@ -142,7 +142,8 @@ void Simulation::TakeUp(Job& job) {
   }
   job.aside_seen = 0;
   job.ledger.Look();
-  if (job.starting && BehindIt(job, index) != job.ledger.Next()) job.BeginLedger(found);
+  const bool other = !job.ledger.Running() || BehindIt(job, index) != job.ledger.Next();
+  if (job.starting && other) job.BeginLedger(found);
   job.starting = false;
   if (job.asked == Job::Asked::ToRun) job.asked = Job::Asked::Nothing;
   job.told += list.HeldBecause(index).empty() ? 0 : 1;
