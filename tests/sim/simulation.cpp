@@ -174,6 +174,8 @@ void Simulation::Rest() {
         PlayOnJob({"pause"}, *job, index);
       } else if (list->State(index) == JobState::Paused) {
         if (job->destination.refused) PlayOnJob({"skip"}, *job, index);
+        const bool no_tables = job->last_error.ends_with("refresh first please.");
+        if (no_tables) PlayOnJob({"refresh"}, *job, index);
         PlayOnJob({"run"}, *job, index);
       }
       job->refusals = job->destination.Refusals();
