@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/jobs/job_pages.h"
 
+#include <QTabBar>
 #include <utility>
 
 #include "ui/jobs/now_page.h"

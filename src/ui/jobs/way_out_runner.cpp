@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/jobs/way_out_runner.h"
 
+#include <QWidget>
 #include <utility>
 
 #include "ui/toolkit/notice.h"

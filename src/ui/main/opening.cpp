@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ui/main/opening.h"
 
-#include <QApplication>
 #include <QEventLoop>
 #include <atomic>
 #include <future>
@@ -21,17 +20,18 @@ std::unique_ptr<Workspace> Opening::Open(const Workspace::Options& options, std:
   // Before there is a thread that might look at the environment while it changes.
   SetNlsDefaults();
   std::atomic<bool> opened = false;
+  QEventLoop loop;  // outlives the thread that wakes it
   auto opening = std::async(std::launch::async, [&] {
     struct Wake {
       std::atomic<bool>& opened;
+      QEventLoop& loop;
       ~Wake() {
         opened = true;
-        QCoreApplication::postEvent(qApp, new QEvent(QEvent::None));
+        loop.wakeUp();
       }
-    } wake{opened};
+    } wake{opened, loop};
     return Workspace::Open(options, reason);
   });
-  QEventLoop loop;
   while (!opened) loop.processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
   return opening.get();
 }
