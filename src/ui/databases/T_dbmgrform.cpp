@@ -21,8 +21,8 @@ namespace quillmere {
 TDbMgrForm::TDbMgrForm(UiContext& context, QWidget* parent)
     : QWidget(parent),
       context_(context),
-      frame_(new ExplorerFrame(context.memory, QStringLiteral("databases"),
-                               QStringLiteral("All Databases"), this)),
+      frame_(new ExplorerFrame(context.memory, QStringLiteral("databases"), tr("All Databases"),
+                               this)),
       actions_(MakeDatabaseActions(*this)),
       menus_(MakeDatabaseMenus(*this, actions_)),
       tree_(new DatabaseTree(this)),
@@ -64,7 +64,7 @@ void TDbMgrForm::SetUpTree() {
 void TDbMgrForm::SetUpList() {
   RowTable& list = frame_->List();
   list.setObjectName(QStringLiteral("DbMgrLV"));
-  list.setAccessibleName(QStringLiteral("Contents of the selected node"));
+  list.setAccessibleName(tr("Contents of the selected node"));
   connect(&list, &QAbstractItemView::doubleClicked, this, &TDbMgrForm::OpenRow);
   for (int key : {Qt::Key_Return, Qt::Key_Enter}) {
     auto* enter = new QShortcut(QKeySequence(key), &list);

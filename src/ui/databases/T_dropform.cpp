@@ -14,8 +14,8 @@ namespace quillmere {
 
 TDropForm::TDropForm(UiContext& context, SchemaSelection selection, QWidget* parent)
     : SchemaDialog(context, std::move(selection), QStringLiteral("TDropForm"),
-                   QStringLiteral("Drop Key/Table/Index"), parent) {
-  setWindowTitle(QStringLiteral("Drop Key/Table/Index"));
+                   tr("Drop Key/Table/Index"), parent) {
+  setWindowTitle(tr("Drop Key/Table/Index"));
   const ObjectKind kind = Selection().kind;
   auto* top = new QLabel(DropCountLine(kind, Items().size()), this);
   top->setObjectName(QStringLiteral("LableTop"));
@@ -28,7 +28,7 @@ TDropForm::TDropForm(UiContext& context, SchemaSelection selection, QWidget* par
   list->setModel(new SchemaItemModel(Items(), {{QString(), text}}, this));
   top->setBuddy(list);
 
-  cascade_ = new QCheckBox(QStringLiteral("Drop All &Foreign Key Constrains"), this);
+  cascade_ = new QCheckBox(tr("Drop All &Foreign Key Constrains"), this);
   cascade_->setObjectName(QStringLiteral("ChBCasecade"));
   cascade_->setEnabled(kind == ObjectKind::Table);
   cascade_->setToolTip(kind == ObjectKind::Table
@@ -40,7 +40,7 @@ TDropForm::TDropForm(UiContext& context, SchemaSelection selection, QWidget* par
   Body().addWidget(list, 1);
   Body().addWidget(cascade_);
 
-  QPushButton& drop = AddSubmit(QStringLiteral("DropBtn"), QStringLiteral("&Drop"));
+  QPushButton& drop = AddSubmit(QStringLiteral("DropBtn"), tr("&Drop"));
   drop.setIcon(Icon("drop"));
   drop.setToolTip(tr("Drops all of the list"));
   drop.setAutoDefault(false);
@@ -59,7 +59,7 @@ void TDropForm::ShowAdvice() {
 }
 
 void TDropForm::DropBtnClick() {
-  Run(QStringLiteral("Drop"), [this](DatabaseWork& work) {
+  Run(tr("Drop"), [this](DatabaseWork& work) {
     return DropObjects(Context().workspace, Selection(), cascade_->isChecked(), work);
   });
 }

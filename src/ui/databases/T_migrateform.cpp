@@ -35,7 +35,7 @@ constexpr struct {
 QComboBox* MakeTargets(const DataSourceRegistry& registry, QWidget* parent) {
   auto* targets = new QComboBox(parent);
   targets->setObjectName(QStringLiteral("CBTargetDS"));
-  targets->setPlaceholderText(QStringLiteral("Choose a data source"));
+  targets->setPlaceholderText(TMigrateForm::tr("Choose a data source"));
   for (std::size_t slot = 0; slot < registry.Count(); ++slot) {
     const DataSource& source = registry.At(slot);
     if (source.state == ConnectionState::Empty) continue;
@@ -50,15 +50,14 @@ QComboBox* MakeTargets(const DataSourceRegistry& registry, QWidget* parent) {
 TMigrateForm::TMigrateForm(UiContext& context, SchemaSelection selection, QWidget* parent)
     : SchemaDialog(context, std::move(selection), QStringLiteral("TMigrateForm"), QString(),
                    parent) {
-  setWindowTitle(QStringLiteral("Migrate Table/Key/Index To Another DB"));
+  setWindowTitle(tr("Migrate Table/Key/Index To Another DB"));
   auto* top = new QLabel(MigrateCountLine(Selection().kind, Items().size()), this);
   top->setObjectName(QStringLiteral("LableTop"));
   QTreeView* list = MakeList("MigrateLV", top->text());
   list->setModel(new SchemaItemModel(
       Items(),
-      {{QStringLiteral("Migrate Item"),
-        [](const SchemaItem& item) { return item.name + " of " + item.table; }},
-       {QStringLiteral("Owner"), [](const SchemaItem& item) { return item.owner; }}},
+      {{tr("Migrate Item"), [](const SchemaItem& item) { return item.name + " of " + item.table; }},
+       {tr("Owner"), [](const SchemaItem& item) { return item.owner; }}},
       this));
   list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
   list->header()->setStretchLastSection(false);
@@ -76,7 +75,7 @@ TMigrateForm::TMigrateForm(UiContext& context, SchemaSelection selection, QWidge
   columns->addLayout(right, 1);
   Body().addLayout(columns, 1);
 
-  QPushButton& submit = AddSubmit(QStringLiteral("SubmitBtn"), QStringLiteral("E&xecute"));
+  QPushButton& submit = AddSubmit(QStringLiteral("SubmitBtn"), tr("E&xecute"));
   submit.setToolTip(tr("Creates all of the list on the chosen data source"));
   submit.setDefault(true);
   connect(&submit, &QPushButton::clicked, this, &TMigrateForm::SubmitBtnClick);
@@ -101,16 +100,16 @@ QWidget* TMigrateForm::MakeDatabases() {
   auto* source = new QLineEdit(ToQt(Source().name), this);
   source->setObjectName(QStringLiteral("EditSourceDS"));
   MakeReadOnly(*source);
-  auto* source_group = new QGroupBox(QStringLiteral("Source Database"), this);
+  auto* source_group = new QGroupBox(tr("Source Database"), this);
   auto* source_form = new QFormLayout(source_group);
-  source_form->addRow(QStringLiteral("Data Source:"), source);
+  source_form->addRow(tr("Data Source:"), source);
 
   target_ = MakeTargets(Context().workspace.Registry(), this);
   target_->setToolTip(tr("The data source on which the objects are created"));
   connect(target_, &QComboBox::currentIndexChanged, this, [this] { ShowAdvice(); });
-  auto* target_group = new QGroupBox(QStringLiteral("Target Database"), this);
+  auto* target_group = new QGroupBox(tr("Target Database"), this);
   auto* target_form = new QFormLayout(target_group);
-  target_form->addRow(QStringLiteral("&Data Source:"), target_);
+  target_form->addRow(tr("&Data Source:"), target_);
   for (QFormLayout* form : {source_form, target_form}) {
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
   }
@@ -125,7 +124,7 @@ QWidget* TMigrateForm::MakeDatabases() {
 
 QWidget* TMigrateForm::MakeOptions() {
   options_ = new QStandardItemModel(this);
-  options_->setHorizontalHeaderLabels({QStringLiteral("Control Parameter")});
+  options_->setHorizontalHeaderLabels({tr("Control Parameter")});
   for (const auto& option : kOptions) {
     auto* item = new QStandardItem(QLatin1String(option.caption));
     item->setCheckable(true);
@@ -133,7 +132,7 @@ QWidget* TMigrateForm::MakeOptions() {
     options_->appendRow(item);
   }
   connect(options_, &QStandardItemModel::itemChanged, this, [this] { ShowAdvice(); });
-  QTreeView* list = MakeList("OptionsLV", QStringLiteral("Control Parameter"));
+  QTreeView* list = MakeList("OptionsLV", tr("Control Parameter"));
   list->setModel(options_);
   list->setCurrentIndex(options_->index(0, 0));
   return list;
@@ -179,11 +178,11 @@ void TMigrateForm::SubmitBtnClick() {
     return;
   }
   const MigrateTarget target{*target_index, choices, !busy.empty()};
-  Run(QStringLiteral("Migrate"),
+  Run(tr("Migrate"),
       [&](DatabaseWork& work) { return MigrateObjects(workspace, Selection(), target, work); });
   if (!Succeeded()) return;
   // The target's lists show what was made; why they do not is in the message list.
-  Waiting waiting(Context(), parentWidget(), QStringLiteral("Refresh"));
+  Waiting waiting(Context(), parentWidget(), tr("Refresh"));
   static_cast<void>(RefreshDataSource(workspace, *target_index, waiting));
 }
 

@@ -18,25 +18,24 @@ constexpr int kWidth = 480;
 
 TRenameForm::TRenameForm(UiContext& context, SchemaSelection selection, QWidget* parent)
     : SchemaDialog(context, std::move(selection), QStringLiteral("TRenameForm"),
-                   QStringLiteral("Change Name Of Table/Index/Key"), parent) {
-  setWindowTitle(QStringLiteral("change name of a Table/Index/Key"));
+                   tr("Change Name Of Table/Index/Key"), parent) {
+  setWindowTitle(tr("change name of a Table/Index/Key"));
   const SchemaItem& item = Items().front();
   auto* form = new QFormLayout;
   form->setSpacing(kSpacing);
   form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-  for (QLineEdit* field :
-       {AddField(*form, "EditOwner", QStringLiteral("Owner"), item.owner),
-        AddField(*form, "EditTable", QStringLiteral("Table"), item.table),
-        AddField(*form, "EditCurName", QStringLiteral("Current Name"), item.name)}) {
+  for (QLineEdit* field : {AddField(*form, "EditOwner", tr("Owner"), item.owner),
+                           AddField(*form, "EditTable", tr("Table"), item.table),
+                           AddField(*form, "EditCurName", tr("Current Name"), item.name)}) {
     MakeReadOnly(*field);
   }
-  new_name_ = AddField(*form, "EditNewName", QStringLiteral("&New Name"), {});
+  new_name_ = AddField(*form, "EditNewName", tr("&New Name"), {});
   new_name_->setPlaceholderText(tr("The name without an owner"));
   new_name_->setToolTip(tr("Sent to the server as it is typed; the server judges it"));
   Body().addLayout(form);
   Body().addStretch(1);
 
-  QPushButton& submit = AddSubmit(QStringLiteral("SubmitBtn"), QStringLiteral("E&xecute"));
+  QPushButton& submit = AddSubmit(QStringLiteral("SubmitBtn"), tr("E&xecute"));
   submit.setToolTip(tr("Changes the name"));
   submit.setDefault(true);
   connect(&submit, &QPushButton::clicked, this, &TRenameForm::SubmitBtnClick);
@@ -65,7 +64,7 @@ SchemaItem TRenameForm::Item() const {
 }
 
 void TRenameForm::SubmitBtnClick() {
-  Run(QStringLiteral("Rename"), [this](DatabaseWork& work) {
+  Run(tr("Rename"), [this](DatabaseWork& work) {
     return RenameObject(Context().workspace, Selection(), ToBytes(new_name_->text()), work);
   });
 }

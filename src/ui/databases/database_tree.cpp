@@ -17,8 +17,8 @@ namespace {
 constexpr quintptr kIdsPerSource = 4;
 
 QString MetaTypeCaption(NodeKind kind) {
-  if (kind == NodeKind::PrimaryKey) return QStringLiteral("Primary Key");
-  return kind == NodeKind::Index ? QStringLiteral("Index") : QStringLiteral("Table");
+  if (kind == NodeKind::PrimaryKey) return DatabaseTree::tr("Primary Key");
+  return kind == NodeKind::Index ? DatabaseTree::tr("Index") : DatabaseTree::tr("Table");
 }
 
 QIcon IconOf(NodeKind kind, bool connected) {
@@ -145,7 +145,7 @@ QVariant DatabaseTree::data(const QModelIndex& index, int role) const {
       is_source ? sources_[static_cast<std::size_t>(index.row())].state : ConnectionState::Empty;
   switch (role) {
     case Qt::DisplayRole:
-      if (node.kind == NodeKind::Root) return QStringLiteral("ORACLE");
+      if (node.kind == NodeKind::Root) return tr("ORACLE");
       return is_source ? OneLine(node.source) : MetaTypeCaption(node.kind);
     case Qt::DecorationRole:
       return IconOf(node.kind, state == ConnectionState::Connected);

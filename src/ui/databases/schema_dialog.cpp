@@ -84,7 +84,7 @@ QPushButton& SchemaDialog::AddSubmit(const QString& object_name, const QString& 
 }
 
 QPushButton& SchemaDialog::AddCancel() {
-  auto* button = new QPushButton(QStringLiteral("&Abort"), this);
+  auto* button = new QPushButton(tr("&Abort"), this);
   button->setObjectName(QStringLiteral("CancelBtn"));
   button->setToolTip(tr("Closes the dialog; nothing is changed"));
   connect(button, &QPushButton::clicked, this, &QDialog::reject);

@@ -56,11 +56,11 @@ TJobEditForm::TJobEditForm(UiContext& context, QWidget* parent)
   parts->addWidget(job, 1);
   layout->addLayout(parts, 1);
   auto* buttons = new QDialogButtonBox;
-  auto* ok = buttons->addButton(QStringLiteral("&OK"), QDialogButtonBox::AcceptRole);
+  auto* ok = buttons->addButton(tr("&OK"), QDialogButtonBox::AcceptRole);
   ok->setObjectName(QStringLiteral("OkBtn"));
-  auto* abort = buttons->addButton(QStringLiteral("Abor&t"), QDialogButtonBox::RejectRole);
+  auto* abort = buttons->addButton(tr("Abor&t"), QDialogButtonBox::RejectRole);
   abort->setObjectName(QStringLiteral("CancelBtn"));
-  abort->setToolTip(QStringLiteral("Close without a change (Esc)"));
+  abort->setToolTip(tr("Close without a change (Esc)"));
   connect(ok, &QPushButton::clicked, this, &TJobEditForm::OkBtnClick);
   connect(abort, &QPushButton::clicked, this, &TJobEditForm::reject);
   layout->addWidget(buttons);
@@ -85,12 +85,11 @@ QWidget* TJobEditForm::MakeSourcePart() {
   auto* layout = new QVBoxLayout(part);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(kSpacing);
-  auto* heading = new QLabel(QStringLiteral("&All Data  Sources:"));
+  auto* heading = new QLabel(tr("&All Data  Sources:"));
   layout->addWidget(heading);
   list_ = new RowTable(context_.memory);
-  Describe(*list_, "DbConnLV", QStringLiteral("All data sources"), {});
-  list_->SetEmptyText(
-      QStringLiteral("A job takes two data sources, from one to the other. Add them first."));
+  Describe(*list_, "DbConnLV", tr("All data sources"), {});
+  list_->SetEmptyText(tr("A job takes two data sources, from one to the other. Add them first."));
   list_->ShowRows(model_, QStringLiteral("job sources"), false);
   // The rows stand as in the drop-down lists.
   list_->setSortingEnabled(false);
@@ -100,9 +99,8 @@ QWidget* TJobEditForm::MakeSourcePart() {
   heading->setBuddy(list_);
   layout->addWidget(list_, 1);
   layout->addWidget(AddJudgement(JobField::DataSources));
-  auto* add = new QPushButton(Icon("source-new"), QStringLiteral("New Data&base Connection"));
-  Describe(*add, "NewConnBtn", QStringLiteral("New Database Connection"),
-           QStringLiteral("Register another data source"));
+  auto* add = new QPushButton(Icon("source-new"), tr("New Data&base Connection"));
+  Describe(*add, "NewConnBtn", tr("New Database Connection"), tr("Register another data source"));
   add->setAutoDefault(false);
   connect(add, &QPushButton::clicked, this, &TJobEditForm::NewConnBtnClick);
   new_source_ = add;
@@ -152,44 +150,42 @@ void TJobEditForm::AddField(QFormLayout& form, const QString& caption, JobField 
 
 void TJobEditForm::AddFields(QFormLayout& form) {
   name_ = new QLineEdit;
-  Describe(*name_, "EditJobName", QStringLiteral("Job Name"),
-           QStringLiteral("The job's folder and file bear this name, too"));
+  Describe(*name_, "EditJobName", tr("Job Name"),
+           tr("The job's folder and file bear this name, too"));
   name_->setMaxLength(std::numeric_limits<int>::max());
-  AddField(form, QStringLiteral("&Job Name"), JobField::Name, name_);
+  AddField(form, tr("&Job Name"), JobField::Name, name_);
 
   description_ = new QPlainTextEdit;
-  Describe(*description_, "EditJobDescription", QStringLiteral("Description"),
-           QStringLiteral("What the job is for, and whom to ask"));
+  Describe(*description_, "EditJobDescription", tr("Description"),
+           tr("What the job is for, and whom to ask"));
   description_->setTabChangesFocus(true);
-  description_->setPlaceholderText(QStringLiteral("What the job is for"));
+  description_->setPlaceholderText(tr("What the job is for"));
   description_->setMinimumHeight(description_->fontMetrics().lineSpacing() * kDescriptionLines);
-  AddField(form, QStringLiteral("&Description"), JobField::Description, description_);
+  AddField(form, tr("&Description"), JobField::Description, description_);
 
   source_ = new SourceChoice;
-  Describe(*source_, "CBSrcDSN", QStringLiteral("Source Data Source"),
-           QStringLiteral("Where changes are read. Reading them takes a SYSDBA log-on."));
-  AddField(form, QStringLiteral("&Source Data Source:"), JobField::Source, source_);
+  Describe(*source_, "CBSrcDSN", tr("Source Data Source"),
+           tr("Where changes are read. Reading them takes a SYSDBA log-on."));
+  AddField(form, tr("&Source Data Source:"), JobField::Source, source_);
   destination_ = new SourceChoice;
-  Describe(*destination_, "CBDesDSN", QStringLiteral("Destination Data Source"),
-           QStringLiteral("Where changes are written"));
-  AddField(form, QStringLiteral("D&estination Data Source:"), JobField::Destination, destination_);
+  Describe(*destination_, "CBDesDSN", tr("Destination Data Source"),
+           tr("Where changes are written"));
+  AddField(form, tr("D&estination Data Source:"), JobField::Destination, destination_);
 
   interval_ = new IntervalField;
-  const QString tip = QStringLiteral(
-      "Minutes from one synchronization to the next. Longer than the longest transaction on the "
-      "source stays open.");
-  Describe(*interval_, "UpDownSyncInterval", QStringLiteral("Synchronize Interval in minutes"),
-           tip);
-  Describe(interval_->Edit(), "EditSyncInterval", QStringLiteral("Synchronize Interval in minutes"),
-           tip);
-  AddField(form, QStringLiteral("Synchronize &Interval(minutes):"), JobField::Interval, interval_);
+  const QString tip =
+      tr("Minutes from one synchronization to the next. Longer than the longest transaction on the "
+         "source stays open.");
+  Describe(*interval_, "UpDownSyncInterval", tr("Synchronize Interval in minutes"), tip);
+  Describe(interval_->Edit(), "EditSyncInterval", tr("Synchronize Interval in minutes"), tip);
+  AddField(form, tr("Synchronize &Interval(minutes):"), JobField::Interval, interval_);
   form.addRow(MakeFollow());
 }
 
 // Under each of the two what it means.
 QWidget* TJobEditForm::MakeFollow() {
-  follow_ = new QGroupBox(QStringLiteral("Follow"));
-  Describe(*follow_, "GroupFollow", QStringLiteral("What the job follows"), {});
+  follow_ = new QGroupBox(tr("Follow"));
+  Describe(*follow_, "GroupFollow", tr("What the job follows"), {});
   auto* column = new QVBoxLayout(follow_);
   column->setSpacing(kSpacing / 2);
   const auto add = [&](const char* object, const QString& caption, Follow follow) {
@@ -207,14 +203,13 @@ QWidget* TJobEditForm::MakeFollow() {
     column->addWidget(words);
     return choice;
   };
-  commits_ = add("FollowCommits", QStringLiteral("&Commits (recommended)"), Follow::Commits);
+  commits_ = add("FollowCommits", tr("&Commits (recommended)"), Follow::Commits);
   container_ = new QLineEdit;
-  Describe(
-      *container_, "EditContainer", QStringLiteral("Container"),
-      QStringLiteral("The pluggable database that the job follows, when its source is the root "
-                     "of a container database"));
-  container_->setPlaceholderText(QStringLiteral("When the source is a root"));
-  auto* container_label = new QLabel(QStringLiteral("Co&ntainer:"));
+  Describe(*container_, "EditContainer", tr("Container"),
+           tr("The pluggable database that the job follows, when its source is the root "
+              "of a container database"));
+  container_->setPlaceholderText(tr("When the source is a root"));
+  auto* container_label = new QLabel(tr("Co&ntainer:"));
   container_label->setBuddy(container_);
   auto* container_row = new QHBoxLayout;
   container_row->setContentsMargins(2 * kMargin, 0, 0, 0);
@@ -222,7 +217,7 @@ QWidget* TJobEditForm::MakeFollow() {
   container_row->addWidget(container_, 1);
   column->addLayout(container_row);
   column->addWidget(AddJudgement(JobField::Container));
-  rows_ = add("FollowRows", QStringLiteral("&Rows"), Follow::Rows);
+  rows_ = add("FollowRows", tr("&Rows"), Follow::Rows);
   connect(commits_, &QRadioButton::toggled, container_, &QWidget::setEnabled);
   return follow_;
 }
@@ -233,8 +228,7 @@ void TJobEditForm::ShowFollow(Follow follow) {
   const JobList& jobs = context_.workspace.Jobs();
   const bool free = index_ == JobList::kNotFound || jobs.State(index_) == JobState::Stopped;
   follow_->setEnabled(free);
-  follow_->setToolTip(free ? QString()
-                           : QStringLiteral("Can be changed while the job is stopped only"));
+  follow_->setToolTip(free ? QString() : tr("Can be changed while the job is stopped only"));
 }
 
 bool TJobEditForm::Edit(JobProperties& properties, std::size_t index) {
@@ -247,7 +241,7 @@ bool TJobEditForm::Edit(JobProperties& properties, std::size_t index) {
 
 void TJobEditForm::Show(const JobProperties& properties) {
   properties_ = properties;
-  setWindowTitle(QStringLiteral("Properties of ") + OneLine(properties.name));
+  setWindowTitle(tr("Properties of ") + OneLine(properties.name));
   name_->setText(ToQt(properties.name));
   ShowSources(properties.source, properties.destination);
   description_->setPlainText(ToQt(properties.description));

@@ -23,25 +23,25 @@ constexpr int kListHeight = 260;
 QString TipOf(TableFilter mode) {
   switch (mode) {
     case TableFilter::Include:
-      return QStringLiteral("Include table(s) to be synchronized");
+      return TFilterForm::tr("Include table(s) to be synchronized");
     case TableFilter::Exclude:
-      return QStringLiteral("Exclude table(s) to be synchronized");
+      return TFilterForm::tr("Exclude table(s) to be synchronized");
     case TableFilter::ChangeOwner:
       break;
   }
-  return QStringLiteral("Synchronize Table(s) to another Owner");
+  return TFilterForm::tr("Synchronize Table(s) to another Owner");
 }
 
 QString TitleOf(TableFilter mode) {
   switch (mode) {
     case TableFilter::Include:
-      return QStringLiteral("Include Tables");
+      return TFilterForm::tr("Include Tables");
     case TableFilter::Exclude:
-      return QStringLiteral("Exclude Tables");
+      return TFilterForm::tr("Exclude Tables");
     case TableFilter::ChangeOwner:
       break;
   }
-  return QStringLiteral("Change Remote Owner");
+  return TFilterForm::tr("Change Remote Owner");
 }
 
 }  // namespace
@@ -67,22 +67,22 @@ QWidget* TFilterForm::MakeTop() {
   auto* grid = new QGridLayout(top);
   grid->setContentsMargins(0, 0, 0, 0);
   grid->setSpacing(kSpacing);
-  auto* current_label = new QLabel(QStringLiteral("&Current Owner"));
+  auto* current_label = new QLabel(tr("&Current Owner"));
   current_owner_ = new QLineEdit;
   current_owner_->setObjectName(QStringLiteral("EditCurOwner"));
-  current_owner_->setAccessibleName(QStringLiteral("Current Owner"));
-  current_owner_->setToolTip(QStringLiteral("The tables' owner on the source"));
+  current_owner_->setAccessibleName(tr("Current Owner"));
+  current_owner_->setToolTip(tr("The tables' owner on the source"));
   current_owner_->setReadOnly(true);
   current_label->setBuddy(current_owner_);
-  new_owner_label_ = new QLabel(QStringLiteral("&New Owner Name"));
+  new_owner_label_ = new QLabel(tr("&New Owner Name"));
   new_owner_label_->setObjectName(QStringLiteral("LblNewOwner"));
   new_owner_ = new QLineEdit;
   new_owner_->setObjectName(QStringLiteral("EditNewOwner"));
-  new_owner_->setAccessibleName(QStringLiteral("New Owner Name"));
-  new_owner_->setPlaceholderText(QStringLiteral("Empty: the same owner as on the source"));
+  new_owner_->setAccessibleName(tr("New Owner Name"));
+  new_owner_->setPlaceholderText(tr("Empty: the same owner as on the source"));
   new_owner_->setToolTip(
-      QStringLiteral("The owner to write to on the destination, exactly as the database spells "
-                     "it. It has to exist there."));
+      tr("The owner to write to on the destination, exactly as the database spells "
+         "it. It has to exist there."));
   new_owner_->setMaxLength(std::numeric_limits<int>::max());
   new_owner_label_->setBuddy(new_owner_);
   grid->addWidget(current_label, 0, 0);
@@ -98,13 +98,13 @@ QWidget* TFilterForm::MakeMain() {
   auto* grid = new QGridLayout(main);
   grid->setContentsMargins(0, 0, 0, 0);
   grid->setSpacing(kSpacing);
-  auto* label = new QLabel(QStringLiteral("&TalbleList"));
+  auto* label = new QLabel(tr("&TalbleList"));
   count_ = new QLabel;
   count_->setForegroundRole(QPalette::PlaceholderText);
   list_ = new QListView;
   list_->setObjectName(QStringLiteral("TableListBox"));
-  list_->setAccessibleName(QStringLiteral("Tables"));
-  list_->setToolTip(QStringLiteral("Execute changes all of these tables"));
+  list_->setAccessibleName(tr("Tables"));
+  list_->setToolTip(tr("Execute changes all of these tables"));
   list_->setModel(names_);
   list_->setUniformItemSizes(true);
   list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -112,12 +112,12 @@ QWidget* TFilterForm::MakeMain() {
   list_->setFixedSize(kListWidth, kListHeight);
   label->setBuddy(list_);
   auto* buttons = new QDialogButtonBox;
-  auto* submit = buttons->addButton(QStringLiteral("E&xecute"), QDialogButtonBox::AcceptRole);
+  auto* submit = buttons->addButton(tr("E&xecute"), QDialogButtonBox::AcceptRole);
   submit->setObjectName(QStringLiteral("SubmitBtn"));
   submit->setDefault(true);
-  auto* abort = buttons->addButton(QStringLiteral("&Abort"), QDialogButtonBox::RejectRole);
+  auto* abort = buttons->addButton(tr("&Abort"), QDialogButtonBox::RejectRole);
   abort->setObjectName(QStringLiteral("CancelBtn"));
-  abort->setToolTip(QStringLiteral("Close without a change (Esc)"));
+  abort->setToolTip(tr("Close without a change (Esc)"));
   connect(submit, &QPushButton::clicked, this, &TFilterForm::SubmitBtnClick);
   connect(abort, &QPushButton::clicked, this, &TFilterForm::reject);
   grid->addWidget(label, 0, 0);
@@ -142,7 +142,7 @@ void TFilterForm::Show() {
   names.reserve(static_cast<qsizetype>(choice_.tables.size()));
   for (const std::string& table : choice_.tables) names << OneLine(table);
   names_->setStringList(names);
-  count_->setText(Counted(choice_.tables.size(), QStringLiteral("table")));
+  count_->setText(Counted(choice_.tables.size(), tr("table")));
   new_owner_->clear();
   const bool redirects = choice_.filter != TableFilter::Exclude;
   new_owner_label_->setVisible(redirects);

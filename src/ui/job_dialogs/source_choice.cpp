@@ -18,7 +18,7 @@ QByteArray Stored(std::string_view name) {
 SourceChoice::SourceChoice(QWidget* parent) : QComboBox(parent) {
   setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
   setMinimumContentsLength(20);
-  setPlaceholderText(QStringLiteral("Choose a data source"));
+  setPlaceholderText(tr("Choose a data source"));
 }
 
 void SourceChoice::Show(const DataSourceRegistry& registry, std::string_view chosen) {
@@ -33,7 +33,7 @@ void SourceChoice::Show(const DataSourceRegistry& registry, std::string_view cho
   if (place < 0 && !chosen.empty()) {
     place = count();
     addItem(Icon("warning"), OneLine(chosen), Stored(chosen));
-    setItemData(place, QStringLiteral("This data source is not registered"), Qt::ToolTipRole);
+    setItemData(place, tr("This data source is not registered"), Qt::ToolTipRole);
   }
   setCurrentIndex(place);
 }

@@ -24,7 +24,7 @@ namespace quillmere {
 namespace {
 
 constexpr int kRefreshMs = 10'000;
-const QString kPageHint = QStringLiteral("Jobs manager: Design, mangage and monitor");
+const QString kPageHint = TJobMgrForm::tr("Jobs manager: Design, mangage and monitor");
 
 bool IsTableNode(JobNode kind) {
   return kind == JobNode::Include || kind == JobNode::Exclude;
@@ -32,22 +32,22 @@ bool IsTableNode(JobNode kind) {
 
 QString WhatToDoWithoutJobs(const DataSourceRegistry& registry) {
   if (registry.CountInUse() < kSourcesForAJob) {
-    return QStringLiteral(
+    return TJobMgrForm::tr(
         "No jobs yet. A job copies the changes of one data source to another: register both with "
         "OpenDbMgr in the Database menu, then choose New in the Job menu");
   }
-  return QStringLiteral("No jobs yet. Choose New in the Job menu to make one");
+  return TJobMgrForm::tr("No jobs yet. Choose New in the Job menu to make one");
 }
 
 QString WhatToDoWithoutTables(const SyncJob& job, JobNode kind) {
   const MutexLock lock(job.config_mutex);
   if (!job.config.table_list_fetched) {
-    return QStringLiteral(
+    return TJobMgrForm::tr(
         "The tables have not been read from the source yet: select the job and "
         "choose Refresh");
   }
-  if (kind == JobNode::Exclude) return QStringLiteral("No table is excluded");
-  return QStringLiteral("No table is included: choose them under Exclude");
+  if (kind == JobNode::Exclude) return TJobMgrForm::tr("No table is excluded");
+  return TJobMgrForm::tr("No table is included: choose them under Exclude");
 }
 
 }  // namespace
@@ -58,14 +58,14 @@ TJobMgrForm::TJobMgrForm(UiContext& context, QWidget* parent, std::chrono::milli
       jobs_(context.workspace.Jobs()),
       tree_(&context.workspace.Watch()),
       job_rows_(&context.workspace.Watch()),
-      frame_(context.memory, QStringLiteral("jobs"), QStringLiteral("All Jobs"), this),
+      frame_(context.memory, tr("jobs"), tr("All Jobs"), this),
       actions_(this),
       worker_(context.workspace, sweep_pause, this) {
   setObjectName(QStringLiteral("JobMgrForm"));
   frame_.Tools().setObjectName(QStringLiteral("ToolBar1"));
   frame_.Tree().setObjectName(QStringLiteral("JobMgrTV"));
   frame_.List().setObjectName(QStringLiteral("JobMgrLV"));
-  frame_.List().setAccessibleName(QStringLiteral("Jobs and tables"));
+  frame_.List().setAccessibleName(tr("Jobs and tables"));
   frame_.Head().setObjectName(QStringLiteral("TableTreeHeaderPnl"));
   frame_.HeadMenuButton().setObjectName(QStringLiteral("OptionsImg"));
   frame_.Filter().setObjectName(QStringLiteral("JobMgrFilter"));
@@ -219,8 +219,8 @@ void TJobMgrForm::OnNodeChanged() {
 void TJobMgrForm::ShowList(const JobNodeRef& node) {
   UpdateActions();
   ShowDetails(node);
-  if (node.kind == JobNode::Include) return ShowTables(node, included_, QStringLiteral("included"));
-  if (node.kind == JobNode::Exclude) return ShowTables(node, excluded_, QStringLiteral("excluded"));
+  if (node.kind == JobNode::Include) return ShowTables(node, included_, tr("included"));
+  if (node.kind == JobNode::Exclude) return ShowTables(node, excluded_, tr("excluded"));
   if (node.kind != JobNode::None) ShowJobs(node);
 }
 
@@ -238,14 +238,13 @@ void TJobMgrForm::ShowDetails(const JobNodeRef& node) {
 void TJobMgrForm::ShowJobs(const JobNodeRef& node) {
   job_rows_.Fill(jobs_, node.job);
   frame_.List().SetEmptyText(WhatToDoWithoutJobs(context_.workspace.Registry()));
-  frame_.List().ShowRows(job_rows_, QStringLiteral("jobs"), false);
+  frame_.List().ShowRows(job_rows_, tr("jobs"), false);
   frame_.Filter().SetModel(&job_rows_);
   const bool all = node.kind == JobNode::AllJobs;
   frame_.SetBack({});
-  SetHint(
-      &frame_.List(),
-      all ? kPageHint + QStringLiteral(". Enter or a double click goes to the job") : kPageHint);
-  frame_.SetCountText(all ? Counted(job_rows_.SourceRowCount(), QStringLiteral("job")) : QString());
+  SetHint(&frame_.List(),
+          all ? kPageHint + tr(". Enter or a double click goes to the job") : kPageHint);
+  frame_.SetCountText(all ? Counted(job_rows_.SourceRowCount(), tr("job")) : QString());
   frame_.SetNote(all ? QString() : NoteOf(node.job));
   frame_.SetOneRow(!all);
 }
@@ -253,8 +252,8 @@ void TJobMgrForm::ShowJobs(const JobNodeRef& node) {
 // What an operator has to know of the one job that is shown.
 QString TJobMgrForm::NoteOf(std::size_t job) const {
   const Follow follow = FollowOf(jobs_.At(job));
-  QString note = QStringLiteral("Follows %1. %2")
-                     .arg(ToQt(FollowName(follow)), ToQt(WhatFollowingMeans(follow)));
+  QString note =
+      tr("Follows %1. %2").arg(ToQt(FollowName(follow)), ToQt(WhatFollowingMeans(follow)));
   const std::string held = jobs_.HeldBecause(job);
   return held.empty() ? note : HeldText(held) + u'\n' + note;
 }
@@ -266,7 +265,7 @@ void TJobMgrForm::ShowTables(const JobNodeRef& node, TableRows& rows, const QStr
   frame_.List().SetEmptyText(WhatToDoWithoutTables(job, node.kind));
   frame_.List().ShowRows(rows, layout, true);
   frame_.Filter().SetModel(&rows);
-  frame_.SetCountText(Counted(rows.SourceRowCount(), QStringLiteral("table")));
+  frame_.SetCountText(Counted(rows.SourceRowCount(), tr("table")));
   frame_.SetNote({});
   frame_.SetOneRow(false);
   frame_.SetBack(OneLine(NameOf(job)));

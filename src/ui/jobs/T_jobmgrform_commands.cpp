@@ -17,7 +17,7 @@ void TJobMgrForm::NewJob() {
   TJobEditForm form(context_, this);
   if (!form.Edit(properties, JobList::kNotFound)) return;
   std::size_t index = JobList::kNotFound;
-  Waiting waiting(context_, this, QStringLiteral("New job"));
+  Waiting waiting(context_, this, tr("New job"));
   const Outcome added = AddJob(context_.workspace, properties, index, waiting);
   KeepExpanded();
   SelectRoot();
@@ -30,7 +30,7 @@ void TJobMgrForm::EditSelected() {
   JobProperties properties = PropertiesOf(jobs_.At(node.job));
   TJobEditForm form(context_, this);
   if (!form.Edit(properties, node.job)) return;
-  Waiting waiting(context_, this, QStringLiteral("Change of a job"));
+  Waiting waiting(context_, this, tr("Change of a job"));
   const Outcome edited = EditJob(context_.workspace, node.job, properties, waiting);
   Rebuild();
   if (!edited) ShowNotice(this, edited.text);
@@ -49,7 +49,7 @@ void TJobMgrForm::DeleteSelected() {
 void TJobMgrForm::RefreshSelected() {
   const JobNodeRef node = Current();
   if (node.kind != JobNode::Job) return;
-  Waiting waiting(context_, this, QStringLiteral("Refresh"));
+  Waiting waiting(context_, this, tr("Refresh"));
   // Whether it failed, and why, stands in the message list.
   static_cast<void>(RefreshTables(context_.workspace, node.job, waiting));
   Rebuild();

@@ -171,9 +171,9 @@ QVariant JobTreeModel::data(const QModelIndex& index, int role) const {
       kind == JobNode::AllJobs ? nullptr : &jobs_[RowOfNumber(index.internalId())];
   switch (role) {
     case Qt::DisplayRole:
-      if (kind == JobNode::AllJobs) return QStringLiteral("All Jobs");
+      if (kind == JobNode::AllJobs) return tr("All Jobs");
       if (kind == JobNode::Job) return OneLine(job->name);
-      return kind == JobNode::Include ? QStringLiteral("Include") : QStringLiteral("Exclude");
+      return kind == JobNode::Include ? tr("Include") : tr("Exclude");
     case Qt::DecorationRole:
       return IconOf(kind, job == nullptr ? JobState::Empty : job->state,
                     job == nullptr ? Health::Stopped : job->health);

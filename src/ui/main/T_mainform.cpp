@@ -33,7 +33,7 @@ constexpr QSize kFirstSize(850, 611);
 constexpr int kMessagesHeight = 81;
 
 const QString kCaption = QStringLiteral("Quillmere");
-const QString kShowLogCaption = QStringLiteral(" &ShowLog");
+const QString kShowLogCaption = tr(" &ShowLog");
 const QString kPlace = QStringLiteral("main");
 const QString kPage = QStringLiteral("main/page");
 const QString kShowLog = QStringLiteral("main/showlog");
@@ -45,8 +45,7 @@ TMainForm::TMainForm(UiContext& context, std::chrono::milliseconds sweep_pause)
   setObjectName(QStringLiteral("MainForm"));
   setWindowTitle(kCaption);
   setWindowIcon(Icon("app"));
-  auto* banner =
-      new Banner(QStringLiteral("Working folder ") + ToQt(context.workspace.FolderText()), this);
+  auto* banner = new Banner(tr("Working folder ") + ToQt(context.workspace.FolderText()), this);
   splitter_ = new QSplitter(Qt::Vertical, this);
   splitter_->setObjectName(QStringLiteral("SplitMain"));
   splitter_->addWidget(MakePages(sweep_pause));
@@ -86,14 +85,14 @@ QWidget* TMainForm::MakePages(std::chrono::milliseconds sweep_pause) {
   pages_->setTabPosition(QTabWidget::South);
   pages_->setDocumentMode(true);
   job_manager_ = new TJobMgrForm(context_, this, sweep_pause);
-  AddPage(job_manager_, "TSJobMgr", QStringLiteral("Job Explorer"),
-          QStringLiteral("Jobs manager: Design, mangage and monitor"));
+  AddPage(job_manager_, "TSJobMgr", tr("Job Explorer"),
+          tr("Jobs manager: Design, mangage and monitor"));
   connect(job_manager_, &TJobMgrForm::MessageLost, this, &TMainForm::SayLost);
   connect(job_manager_, &TJobMgrForm::HealthChanged, this, &TMainForm::ShowHealth);
   connect(job_manager_, &TJobMgrForm::Acting, pages_, [this] { pages_->setCurrentIndex(0); });
   database_manager_ = new TDbMgrForm(context_, this);
-  AddPage(database_manager_, "TSDbMgr", QStringLiteral("Database"),
-          QStringLiteral("Databse manager: table, key and index management."));
+  AddPage(database_manager_, "TSDbMgr", tr("Database"),
+          tr("Databse manager: table, key and index management."));
   connect(database_manager_, &TDbMgrForm::Acting, pages_, [this] { pages_->setCurrentIndex(1); });
   pages_->setTabIcon(1, Icon("source"));
   ShowHealth({});

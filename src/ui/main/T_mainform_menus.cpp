@@ -40,20 +40,20 @@ void TMainForm::MakeMenus() {
   bar->addMenu(options);
   bar->addMenu(skin);
 
-  QAction* const help = MakeAction("Help", QStringLiteral(" &Help"), "help");
+  QAction* const help = MakeAction("Help", tr(" &Help"), "help");
   help->setShortcut(QKeySequence::HelpContents);
   connect(help, &QAction::triggered, this, &TMainForm::OpenHelp);
-  QMenu* const help_menu = bar->addMenu(QStringLiteral("&Help"));
+  QMenu* const help_menu = bar->addMenu(tr("&Help"));
   help_menu->setObjectName(QStringLiteral("HelpMenu"));
-  QAction* const about = MakeAction("About", QStringLiteral(" &About"), "about");
+  QAction* const about = MakeAction("About", tr(" &About"), "about");
   help_menu->addActions({about, help});
 
   auto* popup = new QMenu(this);
   popup->setObjectName(QStringLiteral("PMOptions"));
   popup->addMenu(options);
   popup->addMenu(skin);
-  QMenu* const popup_help = popup->addMenu(QStringLiteral("&Help"));
-  QAction* const about_program = MakeAction("AboutProgram", QStringLiteral("&About"), "about");
+  QMenu* const popup_help = popup->addMenu(tr("&Help"));
+  QAction* const about_program = MakeAction("AboutProgram", tr("&About"), "about");
   popup_help->addActions({about_program, help});
   for (QAction* const action : {about, about_program}) {
     connect(action, &QAction::triggered, this, [this] { AboutBox(context_, this).exec(); });
@@ -61,14 +61,14 @@ void TMainForm::MakeMenus() {
 }
 
 QMenu* TMainForm::MakeJobMenu() {
-  auto* menu = new QMenu(QStringLiteral("&Job "), this);
+  auto* menu = new QMenu(tr("&Job "), this);
   menu->setObjectName(QStringLiteral("JobMenu"));
   const JobActionList& jobs = job_manager_->Actions();
   menu->addActions({jobs.FileNew, jobs.FileOpen, jobs.FileDelete});
   menu->addSeparator();
   menu->addActions({jobs.RunRun, jobs.RunPause, jobs.RunStop});
   menu->addSeparator();
-  QAction* const leave = MakeAction("Exit", QStringLiteral("&Exit"), "exit");
+  QAction* const leave = MakeAction("Exit", tr("&Exit"), "exit");
   leave->setShortcut(QKeySequence::Quit);
   connect(leave, &QAction::triggered, this, &QWidget::close);
   menu->addAction(leave);
@@ -76,7 +76,7 @@ QMenu* TMainForm::MakeJobMenu() {
 }
 
 QMenu* TMainForm::MakeDatabaseMenu() {
-  auto* menu = new QMenu(QStringLiteral("&Database"), this);
+  auto* menu = new QMenu(tr("&Database"), this);
   menu->setObjectName(QStringLiteral("DatabaseMenu"));
   const DatabaseActions& databases = database_manager_->Actions();
   menu->addActions({databases.ActOpenDbMgr, databases.ConnectDS, databases.DisConnectDS});
@@ -84,9 +84,9 @@ QMenu* TMainForm::MakeDatabaseMenu() {
 }
 
 QMenu* TMainForm::MakeOptionsMenu() {
-  auto* menu = new QMenu(QStringLiteral("&Options"), this);
+  auto* menu = new QMenu(tr("&Options"), this);
   menu->setObjectName(QStringLiteral("OptionsMenu"));
-  show_log_ = MakeAction("ShowLog", QStringLiteral(" &ShowLog"), "");
+  show_log_ = MakeAction("ShowLog", tr(" &ShowLog"), "");
   show_log_->setCheckable(true);
   show_log_->setToolTip(tr("Shows or hides the message list"));
   connect(show_log_, &QAction::toggled, this, [this](bool shown) { messages_->setVisible(shown); });
@@ -145,16 +145,16 @@ QMenu* TMainForm::MakeAppearanceMenu() {
 }
 
 QMenu* TMainForm::MakeSkinMenu() {
-  auto* menu = new QMenu(QStringLiteral("&Skin"), this);
+  auto* menu = new QMenu(tr("&Skin"), this);
   menu->setObjectName(QStringLiteral("SkinMenu"));
   const auto add = [&](const char* name, const QString& caption, auto&& run) {
     QAction* const action = MakeAction(name, caption, "");
     connect(action, &QAction::triggered, this, run);
     menu->addAction(action);
   };
-  add("Basic", QStringLiteral("&Basic"), [this] { LoadBasicSkin(); });
-  add("Advanced", QStringLiteral("&Advanced"), [this] { LoadOtherSkin(); });
-  add("Default", QStringLiteral("&Default"), [this] { context_.appearance.RemoveSkin(); });
+  add("Basic", tr("&Basic"), [this] { LoadBasicSkin(); });
+  add("Advanced", tr("&Advanced"), [this] { LoadOtherSkin(); });
+  add("Default", tr("&Default"), [this] { context_.appearance.RemoveSkin(); });
   return menu;
 }
 

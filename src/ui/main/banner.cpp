@@ -45,7 +45,7 @@ Banner::Banner(const QString& caption, QWidget* parent) : QFrame(parent) {
 
   options_ = new QToolButton(this);
   options_->setObjectName(QStringLiteral("Image3"));
-  options_->setToolTip(QStringLiteral("control  options"));
+  options_->setToolTip(tr("control  options"));
   options_->setAccessibleName(tr("Options"));
   options_->setIcon(Icon("options"));
   options_->setIconSize(QSize(kButtonIcon, kButtonIcon));

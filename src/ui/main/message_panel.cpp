@@ -26,7 +26,7 @@ MessagePanel::MessagePanel(MessageLog& log, const std::filesystem::path& folder,
   view_ = new MessageView(log, folder, this);
   view_->setObjectName(QStringLiteral("TreeView1"));
   view_->setAccessibleName(tr("Messages"));
-  SetHint(view_, QStringLiteral("Show all errors and informaitons"));
+  SetHint(view_, tr("Show all errors and informaitons"));
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(0);
@@ -84,7 +84,7 @@ void MessagePanel::Look() {
 
 QString MessagePanel::UnreadWords() const {
   const std::size_t count = log_.UnreadErrors();
-  return count == 0 ? QString() : Counted(count, QStringLiteral("unread error"));
+  return count == 0 ? QString() : Counted(count, tr("unread error"));
 }
 
 void MessagePanel::ShowUnread() {

@@ -32,7 +32,7 @@ QLayout* MakeHead() {
   font.setPointSizeF(font.pointSizeF() * kNameSize);
   font.setBold(true);
   name->setFont(font);
-  auto* purpose = new QLabel(QStringLiteral("Replicates Oracle databases from their redo"));
+  auto* purpose = new QLabel(AboutBox::tr("Replicates Oracle databases from their redo"));
   purpose->setForegroundRole(QPalette::PlaceholderText);
   auto* words = new QVBoxLayout;
   words->setSpacing(kSpacing / 2);
@@ -74,7 +74,7 @@ std::string FactsText(const AboutFacts& facts) {
 
 AboutBox::AboutBox(UiContext& context, QWidget* parent) : QDialog(parent) {
   setObjectName(QStringLiteral("AboutBox"));
-  setWindowTitle(QStringLiteral("About ") + QCoreApplication::applicationName());
+  setWindowTitle(tr("About ") + QCoreApplication::applicationName());
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(2 * kMargin, 2 * kMargin, 2 * kMargin, kMargin);
   layout->setSpacing(2 * kMargin);
@@ -89,12 +89,12 @@ AboutBox::AboutBox(UiContext& context, QWidget* parent) : QDialog(parent) {
   layout->addStretch();
 
   auto* buttons = new QDialogButtonBox;
-  auto* copy = buttons->addButton(QStringLiteral("&Copy"), QDialogButtonBox::ActionRole);
+  auto* copy = buttons->addButton(tr("&Copy"), QDialogButtonBox::ActionRole);
   copy->setObjectName(QStringLiteral("CopyBtn"));
   copy->setIcon(Icon("copy"));
-  copy->setToolTip(QStringLiteral("Copy these lines, for a question or a report"));
+  copy->setToolTip(tr("Copy these lines, for a question or a report"));
   copy->setAutoDefault(false);
-  auto* close = buttons->addButton(QStringLiteral("C&lose"), QDialogButtonBox::RejectRole);
+  auto* close = buttons->addButton(tr("C&lose"), QDialogButtonBox::RejectRole);
   close->setObjectName(QStringLiteral("CloseBtn"));
   close->setDefault(true);
   close->setFocus();

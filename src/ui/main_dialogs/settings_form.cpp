@@ -57,7 +57,7 @@ QFormLayout* FormIn(QWidget* box) {
 SettingsForm::SettingsForm(UiContext& context, QWidget* parent)
     : QDialog(parent), context_(context), before_(ValuesOf(context.workspace.ProgramSettings())) {
   setObjectName(QStringLiteral("SettingsForm"));
-  setWindowTitle(QStringLiteral("Settings"));
+  setWindowTitle(tr("Settings"));
   setMinimumWidth(520);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -73,97 +73,94 @@ SettingsForm::SettingsForm(UiContext& context, QWidget* parent)
 }
 
 QWidget* SettingsForm::MakeMessages() {
-  auto* box = new QGroupBox(QStringLiteral("Messages"));
+  auto* box = new QGroupBox(tr("Messages"));
   QFormLayout* form = FormIn(box);
-  debug_ = AddCheck(*form, "CheckDebug", QStringLiteral("Log &diagnostic lines"),
-                    QStringLiteral("The message log also says what each step of a job does"));
-  statement_trace_ = AddCheck(
-      *form, "CheckStatementTrace", QStringLiteral("Log CREATE TABLE &statements before they run"),
-      QStringLiteral("Migrating a table logs the statement that creates it"));
-  registry_messages_ = AddCheck(
-      *form, "CheckRegistryMessages", QStringLiteral("Log data sources whose file is &written"),
-      QStringLiteral("Saving the registry logs each data source whose file is written"));
+  debug_ = AddCheck(*form, "CheckDebug", tr("Log &diagnostic lines"),
+                    tr("The message log also says what each step of a job does"));
+  statement_trace_ =
+      AddCheck(*form, "CheckStatementTrace", tr("Log CREATE TABLE &statements before they run"),
+               tr("Migrating a table logs the statement that creates it"));
+  registry_messages_ =
+      AddCheck(*form, "CheckRegistryMessages", tr("Log data sources whose file is &written"),
+               tr("Saving the registry logs each data source whose file is written"));
   message_limit_ = new QSpinBox;
   message_limit_->setObjectName(QStringLiteral("EditMessageLimit"));
-  message_limit_->setAccessibleName(QStringLiteral("Rows of the message list"));
+  message_limit_->setAccessibleName(tr("Rows of the message list"));
   message_limit_->setRange(1, kMostMessageRows);
   message_limit_->setGroupSeparatorShown(true);
   message_limit_->setLocale(QLocale(QLocale::English));
   message_limit_->setToolTip(
-      QStringLiteral("When the message list is full it is emptied but for its latest row. The log "
-                     "files keep everything."));
-  form->addRow(QStringLiteral("&Rows of the message list:"), message_limit_);
+      tr("When the message list is full it is emptied but for its latest row. The log "
+         "files keep everything."));
+  form->addRow(tr("&Rows of the message list:"), message_limit_);
   return box;
 }
 
 QWidget* SettingsForm::MakeJobs() {
-  auto* box = new QGroupBox(QStringLiteral("Jobs"));
+  auto* box = new QGroupBox(tr("Jobs"));
   QFormLayout* form = FormIn(box);
   follow_ = new QComboBox;
   follow_->setObjectName(QStringLiteral("CBNewJobsFollow"));
-  follow_->setAccessibleName(QStringLiteral("What new jobs follow"));
+  follow_->setAccessibleName(tr("What new jobs follow"));
   for (const Follow follow : {Follow::Rows, Follow::Commits}) {
-    follow_->addItem(follow == Follow::Commits ? QStringLiteral("Commits (recommended)")
-                                               : QStringLiteral("Rows"));
+    follow_->addItem(follow == Follow::Commits ? tr("Commits (recommended)") : tr("Rows"));
     follow_->setItemData(follow_->count() - 1, ToQt(WhatFollowingMeans(follow)), Qt::ToolTipRole);
   }
   follow_->setToolTip(
-      QStringLiteral("What the dialog of a new job proposes; jobs that are there stay as they "
-                     "are"));
-  form->addRow(QStringLiteral("&New jobs follow:"), follow_);
+      tr("What the dialog of a new job proposes; jobs that are there stay as they "
+         "are"));
+  form->addRow(tr("&New jobs follow:"), follow_);
   return box;
 }
 
 QWidget* SettingsForm::MakeClient() {
-  auto* box = new QGroupBox(QStringLiteral("Oracle client library"));
+  auto* box = new QGroupBox(tr("Oracle client library"));
   QFormLayout* form = FormIn(box);
   client_ = new QComboBox;
   client_->setObjectName(QStringLiteral("CBClient"));
-  client_->setAccessibleName(QStringLiteral("Oracle client library"));
-  client_->addItem(QStringLiteral("The installed Oracle client"),
-                   static_cast<int>(ClientKind::Oracle));
-  client_->addItem(QStringLiteral("The sandbox database, to try things out"),
+  client_->setAccessibleName(tr("Oracle client library"));
+  client_->addItem(tr("The installed Oracle client"), static_cast<int>(ClientKind::Oracle));
+  client_->addItem(tr("The sandbox database, to try things out"),
                    static_cast<int>(ClientKind::Sandbox));
-  client_->addItem(QStringLiteral("A library file"), static_cast<int>(ClientKind::File));
+  client_->addItem(tr("A library file"), static_cast<int>(ClientKind::File));
   connect(client_, &QComboBox::currentIndexChanged, this, &SettingsForm::ShowKind);
-  form->addRow(QStringLiteral("&Use:"), client_);
+  form->addRow(tr("&Use:"), client_);
 
   auto* row = new QHBoxLayout;
   client_path_ = new QLineEdit;
   client_path_->setObjectName(QStringLiteral("EditClientPath"));
-  client_path_->setAccessibleName(QStringLiteral("Path of the client library"));
+  client_path_->setAccessibleName(tr("Path of the client library"));
   client_path_->setMaxLength(std::numeric_limits<int>::max());
-  client_path_->setPlaceholderText(QStringLiteral("Path of the client library"));
+  client_path_->setPlaceholderText(tr("Path of the client library"));
   row->addWidget(client_path_, 1);
-  browse_ = new QPushButton(Icon("folder"), QStringLiteral("&Browse..."));
+  browse_ = new QPushButton(Icon("folder"), tr("&Browse..."));
   browse_->setObjectName(QStringLiteral("BrowseBtn"));
   browse_->setAutoDefault(false);
   connect(browse_, &QPushButton::clicked, this, &SettingsForm::BrowseBtnClick);
   row->addWidget(browse_);
-  auto* label = new QLabel(QStringLiteral("&File:"));
+  auto* label = new QLabel(tr("&File:"));
   label->setBuddy(client_path_);
   form->addRow(label, row);
 
   const OciLibrary& library = context_.workspace.Oci();
   const std::string in_use = library.Loaded() ? library.Path() : "none could be loaded";
   AddWords(*form, "LblClientInUse",
-           QStringLiteral("In use now: %1\nA change takes effect at the next start.")
-               .arg(OneLine(in_use)));
+           tr("In use now: %1\nA change takes effect at the next start.").arg(OneLine(in_use)));
   return box;
 }
 
 QWidget* SettingsForm::MakeLook() {
-  auto* box = new QGroupBox(QStringLiteral("Appearance"));
+  auto* box = new QGroupBox(tr("Appearance"));
   QFormLayout* form = FormIn(box);
   scheme_ = new QComboBox;
   scheme_->setObjectName(QStringLiteral("CBAppearance"));
-  scheme_->setAccessibleName(QStringLiteral("Colours"));
-  scheme_->addItem(QStringLiteral("As the system"), static_cast<int>(Appearance::Scheme::System));
-  scheme_->addItem(QStringLiteral("Light"), static_cast<int>(Appearance::Scheme::Light));
-  scheme_->addItem(QStringLiteral("Dark"), static_cast<int>(Appearance::Scheme::Dark));
-  form->addRow(QStringLiteral("&Colours:"), scheme_);
+  scheme_->setAccessibleName(tr("Colours"));
+  scheme_->addItem(tr("As the system"), static_cast<int>(Appearance::Scheme::System));
+  scheme_->addItem(tr("Light"), static_cast<int>(Appearance::Scheme::Light));
+  scheme_->addItem(tr("Dark"), static_cast<int>(Appearance::Scheme::Dark));
+  form->addRow(tr("&Colours:"), scheme_);
   if (!context_.appearance.SkinFile().isEmpty()) {
-    AddWords(*form, "LblSkin", QStringLiteral("A skin is on; it may have colours of its own."));
+    AddWords(*form, "LblSkin", tr("A skin is on; it may have colours of its own."));
   }
   return box;
 }
@@ -173,8 +170,8 @@ QWidget* SettingsForm::MakeButtons() {
   buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("OkBtn"));
   buttons->button(QDialogButtonBox::Ok)->setDefault(true);
   buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("CancelBtn"));
-  buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("&OK"));
-  buttons->button(QDialogButtonBox::Cancel)->setText(QStringLiteral("C&ancel"));
+  buttons->button(QDialogButtonBox::Ok)->setText(tr("&OK"));
+  buttons->button(QDialogButtonBox::Cancel)->setText(tr("C&ancel"));
   connect(buttons, &QDialogButtonBox::accepted, this, &SettingsForm::OkBtnClick);
   connect(buttons, &QDialogButtonBox::rejected, this, &SettingsForm::reject);
   return buttons;
@@ -218,9 +215,9 @@ void SettingsForm::ShowKind() {
 }
 
 void SettingsForm::BrowseBtnClick() {
-  const QString chosen = QFileDialog::getOpenFileName(
-      this, QStringLiteral("Oracle client library"), client_path_->text(),
-      QStringLiteral("Libraries (*.so *.so.* *.dll *.dylib);;All files (*)"));
+  const QString chosen =
+      QFileDialog::getOpenFileName(this, tr("Oracle client library"), client_path_->text(),
+                                   tr("Libraries (*.so *.so.* *.dll *.dylib);;All files (*)"));
   if (!chosen.isEmpty()) client_path_->setText(chosen);
 }
 

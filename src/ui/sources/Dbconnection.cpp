@@ -38,14 +38,14 @@ QString ElidedName(std::string_view name) {
 TDbConnForm::TDbConnForm(UiContext& context, QWidget* parent)
     : QDialog(parent), context_(context), list_(new RowTable(context.memory, this)) {
   setObjectName(QStringLiteral("TDbConnForm"));
-  setWindowTitle(QStringLiteral("Data Sources"));
+  setWindowTitle(tr("Data Sources"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   layout->setSpacing(kSpacing);
   layout->addWidget(MakeTools());
   list_->setObjectName(QStringLiteral("DbConnLV"));
-  list_->setAccessibleName(QStringLiteral("Registered data sources"));
-  list_->SetEmptyText(QStringLiteral("No data source is registered yet. Choose New to add one."));
+  list_->setAccessibleName(tr("Registered data sources"));
+  list_->SetEmptyText(tr("No data source is registered yet. Choose New to add one."));
   list_->ShowRows(model_, QStringLiteral("sources"), false);
   list_->setMinimumHeight(120);
   layout->addWidget(list_, 1);
@@ -53,7 +53,7 @@ TDbConnForm::TDbConnForm(UiContext& context, QWidget* parent)
   auto* close = new QDialogButtonBox(QDialogButtonBox::Close);
   QPushButton* close_button = close->button(QDialogButtonBox::Close);
   close_button->setObjectName(QStringLiteral("CloseBtn"));
-  close_button->setText(QStringLiteral("&Close"));
+  close_button->setText(tr("&Close"));
   close_button->setAutoDefault(false);
   connect(close, &QDialogButtonBox::rejected, this, &TDbConnForm::reject);
   layout->addWidget(close);
@@ -91,18 +91,17 @@ QWidget* TDbConnForm::MakeTools() {
   tools->setObjectName(QStringLiteral("ToolBar"));
   auto* layout = new QHBoxLayout(tools);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(MakeButton("NewDSN", QStringLiteral("&New"), "source-new",
-                               QStringLiteral("Register another data source"),
-                               &TDbConnForm::NewDSNClick));
-  layout->addWidget(MakeButton("DelDSN", QStringLiteral("&Delete"), "source-delete",
-                               QStringLiteral("Delete the selected data source from the registry, "
-                                              "with its password (Del)"),
+  layout->addWidget(MakeButton("NewDSN", tr("&New"), "source-new",
+                               tr("Register another data source"), &TDbConnForm::NewDSNClick));
+  layout->addWidget(MakeButton("DelDSN", tr("&Delete"), "source-delete",
+                               tr("Delete the selected data source from the registry, "
+                                  "with its password (Del)"),
                                &TDbConnForm::DelDSNClick));
-  layout->addWidget(MakeButton("EditDSN", QStringLiteral("&Edit"), "source-edit",
-                               QStringLiteral("Change the log-on of the selected data source"),
+  layout->addWidget(MakeButton("EditDSN", tr("&Edit"), "source-edit",
+                               tr("Change the log-on of the selected data source"),
                                &TDbConnForm::EditDSNClick));
-  layout->addWidget(MakeButton("TestDSN", QStringLiteral("&Test"), "source-test",
-                               QStringLiteral("Try to connect to the selected data source"),
+  layout->addWidget(MakeButton("TestDSN", tr("&Test"), "source-test",
+                               tr("Try to connect to the selected data source"),
                                &TDbConnForm::TestDSNClick));
   layout->addStretch();
   return tools;
@@ -143,17 +142,17 @@ QWidget* TDbConnForm::MakePanel() {
 }
 
 void TDbConnForm::MakePanelButtons() {
-  add_ = new QPushButton(QStringLiteral("&Add"));
+  add_ = new QPushButton(tr("&Add"));
   add_->setObjectName(QStringLiteral("AddBtn"));
-  add_->setToolTip(QStringLiteral("Connect, read the catalogue and register the data source"));
+  add_->setToolTip(tr("Connect, read the catalogue and register the data source"));
   connect(add_, &QPushButton::clicked, this, &TDbConnForm::AddBtnClick);
-  save_ = new QPushButton(QStringLiteral("&Save"));
+  save_ = new QPushButton(tr("&Save"));
   save_->setObjectName(QStringLiteral("SaveBtn"));
-  save_->setToolTip(QStringLiteral("Try the log-on and keep it"));
+  save_->setToolTip(tr("Try the log-on and keep it"));
   connect(save_, &QPushButton::clicked, this, &TDbConnForm::SaveBtnClick);
-  abort_ = new QPushButton(QStringLiteral("Ab&ort"));
+  abort_ = new QPushButton(tr("Ab&ort"));
   abort_->setObjectName(QStringLiteral("CancelBtn"));
-  abort_->setToolTip(QStringLiteral("Leave the fields without a change (Esc)"));
+  abort_->setToolTip(tr("Leave the fields without a change (Esc)"));
   connect(abort_, &QPushButton::clicked, this, &TDbConnForm::CancelBtnClick);
 }
 
@@ -196,7 +195,7 @@ void TDbConnForm::DelDSNClick() {
 void TDbConnForm::TestDSNClick() {
   const std::optional<std::size_t> selected = Selected();
   if (!selected) return ShowNotice(this, "You must choose a data source to test", list_);
-  Waiting waiting(context_, this, QStringLiteral("Test Data Source"));
+  Waiting waiting(context_, this, tr("Test Data Source"));
   const Outcome tested = TestDataSource(context_.workspace, *selected, waiting);
   if (tested.cancelled) return;
   if (tested) return ShowInformation(this, tested.text, list_);
@@ -207,7 +206,7 @@ void TDbConnForm::AddBtnClick() {
   LogOn login = fields_->Entered({});
   const std::string refused = WhyNewSourceRefused(context_.workspace, login);
   if (!refused.empty()) return TellRefusal(login, refused);
-  Waiting waiting(context_, this, QStringLiteral("Add Data Source"));
+  Waiting waiting(context_, this, tr("Add Data Source"));
   const Outcome added = AddDataSource(context_.workspace, login, waiting);
   WipeText(login.password);
   if (added.cancelled) return;
@@ -230,7 +229,7 @@ void TDbConnForm::SaveBtnClick() {
   WipeText(original.password);
   const std::string refused = WhyLoginRefused(login);
   if (!refused.empty()) return TellRefusal(login, refused);
-  Waiting waiting(context_, this, QStringLiteral("Save Data Source"));
+  Waiting waiting(context_, this, tr("Save Data Source"));
   const Outcome saved = SaveDataSource(context_.workspace, login, waiting);
   WipeText(login.password);
   if (saved.cancelled) return;
@@ -257,7 +256,7 @@ void TDbConnForm::DbConnLVChange() {
     login = {source.name, source.user_id, {}, source.sysdba};
   }
   fields_->Show(login);
-  if (selected) fields_->Password().setPlaceholderText(QStringLiteral("Stored, not shown"));
+  if (selected) fields_->Password().setPlaceholderText(tr("Stored, not shown"));
   ShowAdvice();
 }
 
@@ -298,20 +297,20 @@ void TDbConnForm::OpenPanel(Panel panel, const LogOn& login) {
 void TDbConnForm::ShowAdvice() {
   switch (panel_) {
     case Panel::Looking:
-      panel_box_->setTitle(QStringLiteral("Log-on"));
+      panel_box_->setTitle(tr("Log-on"));
       advice_->setText(
-          QStringLiteral("New registers a data source; Edit changes the log-on of the "
-                         "selected one."));
+          tr("New registers a data source; Edit changes the log-on of the "
+             "selected one."));
       break;
     case Panel::Adding:
-      panel_box_->setTitle(QStringLiteral("New data source"));
+      panel_box_->setTitle(tr("New data source"));
       advice_->setText(
           ToQt(AddAdvice(context_.workspace.Registry(), ToBytes(fields_->Name().text()))));
       break;
     case Panel::Editing: {
       const DataSourceRegistry& registry = context_.workspace.Registry();
       const std::string& name = registry.At(edited_).name;
-      panel_box_->setTitle(QStringLiteral("Change the log-on of ") +
+      panel_box_->setTitle(tr("Change the log-on of ") +
                            ElidedName(name).replace(u'&', QStringLiteral("&&")));
       advice_->setText(ToQt(SaveAdvice(registry, name, EditedText(fields_->Name(), name))));
       break;

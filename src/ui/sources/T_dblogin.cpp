@@ -25,11 +25,11 @@ TDbLoginForm::TDbLoginForm(UiContext& context, const LogOn& proposed, const std:
                            QWidget* parent)
     : QDialog(parent), context_(context), proposed_(proposed) {
   setObjectName(QStringLiteral("TDbLoginForm"));
-  setWindowTitle(QStringLiteral("Log-on"));
+  setWindowTitle(tr("Log-on"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   layout->setSpacing(kSpacing);
-  auto* box = new QGroupBox(QStringLiteral("Logon  to:"));
+  auto* box = new QGroupBox(tr("Logon  to:"));
   auto* form = new QFormLayout(box);
   form->setSpacing(kSpacing);
   form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
@@ -40,13 +40,13 @@ TDbLoginForm::TDbLoginForm(UiContext& context, const LogOn& proposed, const std:
   layout->addStretch();
 
   auto* buttons = new QDialogButtonBox;
-  auto* login = buttons->addButton(QStringLiteral("&Login"), QDialogButtonBox::AcceptRole);
+  auto* login = buttons->addButton(tr("&Login"), QDialogButtonBox::AcceptRole);
   login->setObjectName(QStringLiteral("LoginBtn"));
-  login->setToolTip(QStringLiteral("Connect to the database"));
+  login->setToolTip(tr("Connect to the database"));
   login->setDefault(true);
-  auto* cancel = buttons->addButton(QStringLiteral("&Abort"), QDialogButtonBox::RejectRole);
+  auto* cancel = buttons->addButton(tr("&Abort"), QDialogButtonBox::RejectRole);
   cancel->setObjectName(QStringLiteral("CancelBtn"));
-  cancel->setToolTip(QStringLiteral("Close without connecting (Esc)"));
+  cancel->setToolTip(tr("Close without connecting (Esc)"));
   connect(login, &QPushButton::clicked, this, &TDbLoginForm::LoginBtnClick);
   connect(cancel, &QPushButton::clicked, this, &TDbLoginForm::CancelBtnClick);
   layout->addWidget(buttons);
@@ -79,7 +79,7 @@ void TDbLoginForm::LoginBtnClick() {
   LogOn login = fields_->Entered(proposed_);
   const std::string refused = WhyLoginRefused(login);
   if (!refused.empty()) return TellRefusal(login, refused);
-  Waiting waiting(context_, this, QStringLiteral("Log-on"));
+  Waiting waiting(context_, this, tr("Log-on"));
   const Outcome connected = TryLogOn(context_.workspace, login, waiting);
   if (connected.cancelled) return WipeText(login.password);
   if (!connected) return TellRefusal(login, connected.text);

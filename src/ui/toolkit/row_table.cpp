@@ -128,8 +128,7 @@ void RowTable::paintEvent(QPaintEvent* event) {
   QTableView::paintEvent(event);
   if (model() == nullptr || model()->rowCount() > 0) return;
   const bool filtered = !static_cast<const RowModel*>(model())->Filter().empty();
-  const QString text =
-      filtered ? QStringLiteral("No row has the text that is typed above") : empty_text_;
+  const QString text = filtered ? tr("No row has the text that is typed above") : empty_text_;
   if (text.isEmpty()) return;
   QPainter painter(viewport());
   painter.setPen(palette().color(QPalette::PlaceholderText));
