@@ -63,7 +63,7 @@ function(quillmere_test name)
 endfunction()
 
 if(QUILLMERE_UI)
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Svg)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Svg LinguistTools)
 endif()
 
 # quillmere_ui_library(NAME SOURCES ... LINKS ...): one folder of the window program. Headers that hold

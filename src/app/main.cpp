@@ -13,6 +13,7 @@
 #include "ui/main/program_window.h"
 #include "ui/toolkit/icons.h"
 #include "ui/toolkit/notice.h"
+#include "ui/toolkit/text.h"
 #include "workspace/program_folder.h"
 #include "workspace/working_folder.h"
 
@@ -35,13 +36,15 @@ int RunWindow(const Workspace::Options& options, int argc, char** argv) {
     ShowFailure(nullptr, reason);
     return kFailed;
   }
-  opening->Tell(QStringLiteral("Making the windows"));
+  opening->Tell(Splash::tr("Making the windows"));
   ProgramWindow window(*workspace, std::move(opening));
   const EndSignals signals([&window] { window.RequestEnd(); });
   window.Show();
   QApplication::exec();
   if (window.Finish(reason)) return 0;
-  if (!window.EndRequested()) ShowFailure(nullptr, "The jobs could not be saved: " + reason);
+  if (!window.EndRequested()) {
+    ShowFailure(nullptr, TMainForm::tr("The jobs could not be saved: %1").arg(ToQt(reason)));
+  }
   return kFailed;
 }
 

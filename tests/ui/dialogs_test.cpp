@@ -7,6 +7,7 @@
 #include "ui/databases/schema_texts.h"
 #include "ui/main_dialogs/settings_values.h"
 #include "ui/sources/login_advice.h"
+#include "ui/toolkit/text.h"
 
 namespace quillmere {
 namespace {
@@ -33,7 +34,7 @@ TEST(DialogAdvice, ARefusedLogOnLeadsToTheFieldThatIsWrong) {
 
 TEST(DialogAdvice, DeletingADataSourceSaysWhichJobsItStops) {
   JobList jobs;
-  EXPECT_THAT(DeleteQuestion(jobs, "B"), EndsWith("stays as it is."));
+  EXPECT_THAT(ToBytes(DeleteQuestion(jobs, "B")), EndsWith("stays as it is."));
   for (const char* name : {"J1", "J2", "J3"}) {
     JobConfig& job = ConfigOf(jobs.At(jobs.Claim()));
     job.name = name;
@@ -41,8 +42,9 @@ TEST(DialogAdvice, DeletingADataSourceSaysWhichJobsItStops) {
     job.des_database_name = "B";
     jobs.SetState(jobs.Count() - 1, JobState::Stopped);
   }
-  EXPECT_THAT(DeleteQuestion(jobs, "A"), HasSubstr("This job uses it and is held: J2. It can not"));
-  EXPECT_THAT(DeleteQuestion(jobs, "B"), HasSubstr("are held: J1, J2, J3. They can not"));
+  EXPECT_THAT(ToBytes(DeleteQuestion(jobs, "A")),
+              HasSubstr("This job uses it and is held: J2. It can not"));
+  EXPECT_THAT(ToBytes(DeleteQuestion(jobs, "B")), HasSubstr("are held: J1, J2, J3. They can not"));
 }
 
 TEST(SettingsForm, AClientLibraryWithAPathMustBeThere) {
@@ -62,7 +64,7 @@ TEST(SchemaDialogs, ARunIsSummedUpUnlessAllWasDone) {
     run.cancelled = succeeded + failed < total;
     run.logged = logged;
     run.first_failure = "Drop Table T failed, reason: no";
-    return RunSummary(run, total);
+    return ToBytes(RunSummary(run, total));
   };
   EXPECT_EQ(sum(3, 0, 3, true), "");
   EXPECT_THAT(sum(0, 1, 1, true), StartsWith("Drop Table T failed, reason: no\n"));

@@ -212,13 +212,14 @@ void TakeOthers(UiContext& context, Scene& scene, Studio& studio) {
   });
   studio.TakeModal("box-notice", [&] {
     ShowNotice(&scene.Main(),
-               "You can't change data source after a job is runned, Stop the job "
-               "first please.");
+               std::string_view("You can't change data source after a job is runned, Stop the job "
+                                "first please."));
   });
   studio.TakeModal("box-failure", [&] {
-    ShowFailure(&scene.Main(),
-                "connect Database failed. Error: OCISessionBegin : ORA-01017: invalid "
-                "username/password; logon denied");
+    ShowFailure(
+        &scene.Main(),
+        std::string_view("connect Database failed. Error: OCISessionBegin : ORA-01017: invalid "
+                         "username/password; logon denied"));
   });
   studio.TakeModal("box-information",
                    [&] { ShowInformation(&scene.Main(), "connect to HEADOFFICE successed"); });

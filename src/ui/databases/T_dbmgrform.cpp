@@ -15,6 +15,7 @@
 #include "ui/databases/T_renameform.h"
 #include "ui/sources/Dbconnection.h"
 #include "ui/toolkit/notice.h"
+#include "ui/toolkit/text.h"
 
 namespace quillmere {
 
@@ -190,14 +191,13 @@ void TDbMgrForm::RefreshSource() {
 void TDbMgrForm::PressRefresh() {
   if (actions_.RefreshDS->isVisible()) return actions_.RefreshDS->trigger();
   const std::optional<std::size_t> index = SelectedSource();
-  if (!index) return ShowNotice(this, "Select a data source to refresh it", &frame_->Tree());
+  if (!index) return ShowNotice(this, tr("Select a data source to refresh it"), &frame_->Tree());
   const DataSource& source = context_.workspace.Registry().At(*index);
   const bool connected = source.state == ConnectionState::Connected;
-  ShowNotice(this,
-             source.name + (connected ? " is refreshed from its own node: select it first"
-                                      : " is not connected. ConnectDS connects it and reads its "
-                                        "lists"),
-             &frame_->Tree());
+  const QString why = connected
+                          ? tr("%1 is refreshed from its own node: select it first")
+                          : tr("%1 is not connected. ConnectDS connects it and reads its lists");
+  ShowNotice(this, why.arg(ToQt(source.name)), &frame_->Tree());
 }
 
 void TDbMgrForm::RunOnSelection(SchemaAction action) {

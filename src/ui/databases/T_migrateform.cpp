@@ -27,10 +27,14 @@ constexpr struct {
   const char* caption;
   bool MigrateChoices::*choice;
   bool for_tables;  // only for them
-} kOptions[] = {{"Drop Target", &MigrateChoices::drop_target, false},
-                {"Prompt Before Drop", &MigrateChoices::prompt_before_drop, false},
-                {"Include Primary Key", &MigrateChoices::include_primary_key, true},
-                {"Include Index", &MigrateChoices::include_index, true}};
+} kOptions[] = {{QT_TRANSLATE_NOOP("quillmere::TMigrateForm", "Drop Target"),
+                 &MigrateChoices::drop_target, false},
+                {QT_TRANSLATE_NOOP("quillmere::TMigrateForm", "Prompt Before Drop"),
+                 &MigrateChoices::prompt_before_drop, false},
+                {QT_TRANSLATE_NOOP("quillmere::TMigrateForm", "Include Primary Key"),
+                 &MigrateChoices::include_primary_key, true},
+                {QT_TRANSLATE_NOOP("quillmere::TMigrateForm", "Include Index"),
+                 &MigrateChoices::include_index, true}};
 
 QComboBox* MakeTargets(const DataSourceRegistry& registry, QWidget* parent) {
   auto* targets = new QComboBox(parent);
@@ -54,11 +58,11 @@ TMigrateForm::TMigrateForm(UiContext& context, SchemaSelection selection, QWidge
   auto* top = new QLabel(MigrateCountLine(Selection().kind, Items().size()), this);
   top->setObjectName(QStringLiteral("LableTop"));
   QTreeView* list = MakeList("MigrateLV", top->text());
-  list->setModel(new SchemaItemModel(
-      Items(),
-      {{tr("Migrate Item"), [](const SchemaItem& item) { return item.name + " of " + item.table; }},
-       {tr("Owner"), [](const SchemaItem& item) { return item.owner; }}},
-      this));
+  list->setModel(
+      new SchemaItemModel(Items(),
+                          {{tr("Migrate Item"), NameOfTable},
+                           {tr("Owner"), [](const SchemaItem& item) { return item.owner; }}},
+                          this));
   list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
   list->header()->setStretchLastSection(false);
   top->setBuddy(list);
@@ -126,7 +130,7 @@ QWidget* TMigrateForm::MakeOptions() {
   options_ = new QStandardItemModel(this);
   options_->setHorizontalHeaderLabels({tr("Control Parameter")});
   for (const auto& option : kOptions) {
-    auto* item = new QStandardItem(QLatin1String(option.caption));
+    auto* item = new QStandardItem(tr(option.caption));
     item->setCheckable(true);
     item->setEnabled(Selection().kind == ObjectKind::Table || !option.for_tables);
     options_->appendRow(item);
@@ -166,12 +170,13 @@ void TMigrateForm::ShowAdvice() {
 void TMigrateForm::SubmitBtnClick() {
   const std::optional<std::size_t> target_index = Target();
   if (!target_index) {
-    ShowNotice(this, "Choose the data source to migrate to first", target_);
+    ShowNotice(this, tr("Choose the data source to migrate to first"), target_);
     return;
   }
   Workspace& workspace = Context().workspace;
   const std::string busy = WhyTargetBusy(workspace, *target_index);
-  if (!busy.empty() && !Confirm(this, busy + ". Migrate to it all the same?")) return;
+  if (!busy.empty() && !Confirm(this, tr("%1. Migrate to it all the same?").arg(ToQt(busy))))
+    return;
   const MigrateChoices choices = Choices();
   const std::string name = workspace.Registry().At(*target_index).name;
   if (choices.drop_target && !Confirm(this, DropTargetQuestion(Selection().kind, Items(), name))) {

@@ -31,26 +31,28 @@ void SetKey(QWidget& window, QAction& action, const QKeySequence& key) {
 DatabaseActions MakeDatabaseActions(QWidget& window) {
   auto* list = new QObject(&window);
   list->setObjectName(QStringLiteral("ActionList1"));
-  const auto make = [list](const char* name, const char* category, const char* caption,
+  const auto make = [list](const char* name, const char* category, const QString& caption,
                            const char* icon) {
-    auto* action = new QAction(Icon(icon), QLatin1String(caption), list);
+    auto* action = new QAction(Icon(icon), caption, list);
     action->setObjectName(QLatin1String(name));
     action->setProperty("category", QLatin1String(category));
     return action;
   };
   DatabaseActions actions;
-  actions.ActOpenDbMgr = make("ActOpenDbMgr", "DSMgr", "OpenDbMgr", "source");
-  actions.ConnectDS = make("ConnectDS", "DataSource", "ConnectDS", "connect");
-  actions.DisConnectDS = make("DisConnectDS", "DataSource", "DisConnectDS", "disconnect");
-  actions.RefreshDS = make("RefreshDS", "DataSource", "RefreshDS", "refresh");
-  actions.DropMeta = make("DropMeta", "Meta", "DropMeta", "drop");
-  actions.ChangeMeta = make("ChangeMeta", "Meta", "ChangeName", "rename");
-  actions.MigrateMeta = make("MigrateMeta", "Meta", "MoveMeta", "migrate");
-  actions.BrowseData = make("BrowseData", "Meta", "BrowseData", "browse");
+  actions.ActOpenDbMgr = make("ActOpenDbMgr", "DSMgr", DatabaseActions::tr("OpenDbMgr"), "source");
+  actions.ConnectDS = make("ConnectDS", "DataSource", DatabaseActions::tr("ConnectDS"), "connect");
+  actions.DisConnectDS =
+      make("DisConnectDS", "DataSource", DatabaseActions::tr("DisConnectDS"), "disconnect");
+  actions.RefreshDS = make("RefreshDS", "DataSource", DatabaseActions::tr("RefreshDS"), "refresh");
+  actions.DropMeta = make("DropMeta", "Meta", DatabaseActions::tr("DropMeta"), "drop");
+  actions.ChangeMeta = make("ChangeMeta", "Meta", DatabaseActions::tr("ChangeName"), "rename");
+  actions.MigrateMeta = make("MigrateMeta", "Meta", DatabaseActions::tr("MoveMeta"), "migrate");
+  actions.BrowseData = make("BrowseData", "Meta", DatabaseActions::tr("BrowseData"), "browse");
   actions.BrowseData->setVisible(false);
   actions.BrowseData->setEnabled(false);
-  actions.ExpandTree = make("ExpandTree", "TreeMgr", "Expand Tree", "expand");
-  actions.CollapseTree = make("CollapseTree", "TreeMgr", "Collapse Tree", "collapse");
+  actions.ExpandTree = make("ExpandTree", "TreeMgr", DatabaseActions::tr("Expand Tree"), "expand");
+  actions.CollapseTree =
+      make("CollapseTree", "TreeMgr", DatabaseActions::tr("Collapse Tree"), "collapse");
   SetKey(window, *actions.DropMeta, QKeySequence::Delete);
   SetKey(window, *actions.ChangeMeta, Qt::Key_F2);
   return actions;
@@ -59,7 +61,7 @@ DatabaseActions MakeDatabaseActions(QWidget& window) {
 DatabaseMenus MakeDatabaseMenus(QWidget& window, const DatabaseActions& actions) {
   DatabaseMenus menus;
   menus.root = MakeMenu(window, "PMDbMgr");
-  AddEntry(*menus.root, "OpenDbConn", *actions.ActOpenDbMgr, QStringLiteral("Open"));
+  AddEntry(*menus.root, "OpenDbConn", *actions.ActOpenDbMgr, DatabaseActions::tr("Open"));
   menus.data_source = MakeMenu(window, "PMDS");
   AddEntry(*menus.data_source, "ConnectDSMenu", *actions.ConnectDS);
   AddEntry(*menus.data_source, "DisConnectDSMenu", *actions.DisConnectDS);
@@ -74,27 +76,31 @@ DatabaseMenus MakeDatabaseMenus(QWidget& window, const DatabaseActions& actions)
 }
 
 void FillToolBar(QToolBar& tools, const DatabaseActions& actions) {
-  const auto add = [&tools](const char* name, QAction& action, const char* tooltip,
-                            const char* hint) {
-    action.setToolTip(QLatin1String(tooltip));
+  const auto add = [&tools](const char* name, QAction& action, const QString& tooltip,
+                            const QString& hint) {
+    action.setToolTip(tooltip);
     QWidget* const button = AddKeepingPlace(tools, action);
     button->setObjectName(QLatin1String(name));
     button->setAccessibleName(action.text());
-    SetHint(button, QLatin1String(hint));
+    SetHint(button, hint);
   };
-  add("TBOpenDSMgr", *actions.ActOpenDbMgr, "open data source manager",
-      "Open database manager to add/modify/delete a database connection");
-  add("TBConnectDS", *actions.ConnectDS, "connect to a data source ", "Connect to a data source.");
-  add("TBDisConnectDS", *actions.DisConnectDS, "disconnect from a data source",
-      "DisConnect from a data source.");
-  add("TBRefreshDS", *actions.RefreshDS, "refresh meta  information of a database",
-      "Refresh contents of a data source, including: table/primary key/index...");
-  add("TBDropMeta", *actions.DropMeta, "drop a meta",
-      "Drop meata of a data source,can be: table/primary key/index... ");
-  add("TBChangeMeta", *actions.ChangeMeta, "change meta name ",
-      "change meata name of a data source,can be: table/primary key/index... ");
-  add("TBMigrateMeta", *actions.MigrateMeta, "migrate  meata  ",
-      "migrate meata from one data source to another. ");
+  add("TBOpenDSMgr", *actions.ActOpenDbMgr, DatabaseActions::tr("open data source manager"),
+      DatabaseActions::tr("Open database manager to add/modify/delete a database connection"));
+  add("TBConnectDS", *actions.ConnectDS, DatabaseActions::tr("connect to a data source "),
+      DatabaseActions::tr("Connect to a data source."));
+  add("TBDisConnectDS", *actions.DisConnectDS, DatabaseActions::tr("disconnect from a data source"),
+      DatabaseActions::tr("DisConnect from a data source."));
+  add("TBRefreshDS", *actions.RefreshDS,
+      DatabaseActions::tr("refresh meta  information of a database"),
+      DatabaseActions::tr(
+          "Refresh contents of a data source, including: table/primary key/index..."));
+  add("TBDropMeta", *actions.DropMeta, DatabaseActions::tr("drop a meta"),
+      DatabaseActions::tr("Drop meata of a data source,can be: table/primary key/index... "));
+  add("TBChangeMeta", *actions.ChangeMeta, DatabaseActions::tr("change meta name "),
+      DatabaseActions::tr(
+          "change meata name of a data source,can be: table/primary key/index... "));
+  add("TBMigrateMeta", *actions.MigrateMeta, DatabaseActions::tr("migrate  meata  "),
+      DatabaseActions::tr("migrate meata from one data source to another. "));
 }
 
 void ShowActions(const DatabaseActions& actions, const VisibleActions& visible) {

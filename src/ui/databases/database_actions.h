@@ -2,6 +2,8 @@
 // The actions of the database manager, its tool bar and its pop-up menus. User-interface thread.
 #pragma once
 
+#include <QCoreApplication>
+
 #include "ui/databases/database_node.h"
 
 class QAction;
@@ -13,6 +15,9 @@ namespace quillmere {
 
 // Owned by the window that they are made for.
 struct DatabaseActions {
+  Q_DECLARE_TR_FUNCTIONS(DatabaseActions)
+
+ public:
   QAction* ActOpenDbMgr = nullptr;
   QAction* ConnectDS = nullptr;
   QAction* DisConnectDS = nullptr;

@@ -24,7 +24,7 @@ class DataSourceList final : public RowList<SourceEntry> {
 // A data source's list: what there is to browse.
 struct MetaType {
   NodeKind kind;
-  std::string_view caption;
+  std::string caption;
   const char* icon;
 };
 

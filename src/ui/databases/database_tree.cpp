@@ -150,9 +150,9 @@ QVariant DatabaseTree::data(const QModelIndex& index, int role) const {
     case Qt::DecorationRole:
       return IconOf(node.kind, state == ConnectionState::Connected);
     case Qt::ToolTipRole:
-      return is_source ? ToQt(ConnectionText(state)) : QVariant();
+      return is_source ? Translated(ConnectionText(state)) : QVariant();
     case Qt::AccessibleDescriptionRole:
-      return ToQt(ConnectionText(state));
+      return Translated(ConnectionText(state));
     case kKindTagRole:
       return ToQt(KindTag(node.kind));
     default:

@@ -1,62 +1,74 @@
 // SPDX-License-Identifier: MIT
 #include "ui/databases/list_texts.h"
 
-#include <QLocale>
+#include <QCoreApplication>
 
 #include "ui/toolkit/text.h"
 
 namespace quillmere {
 namespace {
 
-QString Number(std::size_t count) {
-  return QLocale(QLocale::English).toString(static_cast<qulonglong>(count));
-}
-
-QString Plural(ObjectKind kind) {
-  if (kind == ObjectKind::PrimaryKey) return QStringLiteral("primary keys");
-  return kind == ObjectKind::Index ? QStringLiteral("indexes") : QStringLiteral("tables");
-}
+struct ListTexts {
+  Q_DECLARE_TR_FUNCTIONS(ListTexts)
+};
 
 QString CountedRows(NodeKind kind, std::size_t count) {
   const std::optional<ObjectKind> objects = ObjectKindOf(kind);
-  return objects ? CountedObjects(*objects, count) : Counted(count, QStringLiteral("data source"));
+  return objects ? CountedObjects(*objects, count)
+                 : ListTexts::tr("%Ln data source(s)", nullptr, Plural(count));
+}
+
+QString NoneKnown(ObjectKind kind, const std::string& source) {
+  const QString none = kind == ObjectKind::PrimaryKey
+                           ? ListTexts::tr("No primary keys of %1 are known.")
+                       : kind == ObjectKind::Index ? ListTexts::tr("No indexes of %1 are known.")
+                                                   : ListTexts::tr("No tables of %1 are known.");
+  return none.arg(OneLine(source));
 }
 
 }  // namespace
 
 QString CountedObjects(ObjectKind kind, std::size_t count) {
-  if (count != 1) return Number(count) + u' ' + Plural(kind);
-  if (kind == ObjectKind::PrimaryKey) return QStringLiteral("1 primary key");
-  return kind == ObjectKind::Index ? QStringLiteral("1 index") : QStringLiteral("1 table");
+  const int number = Plural(count);
+  if (kind == ObjectKind::PrimaryKey) return ListTexts::tr("%Ln primary key(s)", nullptr, number);
+  return kind == ObjectKind::Index ? ListTexts::tr("%Ln index(es)", nullptr, number)
+                                   : ListTexts::tr("%Ln table(s)", nullptr, number);
+}
+
+QString WithCounts(const QString& all, const ListCounts& counts) {
+  QString text = all;
+  if (counts.shown != counts.all)
+    text =
+        ListTexts::tr("%1, %2 shown").arg(text, Grouped(static_cast<std::int64_t>(counts.shown)));
+  if (counts.selected > 1)
+    text = ListTexts::tr("%1, %2 selected")
+               .arg(text, Grouped(static_cast<std::int64_t>(counts.selected)));
+  return text;
 }
 
 QString CountText(const DatabaseNode& node, const ListCounts& counts, ConnectionState state) {
   if (node.kind == NodeKind::None) return {};
-  if (node.kind == NodeKind::DataSource) return ToQt(ConnectionText(state));
-  QString text = CountedRows(node.kind, counts.all);
-  if (counts.shown != counts.all) text = Number(counts.shown) + QStringLiteral(" of ") + text;
-  if (counts.selected > 1) text += QStringLiteral(", %1 selected").arg(Number(counts.selected));
-  return text;
+  if (node.kind == NodeKind::DataSource) return Translated(ConnectionText(state));
+  return WithCounts(CountedRows(node.kind, counts.all), counts);
 }
 
 QString EmptyText(const DatabaseNode& node, ConnectionState state) {
   if (node.kind == NodeKind::Root) {
-    return QStringLiteral(
+    return ListTexts::tr(
         "No data source is registered yet. Open the data source manager "
         "(OpenDbMgr) to add the first one.");
   }
   const std::optional<ObjectKind> objects = ObjectKindOf(node.kind);
   if (!objects) return {};
-  const QString none =
-      QStringLiteral("No %1 of %2 are known. ").arg(Plural(*objects), OneLine(node.source));
-  if (state == ConnectionState::Connected) {
-    return none + QStringLiteral(
-                      "Select the data source and refresh it (RefreshDS) to read its "
-                      "catalogue anew.");
-  }
-  return none + QStringLiteral(
-                    "Select the data source and connect to it (ConnectDS): then its "
-                    "catalogue is read.");
+  const QString advice =
+      state == ConnectionState::Connected
+          ? ListTexts::tr(
+                "Select the data source and refresh it (RefreshDS) to read its catalogue "
+                "anew.")
+          : ListTexts::tr(
+                "Select the data source and connect to it (ConnectDS): then its catalogue "
+                "is read.");
+  return NoneKnown(*objects, node.source) + u' ' + advice;
 }
 
 }  // namespace quillmere

@@ -112,8 +112,8 @@ void SchemaDialog::Run(const QString& title, const Operation& operation) {
   if (run.cancelled && run.succeeded + run.failed == 0) return;
   succeeded_ = run.succeeded > 0;
   if (!run.unsaved.empty()) ShowFailure(this, run.unsaved);
-  const std::string summary = RunSummary(run, Items().size());
-  if (!summary.empty()) ShowNotice(this, summary);
+  const QString summary = RunSummary(run, Items().size());
+  if (!summary.isEmpty()) ShowNotice(this, summary);
   accept();
 }
 

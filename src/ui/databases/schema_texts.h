@@ -17,6 +17,9 @@ QString MigrateCountLine(ObjectKind kind, std::size_t count);
 // An item among others: "SALES.ORDERS", "PK_ORDERS of SALES.ORDERS".
 std::string ItemText(ObjectKind kind, const SchemaItem& item);
 
+// "PK_ORDERS of ORDERS", for every kind of object.
+std::string NameOfTable(const SchemaItem& item);
+
 // What will happen to how many objects of which data source.
 QString DropAdvice(ObjectKind kind, std::size_t count, std::string_view source, bool cascade);
 QString RenameAdvice(ObjectKind kind, const SchemaItem& item, std::string_view source);
@@ -37,11 +40,11 @@ struct MigratePlan {
 QString MigrateAdvice(const MigratePlan& plan);
 
 // What is asked before a run that drops on the target what it creates there.
-std::string DropTargetQuestion(ObjectKind kind, const std::vector<SchemaItem>& items,
-                               std::string_view target);
+QString DropTargetQuestion(ObjectKind kind, const std::vector<SchemaItem>& items,
+                           std::string_view target);
 
 // Of a run that ended otherwise than with everything done: what is done and what is not; else
 // empty. total: how many items there were.
-std::string RunSummary(const SchemaRun& run, std::size_t total);
+QString RunSummary(const SchemaRun& run, std::size_t total);
 
 }  // namespace quillmere

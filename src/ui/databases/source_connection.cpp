@@ -4,13 +4,14 @@
 #include "ui/sources/T_dblogin.h"
 #include "ui/sources/secret.h"
 #include "ui/toolkit/notice.h"
+#include "ui/toolkit/text.h"
 #include "ui/waiting/waiting.h"
 
 namespace quillmere {
 
 void SourceConnection::Connect(std::size_t index, const std::function<void()>& logged_on) {
   Workspace& workspace = context_.workspace;
-  Waiting waiting(context_, parent_, QStringLiteral("Connect"));
+  Waiting waiting(context_, parent_, tr("Connect"));
   const Outcome tested = TestDataSource(workspace, index, waiting);
   if (tested.cancelled) return;
   std::optional<LogOn> entered;
@@ -31,9 +32,9 @@ std::optional<LogOn> SourceConnection::LogIn(std::size_t index, const std::strin
   TDbLoginForm form(context_, {source.name, source.user_id, {}, source.sysdba}, why, parent_);
   if (form.exec() != QDialog::Accepted) return std::nullopt;
   if (form.Login().name != source.name) {
-    ShowFailure(parent_, "The log-on was to " + form.Login().name + ", but the data source is " +
-                             source.name + ". Nothing was changed. Another database is added in " +
-                             "the data source manager.");
+    ShowFailure(parent_, tr("The log-on was to %1, but the data source is %2. Nothing was changed. "
+                            "Another database is added in the data source manager.")
+                             .arg(ToQt(form.Login().name), ToQt(source.name)));
     return std::nullopt;
   }
   workspace.Log().Add("The log-on entered for " + source.name +
@@ -46,7 +47,7 @@ std::optional<LogOn> SourceConnection::LogIn(std::size_t index, const std::strin
 void SourceConnection::Refresh(std::size_t index, const LogOn* log_on) {
   Workspace& workspace = context_.workspace;
   const std::string name = workspace.Registry().At(index).name;
-  Waiting waiting(context_, parent_, QStringLiteral("Refresh"));
+  Waiting waiting(context_, parent_, tr("Refresh"));
   const Outcome outcome = RefreshDataSource(workspace, index, waiting, log_on);
   if (outcome) return;
   if (outcome.cancelled) {
@@ -54,11 +55,11 @@ void SourceConnection::Refresh(std::size_t index, const LogOn* log_on) {
     return;
   }
   const bool begun = !outcome.text.starts_with("Can't not connect");
-  ShowFailure(parent_, outcome.text + "\n\n" +
-                           (begun ? "The lists of " + name +
-                                        " show what had been read until then. Refresh again when "
-                                        "the cause is mended."
-                                  : "The lists of " + name + " are as they were."));
+  const QString left = begun
+                           ? tr("The lists of %1 show what had been read until then. Refresh again "
+                                "when the cause is mended.")
+                           : tr("The lists of %1 are as they were.");
+  ShowFailure(parent_, ToQt(outcome.text) + QStringLiteral("\n\n") + left.arg(ToQt(name)));
 }
 
 void SourceConnection::Disconnect(std::size_t index) {

@@ -3,6 +3,7 @@
 // User-interface thread.
 #pragma once
 
+#include <QCoreApplication>
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -16,6 +17,8 @@ class QWidget;
 namespace quillmere {
 
 class SourceConnection {
+  Q_DECLARE_TR_FUNCTIONS(SourceConnection)
+
  public:
   // Both must outlive it. parent: of the dialogs.
   SourceConnection(UiContext& context, QWidget* parent) : context_(context), parent_(parent) {}

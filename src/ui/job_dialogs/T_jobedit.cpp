@@ -189,7 +189,7 @@ QWidget* TJobEditForm::MakeFollow() {
   auto* column = new QVBoxLayout(follow_);
   column->setSpacing(kSpacing / 2);
   const auto add = [&](const char* object, const QString& caption, Follow follow) {
-    const QString means = ToQt(WhatFollowingMeans(follow));
+    const QString means = Translated(WhatFollowingMeans(follow));
     auto* choice = new QRadioButton(caption);
     Describe(*choice, object, caption, means);
     auto* words = new QLabel(means);
@@ -241,7 +241,7 @@ bool TJobEditForm::Edit(JobProperties& properties, std::size_t index) {
 
 void TJobEditForm::Show(const JobProperties& properties) {
   properties_ = properties;
-  setWindowTitle(tr("Properties of ") + OneLine(properties.name));
+  setWindowTitle(tr("Properties of %1").arg(OneLine(properties.name)));
   name_->setText(ToQt(properties.name));
   ShowSources(properties.source, properties.destination);
   description_->setPlainText(ToQt(properties.description));
@@ -303,7 +303,7 @@ void TJobEditForm::Judge() {
       WhyJobRefused(context_.workspace, Entered(), index_, Entry::BeingTyped);
   for (const auto& [field, words] : judgements_) {
     const bool wrong = refused && field == refused.field;
-    if (wrong) words->setText(ToQt(refused.reason));
+    if (wrong) words->setText(Translated(refused.reason));
     words->setVisible(wrong);
   }
 }
@@ -323,13 +323,14 @@ bool TJobEditForm::AgreesToDescription(std::string& description) {
   std::string kept = DescriptionAsKept(description);
   if (kept == description) return true;
   if (kept.empty()) {
-    ShowNotice(this, "Obligatory field can not be empty");
+    ShowNotice(this, tr("Obligatory field can not be empty"));
     return false;
   }
   if (!Confirm(
           this,
-          "The description cannot be kept exactly so: its file breaks very long lines, drops "
-          "empty lines and blanks around lines, and makes tabs blanks.\n\nKeep it like that?")) {
+          tr("The description cannot be kept exactly so: its file breaks very long lines, drops "
+             "empty lines and blanks around lines, and makes tabs blanks.\n\nKeep it like "
+             "that?"))) {
     return false;
   }
   description = std::move(kept);

@@ -142,7 +142,7 @@ void TFilterForm::Show() {
   names.reserve(static_cast<qsizetype>(choice_.tables.size()));
   for (const std::string& table : choice_.tables) names << OneLine(table);
   names_->setStringList(names);
-  count_->setText(Counted(choice_.tables.size(), tr("table")));
+  count_->setText(tr("%Ln table(s)", nullptr, Plural(choice_.tables.size())));
   new_owner_->clear();
   const bool redirects = choice_.filter != TableFilter::Exclude;
   new_owner_label_->setVisible(redirects);

@@ -25,23 +25,32 @@ QLabel* Words(const QString& text) {
 }
 
 QString WhatIsSkipped(const JobProblem& problem, Follow follow) {
-  QString what = ToQt(PlaceText(problem.what));
+  QString what = PlaceWords(problem.what);
   what[0] = what[0].toUpper();
-  if (!problem.what.table.empty()) what += SkipForm::tr(", on ") + OneLine(TableText(problem.what));
-  if (follow == Follow::Commits) what += SkipForm::tr(", is left out with its whole transaction.");
-  if (follow == Follow::Rows) what += SkipForm::tr(", is left out.");
-  return what + SkipForm::tr(
-                    " It counts as blocked and is kept in skipped.sql of the job's folder; its "
-                    "table bears the mark \"compare\" until it has been compared.");
+  if (!problem.what.table.empty()) {
+    what = SkipForm::tr("%1, on %2").arg(what, OneLine(TableText(problem.what)));
+  }
+  what = (follow == Follow::Commits ? SkipForm::tr("%1, is left out with its whole transaction.")
+                                    : SkipForm::tr("%1, is left out."))
+             .arg(what);
+  return what + u' ' +
+         SkipForm::tr(
+             "It counts as blocked and is kept in skipped.sql of the job's folder; its "
+             "table bears the mark \"compare\" until it has been compared.");
 }
 
 }  // namespace
+
+QString PlaceWords(const PassProblem& what) {
+  if (what.where != PassProblem::Where::Statement) return Translated(PlaceText(what));
+  return SkipForm::tr("statement %1 of %2").arg(Grouped(what.number), Grouped(what.of));
+}
 
 SkipForm::SkipForm(const std::string& job, const JobProblem& problem, Follow follow,
                    QWidget* parent)
     : QDialog(parent) {
   setObjectName(QStringLiteral("SkipForm"));
-  setWindowTitle(tr("Skip in ") + OneLine(job));
+  setWindowTitle(tr("Skip in %1").arg(OneLine(job)));
   setMinimumWidth(460);
   auto* statement = new QPlainTextEdit(ToQt(problem.what.statement));
   statement->setObjectName(QStringLiteral("SkippedStatement"));

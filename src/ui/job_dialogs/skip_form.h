@@ -12,6 +12,9 @@ class QLineEdit;
 
 namespace quillmere {
 
+// Where a pass failed: "source", "statement 12 of 1,300".
+QString PlaceWords(const PassProblem& what);
+
 class SkipForm final : public QDialog {
   Q_OBJECT
 

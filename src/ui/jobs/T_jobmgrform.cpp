@@ -24,7 +24,10 @@ namespace quillmere {
 namespace {
 
 constexpr int kRefreshMs = 10'000;
-const QString kPageHint = TJobMgrForm::tr("Jobs manager: Design, mangage and monitor");
+
+QString PageHint() {
+  return TJobMgrForm::tr("Jobs manager: Design, mangage and monitor");
+}
 
 bool IsTableNode(JobNode kind) {
   return kind == JobNode::Include || kind == JobNode::Exclude;
@@ -58,7 +61,7 @@ TJobMgrForm::TJobMgrForm(UiContext& context, QWidget* parent, std::chrono::milli
       jobs_(context.workspace.Jobs()),
       tree_(&context.workspace.Watch()),
       job_rows_(&context.workspace.Watch()),
-      frame_(context.memory, tr("jobs"), tr("All Jobs"), this),
+      frame_(context.memory, QStringLiteral("jobs"), tr("All Jobs"), this),
       actions_(this),
       worker_(context.workspace, sweep_pause, this) {
   setObjectName(QStringLiteral("JobMgrForm"));
@@ -219,8 +222,8 @@ void TJobMgrForm::OnNodeChanged() {
 void TJobMgrForm::ShowList(const JobNodeRef& node) {
   UpdateActions();
   ShowDetails(node);
-  if (node.kind == JobNode::Include) return ShowTables(node, included_, tr("included"));
-  if (node.kind == JobNode::Exclude) return ShowTables(node, excluded_, tr("excluded"));
+  if (node.kind == JobNode::Include) return ShowTables(node, included_, QStringLiteral("included"));
+  if (node.kind == JobNode::Exclude) return ShowTables(node, excluded_, QStringLiteral("excluded"));
   if (node.kind != JobNode::None) ShowJobs(node);
 }
 
@@ -238,13 +241,14 @@ void TJobMgrForm::ShowDetails(const JobNodeRef& node) {
 void TJobMgrForm::ShowJobs(const JobNodeRef& node) {
   job_rows_.Fill(jobs_, node.job);
   frame_.List().SetEmptyText(WhatToDoWithoutJobs(context_.workspace.Registry()));
-  frame_.List().ShowRows(job_rows_, tr("jobs"), false);
+  frame_.List().ShowRows(job_rows_, QStringLiteral("jobs"), false);
   frame_.Filter().SetModel(&job_rows_);
   const bool all = node.kind == JobNode::AllJobs;
   frame_.SetBack({});
   SetHint(&frame_.List(),
-          all ? kPageHint + tr(". Enter or a double click goes to the job") : kPageHint);
-  frame_.SetCountText(all ? Counted(job_rows_.SourceRowCount(), tr("job")) : QString());
+          all ? tr("%1. Enter or a double click goes to the job").arg(PageHint()) : PageHint());
+  frame_.SetCountText(all ? tr("%Ln job(s)", nullptr, Plural(job_rows_.SourceRowCount()))
+                          : QString());
   frame_.SetNote(all ? QString() : NoteOf(node.job));
   frame_.SetOneRow(!all);
 }
@@ -252,8 +256,8 @@ void TJobMgrForm::ShowJobs(const JobNodeRef& node) {
 // What an operator has to know of the one job that is shown.
 QString TJobMgrForm::NoteOf(std::size_t job) const {
   const Follow follow = FollowOf(jobs_.At(job));
-  QString note =
-      tr("Follows %1. %2").arg(ToQt(FollowName(follow)), ToQt(WhatFollowingMeans(follow)));
+  QString note = tr("Follows %1. %2")
+                     .arg(Translated(FollowName(follow)), Translated(WhatFollowingMeans(follow)));
   const std::string held = jobs_.HeldBecause(job);
   return held.empty() ? note : HeldText(held) + u'\n' + note;
 }
@@ -265,11 +269,11 @@ void TJobMgrForm::ShowTables(const JobNodeRef& node, TableRows& rows, const QStr
   frame_.List().SetEmptyText(WhatToDoWithoutTables(job, node.kind));
   frame_.List().ShowRows(rows, layout, true);
   frame_.Filter().SetModel(&rows);
-  frame_.SetCountText(Counted(rows.SourceRowCount(), tr("table")));
+  frame_.SetCountText(tr("%Ln table(s)", nullptr, Plural(rows.SourceRowCount())));
   frame_.SetNote({});
   frame_.SetOneRow(false);
   frame_.SetBack(OneLine(NameOf(job)));
-  SetHint(&frame_.List(), kPageHint);
+  SetHint(&frame_.List(), PageHint());
 }
 
 // Keeps the selection: the same node while its job is there, else the one in its place.
@@ -390,7 +394,8 @@ bool TJobMgrForm::MayClose() {
   }
   std::string reason;
   if (context_.workspace.SaveJobs(reason)) return true;
-  return Confirm(this, "The jobs could not be saved: " + reason + "\n\nClose all the same?");
+  return Confirm(this,
+                 tr("The jobs could not be saved: %1\n\nClose all the same?").arg(ToQt(reason)));
 }
 
 }  // namespace quillmere

@@ -6,6 +6,7 @@
 #include "ui/job_dialogs/T_newownerform.h"
 #include "ui/jobs/T_jobmgrform.h"
 #include "ui/toolkit/notice.h"
+#include "ui/toolkit/text.h"
 #include "ui/waiting/waiting.h"
 #include "workspace/job_operations.h"
 
@@ -39,7 +40,7 @@ void TJobMgrForm::EditSelected() {
 void TJobMgrForm::DeleteSelected() {
   const JobNodeRef node = Current();
   if (node.kind != JobNode::Job) return;
-  if (!Confirm(this, "Delete " + PropertiesOf(jobs_.At(node.job)).name + "?")) return;
+  if (!Confirm(this, tr("Delete %1?").arg(ToQt(PropertiesOf(jobs_.At(node.job)).name)))) return;
   const Outcome deleted = DeleteJob(context_.workspace, node.job);
   KeepExpanded();
   SelectRoot();
@@ -86,8 +87,8 @@ bool TJobMgrForm::ChooseSelected(TableChoice& choice) {
     owners.push_back(rows.RowAt(row).owner);
     choice.tables.emplace_back(rows.RowAt(row).name);
   }
-  const std::string why = WhyNoFilter(owners);
-  if (!why.empty()) {
+  const QString why = WhyNoFilter(owners);
+  if (!why.isEmpty()) {
     ShowNotice(this, why);
     return false;
   }
@@ -119,7 +120,7 @@ void TJobMgrForm::ClearSelectedMarks() {
   const JobNodeRef node = Current();
   TableChoice choice;
   if (!ChooseSelected(choice) ||
-      !Confirm(this, "Have the selected tables been compared? Their mark is taken away.")) {
+      !Confirm(this, tr("Have the selected tables been compared? Their mark is taken away."))) {
     return;
   }
   const FilterResult result =

@@ -12,9 +12,9 @@
 namespace quillmere {
 namespace {
 
-QAction* Make(QWidget* form, const char* name, const char* caption, const char* icon,
+QAction* Make(QWidget* form, const char* name, const QString& caption, const char* icon,
               const QKeySequence& shortcut = {}) {
-  auto* action = new QAction(Icon(icon), QLatin1StringView(caption), form);
+  auto* action = new QAction(Icon(icon), caption, form);
   action->setObjectName(QLatin1StringView(name));
   action->setShortcut(shortcut);
   form->addAction(action);
@@ -24,63 +24,64 @@ QAction* Make(QWidget* form, const char* name, const char* caption, const char* 
 struct Button {
   QAction* action;
   const char* name;
-  const char* tooltip;
-  const char* hint;
+  QString tooltip;
+  QString hint;
 };
 
 void AddButton(QToolBar& bar, const Button& button) {
-  button.action->setToolTip(QLatin1StringView(button.tooltip));
+  button.action->setToolTip(button.tooltip);
   QWidget* const widget = AddKeepingPlace(bar, *button.action);
   widget->setObjectName(QLatin1StringView(button.name));
-  widget->setAccessibleDescription(QLatin1StringView(button.tooltip));
-  SetHint(widget, QLatin1StringView(button.hint));
+  widget->setAccessibleDescription(button.tooltip);
+  SetHint(widget, button.hint);
 }
 
 }  // namespace
 
 JobActionList::JobActionList(QWidget* form)
-    : FileNew(Make(form, "FileNew", "&New", "job-new", Qt::CTRL | Qt::Key_N)),
-      FileOpen(Make(form, "FileOpen", "&Open", "job-open", Qt::CTRL | Qt::Key_O)),
-      FileDelete(Make(form, "FileDelete", "&Delete", "job-delete", Qt::CTRL | Qt::Key_D)),
-      RunRun(Make(form, "RunRun", "&Run", "run", Qt::CTRL | Qt::Key_R)),
-      RunPause(Make(form, "RunPause", "&Pause", "pause", Qt::CTRL | Qt::Key_P)),
-      RunStop(Make(form, "RunStop", "&Stop", "stop", Qt::CTRL | Qt::Key_S)),
-      ChangeRemoteOwner(Make(form, "ChangeRemoteOwner", "ChangeRemoteOwner", "owner")),
-      Include(Make(form, "Include", "Include", "include")),
-      Exclude(Make(form, "Exclude", "Exclude", "exclude")),
-      Compared(Make(form, "Compared", "Compared", "compared")),
-      Migrate(Make(form, "Migrate", "Migrate", "migrate")),
-      Refresh(Make(form, "Refresh", "Refresh", "refresh")),
-      expand(Make(form, "expand", "expand", "expand")),
-      collapse(Make(form, "collapse", "collapse", "collapse")) {
-  ChangeRemoteOwner->setIconText(QStringLiteral("ChangeOwner"));
+    : FileNew(Make(form, "FileNew", tr("&New"), "job-new", Qt::CTRL | Qt::Key_N)),
+      FileOpen(Make(form, "FileOpen", tr("&Open"), "job-open", Qt::CTRL | Qt::Key_O)),
+      FileDelete(Make(form, "FileDelete", tr("&Delete"), "job-delete", Qt::CTRL | Qt::Key_D)),
+      RunRun(Make(form, "RunRun", tr("&Run"), "run", Qt::CTRL | Qt::Key_R)),
+      RunPause(Make(form, "RunPause", tr("&Pause"), "pause", Qt::CTRL | Qt::Key_P)),
+      RunStop(Make(form, "RunStop", tr("&Stop"), "stop", Qt::CTRL | Qt::Key_S)),
+      ChangeRemoteOwner(Make(form, "ChangeRemoteOwner", tr("ChangeRemoteOwner"), "owner")),
+      Include(Make(form, "Include", tr("Include"), "include")),
+      Exclude(Make(form, "Exclude", tr("Exclude"), "exclude")),
+      Compared(Make(form, "Compared", tr("Compared"), "compared")),
+      Migrate(Make(form, "Migrate", tr("Migrate"), "migrate")),
+      Refresh(Make(form, "Refresh", tr("Refresh"), "refresh")),
+      expand(Make(form, "expand", tr("expand"), "expand")),
+      collapse(Make(form, "collapse", tr("collapse"), "collapse")) {
+  ChangeRemoteOwner->setIconText(tr("ChangeOwner"));
   Show({});
 }
 
 void JobActionList::FillToolBar(QToolBar& bar) {
-  AddButton(bar, {FileNew, "ToolButton1", "create a job",
-                  "Add a job to synchronize source database's record to destination database."});
   AddButton(bar,
-            {FileOpen, "ToolButton2", "update job info", "Change the configuration of a job."});
-  AddButton(bar, {Refresh, "ToolButton13", "refresh table list of source database",
-                  "Refresh all shema tables from source."});
-  AddButton(bar, {FileDelete, "ToolButton3", "delete a job",
-                  "Drop a job configuration, nothing is left."});
+            {FileNew, "ToolButton1", tr("create a job"),
+             tr("Add a job to synchronize source database's record to destination database.")});
+  AddButton(bar, {FileOpen, "ToolButton2", tr("update job info"),
+                  tr("Change the configuration of a job.")});
+  AddButton(bar, {Refresh, "ToolButton13", tr("refresh table list of source database"),
+                  tr("Refresh all shema tables from source.")});
+  AddButton(bar, {FileDelete, "ToolButton3", tr("delete a job"),
+                  tr("Drop a job configuration, nothing is left.")});
   before_run_ = AddSeparatorKeepingPlace(bar);
-  AddButton(bar, {RunRun, "ToolButton5", "run a job", "Start a job to begin synchronize."});
-  AddButton(bar, {RunPause, "ToolButton6", "stop a job",
-                  "Stop a job,then you can change the configuration without losing any data."});
-  AddButton(bar, {RunStop, "ToolButton7", "reset  a job",
-                  "Reset a job, all status is cleared, but configuration is not changed."});
+  AddButton(bar, {RunRun, "ToolButton5", tr("run a job"), tr("Start a job to begin synchronize.")});
+  AddButton(bar, {RunPause, "ToolButton6", tr("stop a job"),
+                  tr("Stop a job,then you can change the configuration without losing any data.")});
+  AddButton(bar, {RunStop, "ToolButton7", tr("reset  a job"),
+                  tr("Reset a job, all status is cleared, but configuration is not changed.")});
   before_tables_ = AddSeparatorKeepingPlace(bar);
-  AddButton(bar, {Include, "ToolButton9", "include  owner and table",
-                  "Choose the owner's tables which you want to synchronized."});
-  AddButton(bar, {Exclude, "ToolButton10", "exclue owner and table",
-                  "Choose the owner's tables which you not want to synchronized."});
-  AddButton(bar, {ChangeRemoteOwner, "ToolButton11", "change table owner on remote ",
-                  "Choose the tables which will be renamed after synchronized."});
-  AddButton(bar, {Migrate, "ToolButton12", "migrate a table",
-                  "Directly Migrate a table's data to destination ."});
+  AddButton(bar, {Include, "ToolButton9", tr("include  owner and table"),
+                  tr("Choose the owner's tables which you want to synchronized.")});
+  AddButton(bar, {Exclude, "ToolButton10", tr("exclue owner and table"),
+                  tr("Choose the owner's tables which you not want to synchronized.")});
+  AddButton(bar, {ChangeRemoteOwner, "ToolButton11", tr("change table owner on remote "),
+                  tr("Choose the tables which will be renamed after synchronized.")});
+  AddButton(bar, {Migrate, "ToolButton12", tr("migrate a table"),
+                  tr("Directly Migrate a table's data to destination .")});
   ShowSeparators();
 }
 

@@ -2,6 +2,8 @@
 // The actions of the job explorer, for its tool bar, its pop-up menus and the main window's menus.
 #pragma once
 
+#include <QCoreApplication>
+
 #include "ui/jobs/job_actions.h"
 
 class QAction;
@@ -12,6 +14,9 @@ namespace quillmere {
 
 // Owned by the form. Actions that have nothing to act on are hidden, and their shortcuts rest.
 struct JobActionList {
+  Q_DECLARE_TR_FUNCTIONS(JobActionList)
+
+ public:
   explicit JobActionList(QWidget* form);
 
   void Show(const JobActions& visible);

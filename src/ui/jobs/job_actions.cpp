@@ -1,10 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "ui/jobs/job_actions.h"
 
+#include <QCoreApplication>
+#include <QStringList>
+
 #include <algorithm>
+
+#include "ui/toolkit/text.h"
 
 namespace quillmere {
 namespace {
+
+struct JobQuestions {
+  Q_DECLARE_TR_FUNCTIONS(JobQuestions)
+};
 
 JobActions ActionsOfJob(JobState state) {
   JobActions actions;
@@ -59,39 +68,45 @@ bool RepaintsOnTimer(JobNode node, JobState state) {
   return node == JobNode::AllJobs || state == JobState::Started;
 }
 
-std::string RequestQuestion(JobRequest request, JobState state, std::string_view job_name) {
-  const std::string name(job_name);
+QString RequestQuestion(JobRequest request, JobState state, std::string_view job_name) {
+  const QString name = ToQt(job_name);
   switch (request) {
     case JobRequest::Run:
-      return (state == JobState::Paused ? "Continue " : "Run ") + name + "?";
+      return (state == JobState::Paused ? JobQuestions::tr("Continue %1?")
+                                        : JobQuestions::tr("Run %1?"))
+          .arg(name);
     case JobRequest::Pause:
-      return "Pause " + name + "?";
+      return JobQuestions::tr("Pause %1?").arg(name);
     case JobRequest::Stop:
       break;
   }
-  return "Stop " + name +
-         "?\n\nWhat waits to be synchronized is given up. The next run begins with the changes "
-         "made "
-         "from then on.";
+  return JobQuestions::tr(
+             "Stop %1?\n\nWhat waits to be synchronized is given up. The next run begins with the "
+             "changes made from then on.")
+      .arg(name);
 }
 
-std::string MarkQuestion(std::string_view owner, const std::vector<BlockedTable>& tables) {
+QString MarkQuestion(std::string_view owner, const std::vector<BlockedTable>& tables) {
   constexpr std::size_t kTold = 12;
-  std::string lines;
+  QStringList lines;
   for (std::size_t i = 0; i < std::min(tables.size(), kTold); ++i) {
-    lines +=
-        "\n" + std::string(owner) + "." + tables[i].name + ": " + std::to_string(tables[i].changes);
+    lines << ToQt(owner) + u'.' + ToQt(tables[i].name) + QStringLiteral(": ") +
+                 Grouped(tables[i].changes);
   }
-  if (tables.size() > kTold) lines += "\nand " + std::to_string(tables.size() - kTold) + " more";
-  return "Changes of these tables were blocked before, and are missing on the destination:\n" +
-         lines + "\n\nMark the tables \"compare\", until they have been compared?";
+  if (tables.size() > kTold) {
+    lines << JobQuestions::tr("and %Ln more", nullptr, Plural(tables.size() - kTold));
+  }
+  return JobQuestions::tr(
+             "Changes of these tables were blocked before, and are missing on the "
+             "destination:\n\n%1\n\nMark the tables \"compare\", until they have been compared?")
+      .arg(lines.join(u'\n'));
 }
 
-std::string WhyNoFilter(const std::vector<std::string_view>& owners) {
-  if (owners.empty()) return "Plsease select a item first";
+QString WhyNoFilter(const std::vector<std::string_view>& owners) {
+  if (owners.empty()) return JobQuestions::tr("Plsease select a item first");
   const bool alike = std::all_of(owners.begin(), owners.end(),
                                  [&](std::string_view owner) { return owner == owners.front(); });
-  return alike ? "" : "can only select one owner's table";
+  return alike ? QString() : JobQuestions::tr("can only select one owner's table");
 }
 
 }  // namespace quillmere

@@ -2,6 +2,7 @@
 // Which actions of the job explorer show, and what is asked before a request. Plain functions.
 #pragma once
 
+#include <QString>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,13 +41,13 @@ bool RepaintsOnTimer(JobNode node, JobState state);
 enum class JobRequest { Run, Pause, Stop };
 
 // What the operator is asked before a job in that state is run (or continued), paused or stopped.
-std::string RequestQuestion(JobRequest request, JobState state, std::string_view job_name);
+QString RequestQuestion(JobRequest request, JobState state, std::string_view job_name);
 
 // What is asked when tables are included of which changes were set aside before.
-std::string MarkQuestion(std::string_view owner, const std::vector<BlockedTable>& tables);
+QString MarkQuestion(std::string_view owner, const std::vector<BlockedTable>& tables);
 
 // Why the filter dialog cannot open for rows of these owners, in selection order; empty when it
 // can.
-std::string WhyNoFilter(const std::vector<std::string_view>& owners);
+QString WhyNoFilter(const std::vector<std::string_view>& owners);
 
 }  // namespace quillmere

@@ -16,7 +16,7 @@ constexpr int kPicture = 24;
 
 QString IntervalText(std::int32_t minutes) {
   if (minutes == 0) return JobHead::tr("without a pause");
-  return JobHead::tr("every %1 min").arg(QLocale(QLocale::English).toString(minutes));
+  return JobHead::tr("every %1 min").arg(Grouped(minutes));
 }
 
 QString Strong(const QString& text) {
@@ -62,11 +62,11 @@ void JobHead::ShowJob(const SyncJob& job, const WatchedJob& watched) {
                 .arg(Strong(OneLine(config.src_database_name)),
                      Strong(OneLine(config.des_database_name)),
                      Strong(IntervalText(config.sync_interval)),
-                     Strong(ToQt(FollowName(config.follow))));
+                     Strong(Translated(FollowName(config.follow))));
     description = OneLine(config.description);
   }
-  QString state = ToQt(StateName(watched.state));
-  const QString health = ToQt(HealthName(watched.health));
+  QString state = Translated(StateName(watched.state));
+  const QString health = Translated(HealthName(watched.health));
   if (state.compare(health, Qt::CaseInsensitive) != 0) state += QStringLiteral(", ") + health;
   facts += Strong(state);
   if (facts_->text() != facts) facts_->setText(facts);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/jobs/job_health.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 #include "ui/toolkit/icons.h"
@@ -8,6 +9,10 @@
 
 namespace quillmere {
 namespace {
+
+struct HealthTexts {
+  Q_DECLARE_TR_FUNCTIONS(HealthTexts)
+};
 
 // The worst first.
 constexpr std::array kMarked = {Health::Failing, Health::Held, Health::Behind};
@@ -66,9 +71,11 @@ QString HealthWords(const HealthCounts& counts) {
   QStringList words;
   const auto add = [&](Health health) {
     if (counts[health] == 0) return;
-    const QString count = words.isEmpty() ? Counted(counts[health], QStringLiteral("job"))
-                                          : QString::number(counts[health]);
-    words << count + u' ' + ToQt(HealthName(health));
+    const QString count = words.isEmpty()
+                              ? HealthTexts::tr("%Ln job(s)", nullptr, Plural(counts[health]))
+                              : Grouped(static_cast<std::int64_t>(counts[health]));
+    words << HealthTexts::tr("%1 %2", "a number of jobs, how they are")
+                 .arg(count, Translated(HealthName(health)));
   };
   for (const Health health : kMarked) add(health);
   if (words.isEmpty()) add(Health::UpToDate);

@@ -60,11 +60,11 @@ QString Age(std::int64_t age) {
 }
 
 QString Ago(std::int64_t age) {
-  return age < 0 ? QString() : Age(age) + QStringLiteral(" ago");
+  return age < 0 ? QString() : JobRows::tr("%1 ago").arg(Age(age));
 }
 
 QString In(std::int64_t left) {
-  return left < 0 ? QString() : QStringLiteral("in ") + Age(left);
+  return left < 0 ? QString() : JobRows::tr("in %1").arg(Age(left));
 }
 
 std::int64_t Seconds(const std::optional<std::chrono::seconds>& age) {
@@ -101,16 +101,17 @@ void Append(std::vector<JobRow>& rows, const JobList& jobs, const JobWatch* watc
 }  // namespace
 
 JobRows::JobRows(const JobWatch* watch, QObject* parent)
-    : RowList(
-          {Text<&JobRow::name>("JOB ID", 120, NameExtra),
-           Text<StateText>("Status", 120, StateExtra), Number<&JobRow::applied>("Total Done", 90),
-           Number<&JobRow::remaining>("Need To Do", 90),
-           Number<&JobRow::done>("Has Done", 90, BatchExtra),
-           Number<&JobRow::blocked>("Blocked", 80), Text<HealthText>("Health", 100, HealthExtra),
-           Number<&JobRow::behind>("Behind", 80, nullptr, Age),
-           Number<&JobRow::since_good>("Last Good Pass", 110, nullptr, Ago),
-           Number<&JobRow::next_pass>("Next Pass", 80, nullptr, In)},
-          parent),
+    : RowList({Text<&JobRow::name>(tr("JOB ID"), 120, NameExtra),
+               Text<StateText>(tr("Status"), 120, StateExtra),
+               Number<&JobRow::applied>(tr("Total Done"), 90),
+               Number<&JobRow::remaining>(tr("Need To Do"), 90),
+               Number<&JobRow::done>(tr("Has Done"), 90, BatchExtra),
+               Number<&JobRow::blocked>(tr("Blocked"), 80),
+               Text<HealthText>(tr("Health"), 100, HealthExtra),
+               Number<&JobRow::behind>(tr("Behind"), 80, nullptr, Age),
+               Number<&JobRow::since_good>(tr("Last Good Pass"), 110, nullptr, Ago),
+               Number<&JobRow::next_pass>(tr("Next Pass"), 80, nullptr, In)},
+              parent),
       watch_(watch) {}
 
 void JobRows::Fill(const JobList& jobs, std::size_t only) {

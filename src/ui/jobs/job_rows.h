@@ -2,6 +2,7 @@
 // The list of jobs with their state and progress.
 #pragma once
 
+#include <QCoreApplication>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -25,6 +26,8 @@ struct JobRow {
 
 // Shows a copy as of the last Fill.
 class JobRows final : public RowList<JobRow> {
+  Q_DECLARE_TR_FUNCTIONS(JobRows)
+
  public:
   // How much of its batch a job has applied, in thousandths; invalid when it has no batch in work,
   // and in the columns that are not about it.

@@ -2,6 +2,7 @@
 // The picture of a job's run state, with a mark on that of one that needs looking at.
 #pragma once
 
+#include <QCoreApplication>
 #include <QIcon>
 
 #include "jobs/sync_job.h"
@@ -12,7 +13,7 @@
 namespace quillmere {
 
 inline QString HeldText(const std::string& reason) {
-  return QStringLiteral("Held: ") + ToQt(reason);
+  return QCoreApplication::translate("HealthTexts", "Held: %1").arg(ToQt(reason));
 }
 
 inline const char* JobStatePicture(JobState state) {

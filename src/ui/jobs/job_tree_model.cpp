@@ -179,8 +179,8 @@ QVariant JobTreeModel::data(const QModelIndex& index, int role) const {
                     job == nullptr ? Health::Stopped : job->health);
     case Qt::ToolTipRole:
       if (kind != JobNode::Job) return {};
-      return QString(OneLine(job->name) + QStringLiteral(": ") + ToQt(StateName(job->state)) +
-                     QStringLiteral(", ") + ToQt(HealthName(job->health)) +
+      return QString(OneLine(job->name) + QStringLiteral(": ") + Translated(StateName(job->state)) +
+                     QStringLiteral(", ") + Translated(HealthName(job->health)) +
                      (job->held.empty() ? QString() : u'\n' + HeldText(job->held)));
     case kTagRole:
       return ToQt(NodeTag(kind));

@@ -32,22 +32,23 @@ QString BehindText(const WatchedJob& job) {
   if (job.state == JobState::Stopped) return {};
   if (!job.behind) return NowPage::tr("not known yet");
   if (job.behind->count() == 0) return NowPage::tr("nothing that the last pass could see");
-  return ToQt(AgeText(*job.behind)) + NowPage::tr(" of the source's time");
+  return NowPage::tr("%1 of the source's time").arg(ToQt(AgeText(*job.behind)));
 }
 
 QString GoodText(const WatchedJob& job) {
-  return job.since_good ? ToQt(AgeText(*job.since_good)) + NowPage::tr(" ago")
+  return job.since_good ? NowPage::tr("%1 ago").arg(ToQt(AgeText(*job.since_good)))
                         : NowPage::tr("none yet");
 }
 
 QString NextText(const WatchedJob& job) {
   if (!job.next_pass) return {};
   if (job.next_pass->count() == 0) return NowPage::tr("now");
-  return NowPage::tr("in ") + ToQt(AgeText(*job.next_pass));
+  return NowPage::tr("in %1").arg(ToQt(AgeText(*job.next_pass)));
 }
 
 QString Changes(std::int64_t count) {
-  return Counted(static_cast<std::size_t>(std::max<std::int64_t>(count, 0)), NowPage::tr("change"));
+  return NowPage::tr("%Ln change(s)", nullptr,
+                     Plural(static_cast<std::size_t>(std::max<std::int64_t>(count, 0))));
 }
 
 }  // namespace
@@ -68,11 +69,11 @@ NowPage::NowPage(UiContext& context, QWidget* parent)
 
 void NowPage::ShowJob(std::size_t job, const WatchedJob& watched) {
   const JobRun& run = jobs_.At(job).run;
-  facts_.Show({ToQt(HealthName(watched.health)) + QStringLiteral(": ") + Meaning(watched),
-               BehindText(watched), GoodText(watched), NextText(watched),
-               Changes(watched.waiting) + tr(" of the batch in hand"),
-               Changes(run.applied_count) + tr(" applied, ") + Changes(run.blocked_count) +
-                   tr(" blocked")});
+  facts_.Show(
+      {Translated(HealthName(watched.health)) + QStringLiteral(": ") + Meaning(watched),
+       BehindText(watched), GoodText(watched), NextText(watched),
+       tr("%1 of the batch in hand").arg(Changes(watched.waiting)),
+       tr("%1 applied, %2 blocked").arg(Changes(run.applied_count), Changes(run.blocked_count))});
 }
 
 }  // namespace quillmere

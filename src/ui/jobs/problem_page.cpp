@@ -7,6 +7,7 @@
 
 #include "ui/job_dialogs/skip_form.h"
 #include "ui/jobs/job_health.h"
+#include "ui/jobs/job_state_icon.h"
 #include "ui/jobs/way_out_runner.h"
 #include "ui/toolkit/notice.h"
 #include "ui/toolkit/text.h"
@@ -27,19 +28,20 @@ QString Shown(std::string_view text) {
 }
 
 QString WhereText(const PassProblem& what) {
-  QString text = ToQt(PlaceText(what));
+  QString text = PlaceWords(what);
   const std::string_view operation = OperationOf(what.statement);
   if (!operation.empty()) text += QStringLiteral(", ") + ToQt(operation);
-  if (!what.table.empty()) text += QStringLiteral(" on ") + OneLine(TableText(what));
+  if (!what.table.empty()) text = ProblemPage::tr("%1 on %2").arg(text, OneLine(TableText(what)));
   return text;
 }
 
 QString TriesText(const JobProblem& problem) {
-  const QString tries = Counted(static_cast<std::size_t>(problem.tries), QStringLiteral("time"));
+  const QString tries =
+      ProblemPage::tr("%Ln time(s)", nullptr, Plural(static_cast<std::size_t>(problem.tries)));
   const QString first = ToQt(ReadableTime(problem.first));
   if (problem.tries == 1) return tries + QStringLiteral(", ") + first;
-  return tries + ProblemPage::tr(", first ") + first + ProblemPage::tr(", last ") +
-         ToQt(ReadableTime(problem.last));
+  return ProblemPage::tr("%1, first %2, last %3")
+      .arg(tries, first, ToQt(ReadableTime(problem.last)));
 }
 
 }  // namespace
@@ -104,8 +106,7 @@ void ProblemPage::ShowJob(std::size_t job, const WatchedJob& watched) {
   if (problem_) return ShowProblem(*problem_);
   const QString none = watched.state == JobState::Stopped ? tr("None: the job is stopped")
                                                           : tr("None: the last pass did not fail");
-  facts_.Show(
-      {watched.held.empty() ? none : tr("Held: ") + ToQt(watched.held), {}, {}, {}, {}, {}, {}});
+  facts_.Show({watched.held.empty() ? none : HeldText(watched.held), {}, {}, {}, {}, {}, {}});
 }
 
 void ProblemPage::ShowProblem(const JobProblem& problem) {
@@ -131,9 +132,10 @@ void ProblemPage::Exclude() {
   const std::size_t job = job_;
   const PassProblem what = problem_->what;
   const std::string name = NameOf(context_.workspace.Jobs().At(job));
-  if (!Confirm(this, "Exclude " + what.owner + "." + what.table + " from " + name +
-                         "?\n\nIts changes count as blocked from then on, those that wait among "
-                         "them, and are missing on the destination.")) {
+  if (!Confirm(this,
+               tr("Exclude %1 from %2?\n\nIts changes count as blocked from then on, those that "
+                  "wait among them, and are missing on the destination.")
+                   .arg(ToQt(what.owner + "." + what.table), ToQt(name)))) {
     return;
   }
   ways_.WhileItRests(job, [&workspace = context_.workspace, job, what] {

@@ -25,7 +25,7 @@ QVariant ExcludedExtra(const TableRow& row, int role) {
 
 QVariant CompareExtra(const TableRow& row, int role) {
   if (role != Qt::ToolTipRole || row.compare.empty()) return {};
-  return QStringLiteral(
+  return TableRows::tr(
       "A change of this table was not applied, see setaside.sql in the job's folder. Compare the "
       "table with the destination's, then choose Compared in its menu");
 }
@@ -99,20 +99,21 @@ bool TableRows::AnyMarked() const {
 }
 
 IncludedTables::IncludedTables(QObject* parent)
-    : TableRows({Text<&TableRow::name>("Table Name", 180, IncludedExtra),
-                 Text<&TableRow::owner>("Source Owner", 60),
-                 Text<&TableRow::desowner>("Remote Owner", 60),
-                 Number<&TableRow::beginrows>("Begin Rows", 60),
-                 Number<&TableRow::rows>("Current Rows", 60),
-                 Number<&TableRow::totalsynced>("Total Synced ", 60),
-                 Text<&TableRow::compare>("Compare", 70, CompareExtra)},
+    : TableRows({Text<&TableRow::name>(TableRows::tr("Table Name"), 180, IncludedExtra),
+                 Text<&TableRow::owner>(TableRows::tr("Source Owner"), 60),
+                 Text<&TableRow::desowner>(TableRows::tr("Remote Owner"), 60),
+                 Number<&TableRow::beginrows>(TableRows::tr("Begin Rows"), 60),
+                 Number<&TableRow::rows>(TableRows::tr("Current Rows"), 60),
+                 Number<&TableRow::totalsynced>(TableRows::tr("Total Synced "), 60),
+                 Text<&TableRow::compare>(TableRows::tr("Compare"), 70, CompareExtra)},
                 true, parent) {}
 
 ExcludedTables::ExcludedTables(QObject* parent)
-    : TableRows({Text<&TableRow::name>("Table Name", 210, ExcludedExtra),
-                 Text<&TableRow::owner>("Source Owner", 80), Number<&TableRow::rows>("Rows", 80),
-                 Number<&TableRow::blocked>("Total Blocked ", 80),
-                 Text<&TableRow::compare>("Compare", 70, CompareExtra)},
+    : TableRows({Text<&TableRow::name>(TableRows::tr("Table Name"), 210, ExcludedExtra),
+                 Text<&TableRow::owner>(TableRows::tr("Source Owner"), 80),
+                 Number<&TableRow::rows>(TableRows::tr("Rows"), 80),
+                 Number<&TableRow::blocked>(TableRows::tr("Total Blocked "), 80),
+                 Text<&TableRow::compare>(TableRows::tr("Compare"), 70, CompareExtra)},
                 false, parent) {}
 
 }  // namespace quillmere

@@ -2,6 +2,7 @@
 // The lists of a job's tables: those that are included and those that are not.
 #pragma once
 
+#include <QCoreApplication>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -21,6 +22,8 @@ struct TableRow {
 
 // Shows a copy as of the last Fill, so the job's lists may be replaced meanwhile.
 class TableRows : public RowList<TableRow> {
+  Q_DECLARE_TR_FUNCTIONS(TableRows)
+
  public:
   void Fill(const SyncJob& job);
 

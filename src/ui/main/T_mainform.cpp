@@ -33,7 +33,6 @@ constexpr QSize kFirstSize(850, 611);
 constexpr int kMessagesHeight = 81;
 
 const QString kCaption = QStringLiteral("Quillmere");
-const QString kShowLogCaption = tr(" &ShowLog");
 const QString kPlace = QStringLiteral("main");
 const QString kPage = QStringLiteral("main/page");
 const QString kShowLog = QStringLiteral("main/showlog");
@@ -45,7 +44,8 @@ TMainForm::TMainForm(UiContext& context, std::chrono::milliseconds sweep_pause)
   setObjectName(QStringLiteral("MainForm"));
   setWindowTitle(kCaption);
   setWindowIcon(Icon("app"));
-  auto* banner = new Banner(tr("Working folder ") + ToQt(context.workspace.FolderText()), this);
+  auto* banner =
+      new Banner(tr("Working folder %1").arg(ToQt(context.workspace.FolderText())), this);
   splitter_ = new QSplitter(Qt::Vertical, this);
   splitter_->setObjectName(QStringLiteral("SplitMain"));
   splitter_->addWidget(MakePages(sweep_pause));
@@ -157,7 +157,7 @@ QWidget* TMainForm::MakeMessages() {
 // Where a menu has shortcuts, so that the entry's own words stay.
 void TMainForm::ShowUnread(const QString& words) {
   if (show_log_ == nullptr) return;  // the menus are made last
-  show_log_->setText(kShowLogCaption + (words.isEmpty() ? QString() : u'\t' + words));
+  show_log_->setText(tr(" &ShowLog") + (words.isEmpty() ? QString() : u'\t' + words));
 }
 
 QWidget* TMainForm::MakeHintLine() {
@@ -179,13 +179,13 @@ void TMainForm::ShowTip(const QString& text) {
 
 // Once in a box, so that nobody misses it; the box waits for nobody, the worker goes on.
 void TMainForm::SayLost(const QString& text) {
-  ShowTip(tr("error.log cannot be written. Lost: ") + text);
+  ShowTip(tr("error.log cannot be written. Lost: %1").arg(text));
   if (std::exchange(loss_told_, true)) return;
   auto* box = new QMessageBox(
       QMessageBox::Critical, kCaption,
       tr("error.log in the working folder cannot be written: messages are lost until it can be. "
-         "Make room, or make the file writable.\n\nThe first one: ") +
-          text,
+         "Make room, or make the file writable.\n\nThe first one: %1")
+          .arg(text),
       QMessageBox::Ok, this);
   box->setObjectName(QStringLiteral("LossBox"));
   box->setTextFormat(Qt::PlainText);

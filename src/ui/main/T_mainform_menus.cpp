@@ -171,7 +171,7 @@ void TMainForm::SaveProgramSettings() {
   if (SaveSettings(workspace.Files(), workspace.SettingsFile(), workspace.ProgramSettings(),
                    reason))
     return;
-  ShowFailure(this, reason + ". The choice holds until the program ends");
+  ShowFailure(this, tr("%1. The choice holds until the program ends").arg(ToQt(reason)));
 }
 
 void TMainForm::LoadBasicSkin() {
@@ -179,7 +179,8 @@ void TMainForm::LoadBasicSkin() {
   const std::filesystem::path file =
       FindSharedFile(context_.workspace.Files(), std::filesystem::path("skin") / "redfox.qss",
                      context_.workspace.Folder(), ProgramFolder(), tried);
-  if (file.empty()) return ShowNotice(this, "The skin is not there. Looked for: " + tried);
+  if (file.empty())
+    return ShowNotice(this, tr("The skin is not there. Looked for: %1").arg(ToQt(tried)));
   LoadSkin(file);
 }
 
@@ -199,9 +200,10 @@ void TMainForm::OpenHelp() {
   const std::filesystem::path file =
       FindSharedFile(context_.workspace.Files(), std::filesystem::path("HTML") / "index.html",
                      context_.workspace.Folder(), ProgramFolder(), tried);
-  if (file.empty()) return ShowNotice(this, "The manual is not there. Looked for: " + tried);
+  if (file.empty())
+    return ShowNotice(this, tr("The manual is not there. Looked for: %1").arg(ToQt(tried)));
   if (QDesktopServices::openUrl(QUrl::fromLocalFile(FileText(file)))) return;
-  ShowNotice(this, "The system has no program to open " + PathText(file));
+  ShowNotice(this, tr("The system has no program to open %1").arg(FileText(file)));
 }
 
 }  // namespace quillmere

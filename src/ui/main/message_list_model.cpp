@@ -68,13 +68,13 @@ QString MessageListModel::FullText(int row) const {
 QString MessageListModel::LineText(int row) const {
   QString text = OneLine(EntryAt(row).text);
   const int times = Filtered() ? groups_[static_cast<std::size_t>(row)].times : 1;
-  return times == 1 ? text : text + tr("  (%1 times)").arg(times);
+  return times == 1 ? text : tr("%1  (%2 times)").arg(text, quillmere::Grouped(times));
 }
 
 QString MessageListModel::Tip(const MessageEntry& entry) const {
   // As text: a message may hold what looks like mark-up.
   QString head = ReadableStamp(entry.text) + QStringLiteral(", ") + KindText(entry);
-  if (!entry.job.empty()) head += tr(", job ") + OneLine(entry.job);
+  if (!entry.job.empty()) head = tr("%1, job %2").arg(head, OneLine(entry.job));
   return (head + u'\n' + ToQt(entry.text)).toHtmlEscaped().replace(u'\n', QStringLiteral("<br>"));
 }
 
@@ -92,7 +92,7 @@ QVariant MessageListModel::data(const QModelIndex& index, int role) const {
     case Qt::DecorationRole:
       return Icon(entry.error ? "error" : "information");
     case Qt::AccessibleTextRole:
-      return QString((entry.error ? QStringLiteral("Error: ") : QString()) + LineText(index.row()));
+      return entry.error ? tr("Error: %1").arg(LineText(index.row())) : LineText(index.row());
     default:
       return {};
   }

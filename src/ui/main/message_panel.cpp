@@ -84,7 +84,7 @@ void MessagePanel::Look() {
 
 QString MessagePanel::UnreadWords() const {
   const std::size_t count = log_.UnreadErrors();
-  return count == 0 ? QString() : Counted(count, tr("unread error"));
+  return count == 0 ? QString() : tr("%Ln unread error(s)", nullptr, Plural(count));
 }
 
 void MessagePanel::ShowUnread() {

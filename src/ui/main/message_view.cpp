@@ -87,7 +87,7 @@ void MessageView::MakeMenu() {
   add("OpenLogFolder", tr("Open log &folder"), "folder", [this] {
     const QString folder = ToQt(PathText(folder_));
     if (QDesktopServices::openUrl(QUrl::fromLocalFile(folder))) return;
-    ShowNotice(this, "The system has no program to open " + PathText(folder_));
+    ShowNotice(this, tr("The system has no program to open %1").arg(folder));
   });
 }
 

@@ -13,7 +13,7 @@ Opening::Opening(const std::filesystem::path& folder)
     : memory_(folder), appearance_(files_, memory_) {
   appearance_.Restore(problem_);
   splash_ = std::make_unique<Splash>();
-  splash_->Tell(QStringLiteral("Reading the working folder"));
+  splash_->Tell(Splash::tr("Reading the working folder"));
 }
 
 std::unique_ptr<Workspace> Opening::Open(const Workspace::Options& options, std::string& reason) {

@@ -74,7 +74,7 @@ std::string FactsText(const AboutFacts& facts) {
 
 AboutBox::AboutBox(UiContext& context, QWidget* parent) : QDialog(parent) {
   setObjectName(QStringLiteral("AboutBox"));
-  setWindowTitle(tr("About ") + QCoreApplication::applicationName());
+  setWindowTitle(tr("About %1").arg(QCoreApplication::applicationName()));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(2 * kMargin, 2 * kMargin, 2 * kMargin, kMargin);
   layout->setSpacing(2 * kMargin);
@@ -84,7 +84,7 @@ AboutBox::AboutBox(UiContext& context, QWidget* parent) : QDialog(parent) {
   auto* form = new QFormLayout;
   form->setHorizontalSpacing(2 * kMargin);
   form->setVerticalSpacing(kSpacing);
-  for (const auto& [what, value] : facts) form->addRow(ToQt(what), MakeValue(value));
+  for (const auto& [what, value] : facts) form->addRow(Translated(what), MakeValue(value));
   layout->addLayout(form);
   layout->addStretch();
 

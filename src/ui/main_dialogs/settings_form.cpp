@@ -88,7 +88,7 @@ QWidget* SettingsForm::MakeMessages() {
   message_limit_->setAccessibleName(tr("Rows of the message list"));
   message_limit_->setRange(1, kMostMessageRows);
   message_limit_->setGroupSeparatorShown(true);
-  message_limit_->setLocale(QLocale(QLocale::English));
+  message_limit_->setLocale(QLocale());
   message_limit_->setToolTip(
       tr("When the message list is full it is emptied but for its latest row. The log "
          "files keep everything."));
@@ -104,7 +104,8 @@ QWidget* SettingsForm::MakeJobs() {
   follow_->setAccessibleName(tr("What new jobs follow"));
   for (const Follow follow : {Follow::Rows, Follow::Commits}) {
     follow_->addItem(follow == Follow::Commits ? tr("Commits (recommended)") : tr("Rows"));
-    follow_->setItemData(follow_->count() - 1, ToQt(WhatFollowingMeans(follow)), Qt::ToolTipRole);
+    follow_->setItemData(follow_->count() - 1, Translated(WhatFollowingMeans(follow)),
+                         Qt::ToolTipRole);
   }
   follow_->setToolTip(
       tr("What the dialog of a new job proposes; jobs that are there stay as they "
@@ -143,9 +144,9 @@ QWidget* SettingsForm::MakeClient() {
   form->addRow(label, row);
 
   const OciLibrary& library = context_.workspace.Oci();
-  const std::string in_use = library.Loaded() ? library.Path() : "none could be loaded";
+  const QString in_use = library.Loaded() ? OneLine(library.Path()) : tr("none could be loaded");
   AddWords(*form, "LblClientInUse",
-           tr("In use now: %1\nA change takes effect at the next start.").arg(OneLine(in_use)));
+           tr("In use now: %1\nA change takes effect at the next start.").arg(in_use));
   return box;
 }
 
@@ -227,8 +228,8 @@ void SettingsForm::OkBtnClick() {
                          entered.client_library == before_.client_library;
   Workspace& workspace = context_.workspace;
   if (Kind() == ClientKind::File && !as_stored) {
-    const std::string refused = WhyClientFileRefused(workspace.Files(), entered.client_library);
-    if (!refused.empty()) return ShowNotice(this, refused, client_path_);
+    const QString refused = WhyClientFileRefused(workspace.Files(), entered.client_library);
+    if (!refused.isEmpty()) return ShowNotice(this, refused, client_path_);
   }
   std::string reason;
   workspace.KeepSettings();

@@ -1,10 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "ui/main_dialogs/settings_values.h"
 
+#include <QCoreApplication>
+
 #include "foundation/files.h"
+#include "ui/toolkit/text.h"
 
 namespace quillmere {
 namespace {
+
+struct SettingsTexts {
+  Q_DECLARE_TR_FUNCTIONS(SettingsTexts)
+};
 
 void Assign(Settings& settings, const SettingsValues& values) {
   settings.debug = values.debug;
@@ -39,11 +46,11 @@ std::string ClientSetting(ClientKind kind, const std::string& path) {
   return path;
 }
 
-std::string WhyClientFileRefused(FileSystem& files, const std::string& path) {
-  if (path.empty()) return "Choose the file of the client library";
+QString WhyClientFileRefused(FileSystem& files, const std::string& path) {
+  if (path.empty()) return SettingsTexts::tr("Choose the file of the client library");
   if (path.find_first_of("/\\") == std::string::npos) return {};
   if (IsFile(files, path)) return {};
-  return "There is no file " + path;
+  return SettingsTexts::tr("There is no file %1").arg(ToQt(path));
 }
 
 bool StoreSettings(FileSystem& files, const std::filesystem::path& file,

@@ -2,6 +2,7 @@
 // The settings as a form holds them, and how they are stored.
 #pragma once
 
+#include <QString>
 #include <filesystem>
 #include <string>
 
@@ -31,7 +32,7 @@ std::string ClientSetting(ClientKind kind, const std::string& path);
 
 // Why the path cannot be that of a client library; empty when it can. A bare name is left to the
 // system, which looks for it in its library folders.
-std::string WhyClientFileRefused(FileSystem& files, const std::string& path);
+QString WhyClientFileRefused(FileSystem& files, const std::string& path);
 
 // Writes the file, then puts the values in force. False: the reason, and nothing has changed.
 bool StoreSettings(FileSystem& files, const std::filesystem::path& file,

@@ -38,7 +38,7 @@ Splash::Splash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint),
   font.setBold(true);
   name->setFont(font);
   words->addWidget(name);
-  auto* version = new QLabel(tr("Version ") + QLatin1String(ProgramVersion()));
+  auto* version = new QLabel(tr("Version %1").arg(QLatin1String(ProgramVersion())));
   version->setForegroundRole(QPalette::PlaceholderText);
   words->addWidget(version);
   step_->setTextFormat(Qt::PlainText);

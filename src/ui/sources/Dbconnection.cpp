@@ -168,7 +168,7 @@ void TDbConnForm::NewDSNClick() {
 
 void TDbConnForm::EditDSNClick() {
   const std::optional<std::size_t> selected = Selected();
-  if (!selected) return ShowNotice(this, "You must choose a data source to edit", list_);
+  if (!selected) return ShowNotice(this, tr("You must choose a data source to edit"), list_);
   const DataSource& source = context_.workspace.Registry().At(*selected);
   const std::string busy = WhySourceBusy(context_.workspace, source.name);
   if (!busy.empty()) return ShowNotice(this, busy, list_);
@@ -180,7 +180,7 @@ void TDbConnForm::EditDSNClick() {
 
 void TDbConnForm::DelDSNClick() {
   const std::optional<std::size_t> selected = Selected();
-  if (!selected) return ShowNotice(this, "You must select an Database to delete", list_);
+  if (!selected) return ShowNotice(this, tr("You must select an Database to delete"), list_);
   const std::string name = context_.workspace.Registry().At(*selected).name;
   const std::string busy = WhySourceBusy(context_.workspace, name);
   if (!busy.empty()) return ShowNotice(this, busy, list_);
@@ -194,7 +194,7 @@ void TDbConnForm::DelDSNClick() {
 
 void TDbConnForm::TestDSNClick() {
   const std::optional<std::size_t> selected = Selected();
-  if (!selected) return ShowNotice(this, "You must choose a data source to test", list_);
+  if (!selected) return ShowNotice(this, tr("You must choose a data source to test"), list_);
   Waiting waiting(context_, this, tr("Test Data Source"));
   const Outcome tested = TestDataSource(context_.workspace, *selected, waiting);
   if (tested.cancelled) return;
@@ -218,8 +218,8 @@ void TDbConnForm::AddBtnClick() {
   list_->setFocus();
   if (!added) return ShowFailure(this, added.text);  // registered, but not in the files
   if (!added.text.empty()) {
-    ShowNotice(
-        this, login.name + " is registered, but its catalogue could not be read:\n\n" + added.text);
+    ShowNotice(this, tr("%1 is registered, but its catalogue could not be read:\n\n%2")
+                         .arg(ToQt(login.name), ToQt(added.text)));
   }
 }
 
@@ -304,15 +304,14 @@ void TDbConnForm::ShowAdvice() {
       break;
     case Panel::Adding:
       panel_box_->setTitle(tr("New data source"));
-      advice_->setText(
-          ToQt(AddAdvice(context_.workspace.Registry(), ToBytes(fields_->Name().text()))));
+      advice_->setText(AddAdvice(context_.workspace.Registry(), ToBytes(fields_->Name().text())));
       break;
     case Panel::Editing: {
       const DataSourceRegistry& registry = context_.workspace.Registry();
       const std::string& name = registry.At(edited_).name;
-      panel_box_->setTitle(tr("Change the log-on of ") +
-                           ElidedName(name).replace(u'&', QStringLiteral("&&")));
-      advice_->setText(ToQt(SaveAdvice(registry, name, EditedText(fields_->Name(), name))));
+      panel_box_->setTitle(
+          tr("Change the log-on of %1").arg(ElidedName(name).replace(u'&', QStringLiteral("&&"))));
+      advice_->setText(SaveAdvice(registry, name, EditedText(fields_->Name(), name)));
       break;
     }
   }

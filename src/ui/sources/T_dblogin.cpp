@@ -66,7 +66,7 @@ TDbLoginForm::~TDbLoginForm() {
 }
 
 QWidget* TDbLoginForm::MakeWhy(const std::string& why) {
-  auto* label = new QLabel(ToQt(WhyAsked(proposed_.name, why)));
+  auto* label = new QLabel(WhyAsked(proposed_.name, why));
   label->setObjectName(QStringLiteral("LblWhy"));
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);

@@ -31,30 +31,30 @@ QLineEdit* AddField(QFormLayout& layout, const char* object, const QString& labe
 QComboBox* AddMode(QFormLayout& layout) {
   auto* mode = new QComboBox;
   mode->setObjectName(QStringLiteral("CBMode"));
-  mode->setAccessibleName(QStringLiteral("Mode"));
+  mode->setAccessibleName(LoginFields::tr("Mode"));
   mode->addItems({QStringLiteral("NORMAL"), QStringLiteral("SYSDBA")});
   mode->setCurrentText(QStringLiteral("SYSDBA"));
   mode->setToolTip(
-      QStringLiteral("SYSDBA for the source of a job: reading its redo takes a SYSDBA log-on. "
-                     "NORMAL is enough for a destination."));
-  layout.addRow(QStringLiteral("&Mode"), mode);
+      LoginFields::tr("SYSDBA for the source of a job: reading its redo takes a SYSDBA log-on. "
+                      "NORMAL is enough for a destination."));
+  layout.addRow(LoginFields::tr("&Mode"), mode);
   return mode;
 }
 
 }  // namespace
 
 LoginFields::LoginFields(QFormLayout& layout, const char* name_object)
-    : name_(AddField(layout, name_object, QStringLiteral("Data&base Name"),
-                     QStringLiteral("TNS name, such as ORCL"),
-                     QStringLiteral("The TNS name under which the Oracle client finds the "
-                                    "database. With the sandbox: the name of a database in the "
-                                    "sandbox folder."))),
-      user_id_(AddField(layout, "EditUserId", QStringLiteral("&User ID"),
-                        QStringLiteral("Database user"),
-                        QStringLiteral("The database user to log on as"))),
-      password_(AddField(layout, "EditPassword", QStringLiteral("&Password"), {},
-                         QStringLiteral("The user's password. It is stored enciphered, in a file "
-                                        "that only you can read."))),
+    : name_(AddField(layout, name_object, LoginFields::tr("Data&base Name"),
+                     LoginFields::tr("TNS name, such as ORCL"),
+                     LoginFields::tr("The TNS name under which the Oracle client finds the "
+                                     "database. With the sandbox: the name of a database in the "
+                                     "sandbox folder."))),
+      user_id_(AddField(layout, "EditUserId", LoginFields::tr("&User ID"),
+                        LoginFields::tr("Database user"),
+                        LoginFields::tr("The database user to log on as"))),
+      password_(AddField(layout, "EditPassword", LoginFields::tr("&Password"), {},
+                         LoginFields::tr("The user's password. It is stored enciphered, in a file "
+                                         "that only you can read."))),
       mode_(AddMode(layout)) {
   password_->setEchoMode(QLineEdit::Password);
   password_->setInputMethodHints(Qt::ImhHiddenText | Qt::ImhSensitiveData |

@@ -2,6 +2,7 @@
 // The four fields of a log-on, as both data-source dialogs have them.
 #pragma once
 
+#include <QCoreApplication>
 #include <string_view>
 
 #include "ui/sources/login_advice.h"
@@ -16,6 +17,8 @@ namespace quillmere {
 
 // The widgets belong to the dialog that they are laid out in, which outlives this.
 class LoginFields {
+  Q_DECLARE_TR_FUNCTIONS(LoginFields)
+
  public:
   // name_object: the object name of the first field.
   LoginFields(QFormLayout& layout, const char* name_object);

@@ -26,9 +26,10 @@ std::vector<SourceEntry> RowsOf(const DataSourceRegistry& registry) {
 }
 
 SourceListModel::SourceListModel(QObject* parent)
-    : RowList({Text<&SourceEntry::name>("Data Source", 140, NameExtra),
-               Text<&SourceEntry::version>("Version", 80),
-               Text<&SourceEntry::user_id>("UserName", 90), Text<&SourceEntry::mode>("Mode", 64)},
+    : RowList({Text<&SourceEntry::name>(tr("Data Source"), 140, NameExtra),
+               Text<&SourceEntry::version>(tr("Version"), 80),
+               Text<&SourceEntry::user_id>(tr("UserName"), 90),
+               Text<&SourceEntry::mode>(tr("Mode"), 64)},
               parent) {
   sort(-1, Qt::AscendingOrder);
 }

@@ -2,6 +2,7 @@
 // The registered data sources as rows.
 #pragma once
 
+#include <QCoreApplication>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,8 @@ std::vector<SourceEntry> RowsOf(const DataSourceRegistry& registry);
 
 // The list of the dialogs: in the registry's order until a column's head is clicked.
 class SourceListModel final : public RowList<SourceEntry> {
+  Q_DECLARE_TR_FUNCTIONS(SourceListModel)
+
  public:
   explicit SourceListModel(QObject* parent = nullptr);
 

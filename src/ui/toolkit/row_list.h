@@ -27,16 +27,16 @@ class RowList : public Base {
 
   // Get: a pointer to a member of Row, or a function of it.
   template <auto Get>
-  static ListColumn Text(const char* caption, int width, Extra extra = nullptr) {
-    return {{QString::fromLatin1(caption), width, RowModel::Kind::Text},
+  static ListColumn Text(const QString& caption, int width, Extra extra = nullptr) {
+    return {{caption, width, RowModel::Kind::Text},
             [](const Row& row) -> std::string_view { return std::invoke(Get, row); },
             nullptr,
             extra};
   }
   template <auto Get>
-  static ListColumn Number(const char* caption, int width, Extra extra = nullptr,
+  static ListColumn Number(const QString& caption, int width, Extra extra = nullptr,
                            QString (*words)(std::int64_t) = nullptr) {
-    return {{QString::fromLatin1(caption), width, RowModel::Kind::Number, words},
+    return {{caption, width, RowModel::Kind::Number, words},
             nullptr,
             [](const Row& row) -> std::int64_t { return std::invoke(Get, row); },
             extra};

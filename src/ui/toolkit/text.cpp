@@ -1,10 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "ui/toolkit/text.h"
 
+#include <QCoreApplication>
 #include <QLineEdit>
 #include <QLocale>
+#include <algorithm>
+#include <limits>
+
+#include "ui/toolkit/core_words.h"
+#include "ui/toolkit/language.h"
 
 namespace quillmere {
+namespace {
+
+// Before the first text is asked for: "%Ln job(s)" is nothing to show, in English neither.
+void UseEnglish() {
+  UseLanguage(Language::English);
+}
+
+Q_COREAPP_STARTUP_FUNCTION(UseEnglish)
+
+}  // namespace
 
 QString ToQt(std::string_view bytes) {
   return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
@@ -33,9 +49,16 @@ std::string EditedText(const QLineEdit& field, std::string_view original) {
   return shown.text() == field.text() ? std::string(original) : ToBytes(field.text());
 }
 
-QString Counted(std::size_t count, const QString& noun) {
-  const QString number = QLocale(QLocale::English).toString(static_cast<qulonglong>(count));
-  return number + u' ' + noun + (count == 1 ? QString() : QStringLiteral("s"));
+QString Grouped(std::int64_t number) {
+  return QLocale().toString(static_cast<qlonglong>(number));
+}
+
+int Plural(std::size_t count) {
+  return static_cast<int>(std::min<std::size_t>(count, std::numeric_limits<int>::max()));
+}
+
+QString Translated(std::string_view text) {
+  return QCoreApplication::translate("CoreWords", std::string(text).c_str());
 }
 
 }  // namespace quillmere

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QString>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -22,7 +23,14 @@ QString OneLine(std::string_view bytes);
 // byte for byte, also where it is no UTF-8.
 std::string EditedText(const QLineEdit& field, std::string_view original);
 
-// "1 table", "2,500 tables": count and noun, with the plural's s.
-QString Counted(std::size_t count, const QString& noun);
+// With its thousands separated, as the language of the window does it.
+QString Grouped(std::int64_t number);
+
+// For the %n of tr(), which counts with an int: what is above counts as many.
+int Plural(std::size_t count);
+
+// A word or sentence of the core that the window shows at a place of its own (a state, a heading),
+// in the language of the window; as it is when it has none there.
+QString Translated(std::string_view text);
 
 }  // namespace quillmere

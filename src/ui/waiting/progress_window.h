@@ -3,6 +3,7 @@
 // User-interface thread.
 #pragma once
 
+#include <QCoreApplication>
 #include <QDialog>
 #include <QLabel>
 #include <QProgressBar>
@@ -14,6 +15,8 @@ class QPushButton;
 namespace quillmere {
 
 class ProgressWindow final : public QDialog {
+  Q_DECLARE_TR_FUNCTIONS(ProgressWindow)
+
  public:
   // cancel: called once, for the button, Escape or the closing of the window; none of them closes
   // it, for the work decides when it is over.
