@@ -74,7 +74,8 @@ def messages(folder):
     for file in windows:
         source = without_comments(file.read_text())
         for call in SAID.finditer(source):
-            yield from ((file, text) for text in literals(call_arguments(source, call.end() - 1)))
+            for text in literals(call_arguments(source, call.end() - 1)):
+                yield from ((file, part) for part in re.split(r"%[1-9]|%L?n", text))
 
 
 def wanted(folder):

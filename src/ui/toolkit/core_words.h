@@ -26,12 +26,14 @@ inline constexpr const char* kCoreWords[] = {
     // FollowName, WhatFollowingMeans
     QT_TRANSLATE_NOOP("CoreWords", "rows"),
     QT_TRANSLATE_NOOP("CoreWords", "commits"),
-    QT_TRANSLATE_NOOP("CoreWords",
-                      "Whole transactions in the order of their commits, none of them missed however "
-                      "long it stays open."),
-    QT_TRANSLATE_NOOP("CoreWords",
-                      "Change by change as they stand in the redo; changes of transactions that stay "
-                      "open over a pass can be missed without a word."),
+    QT_TRANSLATE_NOOP(
+        "CoreWords",
+        "Whole transactions in the order of their commits, none of them missed however "
+        "long it stays open."),
+    QT_TRANSLATE_NOOP(
+        "CoreWords",
+        "Change by change as they stand in the redo; changes of transactions that stay "
+        "open over a pass can be missed without a word."),
     // ConnectionText
     QT_TRANSLATE_NOOP("CoreWords", "Connected"),
     QT_TRANSLATE_NOOP("CoreWords", "DisConnected"),
