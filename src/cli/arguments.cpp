@@ -149,8 +149,11 @@ void AddJobCommands(CLI::App& app, Parsed& parsed) {
   show.add_flag("--json", arguments.json, "as JSON");
   show.add_flag("--live", arguments.live, "ask the source what the job stands on");
   add("refresh", "Read the tables of the source anew", job::Refresh);
-  add("problem", "Show what keeps a job from going on, and what usually helps", job::Problem)
-      .add_flag("--json", arguments.json, "as JSON");
+  CLI::App& problem =
+      add("problem", "Show what keeps a job from going on, and what usually helps", job::Problem);
+  problem.add_flag("--json", arguments.json, "as JSON");
+  problem.add_flag("--row", arguments.row,
+                   "ask the destination for the row of a refused statement");
   CLI::App& preview =
       add("preview", "Show what the next pass would execute and block; nothing is written",
           job::ShowPreview);

@@ -26,7 +26,8 @@ HealthStatus Worse(HealthStatus a, HealthStatus b) {
 
 }  // namespace
 
-HealthStatus StatusOf(const WatchedJob& job, bool named, std::optional<int> max_behind) {
+HealthStatus StatusOf(const WatchedJob& job, bool named, std::optional<int> max_behind,
+                      int loss_hours) {
   HealthStatus status = HealthStatus::Well;
   switch (job.health) {
     case Health::UpToDate:
@@ -42,6 +43,9 @@ HealthStatus StatusOf(const WatchedJob& job, bool named, std::optional<int> max_
       if (!named) return status;
       status = HealthStatus::Warning;
       break;
+  }
+  if (job.time_to_loss && *job.time_to_loss < std::chrono::hours{loss_hours}) {
+    status = HealthStatus::Warning;
   }
   if (!max_behind) return status;
   if (!job.behind) return Worse(status, HealthStatus::Unknown);
@@ -64,7 +68,8 @@ int ShowHealth(const CommandLine& line, const HealthArguments& arguments) {
     const std::string name = quillmere::NameOf(jobs.At(index));
     if (jobs.State(index) == JobState::Empty || (named && name != arguments.job)) continue;
     const WatchedJob job = workspace->Watch().Look(index);
-    const HealthStatus one = StatusOf(job, named, arguments.max_behind);
+    const HealthStatus one =
+        StatusOf(job, named, arguments.max_behind, workspace->ProgramSettings().loss_warning_hours);
     status = Worse(status, one);
     std::vector<std::string> row = {name};
     for (std::string& cell : HealthCells(job)) row.push_back(std::move(cell));

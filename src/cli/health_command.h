@@ -20,7 +20,9 @@ enum class HealthStatus { Well = 0, Warning = 1, Trouble = 2, Unknown = 3 };
 
 // What a job's health means to them. A stopped job is one that somebody wanted stopped, unless it
 // is asked for by name.
-HealthStatus StatusOf(const WatchedJob& job, bool named, std::optional<int> max_behind);
+// loss_hours: see Settings.
+HealthStatus StatusOf(const WatchedJob& job, bool named, std::optional<int> max_behind,
+                      int loss_hours);
 
 // Changes nothing, and works beside a program that runs the jobs.
 int ShowHealth(const CommandLine& line, const HealthArguments& arguments);

@@ -19,6 +19,7 @@ struct Arguments {
   bool all = false;                 // its tables, whatever they are called
   bool json = false;
   int limit = 20;     // statements of a preview
+  bool row = false;   // of the destination, beside the problem
   bool live = false;  // the source is asked, too
   bool no_position_table = false;
   bool no_container = false;

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "cli/json_text.h"
+#include "cli/row_output.h"
 #include "cli/text_table.h"
 #include "cli/watch_output.h"
 #include "engine/job_runner.h"
@@ -52,6 +53,21 @@ std::string WaysOut(const std::string& name, const WatchedJob& job) {
   return text + ".\n";
 }
 
+RowBeside RowOf(Workspace& workspace, std::size_t index, const WatchedJob& job) {
+  const SyncJob& record = workspace.Jobs().At(index);
+  const LogOn log_on = [&] {
+    const MutexLock lock(record.config_mutex);
+    return record.config.destination;
+  }();
+  OracleSession destination(workspace.Oci());
+  if (!destination.Connect(log_on)) {
+    RowBeside row;
+    row.why_not = "The destination did not give the row: " + destination.LastError();
+    return row;
+  }
+  return LookAtRow(destination, *job.problem);
+}
+
 }  // namespace
 
 int Problem(const CommandLine& line, const Arguments& arguments) {
@@ -63,13 +79,15 @@ int Problem(const CommandLine& line, const Arguments& arguments) {
   if (arguments.json) {
     nlohmann::ordered_json object = {{"name", arguments.name}, {"held", job.held}};
     AddHealth(object, job);
+    if (arguments.row && job.problem) object["row"] = RowObject(RowOf(*workspace, index, job));
     return Print(JsonText(object));
   }
   if (!job.problem) {
     return Print("Job " + arguments.name +
                  (job.held.empty() ? " has no problem" : " is held: " + job.held) + "\n");
   }
-  return Print(TextTable(ProblemLines(arguments.name, job)) + WaysOut(arguments.name, job));
+  const std::string row = arguments.row ? "\n" + RowText(RowOf(*workspace, index, job)) : "";
+  return Print(TextTable(ProblemLines(arguments.name, job)) + row + WaysOut(arguments.name, job));
 }
 
 int Retry(const CommandLine& line, const Arguments& arguments) {

@@ -44,6 +44,10 @@ void AddHealth(Json& object, const WatchedJob& job) {
   object["behind"] = Number(job.behind);
   object["next_pass"] = Number(job.next_pass);
   object["waiting"] = job.waiting;
+  object["time_to_loss"] = Number(job.time_to_loss);
+  object["redo"] =
+      job.room ? Json{{"needed_scn", job.room->needed_scn}, {"oldest_scn", job.room->oldest_scn}}
+               : Json(nullptr);
   object["problem"] = job.problem ? ProblemObject(*job.problem) : Json(nullptr);
 }
 

@@ -9,6 +9,7 @@
 #include "jobs/batch_lines.h"
 #include "jobs/run_state_files.h"
 #include "jobs/source_file.h"
+#include "oracle/source_facts.h"
 
 namespace quillmere {
 namespace {
@@ -197,8 +198,22 @@ FollowResult FollowCommits::Capture(OracleSession& source, std::string& error) {
       std::chrono::seconds{context_.settings.commit_age_seconds.load()});
   if (!reading && upto > positions.cutoff_scn) return Wait();
   memory_.waiting_since.reset();
+  ReadReach(source);
   if (!reading) return FollowResult::Done;  // nothing has happened there
   return Mine(miner, look.threads, *reading, error) ? FollowResult::Done : FollowResult::Failed;
+}
+
+// One query a pass: of the archived logs, as long as there are any.
+void FollowCommits::ReadReach(OracleSession& source) {
+  SourceFacts facts(source);
+  RedoReach reach;
+  const bool archived = !memory_.nothing_archived;
+  // What can not be told is no reason to stop.
+  if (!(archived ? facts.ReadArchivedReach(reach) : facts.ReadOnlineReach(reach))) return;
+  memory_.nothing_archived = !archived || reach.logs == 0;
+  // A database that has not gone on to a second log yet has all its redo.
+  if (reach.logs <= (archived ? 0 : 1)) return;
+  memory_.redo_reach = {reach.from_scn, std::chrono::minutes{reach.minutes}};
 }
 
 FollowResult FollowCommits::Wait() {

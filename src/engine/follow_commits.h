@@ -39,6 +39,7 @@ class FollowCommits final : public FollowWay {
                    std::string& error);
   FollowResult CheckSource(CommitMiner& miner, std::string& error);
   FollowResult Wait();
+  void ReadReach(OracleSession& source);
   void WarnOfOldest(CommitMiner& miner, std::int64_t oldest_open);
   bool Mine(CommitMiner& miner, const std::vector<RedoThread>& threads, const Reading& reading,
             std::string& error);

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <map>
 
+#include "engine/redo_room.h"
+#include "oracle/commit_miner.h"
 #include "oracle/position_row.h"
 #include "oracle/source_facts.h"
 
@@ -118,6 +120,24 @@ class Look {
     }
   }
 
+  // As it stands now; of a job that is to be started there is nothing to lose.
+  void TimeToLoss(const RedoReach& online, const RedoReach& archived) {
+    std::int64_t needed = job_.run.positions.mining_start_scn;
+    std::int64_t now = 0;
+    const bool by_commits = FollowOf(job_) == Follow::Commits;
+    if (needed == 0) return;
+    if (!(by_commits ? CommitMiner(source_).ReadScn(now) : source_.ReadCurrentScn(now))) {
+      return Say("Time to loss", NotKnown(source_));
+    }
+    const RedoReach& reach = by_commits && archived.logs > 0 ? archived : online;
+    if (&reach == &online && online.logs <= 1) return;
+    const auto room = RoomOf(needed, reach.from_scn, std::chrono::minutes{reach.minutes}, now);
+    if (!room) return;
+    Say("Time to loss", "about " + Duration(room->left.count() / 60) +
+                            " unless the job goes on: it needs the redo from SCN " +
+                            std::to_string(needed) + " on");
+  }
+
   void Redo() {
     RedoReach reach;
     if (!facts_.ReadOnlineReach(reach)) return Say("Redo", NotKnown(source_));
@@ -125,7 +145,9 @@ class Look {
         "from SCN " + std::to_string(reach.from_scn) + " on, " + Duration(reach.minutes) + " back";
     Say("Redo", reach.logs > 1 ? "online " + from + "; what is written now stays for about as long"
                                : "online " + from + ", in the first log that was used");
+    const RedoReach online = reach;
     if (!facts_.ReadArchivedReach(reach)) return Say("Archived redo", NotKnown(source_));
+    TimeToLoss(online, reach);
     Say("Archived redo", reach.logs == 0 ? "none"
                                          : "from SCN " + std::to_string(reach.from_scn) + " on, " +
                                                Duration(reach.minutes) + " back");

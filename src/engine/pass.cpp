@@ -30,6 +30,7 @@ void Pass::Run() {
   const std::int32_t applied = job_.run.applied_count;
   const std::int32_t blocked = job_.run.blocked_count;
   memory_.source_scn = 0;
+  memory_.redo_reach.reset();
   const Outcome outcome = Work();
   report_.applied = std::int64_t{job_.run.applied_count} - applied;
   report_.blocked = std::int64_t{job_.run.blocked_count} - blocked;

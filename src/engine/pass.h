@@ -39,6 +39,7 @@ class Pass {
 
   Outcome Work();
   void Report(Outcome outcome);
+  void MeasureRoom();
   // Somebody wants the job or the program to stop here.
   bool IsRequested() const;
   FollowResult Capture();

@@ -40,6 +40,26 @@ void Pass::NoteRefused(const ParsedStatement& parsed) {
                      to_execute_};
 }
 
+// What the redo must still be there for when this pass has ended, told of once as long as it lasts.
+void Pass::MeasureRoom() {
+  if (!memory_.redo_reach || memory_.source_scn == 0) return;
+  const std::int64_t needed = job_.run.positions.mining_start_scn;
+  report_.room =
+      RoomOf(needed, memory_.redo_reach->from_scn, memory_.redo_reach->age, memory_.source_scn);
+  if (!report_.room) return;
+  const auto hours = std::chrono::duration_cast<std::chrono::hours>(report_.room->left);
+  const bool near = hours.count() < context_.settings.loss_warning_hours;
+  if (near && !memory_.told_of_loss) {
+    context_.listener.OnError(
+        index_, "The redo that " + view_.name + " needs next, from SCN " + std::to_string(needed) +
+                    " on, is gone from " + view_.source.name + " in " +
+                    (hours.count() == 0 ? "less than an hour"
+                                        : "about " + std::to_string(hours.count()) + " h") +
+                    " unless the job goes on: keep the logs for longer");
+  }
+  memory_.told_of_loss = near;
+}
+
 void Pass::Report(Outcome outcome) {
   report_.outcome = outcome;
   report_.end = context_.clock.Now();
@@ -48,6 +68,7 @@ void Pass::Report(Outcome outcome) {
   report_.reached_scn = ReachedBy(job_, follow, progress_.batch_remaining);
   if (report_.source_scn == 0) report_.source_scn = memory_.source_scn;
   if (outcome != Outcome::Failed) report_.problem = {};
+  MeasureRoom();
   context_.listener.OnPassEnd(index_, report_);
 }
 

@@ -5,8 +5,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 
+#include "engine/redo_room.h"
 #include "foundation/clock.h"
 
 namespace quillmere {
@@ -41,6 +43,8 @@ struct PassReport {
   // this pass asked; 0 when it did not ask.
   std::int64_t reached_scn = 0;
   std::int64_t source_scn = 0;
+  // By commits, when this pass has asked and the source could tell.
+  std::optional<RedoRoom> room;
   PassProblem problem;
 };
 

@@ -32,6 +32,7 @@ bool LoadSettings(FileSystem& files, const std::filesystem::path& file, Settings
   settings.commit_age_seconds = kDefaultCommitAge;
   settings.most_statements = kDefaultMostStatements;
   settings.oldest_transaction_hours = kDefaultOldestHours;
+  settings.loss_warning_hours = kDefaultLossHours;
   settings.new_jobs_follow_commits = false;
   settings.client_library.clear();
 
@@ -55,6 +56,7 @@ bool LoadSettings(FileSystem& files, const std::filesystem::path& file, Settings
   number("commit_age", 0, kMostCommitAge, settings.commit_age_seconds);
   number("most_statements", kLeastStatements, kMostStatements, settings.most_statements);
   number("oldest_transaction_hours", 1, kMostHours, settings.oldest_transaction_hours);
+  number("loss_warning_hours", 0, kMostHours, settings.loss_warning_hours);
   settings.new_jobs_follow_commits = node->ChildValue("new_jobs_follow") == kCommits;
   settings.client_library = node->ChildValue("client_library");
   return true;
@@ -74,6 +76,7 @@ bool SaveSettings(FileSystem& files, const std::filesystem::path& file, const Se
   node.AddNumber("commit_age", settings.commit_age_seconds);
   node.AddNumber("most_statements", settings.most_statements);
   node.AddNumber("oldest_transaction_hours", settings.oldest_transaction_hours);
+  node.AddNumber("loss_warning_hours", settings.loss_warning_hours);
   node.AddChild("new_jobs_follow", settings.new_jobs_follow_commits ? kCommits : "rows");
   node.AddChild("client_library", settings.client_library);
   return MakeFolders(files, file.parent_path(), error) &&

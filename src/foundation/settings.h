@@ -14,6 +14,7 @@ namespace quillmere {
 inline constexpr int kDefaultMessageLimit = 500;
 inline constexpr int kDefaultCommitAge = 5;  // seconds
 inline constexpr int kDefaultOldestHours = 12;
+inline constexpr int kDefaultLossHours = 2;
 inline constexpr int kDefaultMostStatements = 1'000'000;
 
 struct Settings {
@@ -26,6 +27,8 @@ struct Settings {
   std::atomic<int> commit_age_seconds{kDefaultCommitAge};
   std::atomic<int> most_statements{kDefaultMostStatements};
   std::atomic<int> oldest_transaction_hours{kDefaultOldestHours};  // warned of when open for longer
+  // Warned of when the redo that a job needs stays for less than that.
+  std::atomic<int> loss_warning_hours{kDefaultLossHours};
   std::atomic<bool> new_jobs_follow_commits{false};
   std::string client_library;  // "", "oracle", "sandbox" or a path
 };

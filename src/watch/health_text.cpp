@@ -37,12 +37,12 @@ std::string TableText(const PassProblem& what) {
 }
 
 std::vector<std::string> HealthHeads() {
-  return {"Health", "Last Good Pass", "Behind", "Next Pass"};
+  return {"Health", "Last Good Pass", "Behind", "Next Pass", "Time To Loss"};
 }
 
 std::vector<std::string> HealthCells(const WatchedJob& job) {
   return {std::string(HealthName(job.health)), Text(job.since_good, " ago"), Text(job.behind, ""),
-          job.next_pass ? "in " + AgeText(*job.next_pass) : ""};
+          job.next_pass ? "in " + AgeText(*job.next_pass) : "", Text(job.time_to_loss, "")};
 }
 
 TextLines HealthLines(const WatchedJob& job) {

@@ -12,11 +12,13 @@ namespace quillmere {
 namespace {
 
 constexpr std::string_view kHead =
-    "time,captured,applied,blocked,seconds,behind,error,source_scn,reached_scn\n";
+    "time,captured,applied,blocked,seconds,behind,error,source_scn,reached_scn,needed_scn,"
+    "oldest_scn,left\n";
 constexpr std::size_t kLongestError = 400;
 constexpr std::int64_t kDay = 86'400'000;
 constexpr std::uint64_t kMostBytes = std::uint64_t{64} << 20;
-constexpr std::size_t kFields = 9;
+constexpr std::size_t kFields = 12;
+constexpr std::size_t kLeastFields = 9;  // without the room of the redo
 
 // "20260131 23:59:07" as tables read it: "2026-01-31 23:59:07".
 std::string TimeText(LocalTime time) {
@@ -75,7 +77,7 @@ bool Split(std::string_view text, std::array<std::string, kFields>& fields) {
       fields[field] += text[i];
     }
   }
-  return !quoted && field + 1 == kFields;
+  return !quoted && (field + 1 == kFields || field + 1 == kLeastFields);
 }
 
 // Behind the first line whose pass lies in the days that are kept.
@@ -91,6 +93,24 @@ std::size_t BeginOfKept(std::string_view text, LocalTime now) {
   return text.size();
 }
 
+std::string RoomText(const std::optional<RedoRoom>& room) {
+  if (!room) return {};
+  return "," + std::to_string(room->needed_scn) + "," + std::to_string(room->oldest_scn) + "," +
+         std::to_string(room->left.count());
+}
+
+bool ReadRoom(const std::string* fields, std::optional<RedoRoom>& room) {
+  if (fields[0].empty()) return true;
+  std::int64_t left = 0;
+  room.emplace();
+  if (!ParseNumber(fields[0], room->needed_scn) || !ParseNumber(fields[1], room->oldest_scn) ||
+      !ParseNumber(fields[2], left) || left < 0) {
+    return false;
+  }
+  room->left = std::chrono::seconds{left};
+  return true;
+}
+
 }  // namespace
 
 std::string HistoryText(const HistoryLine& line) {
@@ -101,7 +121,7 @@ std::string HistoryText(const HistoryLine& line) {
          std::to_string(line.took_ms / 1000) + "." + seconds + "," +
          (line.behind_s ? std::to_string(*line.behind_s) : "") + "," +
          (line.error.empty() ? "" : Quoted(line.error)) + "," + std::to_string(line.source_scn) +
-         "," + std::to_string(line.reached_scn) + "\n";
+         "," + std::to_string(line.reached_scn) + RoomText(line.room) + "\n";
 }
 
 std::optional<HistoryLine> ReadHistoryLine(std::string_view text) {
@@ -117,6 +137,7 @@ std::optional<HistoryLine> ReadHistoryLine(std::string_view text) {
                ParseNumber(std::string_view(fields[4]).substr(0, point), seconds) &&
                ParseNumber(std::string_view(fields[4]).substr(point + 1), thousandths) &&
                ParseNumber(fields[7], line.source_scn) && ParseNumber(fields[8], line.reached_scn);
+  if (whole) whole = ReadRoom(&fields[kLeastFields], line.room);
   if (whole && !fields[5].empty()) whole = ParseNumber(fields[5], line.behind_s.emplace());
   // What no pass can take is damage, and would not fit below.
   if (!whole || seconds < 0 || seconds > 1'000'000'000) return std::nullopt;

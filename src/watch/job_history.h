@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "engine/redo_room.h"
 #include "foundation/clock.h"
 #include "foundation/files.h"
 
@@ -25,6 +26,7 @@ struct HistoryLine {
   std::string error;                     // empty: the pass was good
   std::int64_t source_scn = 0;           // where the source stood; 0: not asked
   std::int64_t reached_scn = 0;          // where the destination stands
+  std::optional<RedoRoom> room;          // nothing: not known
 };
 
 // What an interrupted pass has for an error.

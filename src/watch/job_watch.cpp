@@ -65,6 +65,10 @@ std::string JobWatch::Load(std::size_t index) {
     if (line.source_scn != 0) facts.clock.Add(line.source_scn, at);
     facts.clock.Reach(facts.reached_scn = line.reached_scn);
     facts.asked = line.source_scn != 0;
+    if (line.room) {
+      facts.room = line.room;
+      facts.room_at = at;
+    }
     if (line.error.empty()) facts.good = at;
     facts.next_due = AddMinutes(line.time, [&] {
       const MutexLock lock(job.config_mutex);
@@ -108,6 +112,11 @@ WatchedJob JobWatch::Look(std::size_t index) const {
     const Facts& facts = found->second;
     if (facts.good) job.since_good = duration_cast<seconds>(steady - *facts.good);
     job.behind = BehindOf(facts, steady);
+    job.room = facts.room;
+    if (facts.room && job.state != JobState::Stopped) {
+      const seconds since = duration_cast<seconds>(steady - facts.room_at);
+      job.time_to_loss = std::max(facts.room->left - std::max(since, seconds{0}), seconds{0});
+    }
     if (job.state != JobState::Stopped) job.problem = facts.problem;
     if (job.state == JobState::Started) {
       const std::int64_t left = facts.next_due.ms - clock_.Now().ms;
@@ -186,7 +195,8 @@ std::vector<WatchMessage> JobWatch::TakePass(std::size_t index, const PassReport
                    std::nullopt,
                    std::string(FirstLine(report.problem.error)),
                    report.source_scn,
-                   report.reached_scn};
+                   report.reached_scn,
+                   report.room};
   std::optional<JobProblem> problem;
   bool had_problem = false;
   Facts* facts = nullptr;
@@ -199,6 +209,10 @@ std::vector<WatchMessage> JobWatch::TakePass(std::size_t index, const PassReport
     if (Unknown(report)) return told;
     facts->asked = report.source_scn != 0;
     facts->next_due = due;
+    if (report.room) {
+      facts->room = report.room;
+      facts->room_at = clock_.Steady();
+    }
     facts->took += report.took;
     if (report.outcome == PassReport::Outcome::WorkedOff) {
       NoteGood(*facts, name, told);

@@ -27,7 +27,11 @@ struct WatchedJob {
   std::optional<std::chrono::seconds> since_good;  // the end of the last good pass
   std::optional<std::chrono::seconds> behind;      // 0: the destination has all that was seen
   std::optional<std::chrono::seconds> next_pass;   // of a started job
-  std::uint32_t waiting = 0;                       // changes of the batch
+  // Until the redo that it needs next is gone from the source, unless it goes on; nothing when the
+  // source did not say. room: as the last pass that asked found it.
+  std::optional<std::chrono::seconds> time_to_loss;
+  std::optional<RedoRoom> room;
+  std::uint32_t waiting = 0;  // changes of the batch
   std::optional<JobProblem> problem;
 };
 
@@ -64,6 +68,8 @@ class JobWatch {
     ScnClock clock;
     std::int64_t reached_scn = 0;
     bool asked = false;  // the last pass knew where the source stood
+    std::optional<RedoRoom> room;
+    SteadyTime room_at{0};
     LocalTime next_due;
     std::int64_t passes[3] = {};  // of this program: good, failed, interrupted
     SteadyTime took{0};

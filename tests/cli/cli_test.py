@@ -380,6 +380,10 @@ class Replication(Site):
         failed = next(event for event in events if event.get("outcome") == "failed")
         self.assertEqual(failed["applied"], 1)
         self.cli("job", "problem", "J", text="a row with this key already")
+        row = json.loads(self.cli("job", "problem", "J", "--row", "--json"))["row"]
+        self.assertEqual((row["rows"], row["key"]), (1, ["ID"]))
+        name = next(column for column in row["columns"] if column["name"] == "NAME")
+        self.assertEqual(name["there"], "b")
         cures = self.path / "cures.sql"
         self.cli("doctor", "J", "--cures", cures, status=1, text="every query of the program")
         self.cli("doctor", "K", status=3)

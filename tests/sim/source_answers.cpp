@@ -68,6 +68,8 @@ bool Answer(SourceModel& source, std::string_view sql, Rows& rows) {
     Put(rows, source.CurrentScn());
   } else if (sql == follow::kOldestOpen) {
     Put(rows, source.OldestOpen());
+  } else if (sql == follow::kOnlineReach || sql == follow::kArchivedReach) {
+    Put(rows, 0, 0, 0);
   } else if (sql == follow::kIdentity) {
     Put(rows, 1'234'567'890, source.ResetlogsScn());
   } else if (sql == follow::kContainer) {

@@ -6,6 +6,7 @@
 #include "support/hand_clock.h"
 #include "watch/advice.h"
 #include "watch/refused_row.h"
+#include "watch/statement_values.h"
 
 namespace quillmere {
 namespace {
@@ -43,6 +44,21 @@ TEST(Health, OfPlainFacts) {
   });
 }
 
+TEST(TimeToLoss, OfPlainFacts) {
+  using std::chrono::minutes;
+  const auto left = [](auto... facts) {
+    const auto room = RoomOf(facts...);
+    return room ? AgeText(room->left) : "?";
+  };
+  EXPECT_EQ(left(150, 100, minutes(120), 200), "1 h") << "half of what is kept";
+  EXPECT_EQ(left(200, 100, minutes(120), 200), "2 h") << "it needs nothing yet";
+  EXPECT_EQ(left(100, 100, minutes(120), 200), "0 s") << "the last log that has it";
+  EXPECT_EQ(left(99, 100, minutes(120), 200), "0 s") << "gone";
+  EXPECT_EQ(left(100, 0, minutes(120), 200), "?") << "there is no log";
+  EXPECT_EQ(left(100, 200, minutes(120), 200), "?") << "a log that has just begun";
+  EXPECT_EQ(left(INT64_MAX / 2, 1, minutes(525'600), INT64_MAX), "182 d 12 h");
+}
+
 TEST(History, LinesThatAreWholeReadBackTheSame) {
   ExpectCases(std::string(TABLES) + "/history.txt", [](const std::string& given) {
     const auto line = ReadHistoryLine(given);
@@ -53,6 +69,25 @@ TEST(History, LinesThatAreWholeReadBackTheSame) {
 TEST(RefusedRow, IsReadFromItsStatement) {
   ExpectCases(std::string(TABLES) + "/row.txt", [](const std::string& given) {
     return std::string(OperationOf(given)) + ": " + RowOf(given);
+  });
+}
+
+// A value that is not as it stands comes behind "=".
+TEST(StatementValues, WhatAStatementGivesAndExpects) {
+  ExpectCases(std::string(TABLES) + "/values.txt", [](const std::string& given) {
+    const auto values = ReadStatementValues(given);
+    if (!values) return std::string("not read");
+    std::string text = values->owner + "|" + values->table + "\n";
+    for (const auto* list : {&values->before, &values->given}) {
+      for (const ColumnValue& value : *list) {
+        const auto plain = PlainValue(value.expression);
+        text += (list == &values->given ? "given " : "before ") + value.column + ": " +
+                value.expression;
+        if (plain != value.expression) text += " = " + plain.value_or("nothing");
+        text += "\n";
+      }
+    }
+    return text;
   });
 }
 
@@ -74,6 +109,7 @@ struct WatchTest : AccountTest {
     report.took = SteadyTime{1234};
     report.source_scn = source_scn;
     report.reached_scn = reached_scn;
+    if (source_scn == 200) report.room = RedoRoom{reached_scn, 50, seconds{7200}};
     report.problem = {PassProblem::Where::Source, error, "", "", 0, 0, ""};
     if (number != 0) {
       report.problem = {PassProblem::Where::Statement, error, "SHOP", "ITEM", number, 9, statement};
@@ -89,7 +125,7 @@ struct WatchTest : AccountTest {
     account << "= " << what << "\n"
             << HealthName(job.health) << ", good " << Text(job.since_good) << " ago, behind "
             << Text(job.behind) << ", next in " << Text(job.next_pass) << ", waiting "
-            << job.waiting << "\n";
+            << job.waiting << ", loss in " << Text(job.time_to_loss) << "\n";
     if (job.problem) {
       const JobProblem& problem = *job.problem;
       account << problem.tries << " tries, " << FormatTimeStamp(problem.first) << " to "
