@@ -21,22 +21,14 @@ Json Value(const std::optional<std::string>& value) {
 }  // namespace
 
 std::string RowText(const RowBeside& row) {
-  if (!row.why_not.empty()) return row.why_not + "\n";
-  std::string key;
-  for (const std::string& column : row.key) key += (key.empty() ? "" : ", ") + column;
-  std::string text = "The destination has " +
-                     (row.rows == 0 ? std::string("no row") : std::to_string(row.rows)) +
-                     (row.rows > 1    ? " rows"
-                      : row.rows == 1 ? " row"
-                                      : "") +
-                     " with the change's values of " + key + "\n";
+  if (!row.why_not.empty()) return RowSummary(row) + "\n";
   std::vector<std::vector<std::string>> rows = {{"Column", "There", "Expected", "Given", ""}};
   for (const RowBeside::Column& column : row.columns) {
     rows.push_back({column.name, Cell(column.there, row.rows > 0),
                     Cell(column.before, column.expected), Cell(column.after, column.given),
                     column.differs ? "differs" : ""});
   }
-  return text + TextTable(rows);
+  return RowSummary(row) + "\n" + TextTable(rows);
 }
 
 Json RowObject(const RowBeside& row) {

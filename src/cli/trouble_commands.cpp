@@ -54,18 +54,8 @@ std::string WaysOut(const std::string& name, const WatchedJob& job) {
 }
 
 RowBeside RowOf(Workspace& workspace, std::size_t index, const WatchedJob& job) {
-  const SyncJob& record = workspace.Jobs().At(index);
-  const LogOn log_on = [&] {
-    const MutexLock lock(record.config_mutex);
-    return record.config.destination;
-  }();
-  OracleSession destination(workspace.Oci());
-  if (!destination.Connect(log_on)) {
-    RowBeside row;
-    row.why_not = "The destination did not give the row: " + destination.LastError();
-    return row;
-  }
-  return LookAtRow(destination, *job.problem);
+  InPlace here;
+  return ReadRowBeside(workspace, index, *job.problem, here).value_or(RowBeside{});
 }
 
 }  // namespace

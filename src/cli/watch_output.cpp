@@ -46,8 +46,9 @@ void AddHealth(Json& object, const WatchedJob& job) {
   object["waiting"] = job.waiting;
   object["time_to_loss"] = Number(job.time_to_loss);
   object["redo"] =
-      job.room ? Json{{"needed_scn", job.room->needed_scn}, {"oldest_scn", job.room->oldest_scn}}
-               : Json(nullptr);
+      job.room && job.room->oldest_scn != 0
+          ? Json{{"needed_scn", job.room->needed_scn}, {"oldest_scn", job.room->oldest_scn}}
+          : Json(nullptr);
   object["problem"] = job.problem ? ProblemObject(*job.problem) : Json(nullptr);
 }
 

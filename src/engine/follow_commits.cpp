@@ -203,13 +203,21 @@ FollowResult FollowCommits::Capture(OracleSession& source, std::string& error) {
   return Mine(miner, look.threads, *reading, error) ? FollowResult::Done : FollowResult::Failed;
 }
 
-// One query a pass: of the archived logs, as long as there are any.
+// One query a pass: of the archived logs, as long as there are any. What can not be told is no
+// reason to stop.
 void FollowCommits::ReadReach(OracleSession& source) {
   SourceFacts facts(source);
   RedoReach reach;
   const bool archived = !memory_.nothing_archived;
-  // What can not be told is no reason to stop.
-  if (!(archived ? facts.ReadArchivedReach(reach) : facts.ReadOnlineReach(reach))) return;
+  memory_.redo_reach.emplace();
+  if (!(archived ? facts.ReadArchivedReach(reach) : facts.ReadOnlineReach(reach))) {
+    if (source.Stopped() || memory_.reach_refused == source.LastError()) return;
+    memory_.reach_refused = source.LastError();
+    return context_.listener.OnError(index_, "How long the redo on " + SourceName() +
+                                                 " stays for " + name_ +
+                                                 " is not known: " + memory_.reach_refused);
+  }
+  memory_.reach_refused.clear();
   memory_.nothing_archived = !archived || reach.logs == 0;
   // A database that has not gone on to a second log yet has all its redo.
   if (reach.logs <= (archived ? 0 : 1)) return;

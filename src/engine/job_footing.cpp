@@ -131,9 +131,9 @@ class Look {
     }
     const RedoReach& reach = by_commits && archived.logs > 0 ? archived : online;
     if (&reach == &online && online.logs <= 1) return;
-    const auto room = RoomOf(needed, reach.from_scn, std::chrono::minutes{reach.minutes}, now);
-    if (!room) return;
-    Say("Time to loss", "about " + Duration(room->left.count() / 60) +
+    const auto left = RoomOf(needed, reach.from_scn, std::chrono::minutes{reach.minutes}, now).left;
+    if (!left) return;
+    Say("Time to loss", "about " + Duration(left->count() / 60) +
                             " unless the job goes on: it needs the redo from SCN " +
                             std::to_string(needed) + " on");
   }

@@ -46,8 +46,8 @@ void Pass::MeasureRoom() {
   const std::int64_t needed = job_.run.positions.mining_start_scn;
   report_.room =
       RoomOf(needed, memory_.redo_reach->from_scn, memory_.redo_reach->age, memory_.source_scn);
-  if (!report_.room) return;
-  const auto hours = std::chrono::duration_cast<std::chrono::hours>(report_.room->left);
+  if (!report_.room->left) return;
+  const auto hours = std::chrono::duration_cast<std::chrono::hours>(*report_.room->left);
   const bool near = hours.count() < context_.settings.loss_warning_hours;
   if (near && !memory_.told_of_loss) {
     context_.listener.OnError(

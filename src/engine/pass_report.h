@@ -43,7 +43,7 @@ struct PassReport {
   // this pass asked; 0 when it did not ask.
   std::int64_t reached_scn = 0;
   std::int64_t source_scn = 0;
-  // By commits, when this pass has asked and the source could tell.
+  // By commits, when this pass has asked.
   std::optional<RedoRoom> room;
   PassProblem problem;
 };

@@ -6,10 +6,9 @@
 namespace quillmere {
 
 bool ReadRows(OracleSession& session, std::string_view sql, std::size_t columns, TextRows& rows) {
-  constexpr oci::sb4 kBytes = 512;
   rows.clear();
   TextQuery query(session, kListLabels);
-  if (!query.Open(sql, std::vector<oci::sb4>(columns, kBytes))) return false;
+  if (!query.Open(sql, std::vector<oci::sb4>(columns, oci::sb4{kLongestText}))) return false;
   TextQuery::Row row{};
   while ((row = query.Fetch()) == TextQuery::Row::Fetched) {
     std::vector<std::string>& texts = rows.emplace_back();

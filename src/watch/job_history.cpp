@@ -96,17 +96,18 @@ std::size_t BeginOfKept(std::string_view text, LocalTime now) {
 std::string RoomText(const std::optional<RedoRoom>& room) {
   if (!room) return {};
   return "," + std::to_string(room->needed_scn) + "," + std::to_string(room->oldest_scn) + "," +
-         std::to_string(room->left.count());
+         (room->left ? std::to_string(room->left->count()) : "");
 }
 
 bool ReadRoom(const std::string* fields, std::optional<RedoRoom>& room) {
   if (fields[0].empty()) return true;
   std::int64_t left = 0;
   room.emplace();
-  if (!ParseNumber(fields[0], room->needed_scn) || !ParseNumber(fields[1], room->oldest_scn) ||
-      !ParseNumber(fields[2], left) || left < 0) {
+  if (!ParseNumber(fields[0], room->needed_scn) || !ParseNumber(fields[1], room->oldest_scn)) {
     return false;
   }
+  if (fields[2].empty()) return true;
+  if (!ParseNumber(fields[2], left) || left < 0) return false;
   room->left = std::chrono::seconds{left};
   return true;
 }

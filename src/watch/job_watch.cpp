@@ -113,9 +113,9 @@ WatchedJob JobWatch::Look(std::size_t index) const {
     if (facts.good) job.since_good = duration_cast<seconds>(steady - *facts.good);
     job.behind = BehindOf(facts, steady);
     job.room = facts.room;
-    if (facts.room && job.state != JobState::Stopped) {
+    if (facts.room && facts.room->left && job.state != JobState::Stopped) {
       const seconds since = duration_cast<seconds>(steady - facts.room_at);
-      job.time_to_loss = std::max(facts.room->left - std::max(since, seconds{0}), seconds{0});
+      job.time_to_loss = std::max(*facts.room->left - std::max(since, seconds{0}), seconds{0});
     }
     if (job.state != JobState::Stopped) job.problem = facts.problem;
     if (job.state == JobState::Started) {

@@ -83,7 +83,23 @@ std::vector<RowBeside::Column> ColumnsOf(const StatementValues& values) {
   return columns;
 }
 
+// What is there may have been cut.
+bool Alike(const std::optional<std::string>& there, const std::optional<std::string>& expected) {
+  if (there == expected) return true;
+  return there && expected && there->size() == kLongestText && expected->starts_with(*there);
+}
+
 }  // namespace
+
+std::string RowSummary(const RowBeside& row) {
+  if (!row.why_not.empty()) return row.why_not;
+  std::string key;
+  for (const std::string& column : row.key) key += (key.empty() ? "" : ", ") + column;
+  const std::string rows = row.rows == 0   ? "no row"
+                           : row.rows == 1 ? "1 row"
+                                           : std::to_string(row.rows) + " rows";
+  return "The destination has " + rows + " with the change's values of " + key;
+}
 
 RowBeside LookAtRow(OracleSession& destination, const JobProblem& problem) {
   RowBeside row;
@@ -124,7 +140,7 @@ RowBeside LookAtRow(OracleSession& destination, const JobProblem& problem) {
   for (std::size_t i = 0; i < row.columns.size(); ++i) {
     RowBeside::Column& column = row.columns[i];
     if (!found.front()[i].empty()) column.there = found.front()[i];
-    column.differs = column.expected && column.there != column.before;
+    column.differs = column.expected && !Alike(column.there, column.before);
   }
   return row;
 }

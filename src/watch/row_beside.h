@@ -26,6 +26,9 @@ struct RowBeside {
   std::vector<Column> columns;  // that the statement names
 };
 
+// Why there is nothing, or how many rows were found with which key.
+std::string RowSummary(const RowBeside& row);
+
 // Asks the destination, which is connected, and changes nothing. On the thread of the session.
 RowBeside LookAtRow(OracleSession& destination, const JobProblem& problem);
 

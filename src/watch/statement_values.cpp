@@ -39,7 +39,7 @@ class Reader {
     text_.remove_prefix(mark.size());
     return true;
   }
-  bool AtEnd() const { return TrimLeft(text_).empty(); }
+  bool AtEnd() const { return Trim(text_).empty() || Trim(text_) == ";"; }
 
   bool TakeColumn(std::string& column) {
     text_ = TrimLeft(text_);

@@ -54,4 +54,23 @@ Outcome SkipProblem(Workspace& workspace, std::size_t index, const JobProblem& s
   return SkipStatement(workspace, index, reason);
 }
 
+std::optional<RowBeside> ReadRowBeside(Workspace& workspace, std::size_t index,
+                                       const JobProblem& problem, DatabaseWork& work) {
+  LogOn log_on;
+  {
+    const SyncJob& record = workspace.Jobs().At(index);
+    const MutexLock lock(record.config_mutex);
+    log_on = record.config.destination;
+  }
+  return RunFor(work, workspace.Log(),
+                [library = &workspace.Oci(), log_on, problem](SchemaListener& listener, LogLines&) {
+                  RowBeside row;
+                  OracleSession destination(*library);
+                  if (!listener.OnConnect("connect to " + log_on.name)) return row;
+                  if (destination.Connect(log_on)) return LookAtRow(destination, problem);
+                  row.why_not = "The destination did not give the row: " + destination.LastError();
+                  return row;
+                });
+}
+
 }  // namespace quillmere

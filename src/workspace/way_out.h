@@ -3,8 +3,11 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
+#include "watch/row_beside.h"
+#include "workspace/database_work.h"
 #include "workspace/outcome.h"
 #include "workspace/workspace.h"
 
@@ -28,5 +31,10 @@ Outcome RetryJob(Workspace& workspace, EngineContext& engine, std::size_t index)
 // may have got further, and another statement must not be left out in its place.
 Outcome SkipProblem(Workspace& workspace, std::size_t index, const JobProblem& seen,
                     const std::string& reason);
+
+// What the destination has in place of the row that the refused statement is about. Nothing: the
+// operator left before.
+std::optional<RowBeside> ReadRowBeside(Workspace& workspace, std::size_t index,
+                                       const JobProblem& problem, DatabaseWork& work);
 
 }  // namespace quillmere

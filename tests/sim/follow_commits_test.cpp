@@ -8,6 +8,7 @@
 #include <iostream>
 #include <set>
 
+#include "oracle/follow_queries.h"
 #include "sim/engine_on_models.h"
 
 namespace quillmere::sim {
@@ -309,6 +310,30 @@ TEST(FollowCommitsTest, LosesDoublesAndHalvesNothing) {
 }
 
 // The same by rows: were nothing lost, the worlds would prove nothing.
+TEST(FollowCommitsTest, TellsOnceOfEachFailureToSayHowLongTheRedoStays) {
+  SourceShape shape{.seed = 1};
+  shape.log = {.bytes = 60'000, .archived = true, .archives_kept = 1000};
+  EngineOnModels on(shape, Follow::Commits, 0);
+  int code = 0;
+  on.client.fault = [&](auto, std::string_view text) -> std::optional<ModelOci::Fault> {
+    const bool reach = text == follow::kArchivedReach || text == follow::kOnlineReach;
+    if (code == 0 || !reach) return std::nullopt;
+    return ModelOci::Fault{.code = code, .connection_lost = false};
+  };
+  on.life->Run();
+  const auto errors_after = [&](int next) {
+    code = next;
+    for (int i = 0; i < 4; ++i) on.Wait(20'000), on.life->Step();
+    return on.life->errors.size();
+  };
+  EXPECT_EQ(errors_after(0), 0U);
+  EXPECT_EQ(errors_after(942), 1U);
+  EXPECT_EQ(errors_after(1031), 2U) << "another one";
+  EXPECT_EQ(errors_after(0), 2U);
+  EXPECT_EQ(errors_after(1031), 3U) << "again";
+  EXPECT_GT(on.life->told.size(), 15U) << "passes went on";
+}
+
 TEST(FollowRowsTest, LosesWhatStraddlesAPass) {
   for (const World& world : kWorlds) {
     if (world.mean_seconds < 10) continue;

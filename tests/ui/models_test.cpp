@@ -142,7 +142,7 @@ TEST_F(Jobs, KeepTheirRowsWhileOnlyNumbersMove) {
     EXPECT_EQ(selected.row(), count > 0 ? 1 : 0);
     EXPECT_THAT(Cells(rows, selected.row()),
                 ElementsAre("shop", "Started", std::to_string(count), "100", "300", "7",
-                            "up to date", "", "", ""));
+                            "up to date", "", "", "", ""));
     EXPECT_EQ(rows.index(selected.row(), 4).data(JobRows::kBatchRole).toInt(), 750);
   }
   EXPECT_EQ(resets.count(), 0);

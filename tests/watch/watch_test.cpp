@@ -46,10 +46,7 @@ TEST(Health, OfPlainFacts) {
 
 TEST(TimeToLoss, OfPlainFacts) {
   using std::chrono::minutes;
-  const auto left = [](auto... facts) {
-    const auto room = RoomOf(facts...);
-    return room ? AgeText(room->left) : "?";
-  };
+  const auto left = [](auto... facts) { return Text(RoomOf(facts...).left); };
   EXPECT_EQ(left(150, 100, minutes(120), 200), "1 h") << "half of what is kept";
   EXPECT_EQ(left(200, 100, minutes(120), 200), "2 h") << "it needs nothing yet";
   EXPECT_EQ(left(100, 100, minutes(120), 200), "0 s") << "the last log that has it";
@@ -110,6 +107,7 @@ struct WatchTest : AccountTest {
     report.source_scn = source_scn;
     report.reached_scn = reached_scn;
     if (source_scn == 200) report.room = RedoRoom{reached_scn, 50, seconds{7200}};
+    if (source_scn == 300) report.room = RedoRoom{reached_scn, 0, {}};
     report.problem = {PassProblem::Where::Source, error, "", "", 0, 0, ""};
     if (number != 0) {
       report.problem = {PassProblem::Where::Statement, error, "SHOP", "ITEM", number, 9, statement};

@@ -162,6 +162,10 @@ TEST_F(JobExplorer, AFailingJobSaysWhyAndOffersWaysOut) {
   EXPECT_EQ(TextOf("ProblemRow"), "\"ID\" = '1', \"NAME\" = 'ours'");
   EXPECT_NE(TextOf("JobHeadFacts").find("<b>Started, failing</b>"), std::string::npos);
   EXPECT_EQ(TextOf("ProblemTries").find("1 time, "), 0U);
+  WaitFor("the button", [this] { return Find("LookBtn")->isEnabled(); });
+  Press("alt+w");
+  const std::string row = "\nNAME: there 'theirs', given 'ours'";
+  EXPECT_NE(TextOf("ProblemBeside").find(row), std::string::npos);
   Press("alt+t");
   WaitFor("another pass", [this] { return TextOf("ProblemTries").starts_with("2 times, "); });
   Click("SkipBtn");

@@ -229,7 +229,10 @@ void TJobMgrForm::ShowList(const JobNodeRef& node) {
 
 void TJobMgrForm::ShowDetails(const JobNodeRef& node) {
   const bool of_job = node.job != JobList::kNotFound;
-  if (of_job) head_->ShowJob(jobs_.At(node.job), context_.workspace.Watch().Look(node.job));
+  if (of_job) {
+    head_->ShowJob(jobs_.At(node.job), context_.workspace.Watch().Look(node.job),
+                   context_.workspace.ProgramSettings().loss_warning_hours);
+  }
   head_->setVisible(of_job);
   if (node.kind == JobNode::Job) {
     pages_->ShowJob(node.job);

@@ -53,7 +53,7 @@ JobHead::JobHead(QWidget* parent) : QFrame(parent) {
   hide();
 }
 
-void JobHead::ShowJob(const SyncJob& job, const WatchedJob& watched) {
+void JobHead::ShowJob(const SyncJob& job, const WatchedJob& watched, int loss_hours) {
   QString facts, description;
   {
     const MutexLock lock(job.config_mutex);
@@ -69,6 +69,10 @@ void JobHead::ShowJob(const SyncJob& job, const WatchedJob& watched) {
   const QString health = Translated(HealthName(watched.health));
   if (state.compare(health, Qt::CaseInsensitive) != 0) state += QStringLiteral(", ") + health;
   facts += Strong(state);
+  if (watched.time_to_loss && *watched.time_to_loss < std::chrono::hours{loss_hours}) {
+    facts += tr(". The redo it needs next is gone in %1")
+                 .arg(Strong(ToQt(AgeText(*watched.time_to_loss))));
+  }
   if (facts_->text() != facts) facts_->setText(facts);
   if (description_->text() != description) description_->setText(description);
   description_->setVisible(!description.isEmpty());

@@ -18,7 +18,8 @@ class JobHead final : public QFrame {
  public:
   explicit JobHead(QWidget* parent);
 
-  void ShowJob(const SyncJob& job, const WatchedJob& watched);
+  // loss_hours: see Settings; a time to loss below it is shown.
+  void ShowJob(const SyncJob& job, const WatchedJob& watched, int loss_hours);
 
  private:
   QLabel* picture_ = nullptr;

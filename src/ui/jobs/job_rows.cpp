@@ -77,6 +77,7 @@ void TakeHealth(JobRow& row, const WatchedJob& job) {
   row.behind = Seconds(job.behind);
   row.since_good = Seconds(job.since_good);
   row.next_pass = Seconds(job.next_pass);
+  row.loss = Seconds(job.time_to_loss);
   if (job.problem) row.problem = ProblemSummary(*job.problem).substr(0, kLongest);
 }
 
@@ -110,7 +111,8 @@ JobRows::JobRows(const JobWatch* watch, QObject* parent)
                Text<HealthText>(tr("Health"), 100, HealthExtra),
                Number<&JobRow::behind>(tr("Behind"), 80, nullptr, Age),
                Number<&JobRow::since_good>(tr("Last Good Pass"), 110, nullptr, Ago),
-               Number<&JobRow::next_pass>(tr("Next Pass"), 80, nullptr, In)},
+               Number<&JobRow::next_pass>(tr("Next Pass"), 80, nullptr, In),
+               Number<&JobRow::loss>(tr("Time To Loss"), 90, nullptr, Age)},
               parent),
       watch_(watch) {}
 

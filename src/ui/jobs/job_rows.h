@@ -20,8 +20,8 @@ struct JobRow {
   std::string held;                                                // why it can not be continued
   std::int64_t applied = 0, remaining = 0, done = 0, blocked = 0;  // done: of the latest batch
   Health health = Health::Stopped;
-  std::string problem;                                        // of a failing job, in short
-  std::int64_t behind = -1, since_good = -1, next_pass = -1;  // seconds; -1: not known
+  std::string problem;  // of a failing job, in short
+  std::int64_t behind = -1, since_good = -1, next_pass = -1, loss = -1;  // seconds; -1: not known
 };
 
 // Shows a copy as of the last Fill.

@@ -46,6 +46,12 @@ QString NextText(const WatchedJob& job) {
   return NowPage::tr("in %1").arg(ToQt(AgeText(*job.next_pass)));
 }
 
+QString LossText(const WatchedJob& job) {
+  if (!job.time_to_loss) return {};
+  if (job.time_to_loss->count() == 0) return NowPage::tr("now: the redo it needs next is going");
+  return NowPage::tr("in %1, unless the job goes on").arg(ToQt(AgeText(*job.time_to_loss)));
+}
+
 QString Changes(std::int64_t count) {
   return NowPage::tr("%Ln change(s)", nullptr,
                      Plural(static_cast<std::size_t>(std::max<std::int64_t>(count, 0))));
@@ -63,6 +69,7 @@ NowPage::NowPage(UiContext& context, QWidget* parent)
   facts_.Add("Behind", tr("Behind by"));
   facts_.Add("Good", tr("Last good pass"));
   facts_.Add("Next", tr("Next pass"));
+  facts_.Add("Loss", tr("Redo is gone"));
   facts_.Add("Waiting", tr("Waiting"));
   facts_.Add("Done", tr("Since its start"));
 }
@@ -71,7 +78,7 @@ void NowPage::ShowJob(std::size_t job, const WatchedJob& watched) {
   const JobRun& run = jobs_.At(job).run;
   facts_.Show(
       {Translated(HealthName(watched.health)) + QStringLiteral(": ") + Meaning(watched),
-       BehindText(watched), GoodText(watched), NextText(watched),
+       BehindText(watched), GoodText(watched), NextText(watched), LossText(watched),
        tr("%1 of the batch in hand").arg(Changes(watched.waiting)),
        tr("%1 applied, %2 blocked").arg(Changes(run.applied_count), Changes(run.blocked_count))});
 }

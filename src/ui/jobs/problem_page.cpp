@@ -3,14 +3,18 @@
 
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QStringList>
 #include <QVBoxLayout>
+#include <utility>
 
+#include "foundation/text.h"
 #include "ui/job_dialogs/skip_form.h"
 #include "ui/jobs/job_health.h"
 #include "ui/jobs/job_state_icon.h"
 #include "ui/jobs/way_out_runner.h"
 #include "ui/toolkit/notice.h"
 #include "ui/toolkit/text.h"
+#include "ui/waiting/waiting.h"
 #include "watch/advice.h"
 #include "watch/health_text.h"
 #include "watch/refused_row.h"
@@ -44,6 +48,25 @@ QString TriesText(const JobProblem& problem) {
       .arg(tries, first, ToQt(ReadableTime(problem.last)));
 }
 
+QString ValueText(const std::optional<std::string>& value) {
+  return value ? QStringLiteral("'") + Shown(OnOneLine(*value)) + QStringLiteral("'")
+               : QStringLiteral("NULL");
+}
+
+// "NAME: there 'a', expected 'b', given 'c', differs", a line for each column.
+QString BesideText(const RowBeside& row) {
+  QString text = ToQt(RowSummary(row));
+  for (const RowBeside::Column& column : row.columns) {
+    QStringList facts;
+    if (row.rows > 0) facts << ProblemPage::tr("there %1").arg(ValueText(column.there));
+    if (column.expected) facts << ProblemPage::tr("expected %1").arg(ValueText(column.before));
+    if (column.given) facts << ProblemPage::tr("given %1").arg(ValueText(column.after));
+    if (column.differs) facts << ProblemPage::tr("differs");
+    text += u'\n' + OneLine(column.name) + QStringLiteral(": ") + facts.join(QStringLiteral(", "));
+  }
+  return text;
+}
+
 }  // namespace
 
 ProblemPage::ProblemPage(UiContext& context, WayOutRunner& ways, QWidget* parent)
@@ -56,6 +79,7 @@ ProblemPage::ProblemPage(UiContext& context, WayOutRunner& ways, QWidget* parent
   facts_.Add("Tries", tr("Tried"));
   facts_.Add("Row", tr("Row"));
   facts_.Add("Statement", tr("Statement"));
+  facts_.Add("Beside", tr("On the destination"));
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
@@ -76,16 +100,19 @@ QWidget* ProblemPage::MakeButtons() {
   retry_ = AddButton("RetryBtn", tr("Re&try now"), tr("Makes a pass at once"));
   skip_ = AddButton("SkipBtn", tr("S&kip ..."),
                     tr("Leaves the statement out, with a reason that is kept in skipped.sql"));
+  look_ = AddButton("LookBtn", tr("Sho&w the row"),
+                    tr("Asks the destination for the row that the statement is about"));
   exclude_ = AddButton("ExcludeBtn", tr("E&xclude the table"),
                        tr("The job does without the table from now on"));
   stop_ = AddButton("StopBtn", tr("Stop the jo&b"), tr("Gives up what waits to be applied"));
   connect(retry_, &QPushButton::clicked, this, [this] { ways_.Retry(job_); });
   connect(skip_, &QPushButton::clicked, this, &ProblemPage::Skip);
+  connect(look_, &QPushButton::clicked, this, &ProblemPage::Look);
   connect(exclude_, &QPushButton::clicked, this, &ProblemPage::Exclude);
   connect(stop_, &QPushButton::clicked, &ways_, &WayOutRunner::StopAsked);
   auto* row = new QHBoxLayout(line);
   row->setContentsMargins(kMargin, kSpacing / 2, kMargin, kSpacing / 2);
-  for (QPushButton* const button : {retry_, skip_, exclude_, stop_}) row->addWidget(button);
+  for (QPushButton* const button : {retry_, skip_, look_, exclude_, stop_}) row->addWidget(button);
   row->addStretch();
   return line;
 }
@@ -96,8 +123,13 @@ std::string_view ProblemPage::Mark(const WatchedJob& watched) const {
 }
 
 void ProblemPage::ShowJob(std::size_t job, const WatchedJob& watched) {
+  const bool same = job_ == job && problem_ && watched.problem &&
+                    SameProblem(*problem_, *watched.problem) &&
+                    problem_->reached_scn == watched.problem->reached_scn;
+  if (!same) beside_.reset();
   job_ = job;
   problem_ = watched.problem;
+  look_->setEnabled(problem_ && problem_->what.where == PassProblem::Where::Statement);
   const WaysOut ways = ways_.Waits(job) ? WaysOut{} : WaysOutOf(watched);
   retry_->setEnabled(ways.retry);
   skip_->setEnabled(ways.skip);
@@ -106,14 +138,26 @@ void ProblemPage::ShowJob(std::size_t job, const WatchedJob& watched) {
   if (problem_) return ShowProblem(*problem_);
   const QString none = watched.state == JobState::Stopped ? tr("None: the job is stopped")
                                                           : tr("None: the last pass did not fail");
-  facts_.Show({watched.held.empty() ? none : HeldText(watched.held), {}, {}, {}, {}, {}, {}});
+  facts_.Show({watched.held.empty() ? none : HeldText(watched.held), {}, {}, {}, {}, {}, {}, {}});
 }
 
 void ProblemPage::ShowProblem(const JobProblem& problem) {
   const PassProblem& what = problem.what;
   facts_.Show({ways_.Waits(job_) ? tr("Waits for the end of the pass in hand ...") : QString(),
                WhereText(what), Shown(what.error), ToQt(AdviceFor(problem)), TriesText(problem),
-               Shown(RowOf(what.statement)), Shown(what.statement)});
+               Shown(RowOf(what.statement)), Shown(what.statement),
+               beside_ ? BesideText(*beside_) : QString()});
+}
+
+// What is shown may be another problem when the destination has answered.
+void ProblemPage::Look() {
+  const JobProblem seen = *problem_;
+  const std::size_t job = job_;
+  Waiting waiting(context_, window(), tr("The destination's row"));
+  std::optional<RowBeside> row = ReadRowBeside(context_.workspace, job, seen, waiting);
+  if (!row || job_ != job || !problem_ || !SameProblem(*problem_, seen)) return;
+  beside_ = std::move(row);
+  ShowProblem(*problem_);
 }
 
 void ProblemPage::Skip() {

@@ -6,6 +6,7 @@
 
 #include "ui/jobs/fact_grid.h"
 #include "ui/jobs/job_page.h"
+#include "watch/row_beside.h"
 
 class QPushButton;
 
@@ -27,16 +28,19 @@ class ProblemPage final : public JobPage {
   void ShowProblem(const JobProblem& problem);
   void Skip();
   void Exclude();
+  void Look();
 
   UiContext& context_;
   WayOutRunner& ways_;
   FactGrid facts_;
   QPushButton* retry_ = nullptr;
   QPushButton* skip_ = nullptr;
+  QPushButton* look_ = nullptr;
   QPushButton* exclude_ = nullptr;
   QPushButton* stop_ = nullptr;
   std::size_t job_ = JobList::kNotFound;
   std::optional<JobProblem> problem_;  // as shown
+  std::optional<RowBeside> beside_;    // when it was asked for
 };
 
 }  // namespace quillmere
