@@ -18,12 +18,7 @@ QString LayoutName(NodeKind kind) {
 }  // namespace
 
 ListPane::ListPane(const DataSourceRegistry& registry, ExplorerFrame& frame)
-    : QObject(&frame), registry_(registry), frame_(frame) {
-  for (RowModel* model :
-       std::initializer_list<RowModel*>{&sources_, &meta_types_, &keys_, &indexes_, &tables_}) {
-    connect(model, &QAbstractItemModel::modelReset, this, &ListPane::ShowCounts);
-  }
-}
+    : QObject(&frame), registry_(registry), frame_(frame) {}
 
 void ListPane::Show(const DatabaseNode& node) {
   const bool same = node == node_;
@@ -40,10 +35,8 @@ void ListPane::Show(const DatabaseNode& node) {
   const DataSource* source = Source();
   const ConnectionState state = source == nullptr ? ConnectionState::Empty : source->state;
   frame_.List().SetEmptyText(EmptyText(node_, state));
-  // The list's selection model is another one with each model.
-  connect(frame_.List().selectionModel(), &QItemSelectionModel::selectionChanged, this,
-          &ListPane::ShowCounts, Qt::UniqueConnection);
-  ShowCounts();
+  frame_.SetCountText(CountText(node_, model.SourceRowCount(), state),
+                      node_.kind != NodeKind::DataSource);
 }
 
 RowModel& ListPane::Fill() {
@@ -71,20 +64,6 @@ ObjectList* ListPane::Objects(NodeKind kind) const {
 const DataSource* ListPane::Source() const {
   const int index = registry_.IndexOf(node_.source);
   return index < 0 ? nullptr : &registry_.At(static_cast<std::size_t>(index));
-}
-
-void ListPane::ShowCounts() {
-  const auto* model = static_cast<const RowModel*>(frame_.List().model());
-  if (model == nullptr) return;
-  ListCounts counts;
-  counts.shown = static_cast<std::size_t>(model->rowCount());
-  counts.all = model->SourceRowCount();
-  for (const QItemSelectionRange& range : frame_.List().selectionModel()->selection()) {
-    counts.selected += static_cast<std::size_t>(range.height());
-  }
-  const DataSource* source = Source();
-  const ConnectionState state = source == nullptr ? ConnectionState::Empty : source->state;
-  frame_.SetCountText(CountText(node_, counts, state));
 }
 
 std::vector<SchemaItem> ListPane::SelectedItems() const {

@@ -38,7 +38,6 @@ class ListPane : public QObject {
   void Empty(const RowModel& but);
   ObjectList* Objects(NodeKind kind) const;  // null for a node whose list has other rows
   const DataSource* Source() const;
-  void ShowCounts();
 
   const DataSourceRegistry& registry_;
   ExplorerFrame& frame_;

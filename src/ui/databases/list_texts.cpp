@@ -35,21 +35,10 @@ QString CountedObjects(ObjectKind kind, std::size_t count) {
                                    : ListTexts::tr("%Ln table(s)", nullptr, number);
 }
 
-QString WithCounts(const QString& all, const ListCounts& counts) {
-  QString text = all;
-  if (counts.shown != counts.all)
-    text =
-        ListTexts::tr("%1, %2 shown").arg(text, Grouped(static_cast<std::int64_t>(counts.shown)));
-  if (counts.selected > 1)
-    text = ListTexts::tr("%1, %2 selected")
-               .arg(text, Grouped(static_cast<std::int64_t>(counts.selected)));
-  return text;
-}
-
-QString CountText(const DatabaseNode& node, const ListCounts& counts, ConnectionState state) {
+QString CountText(const DatabaseNode& node, std::size_t rows, ConnectionState state) {
   if (node.kind == NodeKind::None) return {};
   if (node.kind == NodeKind::DataSource) return Translated(ConnectionText(state));
-  return WithCounts(CountedRows(node.kind, counts.all), counts);
+  return CountedRows(node.kind, rows);
 }
 
 QString EmptyText(const DatabaseNode& node, ConnectionState state) {

@@ -12,15 +12,8 @@ namespace quillmere {
 // "1 primary key", "2,500 indexes".
 QString CountedObjects(ObjectKind kind, std::size_t count);
 
-// How many rows the list of a node shows, of how many, and how many are selected.
-struct ListCounts {
-  std::size_t shown = 0;
-  std::size_t all = 0;
-  std::size_t selected = 0;
-};
-
-// state: of the node's data source.
-QString CountText(const DatabaseNode& node, const ListCounts& counts, ConnectionState state);
+// How many rows the list of a node has; of a data source, its state.
+QString CountText(const DatabaseNode& node, std::size_t rows, ConnectionState state);
 
 // What to do about an empty list.
 QString EmptyText(const DatabaseNode& node, ConnectionState state);

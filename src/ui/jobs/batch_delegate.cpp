@@ -2,6 +2,7 @@
 #include "ui/jobs/batch_delegate.h"
 
 #include <QPainter>
+#include <QStyle>
 
 #include "ui/toolkit/appearance.h"
 
@@ -30,7 +31,7 @@ void BatchDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   painter->setOpacity(kGrooveOpacity);
   painter->fillRect(groove, color);
   painter->setOpacity(1);
-  painter->fillRect(bar, color);
+  painter->fillRect(QStyle::visualRect(option.direction, groove, bar), color);
   painter->restore();
 }
 

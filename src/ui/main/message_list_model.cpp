@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/main/message_list_model.h"
 
+#include <QGuiApplication>
 #include <algorithm>
 #include <unordered_map>
 
@@ -67,6 +68,8 @@ QString MessageListModel::FullText(int row) const {
 
 QString MessageListModel::LineText(int row) const {
   QString text = OneLine(EntryAt(row).text);
+  // English in any language: its time would end up behind it.
+  if (QGuiApplication::isRightToLeft()) text = QChar(0x2066) + text + QChar(0x2069);
   const int times = Filtered() ? groups_[static_cast<std::size_t>(row)].times : 1;
   return times == 1 ? text : tr("%1  (%2 times)").arg(text, quillmere::Grouped(times));
 }

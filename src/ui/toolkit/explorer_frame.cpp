@@ -15,6 +15,7 @@
 
 #include "ui/toolkit/appearance.h"
 #include "ui/toolkit/icons.h"
+#include "ui/toolkit/text.h"
 
 namespace quillmere {
 namespace {
@@ -87,7 +88,7 @@ ExplorerFrame::ExplorerFrame(WindowMemory& memory, const QString& name, const QS
 
   back_ = new QToolButton(this);
   back_->setObjectName(QStringLiteral("BackBtn"));
-  back_->setArrowType(Qt::LeftArrow);
+  back_->setIcon(Icon(isRightToLeft() ? "back-right" : "back"));
   back_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   back_->setAutoRaise(true);
   back_->setFocusPolicy(Qt::TabFocus);
@@ -105,6 +106,7 @@ ExplorerFrame::ExplorerFrame(WindowMemory& memory, const QString& name, const QS
   note_->setContentsMargins(kSpacing, 0, kSpacing, kSpacing / 2);
   note_->hide();
   list_ = new RowTable(memory, this);
+  connect(list_, &RowTable::CountsChanged, this, &ExplorerFrame::ShowCounts);
   auto* right = new QWidget(this);
   auto* filter_row = new QHBoxLayout;
   filter_row->setContentsMargins(kSpacing / 2, kSpacing / 2, kSpacing, kSpacing / 2);
@@ -160,7 +162,18 @@ void ExplorerFrame::SetOneRow(bool one) {
                               : QWIDGETSIZE_MAX);
 }
 
-void ExplorerFrame::SetCountText(const QString& text) {
+void ExplorerFrame::SetCountText(const QString& all, bool of_rows) {
+  count_text_ = all;
+  counts_rows_ = of_rows;
+  ShowCounts();
+}
+
+void ExplorerFrame::ShowCounts() {
+  if (!counts_rows_ || count_text_.isEmpty()) return count_->setText(count_text_);
+  const RowCounts counts = list_->Counts();
+  QString text = count_text_;
+  if (counts.shown != counts.all) text = tr("%1, %2 shown").arg(text, Grouped(counts.shown));
+  if (counts.selected > 1) text = tr("%1, %2 selected").arg(text, Grouped(counts.selected));
   count_->setText(text);
 }
 

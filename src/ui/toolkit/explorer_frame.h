@@ -43,8 +43,9 @@ class ExplorerFrame : public QWidget {
   // The list is as high as one row needs, or as there is room.
   void SetOneRow(bool one);
 
-  // A line beside the filter: how many rows there are.
-  void SetCountText(const QString& text);
+  // A line beside the filter: how many rows there are, "21 tables", with ", 1 shown, 3 selected"
+  // behind it as it comes; or something else.
+  void SetCountText(const QString& all, bool of_rows = true);
 
   // A button above the list that leads back to what it belongs to; none when the text is empty.
   void SetBack(const QString& text);
@@ -56,6 +57,8 @@ class ExplorerFrame : public QWidget {
   void Back();
 
  private:
+  void ShowCounts();
+
   WindowMemory& memory_;
   const QString name_;
   QToolBar* tools_ = nullptr;
@@ -66,6 +69,8 @@ class ExplorerFrame : public QWidget {
   QToolButton* back_ = nullptr;
   FilterLine* filter_ = nullptr;
   QLabel* count_ = nullptr;
+  QString count_text_;
+  bool counts_rows_ = true;
   QLabel* note_ = nullptr;
   RowTable* list_ = nullptr;
   QVBoxLayout* right_ = nullptr;

@@ -42,9 +42,15 @@ void RowTable::ShowRows(RowModel& model, const QString& layout, bool several) {
   RememberWidths();
   layout_ = layout;
   QItemSelectionModel* old_selection = selectionModel();
+  if (this->model() != nullptr) {
+    disconnect(this->model(), &QAbstractItemModel::modelReset, this, &RowTable::CountsChanged);
+  }
   setSortingEnabled(false);
   setModel(&model);
   delete old_selection;
+  // Anew with every selection model, so that this one has heard of a reset before.
+  connect(&model, &QAbstractItemModel::modelReset, this, &RowTable::CountsChanged);
+  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, &RowTable::CountsChanged);
   horizontalHeader()->setSortIndicator(model.SortColumn(), model.SortDirection());
   setSortingEnabled(true);
   // Numbers stay near their captions.
@@ -57,18 +63,18 @@ void RowTable::ShowRows(RowModel& model, const QString& layout, bool several) {
   FitHeader(model);
 }
 
-// Captions that are wider than their columns go on in a second line.
+// Captions that are wider than their columns go on in further lines.
 void RowTable::FitHeader(const RowModel& model) {
   const QHeaderView& header = *horizontalHeader();
   const int margin = header.style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, &header);
-  bool fits = true;
+  int height = header.fontMetrics().height();
   for (int column = 0; column < model.columnCount(); ++column) {
     const QString& caption = model.Columns()[static_cast<std::size_t>(column)].caption;
-    const int width = header.fontMetrics().horizontalAdvance(caption.trimmed());
-    fits = fits && width + 2 * margin <= columnWidth(column);
+    const QRect room(0, 0, columnWidth(column) - 2 * margin, QWIDGETSIZE_MAX);
+    const QRect text = header.fontMetrics().boundingRect(room, Qt::TextWordWrap, caption.trimmed());
+    height = std::max(height, text.height());
   }
-  const int lines = fits ? 1 : 2;
-  horizontalHeader()->setFixedHeight(lines * header.fontMetrics().height() + 2 * margin);
+  horizontalHeader()->setFixedHeight(height + 2 * margin);
 }
 
 void RowTable::RememberWidths() {
@@ -94,6 +100,17 @@ std::vector<int> RowTable::ShownSelection() const {
   std::sort(shown.begin(), shown.end());
   shown.erase(std::unique(shown.begin(), shown.end()), shown.end());
   return shown;
+}
+
+RowCounts RowTable::Counts() const {
+  RowCounts counts;
+  if (model() == nullptr) return counts;
+  counts.all = static_cast<std::int64_t>(static_cast<const RowModel*>(model())->SourceRowCount());
+  counts.shown = model()->rowCount();
+  for (const QItemSelectionRange& range : selectionModel()->selection()) {
+    counts.selected += range.height();
+  }
+  return counts;
 }
 
 std::vector<std::size_t> RowTable::SelectedRows() const {

@@ -5,12 +5,18 @@
 
 #include <QTableView>
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "ui/toolkit/row_model.h"
 #include "ui/toolkit/window_memory.h"
 
 namespace quillmere {
+
+// Of a list's rows. Selected ones are shown.
+struct RowCounts {
+  std::int64_t all = 0, shown = 0, selected = 0;
+};
 
 class RowTable : public QTableView {
   Q_OBJECT
@@ -31,6 +37,11 @@ class RowTable : public QTableView {
 
   // Source rows, in the order shown.
   std::vector<std::size_t> SelectedRows() const;
+
+  RowCounts Counts() const;
+
+ Q_SIGNALS:
+  void CountsChanged();  // perhaps
 
  protected:
   void paintEvent(QPaintEvent* event) override;
