@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Every dialog by keyboard and by a reading aid: each control has a name, and a letter of its own.
+// Every dialog by keyboard and by a reading aid, in every language: each control has a name, a
+// letter of its own and room for its text.
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QAccessible>
@@ -8,8 +9,11 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QToolButton>
 #include <map>
 
@@ -25,6 +29,7 @@
 #include "ui/main_dialogs/settings_form.h"
 #include "ui/sources/Dbconnection.h"
 #include "ui/sources/T_dblogin.h"
+#include "ui/toolkit/language.h"
 #include "workspace/scripted_workspace.h"
 
 namespace quillmere {
@@ -44,6 +49,34 @@ bool IsControl(const QWidget& widget) {
          (qobject_cast<const QAbstractItemView*>(&widget) && !widget.inherits("QHeaderView"));
 }
 
+// Whether a label or button has room for what it says.
+bool HasRoom(const QWidget& widget) {
+  const auto* const label = qobject_cast<const QLabel*>(&widget);
+  if (label == nullptr && !qobject_cast<const QAbstractButton*>(&widget)) return true;
+  if (widget.property("text").toString().isEmpty()) return true;
+  if (label != nullptr && label->wordWrap()) {
+    return label->height() >= label->heightForWidth(label->width());
+  }
+  // One whose text may be long on purpose shows what there is room for.
+  if (widget.sizePolicy().horizontalPolicy() == QSizePolicy::Ignored) return true;
+  const QSize room = widget.size(), text = widget.minimumSizeHint();
+  return room.width() >= text.width() && room.height() >= text.height();
+}
+
+// The letters of a menu bar are also those of the window.
+void CheckMenus(QWidget& window) {
+  for (const QMenu* const menu : window.findChildren<QMenu*>()) {
+    std::map<QString, QString> letters;
+    for (const QAction* const action : menu->actions()) {
+      const QString letter = QKeySequence::mnemonic(action->text()).toString();
+      if (letter.isEmpty()) continue;
+      EXPECT_TRUE(letters.try_emplace(letter, action->text()).second)
+          << menu->objectName().toStdString() << ": " << action->text().toStdString() << " and "
+          << letters[letter].toStdString();
+    }
+  }
+}
+
 // main: menus and keys lead to what has no letter there. To lists, the tabulator does.
 void Check(QWidget& dialog, bool main = false) {
   std::map<QString, QString> letters;
@@ -56,8 +89,15 @@ void Check(QWidget& dialog, bool main = false) {
     EXPECT_TRUE(is_new) << dialog.objectName().toStdString() << ": " << letter.toStdString()
                         << " of " << text.toStdString() << " and " << first->second.toStdString();
   };
+  if (const auto* bar = dialog.findChild<QMenuBar*>()) {
+    for (const QAction* const menu : bar->actions()) take(menu->menu(), menu->text());
+  }
   for (QWidget* const widget : dialog.findChildren<QWidget*>()) {
     if (!widget->isVisibleTo(&dialog)) continue;
+    EXPECT_TRUE(HasRoom(*widget)) << dialog.objectName().toStdString() << ": "
+                                  << widget->objectName().toStdString() << " of " << widget->width()
+                                  << "x" << widget->height() << " pixels for "
+                                  << widget->property("text").toString().toStdString();
     if (const auto* label = qobject_cast<QLabel*>(widget)) take(label->buddy(), label->text());
     if (const auto* button = qobject_cast<QAbstractButton*>(widget)) take(widget, button->text());
     if (const auto* box = qobject_cast<QGroupBox*>(widget)) take(widget, box->title());
@@ -75,13 +115,16 @@ void Check(QWidget& dialog, bool main = false) {
   }
 }
 
-struct Keyboard : ScriptedWorkspace {};
+class Keyboard : public ScriptedWorkspace, public ::testing::WithParamInterface<Language> {};
 
-TEST_F(Keyboard, LeadsToEveryControlOfEveryDialog) {
+TEST_P(Keyboard, LeadsToEveryControlOfEveryDialog) {
+  const auto scaled = qScopeGuard([] { qunsetenv("QT_SCALE_FACTOR"); });
+  qputenv("QT_SCALE_FACTOR", "2");
   int argc = 3;
   char name[] = "test", option[] = "-platform", platform[] = "offscreen";
   char* argv[] = {name, option, platform, nullptr};
   const QApplication application(argc, argv);
+  UseLanguage(GetParam());
   const TempFolder folder;
   WindowMemory memory(folder.Path());
   Appearance appearance(files, memory);
@@ -96,6 +139,7 @@ TEST_F(Keyboard, LeadsToEveryControlOfEveryDialog) {
   problem.what.table = "T";
   const auto show = [](QDialog& dialog) {
     dialog.show();
+    QCoreApplication::processEvents();
     Check(dialog);
   };
   {
@@ -119,9 +163,14 @@ TEST_F(Keyboard, LeadsToEveryControlOfEveryDialog) {
     show(*dialog);
   }
   TMainForm main(context);
+  main.resize(800, 560);
   main.show();
+  QCoreApplication::processEvents();
   Check(main, true);
+  CheckMenus(main);
 }
+
+INSTANTIATE_TEST_SUITE_P(In, Keyboard, ::testing::Values(Language::English, Language::German));
 
 }  // namespace
 }  // namespace quillmere

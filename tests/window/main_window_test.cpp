@@ -65,6 +65,7 @@ TEST_F(MainWindow, HintsMessagesAndSettings) {
   ChooseInMenu("Options", "Settings ...");
   Click("CheckDebug");
   Choose("CBNewJobsFollow", "Commits (recommended)");
+  Choose("CBLanguage", "Deutsch");
   Enter("EditMessageLimit", "7");
   Click("OkBtn");
   WaitForNoDialog();
@@ -79,7 +80,7 @@ TEST_F(MainWindow, HintsMessagesAndSettings) {
   EXPECT_EQ(Work().ProgramSettings().commit_age_seconds, 9);
   EXPECT_TRUE(Work().ProgramSettings().new_jobs_follow_commits);
   EXPECT_FALSE(IsShown("TreeView1"));
-  ChooseInMenu("Options", "ShowLog");
+  ChooseInMenu("Optionen", "Meldungen zeigen");
   EXPECT_TRUE(IsShown("TreeView1"));
 }
 

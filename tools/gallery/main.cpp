@@ -7,12 +7,13 @@
 #include "gallery/example_folder.h"
 #include "gallery/scenes.h"
 #include "ui/toolkit/icons.h"
+#include "ui/toolkit/language.h"
 #include "workspace/program_folder.h"
 
 namespace quillmere {
 namespace {
 
-int TakePictures(const QString& folder) {
+int TakePictures(const QString& folder, const QString& language) {
   if (!QDir().mkpath(folder)) {
     QTextStream(stderr) << "Can not make the folder " << folder << '\n';
     return 1;
@@ -32,6 +33,7 @@ int TakePictures(const QString& folder) {
   bool failed = false;
   WindowMemory memory(example.Opened().Folder());
   Appearance appearance(example.Opened().Files(), memory);
+  if (language == QStringLiteral("de")) UseLanguage(Language::German);
   DatabaseThread databases;
   UiContext context{example.Opened(), memory, appearance, databases};
   UiContext newcomer{*empty, memory, appearance, databases};
@@ -59,15 +61,15 @@ int TakePictures(const QString& folder) {
 
 int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
-  qputenv("QT_SCALE_FACTOR", "1");
+  qputenv("QT_SCALE_FACTOR", argc > 3 ? argv[3] : "1");
   const QApplication application(argc, argv);
   QApplication::setApplicationName("Quillmere");
   QApplication::setWindowIcon(quillmere::Icon("app"));
   QApplication::setCursorFlashTime(0);
   const QStringList arguments = QApplication::arguments();
-  if (arguments.size() != 2) {
-    QTextStream(stderr) << "usage: quillmere-gallery FOLDER\n";
+  if (arguments.size() < 2 || arguments.size() > 4) {
+    QTextStream(stderr) << "usage: quillmere-gallery FOLDER [en|de [SCALE]] [-reverse]\n";
     return 2;
   }
-  return quillmere::TakePictures(arguments[1]);
+  return quillmere::TakePictures(arguments[1], arguments.value(2));
 }

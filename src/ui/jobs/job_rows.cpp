@@ -17,10 +17,6 @@ QVariant NameExtra(const JobRow& row, int role) {
   return role == Qt::ToolTipRole ? OneLine(row.name) : QVariant();
 }
 
-std::string_view StateText(const JobRow& row) {
-  return StateName(row.state);
-}
-
 QVariant StateColor(JobState state) {
   switch (state) {
     case JobState::Started:
@@ -43,10 +39,6 @@ QVariant StateExtra(const JobRow& row, int role) {
 QVariant BatchExtra(const JobRow& row, int role) {
   if (role != JobRows::kBatchRole || row.remaining == 0) return {};
   return static_cast<int>(row.done * 1000 / (row.done + row.remaining));
-}
-
-std::string_view HealthText(const JobRow& row) {
-  return HealthName(row.health);
 }
 
 QVariant HealthExtra(const JobRow& row, int role) {
@@ -96,6 +88,8 @@ void Append(std::vector<JobRow>& rows, const JobList& jobs, const JobWatch* watc
   row.name = NameOf(job);
   row.held = jobs.HeldBecause(index);
   TakeHealth(row, LookAt(jobs, watch, index));
+  row.state_words = ToBytes(Translated(StateName(row.state)));
+  row.health_words = ToBytes(Translated(HealthName(row.health)));
   rows.push_back(std::move(row));
 }
 
@@ -103,12 +97,12 @@ void Append(std::vector<JobRow>& rows, const JobList& jobs, const JobWatch* watc
 
 JobRows::JobRows(const JobWatch* watch, QObject* parent)
     : RowList({Text<&JobRow::name>(tr("JOB ID"), 120, NameExtra),
-               Text<StateText>(tr("Status"), 120, StateExtra),
+               Text<&JobRow::state_words>(tr("Status"), 120, StateExtra),
                Number<&JobRow::applied>(tr("Total Done"), 90),
                Number<&JobRow::remaining>(tr("Need To Do"), 90),
                Number<&JobRow::done>(tr("Has Done"), 90, BatchExtra),
                Number<&JobRow::blocked>(tr("Blocked"), 80),
-               Text<HealthText>(tr("Health"), 100, HealthExtra),
+               Text<&JobRow::health_words>(tr("Health"), 100, HealthExtra),
                Number<&JobRow::behind>(tr("Behind"), 80, nullptr, Age),
                Number<&JobRow::since_good>(tr("Last Good Pass"), 110, nullptr, Ago),
                Number<&JobRow::next_pass>(tr("Next Pass"), 80, nullptr, In),

@@ -17,6 +17,7 @@ struct JobRow {
   std::size_t job = 0;
   std::string name;
   JobState state = JobState::Empty;
+  std::string state_words, health_words;                           // in the language of the window
   std::string held;                                                // why it can not be continued
   std::int64_t applied = 0, remaining = 0, done = 0, blocked = 0;  // done: of the latest batch
   Health health = Health::Stopped;

@@ -6,11 +6,13 @@
 #include <future>
 
 #include "oracle/nls_defaults.h"
+#include "ui/toolkit/language.h"
 
 namespace quillmere {
 
 Opening::Opening(const std::filesystem::path& folder)
     : memory_(folder), appearance_(files_, memory_) {
+  UseLanguage(ChosenLanguage(memory_));
   appearance_.Restore(problem_);
   splash_ = std::make_unique<Splash>();
   splash_->Tell(Splash::tr("Reading the working folder"));

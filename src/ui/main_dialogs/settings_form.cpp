@@ -16,12 +16,16 @@
 #include <limits>
 
 #include "ui/toolkit/icons.h"
+#include "ui/toolkit/language.h"
 #include "ui/toolkit/notice.h"
 #include "ui/toolkit/text.h"
 #include "workspace/job_operations.h"
 
 namespace quillmere {
 namespace {
+
+constexpr int kWidth = 520;
+constexpr int kWordsWidth = kWidth - 6 * kMargin;
 
 QCheckBox* AddCheck(QFormLayout& form, const char* object, const QString& caption,
                     const QString& tip) {
@@ -40,6 +44,8 @@ QLabel* AddWords(QFormLayout& form, const char* object, const QString& text) {
   words->setWordWrap(true);
   words->setForegroundRole(QPalette::PlaceholderText);
   words->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  // The form does not ask for the height that goes with a width.
+  words->setMinimumHeight(words->heightForWidth(kWordsWidth));
   words->setToolTip(text);
   form.addRow(words);
   return words;
@@ -58,7 +64,7 @@ SettingsForm::SettingsForm(UiContext& context, QWidget* parent)
     : QDialog(parent), context_(context), before_(ValuesOf(context.workspace.ProgramSettings())) {
   setObjectName(QStringLiteral("SettingsForm"));
   setWindowTitle(tr("Settings"));
-  setMinimumWidth(520);
+  setMinimumWidth(kWidth);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   layout->setSpacing(kMargin);
@@ -160,6 +166,15 @@ QWidget* SettingsForm::MakeLook() {
   scheme_->addItem(tr("Light"), static_cast<int>(Appearance::Scheme::Light));
   scheme_->addItem(tr("Dark"), static_cast<int>(Appearance::Scheme::Dark));
   form->addRow(tr("&Colours:"), scheme_);
+  language_ = new QComboBox;
+  language_->setObjectName(QStringLiteral("CBLanguage"));
+  language_->setAccessibleName(tr("Language"));
+  // Each in its own words: who can not read the present one must find his.
+  language_->addItem(QStringLiteral("English"), static_cast<int>(Language::English));
+  language_->addItem(QStringLiteral("Deutsch"), static_cast<int>(Language::German));
+  form->addRow(tr("&Language:"), language_);
+  AddWords(*form, "LblLanguage",
+           tr("The language changes at the next start. Messages and log files stay English."));
   if (!context_.appearance.SkinFile().isEmpty()) {
     AddWords(*form, "LblSkin", tr("A skin is on; it may have colours of its own."));
   }
@@ -188,6 +203,8 @@ void SettingsForm::Show(const SettingsValues& values) {
   if (kind == ClientKind::File) client_path_->setText(ToQt(values.client_library));
   client_->setCurrentIndex(client_->findData(static_cast<int>(kind)));
   scheme_->setCurrentIndex(scheme_->findData(static_cast<int>(context_.appearance.ChosenScheme())));
+  language_->setCurrentIndex(
+      language_->findData(static_cast<int>(ChosenLanguage(context_.memory))));
   ShowKind();
 }
 
@@ -239,6 +256,7 @@ void SettingsForm::OkBtnClick() {
   }
   const auto scheme = static_cast<Appearance::Scheme>(scheme_->currentData().toInt());
   if (scheme != context_.appearance.ChosenScheme()) context_.appearance.SetScheme(scheme);
+  KeepLanguage(context_.memory, static_cast<Language>(language_->currentData().toInt()));
   accept();
 }
 

@@ -50,6 +50,7 @@ class SettingsForm : public QDialog {
   QPushButton* browse_ = nullptr;
   QComboBox* follow_ = nullptr;
   QComboBox* scheme_ = nullptr;
+  QComboBox* language_ = nullptr;
 };
 
 }  // namespace quillmere

@@ -1,0 +1,2578 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>CoreWords</name>
+    <message>
+        <source>Starting</source>
+        <translation>Wird gestartet</translation>
+    </message>
+    <message>
+        <source>Started</source>
+        <translation>Gestartet</translation>
+    </message>
+    <message>
+        <source>Stopping</source>
+        <translation>Wird gestoppt</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Gestoppt</translation>
+    </message>
+    <message>
+        <source>Pausing</source>
+        <translation>Wird pausiert</translation>
+    </message>
+    <message>
+        <source>Paused</source>
+        <translation>Pausiert</translation>
+    </message>
+    <message>
+        <source>up to date</source>
+        <translation>aktuell</translation>
+    </message>
+    <message>
+        <source>behind</source>
+        <translation>im Rückstand</translation>
+    </message>
+    <message>
+        <source>failing</source>
+        <translation>fehlerhaft</translation>
+    </message>
+    <message>
+        <source>held</source>
+        <translation>gesperrt</translation>
+    </message>
+    <message>
+        <source>paused</source>
+        <translation>pausiert</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>gestoppt</translation>
+    </message>
+    <message>
+        <source>rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>commits</source>
+        <translation>Commits</translation>
+    </message>
+    <message>
+        <source>Whole transactions in the order of their commits, none of them missed however long it stays open.</source>
+        <translation>Ganze Transaktionen in der Reihenfolge ihrer Commits; keine geht verloren, wie lange sie auch offen bleibt.</translation>
+    </message>
+    <message>
+        <source>Change by change as they stand in the redo; changes of transactions that stay open over a pass can be missed without a word.</source>
+        <translation>Änderung für Änderung, wie sie im Redo stehen; Änderungen von Transaktionen, die über einen Durchgang offen bleiben, können unbemerkt fehlen.</translation>
+    </message>
+    <message>
+        <source>Connected</source>
+        <translation>Verbunden</translation>
+    </message>
+    <message>
+        <source>DisConnected</source>
+        <translation>Getrennt</translation>
+    </message>
+    <message>
+        <source>source</source>
+        <translation>Quelle</translation>
+    </message>
+    <message>
+        <source>destination</source>
+        <translation>Ziel</translation>
+    </message>
+    <message>
+        <source>disk</source>
+        <translation>Festplatte</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>Oracle client</source>
+        <translation>Oracle-Client</translation>
+    </message>
+    <message>
+        <source>Working folder</source>
+        <translation>Arbeitsordner</translation>
+    </message>
+    <message>
+        <source>Synchronize Interval must &gt; 0</source>
+        <translation>Das Intervall muss größer als 0 sein</translation>
+    </message>
+    <message>
+        <source>Obligatory field can not be empty</source>
+        <translation>Ein Pflichtfeld darf nicht leer sein</translation>
+    </message>
+    <message>
+        <source>Data Source Can&apos;t be same</source>
+        <translation>Quelle und Ziel dürfen nicht dieselbe Datenquelle sein</translation>
+    </message>
+    <message>
+        <source>Only a job that follows commits can follow a container</source>
+        <translation>Nur ein Auftrag, der Commits folgt, kann einem Container folgen</translation>
+    </message>
+    <message>
+        <source>At least 2 data sources needed, add them first please</source>
+        <translation>Es werden mindestens 2 Datenquellen gebraucht, bitte zuerst hinzufügen</translation>
+    </message>
+    <message>
+        <source>You can&apos;t change data source after a job is runned, Stop the job first please.</source>
+        <translation>Die Datenquelle eines gelaufenen Auftrags kann nicht geändert werden, bitte den Auftrag zuerst stoppen.</translation>
+    </message>
+    <message>
+        <source>Some job is running or has records to synchronize, stop them first</source>
+        <translation>Ein Auftrag läuft noch oder hat Änderungen zu übertragen, bitte zuerst stoppen</translation>
+    </message>
+    <message>
+        <source>Please select at least one item to operate</source>
+        <translation>Bitte mindestens einen Eintrag auswählen</translation>
+    </message>
+    <message>
+        <source>Database is used in a running job</source>
+        <translation>Die Datenbank wird von einem laufenden Auftrag benutzt</translation>
+    </message>
+    <message>
+        <source>Can only select one item to change.</source>
+        <translation>Zum Ändern darf nur ein Eintrag ausgewählt sein.</translation>
+    </message>
+    <message>
+        <source>Database is using in running job, delete later</source>
+        <translation>Die Datenbank wird von einem laufenden Auftrag benutzt, bitte später löschen</translation>
+    </message>
+    <message>
+        <source>A password must not contain a zero byte</source>
+        <translation>Ein Passwort darf kein Null-Byte enthalten</translation>
+    </message>
+    <message>
+        <source>Say why the statement is skipped</source>
+        <translation>Bitte angeben, warum die Anweisung übersprungen wird</translation>
+    </message>
+    <message>
+        <source>The job was stopped meanwhile: nothing else was done</source>
+        <translation>Der Auftrag wurde inzwischen gestoppt: sonst wurde nichts getan</translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseActions</name>
+    <message>
+        <source>OpenDbMgr</source>
+        <translation>Datenquellen</translation>
+    </message>
+    <message>
+        <source>ConnectDS</source>
+        <translation>Verbinden</translation>
+    </message>
+    <message>
+        <source>DisConnectDS</source>
+        <translation>Trennen</translation>
+    </message>
+    <message>
+        <source>RefreshDS</source>
+        <translation>Auffrischen</translation>
+    </message>
+    <message>
+        <source>DropMeta</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>ChangeName</source>
+        <translation>Umbenennen</translation>
+    </message>
+    <message>
+        <source>MoveMeta</source>
+        <translation>Migrieren</translation>
+    </message>
+    <message>
+        <source>BrowseData</source>
+        <translation>Daten ansehen</translation>
+    </message>
+    <message>
+        <source>Expand Tree</source>
+        <translation>Baum aufklappen</translation>
+    </message>
+    <message>
+        <source>Collapse Tree</source>
+        <translation>Baum zuklappen</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>open data source manager</source>
+        <translation>Datenquellen verwalten</translation>
+    </message>
+    <message>
+        <source>Open database manager to add/modify/delete a database connection</source>
+        <translation>Öffnet die Verwaltung der Datenquellen: hinzufügen, ändern, löschen</translation>
+    </message>
+    <message>
+        <source>connect to a data source </source>
+        <translation>mit einer Datenquelle verbinden</translation>
+    </message>
+    <message>
+        <source>Connect to a data source.</source>
+        <translation>Mit einer Datenquelle verbinden.</translation>
+    </message>
+    <message>
+        <source>disconnect from a data source</source>
+        <translation>von einer Datenquelle trennen</translation>
+    </message>
+    <message>
+        <source>DisConnect from a data source.</source>
+        <translation>Von einer Datenquelle trennen.</translation>
+    </message>
+    <message>
+        <source>refresh meta  information of a database</source>
+        <translation>Katalog einer Datenbank neu lesen</translation>
+    </message>
+    <message>
+        <source>Refresh contents of a data source, including: table/primary key/index...</source>
+        <translation>Liest den Inhalt einer Datenquelle neu: Tabellen, Primärschlüssel, Indizes ...</translation>
+    </message>
+    <message>
+        <source>drop a meta</source>
+        <translation>ein Objekt löschen</translation>
+    </message>
+    <message>
+        <source>Drop meata of a data source,can be: table/primary key/index... </source>
+        <translation>Löscht Objekte einer Datenquelle: Tabellen, Primärschlüssel, Indizes ...</translation>
+    </message>
+    <message>
+        <source>change meta name </source>
+        <translation>ein Objekt umbenennen</translation>
+    </message>
+    <message>
+        <source>change meata name of a data source,can be: table/primary key/index... </source>
+        <translation>Benennt ein Objekt einer Datenquelle um: Tabelle, Primärschlüssel, Index ...</translation>
+    </message>
+    <message>
+        <source>migrate  meata  </source>
+        <translation>Objekte migrieren</translation>
+    </message>
+    <message>
+        <source>migrate meata from one data source to another. </source>
+        <translation>Migriert Objekte von einer Datenquelle zu einer anderen.</translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseLists</name>
+    <message>
+        <source>Data Source</source>
+        <translation>Datenquelle</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>UserName</source>
+        <translation>Benutzer</translation>
+    </message>
+    <message>
+        <source>Mode</source>
+        <translation>Modus</translation>
+    </message>
+    <message>
+        <source>Meta Types</source>
+        <translation>Objektarten</translation>
+    </message>
+    <message>
+        <source>PRIMARY KEY</source>
+        <translation>PRIMÄRSCHLÜSSEL</translation>
+    </message>
+    <message>
+        <source>INDEX</source>
+        <translation>INDEX</translation>
+    </message>
+    <message>
+        <source>TABLE</source>
+        <translation>TABELLE</translation>
+    </message>
+    <message>
+        <source>Key Name</source>
+        <translation>Schlüssel</translation>
+    </message>
+    <message>
+        <source>Table Owner</source>
+        <translation>Besitzer der Tabelle</translation>
+    </message>
+    <message>
+        <source>Table Name</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>Index Name</source>
+        <translation>Index</translation>
+    </message>
+    <message>
+        <source>Index Type</source>
+        <translation>Indexart</translation>
+    </message>
+    <message>
+        <source>Index Owner</source>
+        <translation>Besitzer des Index</translation>
+    </message>
+    <message>
+        <source>Table Space</source>
+        <translation>Tablespace</translation>
+    </message>
+    <message>
+        <source>Rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Art</translation>
+    </message>
+</context>
+<context>
+    <name>HealthTexts</name>
+    <message numerus="yes">
+        <source>%Ln job(s)</source>
+        <translation>
+            <numerusform>%Ln Auftrag</numerusform>
+            <numerusform>%Ln Aufträge</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <comment>a number of jobs, how they are</comment>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>Held: %1</source>
+        <translation>Gesperrt: %1</translation>
+    </message>
+</context>
+<context>
+    <name>JobActionList</name>
+    <message>
+        <source>&amp;New</source>
+        <translation>&amp;Neu</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>Ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>&amp;Run</source>
+        <translation>&amp;Starten</translation>
+    </message>
+    <message>
+        <source>&amp;Pause</source>
+        <translation>&amp;Pausieren</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>S&amp;toppen</translation>
+    </message>
+    <message>
+        <source>ChangeRemoteOwner</source>
+        <translation>Zielbesitzer ändern</translation>
+    </message>
+    <message>
+        <source>Include</source>
+        <translation>Einbeziehen</translation>
+    </message>
+    <message>
+        <source>Exclude</source>
+        <translation>Ausschließen</translation>
+    </message>
+    <message>
+        <source>Compared</source>
+        <translation>Verglichen</translation>
+    </message>
+    <message>
+        <source>Migrate</source>
+        <translation>Migrieren</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Auffrischen</translation>
+    </message>
+    <message>
+        <source>expand</source>
+        <translation>aufklappen</translation>
+    </message>
+    <message>
+        <source>collapse</source>
+        <translation>zuklappen</translation>
+    </message>
+    <message>
+        <source>ChangeOwner</source>
+        <translation>Zielbesitzer</translation>
+    </message>
+    <message>
+        <source>create a job</source>
+        <translation>einen Auftrag anlegen</translation>
+    </message>
+    <message>
+        <source>Add a job to synchronize source database&apos;s record to destination database.</source>
+        <translation>Legt einen Auftrag an, der Änderungen der Quelldatenbank in die Zieldatenbank überträgt.</translation>
+    </message>
+    <message>
+        <source>update job info</source>
+        <translation>den Auftrag bearbeiten</translation>
+    </message>
+    <message>
+        <source>Change the configuration of a job.</source>
+        <translation>Ändert die Konfiguration eines Auftrags.</translation>
+    </message>
+    <message>
+        <source>refresh table list of source database</source>
+        <translation>Tabellenliste der Quelldatenbank neu lesen</translation>
+    </message>
+    <message>
+        <source>Refresh all shema tables from source.</source>
+        <translation>Liest die Tabellen aller Besitzer der Quelle neu.</translation>
+    </message>
+    <message>
+        <source>delete a job</source>
+        <translation>einen Auftrag löschen</translation>
+    </message>
+    <message>
+        <source>Drop a job configuration, nothing is left.</source>
+        <translation>Löscht die Konfiguration eines Auftrags, nichts bleibt übrig.</translation>
+    </message>
+    <message>
+        <source>run a job</source>
+        <translation>einen Auftrag starten</translation>
+    </message>
+    <message>
+        <source>Start a job to begin synchronize.</source>
+        <translation>Startet einen Auftrag, die Übertragung beginnt.</translation>
+    </message>
+    <message>
+        <source>stop a job</source>
+        <translation>einen Auftrag pausieren</translation>
+    </message>
+    <message>
+        <source>Stop a job,then you can change the configuration without losing any data.</source>
+        <translation>Hält einen Auftrag an; die Konfiguration kann geändert werden, ohne dass Daten verloren gehen.</translation>
+    </message>
+    <message>
+        <source>reset  a job</source>
+        <translation>einen Auftrag zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Reset a job, all status is cleared, but configuration is not changed.</source>
+        <translation>Setzt einen Auftrag zurück: sein Stand wird gelöscht, die Konfiguration bleibt.</translation>
+    </message>
+    <message>
+        <source>include  owner and table</source>
+        <translation>Besitzer und Tabellen einbeziehen</translation>
+    </message>
+    <message>
+        <source>Choose the owner&apos;s tables which you want to synchronized.</source>
+        <translation>Tabellen des Besitzers wählen, die übertragen werden sollen.</translation>
+    </message>
+    <message>
+        <source>exclue owner and table</source>
+        <translation>Besitzer und Tabellen ausschließen</translation>
+    </message>
+    <message>
+        <source>Choose the owner&apos;s tables which you not want to synchronized.</source>
+        <translation>Tabellen des Besitzers wählen, die nicht übertragen werden sollen.</translation>
+    </message>
+    <message>
+        <source>change table owner on remote </source>
+        <translation>Besitzer der Tabellen am Ziel ändern</translation>
+    </message>
+    <message>
+        <source>Choose the tables which will be renamed after synchronized.</source>
+        <translation>Tabellen wählen, die am Ziel einen anderen Besitzer haben.</translation>
+    </message>
+    <message>
+        <source>migrate a table</source>
+        <translation>eine Tabelle migrieren</translation>
+    </message>
+    <message>
+        <source>Directly Migrate a table&apos;s data to destination .</source>
+        <translation>Überträgt die Daten einer Tabelle unmittelbar ans Ziel.</translation>
+    </message>
+</context>
+<context>
+    <name>JobQuestions</name>
+    <message>
+        <source>Continue %1?</source>
+        <translation>%1 fortsetzen?</translation>
+    </message>
+    <message>
+        <source>Run %1?</source>
+        <translation>%1 starten?</translation>
+    </message>
+    <message>
+        <source>Pause %1?</source>
+        <translation>%1 pausieren?</translation>
+    </message>
+    <message>
+        <source>Stop %1?
+
+What waits to be synchronized is given up. The next run begins with the changes made from then on.</source>
+        <translation>%1 stoppen?
+
+Was noch zu übertragen ist, wird aufgegeben. Der nächste Lauf beginnt mit den Änderungen, die von da an gemacht werden.</translation>
+    </message>
+    <message numerus="yes">
+        <source>and %Ln more</source>
+        <translation>
+            <numerusform>und %Ln weiteres</numerusform>
+            <numerusform>und %Ln weitere</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Changes of these tables were blocked before, and are missing on the destination:
+
+%1
+
+Mark the tables &quot;compare&quot;, until they have been compared?</source>
+        <translation>Änderungen dieser Tabellen wurden bisher blockiert und fehlen am Ziel:
+
+%1
+
+Die Tabellen mit „vergleichen“ kennzeichnen, bis sie verglichen sind?</translation>
+    </message>
+    <message>
+        <source>Plsease select a item first</source>
+        <translation>Bitte zuerst einen Eintrag auswählen</translation>
+    </message>
+    <message>
+        <source>can only select one owner&apos;s table</source>
+        <translation>Es können nur Tabellen eines Besitzers ausgewählt werden</translation>
+    </message>
+</context>
+<context>
+    <name>JobRows</name>
+    <message>
+        <source>%1 ago</source>
+        <translation>vor %1</translation>
+    </message>
+    <message>
+        <source>in %1</source>
+        <translation>in %1</translation>
+    </message>
+    <message>
+        <source>JOB ID</source>
+        <translation>AUFTRAG</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>Total Done</source>
+        <translation>Insgesamt erledigt</translation>
+    </message>
+    <message>
+        <source>Need To Do</source>
+        <translation>Noch zu tun</translation>
+    </message>
+    <message>
+        <source>Has Done</source>
+        <translation>Erledigt</translation>
+    </message>
+    <message>
+        <source>Blocked</source>
+        <translation>Blockiert</translation>
+    </message>
+    <message>
+        <source>Health</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Behind</source>
+        <translation>Rückstand</translation>
+    </message>
+    <message>
+        <source>Last Good Pass</source>
+        <translation>Letzter guter Durchgang</translation>
+    </message>
+    <message>
+        <source>Next Pass</source>
+        <translation>Nächster Durchgang</translation>
+    </message>
+    <message>
+        <source>Time To Loss</source>
+        <translation>Verlust in</translation>
+    </message>
+</context>
+<context>
+    <name>ListTexts</name>
+    <message numerus="yes">
+        <source>%Ln data source(s)</source>
+        <translation>
+            <numerusform>%Ln Datenquelle</numerusform>
+            <numerusform>%Ln Datenquellen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>No primary keys of %1 are known.</source>
+        <translation>Von %1 sind keine Primärschlüssel bekannt.</translation>
+    </message>
+    <message>
+        <source>No indexes of %1 are known.</source>
+        <translation>Von %1 sind keine Indizes bekannt.</translation>
+    </message>
+    <message>
+        <source>No tables of %1 are known.</source>
+        <translation>Von %1 sind keine Tabellen bekannt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln primary key(s)</source>
+        <translation>
+            <numerusform>%Ln Primärschlüssel</numerusform>
+            <numerusform>%Ln Primärschlüssel</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln index(es)</source>
+        <translation>
+            <numerusform>%Ln Index</numerusform>
+            <numerusform>%Ln Indizes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln table(s)</source>
+        <translation>
+            <numerusform>%Ln Tabelle</numerusform>
+            <numerusform>%Ln Tabellen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>No data source is registered yet. Open the data source manager (OpenDbMgr) to add the first one.</source>
+        <translation>Noch keine Datenquelle ist registriert. Die erste wird unter „Datenquellen“ hinzugefügt.</translation>
+    </message>
+    <message>
+        <source>Select the data source and refresh it (RefreshDS) to read its catalogue anew.</source>
+        <translation>Die Datenquelle auswählen und auffrischen, um ihren Katalog neu zu lesen.</translation>
+    </message>
+    <message>
+        <source>Select the data source and connect to it (ConnectDS): then its catalogue is read.</source>
+        <translation>Die Datenquelle auswählen und verbinden: dann wird ihr Katalog gelesen.</translation>
+    </message>
+</context>
+<context>
+    <name>LoginAdvice</name>
+    <message>
+        <source>The stored log-on to %1 was refused: %2</source>
+        <translation>Die gespeicherte Anmeldung an %1 wurde abgelehnt: %2</translation>
+    </message>
+    <message>
+        <source>%1 is unreachable with any log-on: %2</source>
+        <translation>%1 ist mit keiner Anmeldung erreichbar: %2</translation>
+    </message>
+    <message>
+        <source>What is entered here serves this connection only; nothing is stored.</source>
+        <translation>Was hier eingegeben wird, gilt nur für diese Verbindung; nichts wird gespeichert.</translation>
+    </message>
+    <message>
+        <source>Add connects, reads the catalogue and registers the data source when that went well.</source>
+        <translation>„Hinzufügen“ verbindet, liest den Katalog und registriert die Datenquelle, wenn das gelang.</translation>
+    </message>
+    <message>
+        <source>Save tries the log-on and then keeps it; jobs use it from their next connection on.</source>
+        <translation>„Speichern“ probiert die Anmeldung aus und behält sie; Aufträge benutzen sie ab ihrer nächsten Verbindung.</translation>
+    </message>
+    <message>
+        <source>Save will change the log-on of %1, not that of %2.</source>
+        <translation>„Speichern“ ändert die Anmeldung von %1, nicht die von %2.</translation>
+    </message>
+    <message>
+        <source>A data source keeps its name. To register another one, use New.</source>
+        <translation>Eine Datenquelle behält ihren Namen. Eine weitere wird mit „Neu“ registriert.</translation>
+    </message>
+    <message>
+        <source>Delete the data source %1?
+
+Its log-on and what was read of its catalogue go. The database itself stays as it is.</source>
+        <translation>Die Datenquelle %1 löschen?
+
+Ihre Anmeldung und das, was von ihrem Katalog gelesen wurde, verschwinden. Die Datenbank selbst bleibt, wie sie ist.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 and %Ln more</source>
+        <translation>
+            <numerusform>%1 und %Ln weiterer</numerusform>
+            <numerusform>%1 und %Ln weitere</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>This job uses it and is held: %1. It can not be run or continued until a data source of that name is registered.</source>
+        <translation>Dieser Auftrag benutzt sie und wird gesperrt: %1. Er kann erst wieder gestartet oder fortgesetzt werden, wenn eine Datenquelle dieses Namens registriert ist.</translation>
+    </message>
+    <message>
+        <source>These jobs use it and are held: %1. They can not be run or continued until a data source of that name is registered.</source>
+        <translation>Diese Aufträge benutzen sie und werden gesperrt: %1. Sie können erst wieder gestartet oder fortgesetzt werden, wenn eine Datenquelle dieses Namens registriert ist.</translation>
+    </message>
+</context>
+<context>
+    <name>LoginFields</name>
+    <message>
+        <source>Mode</source>
+        <translation>Modus</translation>
+    </message>
+    <message>
+        <source>SYSDBA for the source of a job: reading its redo takes a SYSDBA log-on. NORMAL is enough for a destination.</source>
+        <translation>SYSDBA für die Quelle eines Auftrags: Ihr Redo kann nur eine SYSDBA-Anmeldung lesen. Für ein Ziel genügt NORMAL.</translation>
+    </message>
+    <message>
+        <source>&amp;Mode</source>
+        <translation>&amp;Modus</translation>
+    </message>
+    <message>
+        <source>Data&amp;base Name</source>
+        <translation>&amp;Datenbankname</translation>
+    </message>
+    <message>
+        <source>TNS name, such as ORCL</source>
+        <translation>TNS-Name, etwa ORCL</translation>
+    </message>
+    <message>
+        <source>The TNS name under which the Oracle client finds the database. With the sandbox: the name of a database in the sandbox folder.</source>
+        <translation>Der TNS-Name, unter dem der Oracle-Client die Datenbank findet. Mit der Sandbox: der Name einer Datenbank im Sandbox-Ordner.</translation>
+    </message>
+    <message>
+        <source>&amp;User ID</source>
+        <translation>Ben&amp;utzer</translation>
+    </message>
+    <message>
+        <source>Database user</source>
+        <translation>Datenbankbenutzer</translation>
+    </message>
+    <message>
+        <source>The database user to log on as</source>
+        <translation>Der Datenbankbenutzer für die Anmeldung</translation>
+    </message>
+    <message>
+        <source>&amp;Password</source>
+        <translation>&amp;Passwort</translation>
+    </message>
+    <message>
+        <source>The user&apos;s password. It is stored enciphered, in a file that only you can read.</source>
+        <translation>Das Passwort des Benutzers. Es wird verschlüsselt gespeichert, in einer Datei, die niemand sonst lesen kann.</translation>
+    </message>
+</context>
+<context>
+    <name>ProgressWindow</name>
+    <message>
+        <source>Cancelling ...</source>
+        <translation>Bricht ab ...</translation>
+    </message>
+</context>
+<context>
+    <name>SchemaTexts</name>
+    <message>
+        <source>This cannot be undone.</source>
+        <translation>Das kann nicht rückgängig gemacht werden.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln table(s) of %1 will be dropped with all rows.</source>
+        <translation>
+            <numerusform>%Ln Tabelle von %1 wird mit allen Zeilen gelöscht.</numerusform>
+            <numerusform>%Ln Tabellen von %1 werden mit allen Zeilen gelöscht.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln primary key(s) of %1 will be dropped, and with them every foreign key that references them, whoever owns it. The rows stay.</source>
+        <translation>
+            <numerusform>%Ln Primärschlüssel von %1 wird gelöscht, mit ihm jeder Fremdschlüssel, der auf ihn verweist, wem er auch gehört. Die Zeilen bleiben.</numerusform>
+            <numerusform>%Ln Primärschlüssel von %1 werden gelöscht, mit ihnen jeder Fremdschlüssel, der auf sie verweist, wem er auch gehört. Die Zeilen bleiben.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln index(es) of %1 will be dropped. The rows stay.</source>
+        <translation>
+            <numerusform>%Ln Index von %1 wird gelöscht. Die Zeilen bleiben.</numerusform>
+            <numerusform>%Ln Indizes von %1 werden gelöscht. Die Zeilen bleiben.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 of %2 will be created on %3. The tables must be there already.</source>
+        <translation>%1 von %2 auf %3 anlegen. Die Tabellen müssen dort schon vorhanden sein.</translation>
+    </message>
+    <message>
+        <source>%1 of %2 will be created on %3.</source>
+        <translation>%1 von %2 auf %3 anlegen.</translation>
+    </message>
+    <message>
+        <source>%1 of %2 will be created on %3, with primary keys and indexes.</source>
+        <translation>%1 von %2 auf %3 anlegen, mit Primärschlüsseln und Indizes.</translation>
+    </message>
+    <message>
+        <source>%1 of %2 will be created on %3, with primary keys.</source>
+        <translation>%1 von %2 auf %3 anlegen, mit Primärschlüsseln.</translation>
+    </message>
+    <message>
+        <source>Columns travel with their names, types, sizes and whether they may be empty; rows, foreign keys, checks, defaults, triggers and grants do not. The owners must be there already.</source>
+        <translation>Spalten kommen mit Namen, Typ, Größe und Pflichtangabe mit; Zeilen, Fremdschlüssel, Checks, Vorgabewerte, Trigger und Rechte nicht. Die Besitzer müssen dort schon vorhanden sein.</translation>
+    </message>
+    <message>
+        <source>What is there already under the same name is left as it is and reported as failed.</source>
+        <translation>Was dort unter demselben Namen schon vorhanden ist, bleibt und wird als Fehler gemeldet.</translation>
+    </message>
+    <message>
+        <source>A table that is there already under the same name is dropped first, with all its rows and the foreign keys that reference it.</source>
+        <translation>Eine Tabelle, die dort unter demselben Namen schon vorhanden ist, wird zuerst gelöscht, mit allen Zeilen und den Fremdschlüsseln, die auf sie verweisen.</translation>
+    </message>
+    <message>
+        <source>What is there already under the same name is dropped first.</source>
+        <translation>Was dort unter demselben Namen schon vorhanden ist, wird zuerst gelöscht.</translation>
+    </message>
+    <message>
+        <source>Indexes travel only together with primary keys: check &quot;Include Primary Key&quot;, too.</source>
+        <translation>Indizes kommen nur mit Primärschlüsseln mit: auch „Mit Primärschlüssel“ ankreuzen.</translation>
+    </message>
+    <message>
+        <source>&quot;Prompt Before Drop&quot; changes nothing: &quot;Drop Target&quot; asks once, with or without it.</source>
+        <translation>„Vor dem Löschen fragen“ ändert nichts: „Ziel löschen“ fragt so oder so einmal.</translation>
+    </message>
+    <message>
+        <source>%1 of %2 failed, the first one with:
+%3</source>
+        <translation>%1 von %2 gescheitert, das erste mit:
+%3</translation>
+    </message>
+    <message>
+        <source>Cancelled: %1 of %2 were done and stay done, %3 were not begun.</source>
+        <translation>Abgebrochen: %1 von %2 wurden ausgeführt und bleiben es, %3 wurden nicht begonnen.</translation>
+    </message>
+    <message>
+        <source>%1 primary key(s) to drop:</source>
+        <translation>%1 Primärschlüssel zu löschen:</translation>
+    </message>
+    <message>
+        <source>%1 indexe(s) to drop:</source>
+        <translation>%1 Index(e) zu löschen:</translation>
+    </message>
+    <message>
+        <source>%1 Table(s) to drop:</source>
+        <translation>%1 Tabelle(n) zu löschen:</translation>
+    </message>
+    <message>
+        <source>%1 primary key(s) to migrate:</source>
+        <translation>%1 Primärschlüssel zu migrieren:</translation>
+    </message>
+    <message>
+        <source>%1 indexe(s) to migrate:</source>
+        <translation>%1 Index(e) zu migrieren:</translation>
+    </message>
+    <message>
+        <source>%1 Table(s) to migrate:</source>
+        <translation>%1 Tabelle(n) zu migrieren:</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>Foreign keys of other tables that reference them are dropped, too.</source>
+        <translation>
+            <numerusform>Fremdschlüssel anderer Tabellen, die auf sie verweisen, werden auch gelöscht.</numerusform>
+            <numerusform>Fremdschlüssel anderer Tabellen, die auf sie verweisen, werden auch gelöscht.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>A table that foreign keys of other tables reference stays and is reported as failed.</source>
+        <translation>Eine Tabelle, auf die Fremdschlüssel anderer Tabellen verweisen, bleibt und wird als Fehler gemeldet.</translation>
+    </message>
+    <message>
+        <source>The primary key %1 on %2 and every foreign key that references it will be dropped and created again, the key under the new name. What can not be created again is told in the message list, with its statement.</source>
+        <translation>Der Primärschlüssel %1 auf %2 und jeder Fremdschlüssel, der auf ihn verweist, werden gelöscht und neu angelegt, der Schlüssel unter dem neuen Namen. Was nicht wieder angelegt werden kann, steht mit seiner Anweisung in der Meldungsliste.</translation>
+    </message>
+    <message>
+        <source>The index %1 on %2 will get the new name.</source>
+        <translation>Der Index %1 auf %2 bekommt den neuen Namen.</translation>
+    </message>
+    <message>
+        <source>The table %1 on %2 will get the new name. Jobs know it by the old one until their table lists are refreshed.</source>
+        <translation>Die Tabelle %1 auf %2 bekommt den neuen Namen. Aufträge kennen sie unter dem alten, bis ihre Tabellenlisten aufgefrischt sind.</translation>
+    </message>
+    <message>
+        <source>Choose the data source on which %1 of %2 will be created.</source>
+        <translation>Die Datenquelle wählen, auf der %1 von %2 angelegt werden.</translation>
+    </message>
+    <message numerus="yes">
+        <source>and %Ln more</source>
+        <translation>
+            <numerusform>und %Ln weiteres</numerusform>
+            <numerusform>und %Ln weitere</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&quot;Drop Target&quot; is checked. What is there on %1 under these names is dropped, with all its rows and the foreign keys that reference it, and can not be brought back:
+
+%2
+
+Go on?</source>
+        <translation>„Ziel löschen“ ist angekreuzt. Was auf %1 unter diesen Namen vorhanden ist, wird mit allen Zeilen und den Fremdschlüsseln darauf unwiderruflich gelöscht:
+
+%2
+
+Fortfahren?</translation>
+    </message>
+    <message>
+        <source>&quot;Drop Target&quot; is checked. What is there on %1 under these names is dropped, and can not be brought back:
+
+%2
+
+Go on?</source>
+        <translation>„Ziel löschen“ ist angekreuzt. Was auf %1 unter diesen Namen vorhanden ist, wird unwiderruflich gelöscht:
+
+%2
+
+Fortfahren?</translation>
+    </message>
+    <message>
+        <source>Cancelled, nothing was changed</source>
+        <translation>Abgebrochen, nichts wurde geändert</translation>
+    </message>
+    <message>
+        <source>Every result is in the message list.</source>
+        <translation>Alle Ergebnisse stehen in der Meldungsliste.</translation>
+    </message>
+    <message>
+        <source>error.log cannot be written, so the results are not in the message list. Make room in the working folder.</source>
+        <translation>error.log kann nicht geschrieben werden, darum stehen die Ergebnisse nicht in der Meldungsliste. Bitte im Arbeitsordner Platz schaffen.</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsTexts</name>
+    <message>
+        <source>Choose the file of the client library</source>
+        <translation>Bitte die Datei der Client-Bibliothek wählen</translation>
+    </message>
+    <message>
+        <source>There is no file %1</source>
+        <translation>Es gibt keine Datei %1</translation>
+    </message>
+</context>
+<context>
+    <name>SourceConnection</name>
+    <message>
+        <source>Connect</source>
+        <translation>Verbinden</translation>
+    </message>
+    <message>
+        <source>The log-on was to %1, but the data source is %2. Nothing was changed. Another database is added in the data source manager.</source>
+        <translation>Die Anmeldung galt %1, die Datenquelle ist aber %2. Nichts wurde geändert. Eine weitere Datenbank wird unter „Datenquellen“ hinzugefügt.</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Auffrischen</translation>
+    </message>
+    <message>
+        <source>The lists of %1 show what had been read until then. Refresh again when the cause is mended.</source>
+        <translation>Die Listen von %1 zeigen, was bis dahin gelesen war. Bitte noch einmal auffrischen, wenn die Ursache behoben ist.</translation>
+    </message>
+    <message>
+        <source>The lists of %1 are as they were.</source>
+        <translation>Die Listen von %1 sind, wie sie waren.</translation>
+    </message>
+</context>
+<context>
+    <name>SourceListModel</name>
+    <message>
+        <source>Data Source</source>
+        <translation>Datenquelle</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>UserName</source>
+        <translation>Benutzer</translation>
+    </message>
+    <message>
+        <source>Mode</source>
+        <translation>Modus</translation>
+    </message>
+</context>
+<context>
+    <name>TableRows</name>
+    <message>
+        <source>A change of this table was not applied, see setaside.sql in the job&apos;s folder. Compare the table with the destination&apos;s, then choose Compared in its menu</source>
+        <translation>Eine Änderung dieser Tabelle wurde nicht übertragen, siehe setaside.sql im Ordner des Auftrags. Die Tabelle mit der am Ziel vergleichen, dann in ihrem Menü „Verglichen“ wählen</translation>
+    </message>
+    <message>
+        <source>Table Name</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>Source Owner</source>
+        <translation>Besitzer Quelle</translation>
+    </message>
+    <message>
+        <source>Remote Owner</source>
+        <translation>Besitzer Ziel</translation>
+    </message>
+    <message>
+        <source>Begin Rows</source>
+        <translation>Zeilen Anfang</translation>
+    </message>
+    <message>
+        <source>Current Rows</source>
+        <translation>Zeilen jetzt</translation>
+    </message>
+    <message>
+        <source>Total Synced </source>
+        <translation>Übertr. gesamt</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Vergleichen</translation>
+    </message>
+    <message>
+        <source>Rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>Total Blocked </source>
+        <translation>Insgesamt blockiert</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::AboutBox</name>
+    <message>
+        <source>Replicates Oracle databases from their redo</source>
+        <translation>Repliziert Oracle-Datenbanken aus ihrem Redo</translation>
+    </message>
+    <message>
+        <source>About %1</source>
+        <translation>Über %1</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy these lines, for a question or a report</source>
+        <translation>Diese Zeilen kopieren, für eine Frage oder einen Bericht</translation>
+    </message>
+    <message>
+        <source>C&amp;lose</source>
+        <translation>&amp;Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::Banner</name>
+    <message>
+        <source>control  options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::DatabaseTree</name>
+    <message>
+        <source>Primary Key</source>
+        <translation>Primärschlüssel</translation>
+    </message>
+    <message>
+        <source>Index</source>
+        <translation>Index</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>ORACLE</source>
+        <translation>ORACLE</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::ExplorerFrame</name>
+    <message>
+        <source>Expand or collapse the tree</source>
+        <translation>Baum auf- oder zuklappen</translation>
+    </message>
+    <message>
+        <source>Tree options</source>
+        <translation>Optionen des Baums</translation>
+    </message>
+    <message>
+        <source>Back to %1 and its actions (Alt+Up)</source>
+        <translation>Zurück zu %1 und seinen Aktionen (Alt+Hoch)</translation>
+    </message>
+    <message>
+        <source>Back to %1</source>
+        <translation>Zurück zu %1</translation>
+    </message>
+    <message>
+        <source>%1, %2 shown</source>
+        <translation>%1, %2 gezeigt</translation>
+    </message>
+    <message>
+        <source>%1, %2 selected</source>
+        <translation>%1, %2 ausgewählt</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::FilterLine</name>
+    <message>
+        <source>Find in the list</source>
+        <translation>In der Liste suchen</translation>
+    </message>
+    <message>
+        <source>Shows only the rows with this text in one of their columns (Ctrl+F)</source>
+        <translation>Zeigt nur die Zeilen mit diesem Text in einer Spalte (Strg+F)</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::JobHead</name>
+    <message>
+        <source>without a pause</source>
+        <translation>ohne Pause</translation>
+    </message>
+    <message>
+        <source>every %1 min</source>
+        <translation>alle %1 min</translation>
+    </message>
+    <message>
+        <source>The job</source>
+        <translation>Der Auftrag</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>Beschreibung</translation>
+    </message>
+    <message>
+        <source>From %1 to %2, %3, by %4. </source>
+        <translation>Von %1 nach %2, %3, nach %4. </translation>
+    </message>
+    <message>
+        <source>. The redo it needs next is gone in %1</source>
+        <translation>. Das Redo, das er als Nächstes braucht, ist weg in %1</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::JobPages</name>
+    <message>
+        <source>Pages of the job</source>
+        <translation>Seiten des Auftrags</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::JobTreeModel</name>
+    <message>
+        <source>All Jobs</source>
+        <translation>Alle Aufträge</translation>
+    </message>
+    <message>
+        <source>Include</source>
+        <translation>Einbezogen</translation>
+    </message>
+    <message>
+        <source>Exclude</source>
+        <translation>Ausgeschlossen</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::MessageListModel</name>
+    <message>
+        <source>error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>information</source>
+        <translation>Information</translation>
+    </message>
+    <message>
+        <source>%1  (%2 times)</source>
+        <translation>%1  (%2 Mal)</translation>
+    </message>
+    <message>
+        <source>%1, job %2</source>
+        <translation>%1, Auftrag %2</translation>
+    </message>
+    <message>
+        <source>Error: %1</source>
+        <translation>Fehler: %1</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::MessagePanel</name>
+    <message>
+        <source>Messages</source>
+        <translation>Meldungen</translation>
+    </message>
+    <message>
+        <source>Show all errors and informaitons</source>
+        <translation>Zeigt alle Fehler und Informationen</translation>
+    </message>
+    <message>
+        <source>Find in the messages</source>
+        <translation>In den Meldungen suchen</translation>
+    </message>
+    <message>
+        <source>&amp;Errors only</source>
+        <translation>Nur &amp;Fehler</translation>
+    </message>
+    <message>
+        <source>What was said several times stands in a filtered list once</source>
+        <translation>Was mehrmals gemeldet wurde, steht in einer gefilterten Liste nur einmal</translation>
+    </message>
+    <message>
+        <source>Shows the latest; a click into the list counts as reading, too</source>
+        <translation>Zeigt den neuesten; auch ein Klick in die Liste gilt als gelesen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln unread error(s)</source>
+        <translation>
+            <numerusform>%Ln ungelesener Fehler</numerusform>
+            <numerusform>%Ln ungelesene Fehler</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::MessageView</name>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Select &amp;all</source>
+        <translation>&amp;Alles auswählen</translation>
+    </message>
+    <message>
+        <source>Clear &amp;selection</source>
+        <translation>Auswahl auf&amp;heben</translation>
+    </message>
+    <message>
+        <source>Open log &amp;folder</source>
+        <translation>Ordner der &amp;Protokolle öffnen</translation>
+    </message>
+    <message>
+        <source>The system has no program to open %1</source>
+        <translation>Das System hat kein Programm, um %1 zu öffnen</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::NowPage</name>
+    <message>
+        <source>the last pass brought over what there was</source>
+        <translation>der letzte Durchgang hat alles übertragen</translation>
+    </message>
+    <message>
+        <source>more is missing on the destination than two intervals explain</source>
+        <translation>am Ziel fehlt mehr, als zwei Intervalle erklären</translation>
+    </message>
+    <message>
+        <source>the last pass failed, see Problem</source>
+        <translation>der letzte Durchgang ist gescheitert, siehe Problem</translation>
+    </message>
+    <message>
+        <source>rests where it is. Run continues it</source>
+        <translation>ruht an seiner Stelle. „Starten“ setzt ihn fort</translation>
+    </message>
+    <message>
+        <source>Run begins with the changes made from then on</source>
+        <translation>„Starten“ beginnt mit den Änderungen, die von da an gemacht werden</translation>
+    </message>
+    <message>
+        <source>not known yet</source>
+        <translation>noch nicht bekannt</translation>
+    </message>
+    <message>
+        <source>nothing that the last pass could see</source>
+        <translation>nichts, was der letzte Durchgang sehen konnte</translation>
+    </message>
+    <message>
+        <source>%1 of the source&apos;s time</source>
+        <translation>%1 in der Zeit der Quelle</translation>
+    </message>
+    <message>
+        <source>%1 ago</source>
+        <translation>vor %1</translation>
+    </message>
+    <message>
+        <source>none yet</source>
+        <translation>noch keiner</translation>
+    </message>
+    <message>
+        <source>now</source>
+        <translation>jetzt</translation>
+    </message>
+    <message>
+        <source>in %1</source>
+        <translation>in %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln change(s)</source>
+        <translation>
+            <numerusform>%Ln Änderung</numerusform>
+            <numerusform>%Ln Änderungen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Health</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Behind by</source>
+        <translation>Rückstand</translation>
+    </message>
+    <message>
+        <source>Last good pass</source>
+        <translation>Letzter guter Durchgang</translation>
+    </message>
+    <message>
+        <source>Next pass</source>
+        <translation>Nächster Durchgang</translation>
+    </message>
+    <message>
+        <source>Waiting</source>
+        <translation>Wartet</translation>
+    </message>
+    <message>
+        <source>Since its start</source>
+        <translation>Seit dem Start</translation>
+    </message>
+    <message>
+        <source>%1 of the batch in hand</source>
+        <translation>%1 des jetzigen Stapels</translation>
+    </message>
+    <message>
+        <source>%1 applied, %2 blocked</source>
+        <translation>%1 übertragen, %2 blockiert</translation>
+    </message>
+    <message>
+        <source>&amp;Now</source>
+        <translation>&amp;Jetzt</translation>
+    </message>
+    <message>
+        <source>now: the redo it needs next is going</source>
+        <translation>jetzt: das Redo, das er als Nächstes braucht, verschwindet</translation>
+    </message>
+    <message>
+        <source>in %1, unless the job goes on</source>
+        <translation>in %1, wenn der Auftrag nicht weitergeht</translation>
+    </message>
+    <message>
+        <source>Redo is gone</source>
+        <translation>Redo ist weg</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::ProblemPage</name>
+    <message>
+        <source>%1 on %2</source>
+        <translation>%1 auf %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln time(s)</source>
+        <translation>
+            <numerusform>%Ln Mal</numerusform>
+            <numerusform>%Ln Mal</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1, first %2, last %3</source>
+        <translation>%1, zuerst %2, zuletzt %3</translation>
+    </message>
+    <message>
+        <source>Problem</source>
+        <translation>Problem</translation>
+    </message>
+    <message>
+        <source>Failed at</source>
+        <translation>Gescheitert an</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>What helps</source>
+        <translation>Was hilft</translation>
+    </message>
+    <message>
+        <source>Tried</source>
+        <translation>Versucht</translation>
+    </message>
+    <message>
+        <source>Row</source>
+        <translation>Zeile</translation>
+    </message>
+    <message>
+        <source>Statement</source>
+        <translation>Anweisung</translation>
+    </message>
+    <message>
+        <source>Re&amp;try now</source>
+        <translation>&amp;Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>Makes a pass at once</source>
+        <translation>Macht sofort einen Durchgang</translation>
+    </message>
+    <message>
+        <source>S&amp;kip ...</source>
+        <translation>Ü&amp;berspringen ...</translation>
+    </message>
+    <message>
+        <source>Leaves the statement out, with a reason that is kept in skipped.sql</source>
+        <translation>Lässt die Anweisung aus, mit einem Grund, der in skipped.sql festgehalten wird</translation>
+    </message>
+    <message>
+        <source>E&amp;xclude the table</source>
+        <translation>Tabelle a&amp;usschließen</translation>
+    </message>
+    <message>
+        <source>The job does without the table from now on</source>
+        <translation>Der Auftrag kommt von nun an ohne die Tabelle aus</translation>
+    </message>
+    <message>
+        <source>Stop the jo&amp;b</source>
+        <translation>Auftrag stoppe&amp;n</translation>
+    </message>
+    <message>
+        <source>Gives up what waits to be applied</source>
+        <translation>Gibt auf, was noch zu übertragen ist</translation>
+    </message>
+    <message>
+        <source>None: the job is stopped</source>
+        <translation>Keines: der Auftrag ist gestoppt</translation>
+    </message>
+    <message>
+        <source>None: the last pass did not fail</source>
+        <translation>Keines: der letzte Durchgang ist nicht gescheitert</translation>
+    </message>
+    <message>
+        <source>Waits for the end of the pass in hand ...</source>
+        <translation>Wartet auf das Ende des laufenden Durchgangs ...</translation>
+    </message>
+    <message>
+        <source>Exclude %1 from %2?
+
+Its changes count as blocked from then on, those that wait among them, and are missing on the destination.</source>
+        <translation>%1 aus %2 ausschließen?
+
+Ihre Änderungen zählen von da an als blockiert, auch die wartenden, und fehlen am Ziel.</translation>
+    </message>
+    <message>
+        <source>&amp;Problem</source>
+        <translation>&amp;Problem</translation>
+    </message>
+    <message>
+        <source>there %1</source>
+        <translation>dort %1</translation>
+    </message>
+    <message>
+        <source>expected %1</source>
+        <translation>erwartet %1</translation>
+    </message>
+    <message>
+        <source>given %1</source>
+        <translation>gegeben %1</translation>
+    </message>
+    <message>
+        <source>differs</source>
+        <translation>anders</translation>
+    </message>
+    <message>
+        <source>On the destination</source>
+        <translation>Am Ziel</translation>
+    </message>
+    <message>
+        <source>Sho&amp;w the row</source>
+        <translation>Zeile &amp;zeigen</translation>
+    </message>
+    <message>
+        <source>Asks the destination for the row that the statement is about</source>
+        <translation>Fragt das Ziel nach der Zeile, um die es in der Anweisung geht</translation>
+    </message>
+    <message>
+        <source>The destination&apos;s row</source>
+        <translation>Die Zeile am Ziel</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::RowTable</name>
+    <message>
+        <source>No row has the text that is typed above</source>
+        <translation>Keine Zeile enthält den Text, der oben steht</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::SchemaDialog</name>
+    <message>
+        <source>&amp;Abort</source>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+    <message>
+        <source>Closes the dialog; nothing is changed</source>
+        <translation>Schließt den Dialog; nichts wird geändert</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::SettingsForm</name>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Messages</source>
+        <translation>Meldungen</translation>
+    </message>
+    <message>
+        <source>Log &amp;diagnostic lines</source>
+        <translation>&amp;Diagnosezeilen protokollieren</translation>
+    </message>
+    <message>
+        <source>The message log also says what each step of a job does</source>
+        <translation>Das Protokoll sagt auch, was jeder Schritt eines Auftrags tut</translation>
+    </message>
+    <message>
+        <source>Log CREATE TABLE &amp;statements before they run</source>
+        <translation>&amp;CREATE TABLE vor dem Ausführen protokollieren</translation>
+    </message>
+    <message>
+        <source>Migrating a table logs the statement that creates it</source>
+        <translation>Beim Migrieren einer Tabelle wird die Anweisung protokolliert, die sie anlegt</translation>
+    </message>
+    <message>
+        <source>Log data sources whose file is &amp;written</source>
+        <translation>&amp;Geschriebene Datenquellen protokollieren</translation>
+    </message>
+    <message>
+        <source>Saving the registry logs each data source whose file is written</source>
+        <translation>Beim Speichern der Registrierung wird jede Datenquelle protokolliert, deren Datei geschrieben wird</translation>
+    </message>
+    <message>
+        <source>Rows of the message list</source>
+        <translation>Zeilen der Meldungsliste</translation>
+    </message>
+    <message>
+        <source>When the message list is full it is emptied but for its latest row. The log files keep everything.</source>
+        <translation>Ist die Meldungsliste voll, wird sie bis auf die neueste Zeile geleert. Die Protokolldateien behalten alles.</translation>
+    </message>
+    <message>
+        <source>&amp;Rows of the message list:</source>
+        <translation>&amp;Zeilen der Meldungsliste:</translation>
+    </message>
+    <message>
+        <source>Jobs</source>
+        <translation>Aufträge</translation>
+    </message>
+    <message>
+        <source>What new jobs follow</source>
+        <translation>Wem neue Aufträge folgen</translation>
+    </message>
+    <message>
+        <source>Commits (recommended)</source>
+        <translation>Commits (empfohlen)</translation>
+    </message>
+    <message>
+        <source>Rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>What the dialog of a new job proposes; jobs that are there stay as they are</source>
+        <translation>Was der Dialog eines neuen Auftrags vorschlägt; vorhandene Aufträge bleiben, wie sie sind</translation>
+    </message>
+    <message>
+        <source>&amp;New jobs follow:</source>
+        <translation>&amp;Neue Aufträge folgen:</translation>
+    </message>
+    <message>
+        <source>Oracle client library</source>
+        <translation>Oracle-Client-Bibliothek</translation>
+    </message>
+    <message>
+        <source>The installed Oracle client</source>
+        <translation>Der installierte Oracle-Client</translation>
+    </message>
+    <message>
+        <source>The sandbox database, to try things out</source>
+        <translation>Die Sandbox-Datenbank, zum Ausprobieren</translation>
+    </message>
+    <message>
+        <source>A library file</source>
+        <translation>Eine Bibliotheksdatei</translation>
+    </message>
+    <message>
+        <source>&amp;Use:</source>
+        <translation>&amp;Benutzen:</translation>
+    </message>
+    <message>
+        <source>Path of the client library</source>
+        <translation>Pfad der Client-Bibliothek</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>D&amp;urchsuchen...</translation>
+    </message>
+    <message>
+        <source>&amp;File:</source>
+        <translation>Da&amp;tei:</translation>
+    </message>
+    <message>
+        <source>none could be loaded</source>
+        <translation>keine konnte geladen werden</translation>
+    </message>
+    <message>
+        <source>In use now: %1
+A change takes effect at the next start.</source>
+        <translation>Jetzt benutzt: %1
+Eine Änderung wirkt ab dem nächsten Start.</translation>
+    </message>
+    <message>
+        <source>Appearance</source>
+        <translation>Erscheinungsbild</translation>
+    </message>
+    <message>
+        <source>Colours</source>
+        <translation>Farben</translation>
+    </message>
+    <message>
+        <source>As the system</source>
+        <translation>Wie das System</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>&amp;Colours:</source>
+        <translation>&amp;Farben:</translation>
+    </message>
+    <message>
+        <source>A skin is on; it may have colours of its own.</source>
+        <translation>Ein Skin ist eingeschaltet; er kann eigene Farben haben.</translation>
+    </message>
+    <message>
+        <source>&amp;OK</source>
+        <translation>&amp;OK</translation>
+    </message>
+    <message>
+        <source>C&amp;ancel</source>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+    <message>
+        <source>Libraries (*.so *.so.* *.dll *.dylib);;All files (*)</source>
+        <translation>Bibliotheken (*.so *.so.* *.dll *.dylib);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Sprache</translation>
+    </message>
+    <message>
+        <source>&amp;Language:</source>
+        <translation>&amp;Sprache:</translation>
+    </message>
+    <message>
+        <source>The language changes at the next start. Messages and log files stay English.</source>
+        <translation>Die Sprache wechselt beim nächsten Start. Meldungen und Protokolldateien bleiben englisch.</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::SkipForm</name>
+    <message>
+        <source>%1, on %2</source>
+        <translation>%1, auf %2</translation>
+    </message>
+    <message>
+        <source>%1, is left out with its whole transaction.</source>
+        <translation>%1, wird mit der ganzen Transaktion ausgelassen.</translation>
+    </message>
+    <message>
+        <source>%1, is left out.</source>
+        <translation>%1, wird ausgelassen.</translation>
+    </message>
+    <message>
+        <source>It counts as blocked and is kept in skipped.sql of the job&apos;s folder; its table bears the mark &quot;compare&quot; until it has been compared.</source>
+        <translation>Sie zählt als blockiert und bleibt in skipped.sql im Ordner des Auftrags erhalten; ihre Tabelle ist mit „vergleichen“ gekennzeichnet, bis sie verglichen ist.</translation>
+    </message>
+    <message>
+        <source>statement %1 of %2</source>
+        <translation>Anweisung %1 von %2</translation>
+    </message>
+    <message>
+        <source>Skip in %1</source>
+        <translation>Überspringen in %1</translation>
+    </message>
+    <message>
+        <source>Statement</source>
+        <translation>Anweisung</translation>
+    </message>
+    <message>
+        <source>Reason</source>
+        <translation>Grund</translation>
+    </message>
+    <message>
+        <source>&amp;Reason, for whoever asks later</source>
+        <translation>&amp;Grund, für spätere Fragen</translation>
+    </message>
+    <message>
+        <source>S&amp;kip</source>
+        <translation>Ü&amp;berspringen</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::SourceChoice</name>
+    <message>
+        <source>Choose a data source</source>
+        <translation>Datenquelle wählen</translation>
+    </message>
+    <message>
+        <source>This data source is not registered</source>
+        <translation>Diese Datenquelle ist nicht registriert</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::Splash</name>
+    <message>
+        <source>Reading the working folder</source>
+        <translation>Liest den Arbeitsordner</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Making the windows</source>
+        <translation>Baut die Fenster auf</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::TDbConnForm</name>
+    <message>
+        <source>Data Sources</source>
+        <translation>Datenquellen</translation>
+    </message>
+    <message>
+        <source>Registered data sources</source>
+        <translation>Registrierte Datenquellen</translation>
+    </message>
+    <message>
+        <source>No data source is registered yet. Choose New to add one.</source>
+        <translation>Noch keine Datenquelle ist registriert. „Neu“ fügt eine hinzu.</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>&amp;New</source>
+        <translation>&amp;Neu</translation>
+    </message>
+    <message>
+        <source>Register another data source</source>
+        <translation>Eine weitere Datenquelle registrieren</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>Delete the selected data source from the registry, with its password (Del)</source>
+        <translation>Die ausgewählte Datenquelle mit ihrem Passwort aus der Registrierung löschen (Entf)</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>Change the log-on of the selected data source</source>
+        <translation>Die Anmeldung der ausgewählten Datenquelle ändern</translation>
+    </message>
+    <message>
+        <source>&amp;Test</source>
+        <translation>&amp;Testen</translation>
+    </message>
+    <message>
+        <source>Try to connect to the selected data source</source>
+        <translation>Versucht, die ausgewählte Datenquelle zu verbinden</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Connect, read the catalogue and register the data source</source>
+        <translation>Verbinden, Katalog lesen und die Datenquelle registrieren</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
+    </message>
+    <message>
+        <source>Try the log-on and keep it</source>
+        <translation>Die Anmeldung ausprobieren und behalten</translation>
+    </message>
+    <message>
+        <source>Ab&amp;ort</source>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+    <message>
+        <source>Leave the fields without a change (Esc)</source>
+        <translation>Die Felder ohne Änderung verlassen (Esc)</translation>
+    </message>
+    <message>
+        <source>You must choose a data source to edit</source>
+        <translation>Bitte eine Datenquelle zum Bearbeiten auswählen</translation>
+    </message>
+    <message>
+        <source>You must select an Database to delete</source>
+        <translation>Bitte eine Datenbank zum Löschen auswählen</translation>
+    </message>
+    <message>
+        <source>You must choose a data source to test</source>
+        <translation>Bitte eine Datenquelle zum Testen auswählen</translation>
+    </message>
+    <message>
+        <source>Test Data Source</source>
+        <translation>Datenquelle testen</translation>
+    </message>
+    <message>
+        <source>Add Data Source</source>
+        <translation>Datenquelle hinzufügen</translation>
+    </message>
+    <message>
+        <source>%1 is registered, but its catalogue could not be read:
+
+%2</source>
+        <translation>%1 ist registriert, aber der Katalog konnte nicht gelesen werden:
+
+%2</translation>
+    </message>
+    <message>
+        <source>Save Data Source</source>
+        <translation>Datenquelle speichern</translation>
+    </message>
+    <message>
+        <source>Stored, not shown</source>
+        <translation>Gespeichert, nicht gezeigt</translation>
+    </message>
+    <message>
+        <source>Log-on</source>
+        <translation>Anmeldung</translation>
+    </message>
+    <message>
+        <source>New registers a data source; Edit changes the log-on of the selected one.</source>
+        <translation>„Neu“ registriert eine Datenquelle; „Bearbeiten“ ändert die Anmeldung der ausgewählten.</translation>
+    </message>
+    <message>
+        <source>New data source</source>
+        <translation>Neue Datenquelle</translation>
+    </message>
+    <message>
+        <source>Change the log-on of %1</source>
+        <translation>Anmeldung von %1 ändern</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::TDbLoginForm</name>
+    <message>
+        <source>Log-on</source>
+        <translation>Anmeldung</translation>
+    </message>
+    <message>
+        <source>Logon  to:</source>
+        <translation>Anmelden an:</translation>
+    </message>
+    <message>
+        <source>&amp;Login</source>
+        <translation>&amp;Anmelden</translation>
+    </message>
+    <message>
+        <source>Connect to the database</source>
+        <translation>Mit der Datenbank verbinden</translation>
+    </message>
+    <message>
+        <source>&amp;Abort</source>
+        <translation>A&amp;bbrechen</translation>
+    </message>
+    <message>
+        <source>Close without connecting (Esc)</source>
+        <translation>Schließen, ohne zu verbinden (Esc)</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::TDbMgrForm</name>
+    <message>
+        <source>All Databases</source>
+        <translation>Alle Datenbanken</translation>
+    </message>
+    <message>
+        <source>Contents of the selected node</source>
+        <translation>Inhalt des ausgewählten Knotens</translation>
+    </message>
+    <message>
+        <source>Select a data source to refresh it</source>
+        <translation>Zum Auffrischen eine Datenquelle auswählen</translation>
+    </message>
+    <message>
+        <source>%1 is refreshed from its own node: select it first</source>
+        <translation>%1 wird an ihrem eigenen Knoten aufgefrischt: bitte zuerst auswählen</translation>
+    </message>
+    <message>
+        <source>%1 is not connected. ConnectDS connects it and reads its lists</source>
+        <translation>%1 ist nicht verbunden. „Verbinden“ verbindet sie und liest ihre Listen</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::TDropForm</name>
+    <message>
+        <source>Drop Key/Table/Index</source>
+        <translation>Schlüssel/Tabelle/Index löschen</translation>
+    </message>
+    <message>
+        <source>Drop All &amp;Foreign Key Constrains</source>
+        <translation>Alle &amp;Fremdschlüssel mit löschen</translation>
+    </message>
+    <message>
+        <source>Tables go although foreign keys of other tables reference them</source>
+        <translation>Tabellen werden gelöscht, auch wenn Fremdschlüssel anderer Tabellen auf sie verweisen</translation>
+    </message>
+    <message>
+        <source>Only for tables; primary keys always take along the foreign keys that reference them</source>
+        <translation>Nur für Tabellen; Primärschlüssel nehmen die Fremdschlüssel, die auf sie verweisen, immer mit</translation>
+    </message>
+    <message>
+        <source>&amp;Drop</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>Drops all of the list</source>
+        <translation>Löscht alles in der Liste</translation>
+    </message>
+    <message>
+        <source>Drop</source>
+        <translation>Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::TFilterForm</name>
+    <message>
+        <source>Include table(s) to be synchronized</source>
+        <translation>Tabelle(n) in die Übertragung einbeziehen</translation>
+    </message>
+    <message>
+        <source>Exclude table(s) to be synchronized</source>
+        <translation>Tabelle(n) von der Übertragung ausschließen</translation>
+    </message>
+    <message>
+        <source>Synchronize Table(s) to another Owner</source>
+        <translation>Tabelle(n) zu einem anderen Besitzer übertragen</translation>
+    </message>
+    <message>
+        <source>Include Tables</source>
+        <translation>Tabellen einbeziehen</translation>
+    </message>
+    <message>
+        <source>Exclude Tables</source>
+        <translation>Tabellen ausschließen</translation>
+    </message>
+    <message>
+        <source>Change Remote Owner</source>
+        <translation>Besitzer am Ziel ändern</translation>
+    </message>
+    <message>
+        <source>&amp;Current Owner</source>
+        <translation>Jetziger &amp;Besitzer</translation>
+    </message>
+    <message>
+        <source>Current Owner</source>
+        <translation>Jetziger Besitzer</translation>
+    </message>
+    <message>
+        <source>The tables&apos; owner on the source</source>
+        <translation>Der Besitzer der Tabellen an der Quelle</translation>
+    </message>
+    <message>
+        <source>&amp;New Owner Name</source>
+        <translation>&amp;Neuer Besitzer</translation>
+    </message>
+    <message>
+        <source>New Owner Name</source>
+        <translation>Neuer Besitzer</translation>
+    </message>
+    <message>
+        <source>Empty: the same owner as on the source</source>
+        <translation>Leer: derselbe Besitzer wie an der Quelle</translation>
+    </message>
+    <message>
+        <source>The owner to write to on the destination, exactly as the database spells it. It has to exist there.</source>
+        <translation>Der Besitzer am Ziel, genau so geschrieben wie in der Datenbank. Er muss dort vorhanden sein.</translation>
+    </message>
+    <message>
+        <source>&amp;TalbleList</source>
+        <translation>&amp;Tabellen</translation>
+    </message>
+    <message>
+        <source>Tables</source>
+        <translation>Tabellen</translation>
+    </message>
+    <message>
+        <source>Execute changes all of these tables</source>
+        <translation>„Ausführen“ ändert alle diese Tabellen</translation>
+    </message>
+    <message>
+        <source>E&amp;xecute</source>
+        <translation>Ausfüh&amp;ren</translation>
+    </message>
+    <message>
+        <source>&amp;Abort</source>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+    <message>
+        <source>Close without a change (Esc)</source>
+        <translation>Schließen ohne Änderung (Esc)</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln table(s)</source>
+        <translation>
+            <numerusform>%Ln Tabelle</numerusform>
+            <numerusform>%Ln Tabellen</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::TJobEditForm</name>
+    <message>
+        <source>&amp;OK</source>
+        <translation>&amp;OK</translation>
+    </message>
+    <message>
+        <source>Abor&amp;t</source>
+        <translation>Abbr&amp;echen</translation>
+    </message>
+    <message>
+        <source>Close without a change (Esc)</source>
+        <translation>Schließen ohne Änderung (Esc)</translation>
+    </message>
+    <message>
+        <source>&amp;All Data  Sources:</source>
+        <translation>&amp;Alle Datenquellen:</translation>
+    </message>
+    <message>
+        <source>All data sources</source>
+        <translation>Alle Datenquellen</translation>
+    </message>
+    <message>
+        <source>A job takes two data sources, from one to the other. Add them first.</source>
+        <translation>Ein Auftrag braucht zwei Datenquellen, von der einen zur anderen. Bitte zuerst hinzufügen.</translation>
+    </message>
+    <message>
+        <source>New Data&amp;base Connection</source>
+        <translation>Neue Daten&amp;bankverbindung</translation>
+    </message>
+    <message>
+        <source>New Database Connection</source>
+        <translation>Neue Datenbankverbindung</translation>
+    </message>
+    <message>
+        <source>Register another data source</source>
+        <translation>Eine weitere Datenquelle registrieren</translation>
+    </message>
+    <message>
+        <source>Job Name</source>
+        <translation>Name des Auftrags</translation>
+    </message>
+    <message>
+        <source>The job&apos;s folder and file bear this name, too</source>
+        <translation>Auch Ordner und Datei des Auftrags tragen diesen Namen</translation>
+    </message>
+    <message>
+        <source>&amp;Job Name</source>
+        <translation>&amp;Name des Auftrags</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>Beschreibung</translation>
+    </message>
+    <message>
+        <source>What the job is for, and whom to ask</source>
+        <translation>Wozu der Auftrag dient und wen man fragen kann</translation>
+    </message>
+    <message>
+        <source>What the job is for</source>
+        <translation>Wozu der Auftrag dient</translation>
+    </message>
+    <message>
+        <source>&amp;Description</source>
+        <translation>Be&amp;schreibung</translation>
+    </message>
+    <message>
+        <source>Source Data Source</source>
+        <translation>Quelle</translation>
+    </message>
+    <message>
+        <source>Where changes are read. Reading them takes a SYSDBA log-on.</source>
+        <translation>Hier werden Änderungen gelesen. Das geht nur mit einer SYSDBA-Anmeldung.</translation>
+    </message>
+    <message>
+        <source>&amp;Source Data Source:</source>
+        <translation>&amp;Quelle:</translation>
+    </message>
+    <message>
+        <source>Destination Data Source</source>
+        <translation>Ziel</translation>
+    </message>
+    <message>
+        <source>Where changes are written</source>
+        <translation>Hierhin werden Änderungen geschrieben</translation>
+    </message>
+    <message>
+        <source>D&amp;estination Data Source:</source>
+        <translation>&amp;Ziel:</translation>
+    </message>
+    <message>
+        <source>Minutes from one synchronization to the next. Longer than the longest transaction on the source stays open.</source>
+        <translation>Minuten von einer Übertragung zur nächsten. Länger, als die längste Transaktion an der Quelle offen bleibt.</translation>
+    </message>
+    <message>
+        <source>Synchronize Interval in minutes</source>
+        <translation>Intervall in Minuten</translation>
+    </message>
+    <message>
+        <source>Synchronize &amp;Interval(minutes):</source>
+        <translation>&amp;Intervall (Minuten):</translation>
+    </message>
+    <message>
+        <source>Follow</source>
+        <translation>Folgen</translation>
+    </message>
+    <message>
+        <source>What the job follows</source>
+        <translation>Wem der Auftrag folgt</translation>
+    </message>
+    <message>
+        <source>&amp;Commits (recommended)</source>
+        <translation>&amp;Commits (empfohlen)</translation>
+    </message>
+    <message>
+        <source>Container</source>
+        <translation>Container</translation>
+    </message>
+    <message>
+        <source>The pluggable database that the job follows, when its source is the root of a container database</source>
+        <translation>Die Pluggable Database, der der Auftrag folgt, wenn seine Quelle die Wurzel einer Container-Datenbank ist</translation>
+    </message>
+    <message>
+        <source>When the source is a root</source>
+        <translation>Wenn die Quelle eine Wurzel ist</translation>
+    </message>
+    <message>
+        <source>Co&amp;ntainer:</source>
+        <translation>Con&amp;tainer:</translation>
+    </message>
+    <message>
+        <source>&amp;Rows</source>
+        <translation>Zei&amp;len</translation>
+    </message>
+    <message>
+        <source>Can be changed while the job is stopped only</source>
+        <translation>Kann nur geändert werden, solange der Auftrag gestoppt ist</translation>
+    </message>
+    <message>
+        <source>Properties of %1</source>
+        <translation>Eigenschaften von %1</translation>
+    </message>
+    <message>
+        <source>Obligatory field can not be empty</source>
+        <translation>Ein Pflichtfeld darf nicht leer sein</translation>
+    </message>
+    <message>
+        <source>The description cannot be kept exactly so: its file breaks very long lines, drops empty lines and blanks around lines, and makes tabs blanks.
+
+Keep it like that?</source>
+        <translation>Die Beschreibung kann nicht genau so behalten werden: Ihre Datei bricht sehr lange Zeilen um, lässt leere Zeilen und Leerzeichen am Rand weg und macht Tabulatoren zu Leerzeichen.
+
+So behalten?</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::TJobMgrForm</name>
+    <message>
+        <source>Jobs manager: Design, mangage and monitor</source>
+        <translation>Aufträge: entwerfen, verwalten und überwachen</translation>
+    </message>
+    <message>
+        <source>No jobs yet. A job copies the changes of one data source to another: register both with OpenDbMgr in the Database menu, then choose New in the Job menu</source>
+        <translation>Noch keine Aufträge. Ein Auftrag überträgt die Änderungen einer Datenquelle in eine andere: beide unter „Datenquellen“ im Menü „Datenbank“ registrieren, dann im Menü „Auftrag“ „Neu“ wählen</translation>
+    </message>
+    <message>
+        <source>No jobs yet. Choose New in the Job menu to make one</source>
+        <translation>Noch keine Aufträge. „Neu“ im Menü „Auftrag“ legt einen an</translation>
+    </message>
+    <message>
+        <source>The tables have not been read from the source yet: select the job and choose Refresh</source>
+        <translation>Die Tabellen sind noch nicht von der Quelle gelesen: den Auftrag auswählen und „Auffrischen“ wählen</translation>
+    </message>
+    <message>
+        <source>No table is excluded</source>
+        <translation>Keine Tabelle ist ausgeschlossen</translation>
+    </message>
+    <message>
+        <source>No table is included: choose them under Exclude</source>
+        <translation>Keine Tabelle ist einbezogen: sie werden unter „Ausgeschlossen“ gewählt</translation>
+    </message>
+    <message>
+        <source>All Jobs</source>
+        <translation>Alle Aufträge</translation>
+    </message>
+    <message>
+        <source>Jobs and tables</source>
+        <translation>Aufträge und Tabellen</translation>
+    </message>
+    <message>
+        <source>%1. Enter or a double click goes to the job</source>
+        <translation>%1. Eingabetaste oder Doppelklick geht zum Auftrag</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln job(s)</source>
+        <translation>
+            <numerusform>%Ln Auftrag</numerusform>
+            <numerusform>%Ln Aufträge</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Follows %1. %2</source>
+        <translation>Folgt: %1. %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln table(s)</source>
+        <translation>
+            <numerusform>%Ln Tabelle</numerusform>
+            <numerusform>%Ln Tabellen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The jobs could not be saved: %1
+
+Close all the same?</source>
+        <translation>Die Aufträge konnten nicht gespeichert werden: %1
+
+Trotzdem schließen?</translation>
+    </message>
+    <message>
+        <source>New job</source>
+        <translation>Neuer Auftrag</translation>
+    </message>
+    <message>
+        <source>Change of a job</source>
+        <translation>Änderung eines Auftrags</translation>
+    </message>
+    <message>
+        <source>Delete %1?</source>
+        <translation>%1 löschen?</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Auffrischen</translation>
+    </message>
+    <message>
+        <source>Have the selected tables been compared? Their mark is taken away.</source>
+        <translation>Sind die ausgewählten Tabellen verglichen? Ihre Kennzeichnung wird entfernt.</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::TMainForm</name>
+    <message>
+        <source>Working folder %1</source>
+        <translation>Arbeitsordner %1</translation>
+    </message>
+    <message>
+        <source>Job Explorer</source>
+        <translation>Aufträge</translation>
+    </message>
+    <message>
+        <source>Jobs manager: Design, mangage and monitor</source>
+        <translation>Aufträge: entwerfen, verwalten und überwachen</translation>
+    </message>
+    <message>
+        <source>Database</source>
+        <translation>Datenbank</translation>
+    </message>
+    <message>
+        <source>Databse manager: table, key and index management.</source>
+        <translation>Datenbanken: Tabellen, Schlüssel und Indizes verwalten.</translation>
+    </message>
+    <message>
+        <source> &amp;ShowLog</source>
+        <translation> &amp;Meldungen zeigen</translation>
+    </message>
+    <message>
+        <source>error.log cannot be written. Lost: %1</source>
+        <translation>error.log kann nicht geschrieben werden. Verloren: %1</translation>
+    </message>
+    <message>
+        <source>error.log in the working folder cannot be written: messages are lost until it can be. Make room, or make the file writable.
+
+The first one: %1</source>
+        <translation>error.log im Arbeitsordner kann nicht geschrieben werden: Bis dahin gehen Meldungen verloren. Bitte Platz schaffen oder die Datei schreibbar machen.
+
+Die erste: %1</translation>
+    </message>
+    <message>
+        <source> &amp;Help</source>
+        <translation> &amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source> &amp;About</source>
+        <translation> Ü&amp;ber</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <translation>Ü&amp;ber</translation>
+    </message>
+    <message>
+        <source>&amp;Job </source>
+        <translation>&amp;Auftrag </translation>
+    </message>
+    <message>
+        <source>&amp;Exit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Database</source>
+        <translation>&amp;Datenbank</translation>
+    </message>
+    <message>
+        <source>&amp;Options</source>
+        <translation>&amp;Optionen</translation>
+    </message>
+    <message>
+        <source>Shows or hides the message list</source>
+        <translation>Zeigt oder verbirgt die Meldungsliste</translation>
+    </message>
+    <message>
+        <source> S&amp;ettings ...</source>
+        <translation> &amp;Einstellungen ...</translation>
+    </message>
+    <message>
+        <source> &amp;Debug messages</source>
+        <translation> &amp;Debug-Meldungen</translation>
+    </message>
+    <message>
+        <source> S&amp;tatement trace</source>
+        <translation> An&amp;weisungen protokollieren</translation>
+    </message>
+    <message>
+        <source> &amp;Registry messages</source>
+        <translation> Meldungen der &amp;Registrierung</translation>
+    </message>
+    <message>
+        <source> &amp;Appearance</source>
+        <translation> Er&amp;scheinungsbild</translation>
+    </message>
+    <message>
+        <source>As the &amp;system</source>
+        <translation>Wie das &amp;System</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>&amp;Hell</translation>
+    </message>
+    <message>
+        <source>&amp;Dark</source>
+        <translation>&amp;Dunkel</translation>
+    </message>
+    <message>
+        <source>&amp;Skin</source>
+        <translation>&amp;Skin</translation>
+    </message>
+    <message>
+        <source>&amp;Basic</source>
+        <translation>&amp;Einfach</translation>
+    </message>
+    <message>
+        <source>&amp;Advanced</source>
+        <translation>Er&amp;weitert</translation>
+    </message>
+    <message>
+        <source>&amp;Default</source>
+        <translation>&amp;Standard</translation>
+    </message>
+    <message>
+        <source>%1. The choice holds until the program ends</source>
+        <translation>%1. Die Wahl gilt, bis das Programm endet</translation>
+    </message>
+    <message>
+        <source>The skin is not there. Looked for: %1</source>
+        <translation>Der Skin ist nicht vorhanden. Gesucht wurde: %1</translation>
+    </message>
+    <message>
+        <source>Load a skin</source>
+        <translation>Einen Skin laden</translation>
+    </message>
+    <message>
+        <source>Skins (*.qss)</source>
+        <translation>Skins (*.qss)</translation>
+    </message>
+    <message>
+        <source>The manual is not there. Looked for: %1</source>
+        <translation>Das Handbuch ist nicht vorhanden. Gesucht wurde: %1</translation>
+    </message>
+    <message>
+        <source>The system has no program to open %1</source>
+        <translation>Das System hat kein Programm, um %1 zu öffnen</translation>
+    </message>
+    <message>
+        <source>The jobs could not be saved: %1</source>
+        <translation>Die Aufträge konnten nicht gespeichert werden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::TMigrateForm</name>
+    <message>
+        <source>Drop Target</source>
+        <translation>Ziel löschen</translation>
+    </message>
+    <message>
+        <source>Prompt Before Drop</source>
+        <translation>Vor dem Löschen fragen</translation>
+    </message>
+    <message>
+        <source>Include Primary Key</source>
+        <translation>Mit Primärschlüssel</translation>
+    </message>
+    <message>
+        <source>Include Index</source>
+        <translation>Mit Index</translation>
+    </message>
+    <message>
+        <source>Choose a data source</source>
+        <translation>Datenquelle wählen</translation>
+    </message>
+    <message>
+        <source>Migrate Table/Key/Index To Another DB</source>
+        <translation>Tabelle/Schlüssel/Index in eine andere Datenbank migrieren</translation>
+    </message>
+    <message>
+        <source>Migrate Item</source>
+        <translation>Objekt</translation>
+    </message>
+    <message>
+        <source>Owner</source>
+        <translation>Besitzer</translation>
+    </message>
+    <message>
+        <source>E&amp;xecute</source>
+        <translation>Ausfüh&amp;ren</translation>
+    </message>
+    <message>
+        <source>Creates all of the list on the chosen data source</source>
+        <translation>Legt alles in der Liste auf der gewählten Datenquelle an</translation>
+    </message>
+    <message>
+        <source>Source Database</source>
+        <translation>Quelldatenbank</translation>
+    </message>
+    <message>
+        <source>Data Source:</source>
+        <translation>Datenquelle:</translation>
+    </message>
+    <message>
+        <source>The data source on which the objects are created</source>
+        <translation>Die Datenquelle, auf der die Objekte angelegt werden</translation>
+    </message>
+    <message>
+        <source>Target Database</source>
+        <translation>Zieldatenbank</translation>
+    </message>
+    <message>
+        <source>&amp;Data Source:</source>
+        <translation>&amp;Datenquelle:</translation>
+    </message>
+    <message>
+        <source>Control Parameter</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Choose the data source to migrate to first</source>
+        <translation>Bitte zuerst die Zieldatenquelle wählen</translation>
+    </message>
+    <message>
+        <source>%1. Migrate to it all the same?</source>
+        <translation>%1. Trotzdem dorthin migrieren?</translation>
+    </message>
+    <message>
+        <source>Migrate</source>
+        <translation>Migrieren</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Auffrischen</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::TRenameForm</name>
+    <message>
+        <source>Change Name Of Table/Index/Key</source>
+        <translation>Name von Tabelle/Index/Schlüssel ändern</translation>
+    </message>
+    <message>
+        <source>change name of a Table/Index/Key</source>
+        <translation>Tabelle/Index/Schlüssel umbenennen</translation>
+    </message>
+    <message>
+        <source>Owner</source>
+        <translation>Besitzer</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>Current Name</source>
+        <translation>Jetziger Name</translation>
+    </message>
+    <message>
+        <source>&amp;New Name</source>
+        <translation>&amp;Neuer Name</translation>
+    </message>
+    <message>
+        <source>The name without an owner</source>
+        <translation>Der Name ohne Besitzer</translation>
+    </message>
+    <message>
+        <source>Sent to the server as it is typed; the server judges it</source>
+        <translation>Wird so an den Server geschickt, wie er eingegeben ist; der Server beurteilt ihn</translation>
+    </message>
+    <message>
+        <source>E&amp;xecute</source>
+        <translation>Ausfüh&amp;ren</translation>
+    </message>
+    <message>
+        <source>Changes the name</source>
+        <translation>Ändert den Namen</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Umbenennen</translation>
+    </message>
+</context>
+</TS>
