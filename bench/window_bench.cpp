@@ -2,9 +2,11 @@
 // The window with large lists: opening and repainting one costs a fraction of filling a model of
 // Qt's own, and the event loop keeps turning while the worker is busy. Without a display.
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QLoggingCategory>
+#include <QScrollBar>
 #include <QStandardItemModel>
 #include <QTimer>
 #include <QTreeView>
@@ -13,6 +15,7 @@
 #include <memory>
 
 #include "benches.h"
+#include "jobs/run_state_files.h"
 #include "null_oci.h"
 #include "support/temp_folder.h"
 #include "ui/main/program_window.h"
@@ -149,34 +152,88 @@ double StartWithThousandJobs() {
   return ProcessorMilliseconds() - begin;
 }
 
-// Between two turns of the event loop while the worker applies a batch and the window shows it.
-double LongestTurn() {
+// Beats at each turn of the event loop; knows the longest pause between two.
+class Heart {
+ public:
+  Heart() {
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] {
+      longest_ = std::max(longest_, Clock::now() - last_);
+      last_ = Clock::now();
+    });
+    timer_.start(0);
+  }
+  double LongestMs() const { return std::chrono::duration<double, std::milli>(longest_).count(); }
+
+ private:
   using Clock = std::chrono::steady_clock;
-  constexpr int kStatements = 100'000;
+
+  QTimer timer_;
+  Clock::time_point last_ = Clock::now();
+  Clock::duration longest_{};
+};
+
+constexpr std::uint32_t kStatements = 100'000;
+
+std::string Statement(std::uint32_t number) {
+  return "update \"SALES\".\"ORDERS_1\" set \"STATUS\" = 'sent', \"NOTE\" = '" +
+         std::string(200, 'x') + "' where \"ID\" = '" + std::to_string(number) + "'";
+}
+
+// While the worker applies a batch and the window shows it.
+double LongestTurn() {
   const TempFolder folder;
   const OciApi api = NullOci();
   const auto workspace = OpenWorkspace(folder.Path(), api);
   SyncJob& job = MakeJob(*workspace, "busy", 10);
-  for (int i = 0; i < kStatements; ++i) {
-    job.run.pending_batch.Append(
-        "update \"SALES\".\"ORDERS_1\" set \"STATUS\" = 'sent' where \"ID\" = '" +
-        std::to_string(i) + "'");
-  }
+  for (std::uint32_t i = 0; i < kStatements; ++i) job.run.pending_batch.Append(Statement(i));
   job.run.batch_pending = 1;
   ProgramWindow window(*workspace, std::chrono::milliseconds(1));
   window.Show();
   Settle();
-  Clock::duration longest{};
-  Clock::time_point last = Clock::now();
-  QTimer heart;
-  QObject::connect(&heart, &QTimer::timeout, &heart, [&] {
-    longest = std::max(longest, Clock::now() - last);
-    last = Clock::now();
-  });
-  heart.start(0);
+  const Heart heart;
   workspace->Jobs().SetState(0, JobState::Started, {0, kStatements});
-  while (job.run.applied_count < kStatements) QApplication::processEvents();
-  return std::chrono::duration<double, std::milli>(longest).count();
+  while (job.run.applied_count < static_cast<std::int32_t>(kStatements)) {
+    QApplication::processEvents();
+  }
+  return heart.LongestMs();
+}
+
+// While a preview of as many statements is made, opened and scrolled through, one of each screen
+// looked at.
+double LongestTurnOfPreview() {
+  const TempFolder folder;
+  const OciApi api = NullOci();
+  const auto workspace = OpenWorkspace(folder.Path(), api);
+  SyncJob& job = MakeJob(*workspace, "stuck", 10);
+  PendingBatch batch;
+  for (std::uint32_t i = 0; i < kStatements; ++i) batch.Append(Statement(i));
+  job.run.batch_pending = 1;
+  const JobFolder of_job(workspace->Folder(), "stuck");
+  std::string error;
+  if (!of_job.Make(workspace->Files(), error) ||
+      !WriteBatchFile(workspace->Files(), of_job, batch, error) ||
+      !RunRecordWriter(workspace->Files(), of_job)
+           .Write(MakeRunRecord(job, JobState::Started, {0, kStatements}), error)) {
+    std::abort();
+  }
+  ProgramWindow window(*workspace);
+  window.Show();
+  auto* tree = window.Form().findChild<QTreeView*>("JobMgrTV");
+  tree->setCurrentIndex(tree->model()->index(0, 0, tree->model()->index(0, 0)));
+  auto* pages = window.Form().findChild<QTabWidget*>("JobPages");
+  pages->setCurrentWidget(pages->findChild<QWidget*>("PreviewPage"));
+  Settle();
+  const Heart heart;
+  pages->findChild<QAbstractButton*>("PreviewBtn")->click();
+  auto* list = pages->findChild<QAbstractItemView*>("PreviewStatements");
+  if (list->model()->rowCount() != static_cast<int>(kStatements)) std::abort();
+  QScrollBar& bar = *list->verticalScrollBar();
+  for (int row = 0; row < bar.maximum(); row += bar.pageStep()) {
+    bar.setValue(row);
+    list->setCurrentIndex(list->model()->index(row, 0));
+    QApplication::processEvents();
+  }
+  return heart.LongestMs();
 }
 
 }  // namespace
@@ -208,6 +265,8 @@ void AddWindowBenches(RatioTable& table) {
                   [application] { return StartWithThousandJobs(); });
   table.AddFigure("window: longest turn, 100000 statements", "ms", 100,
                   [application] { return LongestTurn(); });
+  table.AddFigure("window: longest turn, preview of 100000", "ms", 100,
+                  [application] { return LongestTurnOfPreview(); });
 }
 
 }  // namespace quillmere::bench

@@ -1098,6 +1098,121 @@ Fortfahren?</translation>
     </message>
 </context>
 <context>
+    <name>quillmere::DoctorPage</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>failure</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Checks with a failure: %1, with a warning: %2, OK: %3.</source>
+        <translation>Prüfungen mit Fehler: %1, mit Warnung: %2, OK: %3.</translation>
+    </message>
+    <message>
+        <source>No.</source>
+        <translation>Nr.</translation>
+    </message>
+    <message>
+        <source>Check</source>
+        <translation>Prüfung</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>Wo</translation>
+    </message>
+    <message>
+        <source>Why</source>
+        <translation>Warum</translation>
+    </message>
+    <message>
+        <source>Cure</source>
+        <translation>Abhilfe</translation>
+    </message>
+    <message>
+        <source>Findings</source>
+        <translation>Befunde</translation>
+    </message>
+    <message>
+        <source>The selected finding and its cure</source>
+        <translation>Der gewählte Befund und seine Abhilfe</translation>
+    </message>
+    <message>
+        <source>Exa&amp;mine</source>
+        <translation>&amp;Untersuchen</translation>
+    </message>
+    <message>
+        <source>Asks both databases; neither of them is changed</source>
+        <translation>Fragt beide Datenbanken; keine wird verändert</translation>
+    </message>
+    <message>
+        <source>&amp;Copy cures</source>
+        <translation>Abhilfen &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>Copies all cures, to be pasted where they are run</source>
+        <translation>Kopiert alle Abhilfen, um sie dort einzufügen, wo sie ausgeführt werden</translation>
+    </message>
+    <message>
+        <source>S&amp;ave cures ...</source>
+        <translation>Abhilfen spei&amp;chern ...</translation>
+    </message>
+    <message>
+        <source>Writes all cures to a file for the administrator</source>
+        <translation>Schreibt alle Abhilfen in eine Datei für den Administrator</translation>
+    </message>
+    <message>
+        <source>Result of the examination</source>
+        <translation>Ergebnis der Untersuchung</translation>
+    </message>
+    <message>
+        <source>Looks at what could keep the job from running well, and says what cures it.</source>
+        <translation>Sucht, was den Auftrag behindern könnte, und sagt, was abhilft.</translation>
+    </message>
+    <message>
+        <source>Doctor</source>
+        <translation>Diagnose</translation>
+    </message>
+    <message>
+        <source>Examined at %1. %2</source>
+        <translation>Untersucht: %1. %2</translation>
+    </message>
+    <message>
+        <source>It was ended before all checks were made.</source>
+        <translation>Vor der letzten Prüfung beendet.</translation>
+    </message>
+    <message>
+        <source>Cure:</source>
+        <translation>Abhilfe:</translation>
+    </message>
+    <message>
+        <source>Cure, on %1:</source>
+        <translation>Abhilfe, auf %1:</translation>
+    </message>
+    <message>
+        <source>Save cures</source>
+        <translation>Abhilfen speichern</translation>
+    </message>
+    <message>
+        <source>SQL files (*.sql);;All files (*)</source>
+        <translation>SQL-Dateien (*.sql);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Docto&amp;r</source>
+        <translation>Dia&amp;gnose</translation>
+    </message>
+</context>
+<context>
     <name>quillmere::ExplorerFrame</name>
     <message>
         <source>Expand or collapse the tree</source>
@@ -1368,6 +1483,113 @@ Fortfahren?</translation>
     <message>
         <source>Redo is gone</source>
         <translation>Redo ist weg</translation>
+    </message>
+    <message>
+        <source>This job has never run. The doctor looks at what could keep it from running well.</source>
+        <translation>Dieser Auftrag lief noch nie. Die Diagnose sucht, was ihn behindern könnte.</translation>
+    </message>
+    <message>
+        <source>Ask the doc&amp;tor</source>
+        <translation>Diagnose s&amp;tarten</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::PreviewPage</name>
+    <message>
+        <source>The source could not be read: %1</source>
+        <translation>Die Quelle konnte nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>Goes on with a batch of %1 statements, number %2 is next.</source>
+        <translation>Fährt mit einem Stapel von %1 Anweisungen fort, Nummer %2 ist die nächste.</translation>
+    </message>
+    <message>
+        <source>Statements that the source has now: %1.</source>
+        <translation>Anweisungen, die die Quelle jetzt hat: %1.</translation>
+    </message>
+    <message>
+        <source>Read at %1. %2</source>
+        <translation>Gelesen: %1. %2</translation>
+    </message>
+    <message>
+        <source>Would execute %1 and block %2.</source>
+        <translation>Würde %1 ausführen und %2 blockieren.</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>Inserts</source>
+        <translation>Inserts</translation>
+    </message>
+    <message>
+        <source>Updates</source>
+        <translation>Updates</translation>
+    </message>
+    <message>
+        <source>Deletes</source>
+        <translation>Deletes</translation>
+    </message>
+    <message>
+        <source>Blocked</source>
+        <translation>Blockiert</translation>
+    </message>
+    <message>
+        <source>Because</source>
+        <translation>Grund</translation>
+    </message>
+    <message>
+        <source>Written to</source>
+        <translation>Ziel</translation>
+    </message>
+    <message>
+        <source>Previe&amp;w</source>
+        <translation>Vors&amp;chau</translation>
+    </message>
+    <message>
+        <source>Reads what the next pass would execute; nothing is written</source>
+        <translation>Liest, was der nächste Durchgang ausführen würde; nichts wird geschrieben</translation>
+    </message>
+    <message>
+        <source>What the next pass would do</source>
+        <translation>Was der nächste Durchgang täte</translation>
+    </message>
+    <message>
+        <source>Tables of the preview</source>
+        <translation>Tabellen der Vorschau</translation>
+    </message>
+    <message>
+        <source>Statements of the preview</source>
+        <translation>Anweisungen der Vorschau</translation>
+    </message>
+    <message>
+        <source>The selected statement</source>
+        <translation>Die gewählte Anweisung</translation>
+    </message>
+    <message>
+        <source>What the next pass would execute, and what it would block and why.</source>
+        <translation>Was der nächste Durchgang ausführen und was er warum blockieren würde.</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
+    </message>
+    <message>
+        <source>connect to %1</source>
+        <translation>mit %1 verbinden</translation>
+    </message>
+    <message>
+        <source>read what %1 has</source>
+        <translation>lesen, was %1 hat</translation>
+    </message>
+    <message>
+        <source>(%1 bytes in all; &quot;job preview --json&quot; shows them)</source>
+        <translation>(insgesamt %1 Bytes; &quot;job preview --json&quot; zeigt sie)</translation>
+    </message>
+    <message>
+        <source>Pre&amp;view</source>
+        <translation>&amp;Vorschau</translation>
     </message>
 </context>
 <context>
@@ -1758,6 +1980,45 @@ Eine Änderung wirkt ab dem nächsten Start.</translation>
     <message>
         <source>Making the windows</source>
         <translation>Baut die Fenster auf</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::StatementRows</name>
+    <message>
+        <source>done</source>
+        <translation>erledigt</translation>
+    </message>
+    <message>
+        <source>execute</source>
+        <translation>ausführen</translation>
+    </message>
+    <message>
+        <source>block</source>
+        <translation>blockieren</translation>
+    </message>
+    <message>
+        <source>(no table)</source>
+        <translation>(keine Tabelle)</translation>
+    </message>
+    <message>
+        <source>No.</source>
+        <translation>Nr.</translation>
+    </message>
+    <message>
+        <source>Next pass</source>
+        <translation>Nächster Durchgang</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>Statement</source>
+        <translation>Anweisung</translation>
+    </message>
+    <message>
+        <source>Because</source>
+        <translation>Grund</translation>
     </message>
 </context>
 <context>

@@ -14,7 +14,10 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScopeGuard>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QToolButton>
+#include <QTreeView>
 #include <map>
 
 #include "support/temp_folder.h"
@@ -102,6 +105,11 @@ void Check(QWidget& dialog, bool main = false) {
     if (const auto* button = qobject_cast<QAbstractButton*>(widget)) take(widget, button->text());
     if (const auto* box = qobject_cast<QGroupBox*>(widget)) take(widget, box->title());
   }
+  for (const auto* bar : dialog.findChildren<QTabBar*>()) {
+    for (int i = 0; bar->isVisibleTo(&dialog) && i < bar->count(); ++i) {
+      take(nullptr, bar->tabText(i));
+    }
+  }
   for (QWidget* const widget : dialog.findChildren<QWidget*>()) {
     if (!IsControl(*widget) || !widget->isVisibleTo(&dialog)) continue;
     const std::string what = dialog.objectName().toStdString() + ": " +
@@ -162,12 +170,26 @@ TEST_P(Keyboard, LeadsToEveryControlOfEveryDialog) {
     const std::unique_ptr<QDialog> dialog(make());
     show(*dialog);
   }
-  TMainForm main(context);
+  source.name = "B";
+  workspace->Registry().Add(source);
+  NewJob();
+  TMainForm main(context, std::chrono::hours(1));
   main.resize(800, 560);
   main.show();
   QCoreApplication::processEvents();
   Check(main, true);
   CheckMenus(main);
+  auto* tree = main.findChild<QTreeView*>("JobMgrTV");
+  tree->setCurrentIndex(tree->model()->index(0, 0, tree->model()->index(0, 0)));
+  main.resize(1000, 640);
+  auto* pages = main.findChild<QTabWidget*>("JobPages");
+  ASSERT_GE(pages->count(), 3);
+  for (int page = 0; page < pages->count(); ++page) {
+    pages->setCurrentIndex(page);
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(pages->currentWidget()->isVisibleTo(&main));
+    Check(main, true);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(In, Keyboard, ::testing::Values(Language::English, Language::German));

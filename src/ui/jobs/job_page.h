@@ -9,6 +9,8 @@
 #include "ui/H_global.h"
 #include "watch/job_watch.h"
 
+class QTabWidget;
+
 namespace quillmere {
 
 class WayOutRunner;
@@ -30,6 +32,6 @@ class JobPage : public QWidget {
 };
 
 // All pages in their order, children of parent, with an object name each.
-std::vector<JobPage*> MakeJobPages(UiContext& context, WayOutRunner& ways, QWidget* parent);
+std::vector<JobPage*> MakeJobPages(UiContext& context, WayOutRunner& ways, QTabWidget* parent);
 
 }  // namespace quillmere

@@ -4,7 +4,9 @@
 #include <QTabBar>
 #include <utility>
 
+#include "ui/jobs/doctor_page.h"
 #include "ui/jobs/now_page.h"
+#include "ui/jobs/preview_page.h"
 #include "ui/jobs/problem_page.h"
 #include "ui/toolkit/icons.h"
 
@@ -15,8 +17,15 @@ constexpr int kSecondMs = 1000;
 
 }  // namespace
 
-std::vector<JobPage*> MakeJobPages(UiContext& context, WayOutRunner& ways, QWidget* parent) {
-  return {new NowPage(context, parent), new ProblemPage(context, ways, parent)};
+std::vector<JobPage*> MakeJobPages(UiContext& context, WayOutRunner& ways, QTabWidget* parent) {
+  auto* const now = new NowPage(context, parent);
+  auto* const doctor = new DoctorPage(context, parent);
+  QObject::connect(now, &NowPage::DoctorAsked, doctor, [parent, doctor] {
+    parent->setCurrentWidget(doctor);
+    doctor->Examine();
+  });
+  return {now, new ProblemPage(context, ways, parent), new PreviewPage(context, ways, parent),
+          doctor};
 }
 
 JobPages::JobPages(UiContext& context, WayOutRunner& ways, QWidget* parent)

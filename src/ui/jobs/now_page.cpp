@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "ui/jobs/now_page.h"
 
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "ui/toolkit/appearance.h"
 #include "ui/toolkit/text.h"
 #include "watch/health_text.h"
 
@@ -72,10 +76,33 @@ NowPage::NowPage(UiContext& context, QWidget* parent)
   facts_.Add("Loss", tr("Redo is gone"));
   facts_.Add("Waiting", tr("Waiting"));
   facts_.Add("Done", tr("Since its start"));
+  column->addWidget(offer_ = MakeOffer());
+}
+
+QWidget* NowPage::MakeOffer() {
+  auto* offer = new QWidget(this);
+  auto* words = new QLabel(
+      tr("This job has never run. The doctor looks at what could keep it from running well."));
+  words->setWordWrap(true);
+  words->setForegroundRole(QPalette::PlaceholderText);
+  auto* ask = new QPushButton(tr("Ask the doc&tor"));
+  ask->setObjectName(QStringLiteral("AskDoctorBtn"));
+  ask->setFlat(true);
+  connect(ask, &QPushButton::clicked, this, &NowPage::DoctorAsked);
+  auto* row = new QHBoxLayout(offer);
+  row->setContentsMargins(kMargin, kSpacing / 2, kMargin, kSpacing / 2);
+  row->addWidget(words, 1);
+  row->addWidget(ask);
+  return offer;
 }
 
 void NowPage::ShowJob(std::size_t job, const WatchedJob& watched) {
-  const JobRun& run = jobs_.At(job).run;
+  const SyncJob& record = jobs_.At(job);
+  const JobRun& run = record.run;
+  {
+    const MutexLock lock(record.config_mutex);
+    offer_->setHidden(record.config.has_runned);
+  }
   facts_.Show(
       {Translated(HealthName(watched.health)) + QStringLiteral(": ") + Meaning(watched),
        BehindText(watched), GoodText(watched), NextText(watched), LossText(watched),

@@ -16,9 +16,16 @@ class NowPage final : public JobPage {
   QString Title() const override { return tr("&Now"); }
   void ShowJob(std::size_t job, const WatchedJob& watched) override;
 
+ Q_SIGNALS:
+  // A job that never ran is to be looked at by the doctor.
+  void DoctorAsked();
+
  private:
+  QWidget* MakeOffer();
+
   const JobList& jobs_;
   FactGrid facts_;
+  QWidget* offer_ = nullptr;  // seen until the job has run
 };
 
 }  // namespace quillmere

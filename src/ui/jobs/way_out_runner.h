@@ -23,6 +23,9 @@ class WayOutRunner final : public QObject {
  public:
   WayOutRunner(Workspace& workspace, EngineContext& engine, QWidget* window);
 
+  // Of the thread that runs the jobs.
+  const EngineContext& Engine() const { return engine_; }
+
   void Retry(std::size_t job);
 
   // Now when the job is paused; else it is paused first and continued afterwards. A job that is

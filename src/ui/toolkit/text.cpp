@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "foundation/text.h"
 #include "ui/toolkit/core_words.h"
 #include "ui/toolkit/language.h"
 
@@ -39,6 +40,12 @@ QString OneLine(std::string_view bytes) {
     if (breaks_line || character.category() == QChar::Other_Control) character = u' ';
   }
   return text;
+}
+
+QString Beginning(std::string_view bytes, std::size_t most) {
+  if (bytes.size() <= most) return OneLine(bytes);
+  while (most > 0 && ContinuesCharacter(bytes[most])) --most;
+  return OneLine(bytes.substr(0, most)) + QStringLiteral(" ...");
 }
 
 std::string EditedText(const QLineEdit& field, std::string_view original) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QString>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -18,6 +19,9 @@ std::string ToBytes(const QString& text);
 
 // For a single line: control characters, line ends among them, are shown as blanks.
 QString OneLine(std::string_view bytes);
+
+// No more of a text than a cell shows, on one line; what is left out, three dots say.
+QString Beginning(std::string_view bytes, std::size_t most);
 
 // What the operator entered, in bytes. A field that still shows `original` gives the original back
 // byte for byte, also where it is no UTF-8.
