@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 #include <thread>
 
 namespace quillmere::sandbox {
@@ -27,8 +28,15 @@ std::filesystem::path DatabaseDirectory() {
 }
 
 Status Link::Attach(const std::string& name, std::shared_ptr<Link>* out) {
+  constexpr std::string_view kNew = "new:";  // which no name of a database can begin with
+  const bool make = name.starts_with(kNew);
   DatabasePath path;
-  if (!FindDatabasePath(DatabaseDirectory(), name, &path)) return Ora(12154);
+  if (!FindDatabasePath(DatabaseDirectory(), make ? name.substr(kNew.size()) : name, &path)) {
+    return Ora(12154);
+  }
+  if (make) {
+    if (Status status = CreateDatabase(path, "sandbox"); !status.ok()) return status;
+  }
   return AttachFile(path, out);
 }
 

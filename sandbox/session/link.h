@@ -15,6 +15,7 @@ namespace quillmere::sandbox {
 class Link {
  public:
   // Attaches to `name` under QUILLMERE_SANDBOX_DIR, or ./sandbox. ORA-12154 when it is not there.
+  // `new:name` makes it first, with the password 'sandbox'; refused when it is there.
   static Status Attach(const std::string& name, std::shared_ptr<Link>* out);
   static Status AttachFile(const DatabasePath& path, std::shared_ptr<Link>* out);
 

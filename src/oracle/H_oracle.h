@@ -174,7 +174,7 @@ class OracleSession {
   static bool Succeeded(oci::sword status) {
     return status == oci::kSuccess || status == oci::kSuccessWithInfo;
   }
-  const OciApi& Api() const { return library_.Api(); }
+  const OciApi& Api() const { return *environment_.api; }
 
   // False, with a reason: the operation is to stop.
   bool MayGoOn();

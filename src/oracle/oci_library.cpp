@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "oracle/oci_library.h"
 
+#include <system_error>
+
 #include "oracle/nls_defaults.h"
 #include "oracle/platform.h"
 
@@ -49,6 +51,12 @@ std::vector<std::string> Candidates(std::string_view choice, const std::filesyst
 
 OciLibrary::OciLibrary(std::string_view choice, const std::filesystem::path& program_folder) {
   SetNlsDefaults();
+  Load(clients_.emplace_back(), choice, program_folder);
+  now_ = &clients_.back();
+}
+
+void OciLibrary::Load(Client& client, std::string_view choice,
+                      const std::filesystem::path& program_folder) {
   std::string tried;
   std::string first_reason;
   for (const std::string& name : Candidates(choice, program_folder)) {
@@ -57,9 +65,9 @@ OciLibrary::OciLibrary(std::string_view choice, const std::filesystem::path& pro
       OciApi api;
       const std::string missing = BindAll(library, api);
       if (missing.empty()) {
-        api_ = api;
-        loaded_ = true;
-        path_ = name;
+        client.api = api;
+        client.loaded = true;
+        client.path = name;
         return;
       }
       reason = name + " has no function " + missing;
@@ -67,22 +75,51 @@ OciLibrary::OciLibrary(std::string_view choice, const std::filesystem::path& pro
     tried += (tried.empty() ? "" : ", ") + name;
     if (first_reason.empty()) first_reason = reason;
   }
-  load_error_ = "no client library could be loaded. Tried: " + tried + " (" + first_reason + "). " +
-                ClientInstallHint();
+  client.load_error = "no client library could be loaded. Tried: " + tried + " (" + first_reason +
+                      "). " + ClientInstallHint();
 }
 
-OciLibrary::OciLibrary(const OciApi& api) : api_(api), loaded_(true), path_("(built in)") {}
+OciLibrary::OciLibrary(const OciApi& api) {
+  now_ = &clients_.emplace_back(Client{api, true, "(built in)", {}});
+}
+
+bool OciLibrary::Replace(std::string_view choice, const std::filesystem::path& program_folder,
+                         std::string& reason) {
+  Client& client = clients_.emplace_back();
+  Load(client, choice, program_folder);
+  if (client.loaded) {
+    now_ = &client;
+    return true;
+  }
+  reason = client.load_error;
+  clients_.pop_back();
+  return false;
+}
+
+void OciLibrary::TakeBack() {
+  if (clients_.size() > 1) now_ = &clients_[clients_.size() - 2];
+}
 
 OciLibrary::Environment OciLibrary::ThreadEnvironment() {
-  if (!loaded_) return {};
+  const Client& client = Now();
+  if (!client.loaded) return {nullptr, false, &client.api};
   const MutexLock lock(mutex_);
-  Environment& environment = environments_[std::this_thread::get_id()];
+  Environment& environment = environments_[{std::this_thread::get_id(), &client}];
+  environment.api = &client.api;
   if (!environment.ready) {
-    const oci::sword status = api_.EnvCreate(&environment.handle, oci::kDefault, nullptr, nullptr,
-                                             nullptr, nullptr, 0, nullptr);
+    const oci::sword status = client.api.EnvCreate(&environment.handle, oci::kDefault, nullptr,
+                                                   nullptr, nullptr, nullptr, 0, nullptr);
     environment.ready = status == oci::kSuccess || status == oci::kSuccessWithInfo;
   }
   return environment;
+}
+
+std::filesystem::path FindSandboxLibrary(const std::filesystem::path& program_folder) {
+  std::error_code error;
+  for (const std::string& name : Candidates("sandbox", program_folder)) {
+    if (std::filesystem::is_regular_file(name, error)) return name;
+  }
+  return {};
 }
 
 }  // namespace quillmere

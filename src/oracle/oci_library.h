@@ -4,11 +4,14 @@
 // threads and memory of its own.
 #pragma once
 
+#include <atomic>
+#include <deque>
 #include <filesystem>
 #include <map>
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "foundation/mutex.h"
@@ -21,6 +24,7 @@ class OciLibrary {
   struct Environment {
     oci::OCIEnv* handle = nullptr;  // may be set although it is not ready: its errors can be read
     bool ready = false;
+    const OciApi* api = nullptr;  // whose it is; lives as long as the library
   };
 
   // choice: "" or "oracle" tries the platform's usual names, "sandbox" the sandbox library in
@@ -36,12 +40,19 @@ class OciLibrary {
   OciLibrary(const OciLibrary&) = delete;
   OciLibrary& operator=(const OciLibrary&) = delete;
 
-  bool Loaded() const { return loaded_; }
-  const OciApi& Api() const { return api_; }
+  // Takes another library for the sessions that are made from now on; those that are there go on
+  // with the one they have. False, with the reason: nothing has changed. One thread at a time.
+  bool Replace(std::string_view choice, const std::filesystem::path& program_folder,
+               std::string& reason);
+  // Back to the one before the last that was taken so.
+  void TakeBack();
+
+  bool Loaded() const { return Now().loaded; }
+  const OciApi& Api() const { return Now().api; }
 
   // The file in use, or why there is none: which names were tried and what to install.
-  const std::string& Path() const { return path_; }
-  const std::string& LoadError() const { return load_error_; }
+  const std::string& Path() const { return Now().path; }
+  const std::string& LoadError() const { return Now().load_error; }
 
   // The calling thread's OCI environment: made at its first call, used by all later ones and never
   // freed, so that sessions can come and go without the process growing. One that could not be made
@@ -49,12 +60,24 @@ class OciLibrary {
   Environment ThreadEnvironment();
 
  private:
-  OciApi api_;
-  bool loaded_ = false;
-  std::string path_;
-  std::string load_error_;
+  struct Client {
+    OciApi api;
+    bool loaded = false;
+    std::string path;
+    std::string load_error;
+  };
+
+  static void Load(Client& client, std::string_view choice,
+                   const std::filesystem::path& program_folder);
+  const Client& Now() const { return *now_; }
+
+  std::deque<Client> clients_;  // none ever goes: sessions may have it
+  std::atomic<const Client*> now_;
   Mutex mutex_;
-  std::map<std::thread::id, Environment> environments_ GUARDED_BY(mutex_);
+  std::map<std::pair<std::thread::id, const Client*>, Environment> environments_ GUARDED_BY(mutex_);
 };
+
+// The sandbox library that belongs to the program in that folder; empty when it is not installed.
+std::filesystem::path FindSandboxLibrary(const std::filesystem::path& program_folder);
 
 }  // namespace quillmere
