@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "workspace/workspace.h"
 
+#include <cstdlib>
 #include <system_error>
 #include <utility>
 
@@ -50,6 +51,8 @@ bool LogCanBeWritten(FileSystem& files, const fs::path& folder, std::string& rea
 
 constexpr std::string_view kNotRegistered = " is not registered any more";
 
+constexpr const char* kSandboxFolder = "QUILLMERE_SANDBOX_DIR";
+
 bool IsSandbox(std::string_view client) {
   return client == "sandbox" || fs::path(client).filename() == SandboxLibraryName();
 }
@@ -87,6 +90,7 @@ Workspace::Workspace(const Options& options, fs::path folder)
     : files_(options.files != nullptr ? options.files : &system_files_),
       folder_(std::move(folder)),
       folder_origin_(options.folder_origin),
+      program_folder_(options.program_folder),
       access_(options.access),
       clock_(options.clock != nullptr ? options.clock : &system_clock_),
       log_(*files_, folder_, *clock_, settings_,
@@ -104,15 +108,37 @@ std::string Workspace::FolderText() const {
 }
 
 void Workspace::OpenClient(const Options& options) {
+  const std::string& client = options.client.empty() ? settings_.client_library : options.client;
+  uses_sandbox_ = IsSandbox(client);
   if (options.oci != nullptr) {
     oci_ = std::make_unique<OciLibrary>(*options.oci);
     return;
   }
-  const std::string& client = options.client.empty() ? settings_.client_library : options.client;
-  if (IsSandbox(client)) {
-    SetEnvironmentDefault("QUILLMERE_SANDBOX_DIR", PathText(folder_ / "sandbox").c_str());
-  }
+  // Whatever the client is: it may become the sandbox when there are threads that read this.
+  SetEnvironmentDefault(kSandboxFolder, PathText(folder_ / "sandbox").c_str());
   oci_ = std::make_unique<OciLibrary>(client, options.program_folder);
+}
+
+fs::path Workspace::SandboxFolder() const {
+  const char* const named = std::getenv(kSandboxFolder);  // NOLINT(concurrency-mt-unsafe)
+  return named == nullptr || *named == '\0' ? folder_ / "sandbox" : fs::path(named);
+}
+
+bool Workspace::UseSandbox(std::string& reason) {
+  if (!oci_->Replace("sandbox", program_folder_, reason)) return false;
+  uses_sandbox_ = true;
+  return true;
+}
+
+void Workspace::LeaveSandbox() {
+  oci_->TakeBack();
+  uses_sandbox_ = false;
+}
+
+bool Workspace::KeepSandbox(std::string& reason) {
+  KeepSettings();
+  settings_.client_library = "sandbox";
+  return SaveSettings(*files_, SettingsFile(), settings_, reason);
 }
 
 // A folder that has neither of these gets its two lists, so that one that is missing afterwards is

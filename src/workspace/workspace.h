@@ -61,6 +61,7 @@ class Workspace {
   FileSystem& Files() const { return *files_; }
   MessageLog& Log() { return log_; }
   OciLibrary& Oci() { return *oci_; }
+  const OciLibrary& Oci() const { return *oci_; }
   DataSourceRegistry& Registry() { return registry_; }
   const DataSourceRegistry& Registry() const { return registry_; }
   JobList& Jobs() { return jobs_; }
@@ -97,6 +98,17 @@ class Workspace {
   // Saves all jobs; a failure goes to the log, too, and what it concerns is on disk as it was.
   bool SaveJobs(std::string& reason);
 
+  // --- the sandbox as the client library
+  bool UsesSandbox() const { return uses_sandbox_; }
+  // Where its databases are, if nobody has said otherwise.
+  std::filesystem::path SandboxFolder() const;
+  const std::filesystem::path& ProgramFolder() const { return program_folder_; }
+  // Takes it from now on, in place of a library that no data source of the folder needs; and back.
+  bool UseSandbox(std::string& reason);
+  void LeaveSandbox();
+  // At the next start, too.
+  bool KeepSandbox(std::string& reason);
+
   std::filesystem::path SettingsFile() const { return folder_ / "config" / "settings.xml"; }
 
  private:
@@ -114,6 +126,7 @@ class Workspace {
   FolderLock lock_;  // let go of after all that writes
   const std::filesystem::path folder_;
   const std::string folder_origin_;
+  const std::filesystem::path program_folder_;
   const Access access_;
   SystemClock system_clock_;
   const Clock* const clock_;
@@ -127,6 +140,7 @@ class Workspace {
   ActionLog actions_;
   KeptSettings kept_;
   std::deque<WatchedListener> listeners_;  // one for each engine
+  bool uses_sandbox_ = false;
   bool other_program_ = false;  // when looking only: it had the folder while this one read it
 };
 
