@@ -19,7 +19,7 @@ LITERAL = re.compile(r"""'(?:[^'\\]|\\.)'|"((?:[^"\\\n]|\\.)*)["]""")  # of char
 NO_MESSAGE = re.compile(
     r"^ ?(--|select|alter|create|drop table|drop index|begin (dbms|sys)|where|and |from |order |inner|owner )"
     r"|^ ?(# (HELP|TYPE)|time,captured|update |delete |insert |operation=|seg_owner|\(select|dbms_|D:P|C\.|Quillmere harbor|%|YYYY-)"
-    r"|NOT EXISTS|NOT IN|NVL\(|=\(|constraint_type|table_name=|_name='|index_name|index_owner|and owner"
+    r"|, sysdate|NOT EXISTS|NOT IN|NVL\(|=\(|constraint_type|table_name=|_name='|index_name|index_owner|and owner"
     r"|num_rows|dba_|(PRIMARY|FOREIGN) KEY|little-endian|^read the list",
     re.IGNORECASE)
 

@@ -130,6 +130,8 @@ void TDbMgrForm::UpdateActions() {
 
 void TDbMgrForm::ShowSelectedList() {
   list_->Show(SelectedNode());
+  const DataSourceRegistry& registry = context_.workspace.Registry();
+  frame_->ShowFirst(registry.CountInUse() == 0 && registry.WhyListNotRead().empty());
   UpdateActions();
 }
 

@@ -23,6 +23,9 @@ class TDbMgrForm : public QWidget {
 
   const DatabaseActions& Actions() const { return actions_; }
 
+  // What stands in place of the list while no data source is registered; the form's from then on.
+  void SetFirst(QWidget* widget) { frame_->SetFirst(widget); }
+
   // Takes up what the registry says now; for whoever changed it. The selection stays where its node
   // is still there.
   void ShowRegistry();

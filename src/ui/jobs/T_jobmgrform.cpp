@@ -254,6 +254,15 @@ void TJobMgrForm::ShowJobs(const JobNodeRef& node) {
                           : QString());
   frame_.SetNote(all ? QString() : NoteOf(node.job));
   frame_.SetOneRow(!all);
+  // A list that could not be read is not an empty one.
+  frame_.ShowFirst(all && job_rows_.SourceRowCount() == 0 &&
+                   context_.workspace.Catalogue().WhyListNotRead().empty());
+}
+
+void TJobMgrForm::ShowJob(std::size_t job) {
+  KeepExpanded();
+  Select({JobNode::Job, job});
+  frame_.Tree().setFocus(Qt::OtherFocusReason);
 }
 
 // What an operator has to know of the one job that is shown.
@@ -275,6 +284,7 @@ void TJobMgrForm::ShowTables(const JobNodeRef& node, TableRows& rows, const QStr
   frame_.SetCountText(tr("%Ln table(s)", nullptr, Plural(rows.SourceRowCount())));
   frame_.SetNote({});
   frame_.SetOneRow(false);
+  frame_.ShowFirst(false);
   frame_.SetBack(OneLine(NameOf(job)));
   SetHint(&frame_.List(), PageHint());
 }

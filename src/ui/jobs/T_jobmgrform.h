@@ -38,6 +38,12 @@ class TJobMgrForm : public QWidget {
 
   JobActionList& Actions() { return actions_; }
 
+  // What stands in place of the list of all jobs while there are none; the form's from then on.
+  void SetFirst(QWidget* widget) { frame_.SetFirst(widget); }
+
+  // Takes up a job that was made elsewhere, and goes to it.
+  void ShowJob(std::size_t job);
+
   // False: the operator has been told which job keeps the window open. Saves the catalogue when
   // nothing does.
   bool MayClose();

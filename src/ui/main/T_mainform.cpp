@@ -76,6 +76,7 @@ TMainForm::~TMainForm() {
 }
 
 void TMainForm::EndWorker() {
+  workload_.reset();
   job_manager_->EndWorker();
 }
 
@@ -95,6 +96,8 @@ QWidget* TMainForm::MakePages(std::chrono::milliseconds sweep_pause) {
           tr("Databse manager: table, key and index management."));
   connect(database_manager_, &TDbMgrForm::Acting, pages_, [this] { pages_->setCurrentIndex(1); });
   pages_->setTabIcon(1, Icon("source"));
+  job_manager_->SetFirst(MakeFirst());
+  database_manager_->SetFirst(MakeFirst());
   ShowHealth({});
   AddPageKeys();
   connect(pages_, &QTabWidget::currentChanged, this, &TMainForm::OnPageChanged);

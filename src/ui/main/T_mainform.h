@@ -6,9 +6,11 @@
 #include <QMainWindow>
 #include <QTimer>
 #include <chrono>
+#include <memory>
 
 #include "engine/work_thread.h"
 #include "ui/H_global.h"
+#include "workspace/trial_workload.h"
 
 class QAction;
 class QLabel;
@@ -54,6 +56,11 @@ class TMainForm : public QMainWindow {
   void KeepPlace();
   void SayLost(const QString& text);
 
+  // --- the first minute (T_mainform_first.cpp)
+  QWidget* MakeFirst();
+  void RegisterSource();
+  void TrySandbox();
+
   // --- the menus (T_mainform_menus.cpp)
   void MakeMenus();
   QMenu* MakeJobMenu();
@@ -80,6 +87,7 @@ class TMainForm : public QMainWindow {
   QAction* show_log_ = nullptr;
   QTimer clear_timer_{this};
   bool loss_told_ = false;
+  std::unique_ptr<TrialWorkload> workload_;  // after a trial was made
 };
 
 }  // namespace quillmere

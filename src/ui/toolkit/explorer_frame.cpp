@@ -155,6 +155,18 @@ void ExplorerFrame::AddBelow(QWidget* widget) {
   right_->addWidget(widget, 1);
 }
 
+void ExplorerFrame::SetFirst(QWidget* widget) {
+  first_ = widget;
+  first_->hide();
+  AddBelow(first_);
+}
+
+void ExplorerFrame::ShowFirst(bool shown) {
+  if (first_ == nullptr) return;
+  list_->setVisible(!shown);
+  first_->setVisible(shown);
+}
+
 void ExplorerFrame::SetOneRow(bool one) {
   const int bars = list_->horizontalHeader()->height() + 2 * list_->frameWidth() +
                    list_->horizontalScrollBar()->sizeHint().height();

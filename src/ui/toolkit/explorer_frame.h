@@ -40,6 +40,11 @@ class ExplorerFrame : public QWidget {
   void AddAbove(QWidget* widget);
   void AddBelow(QWidget* widget);
 
+  // Stands where the list does while there is nothing to list and it is asked for; the frame's from
+  // then on.
+  void SetFirst(QWidget* widget);
+  void ShowFirst(bool shown);
+
   // The list is as high as one row needs, or as there is room.
   void SetOneRow(bool one);
 
@@ -73,6 +78,7 @@ class ExplorerFrame : public QWidget {
   bool counts_rows_ = true;
   QLabel* note_ = nullptr;
   RowTable* list_ = nullptr;
+  QWidget* first_ = nullptr;
   QVBoxLayout* right_ = nullptr;
 };
 

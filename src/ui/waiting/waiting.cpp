@@ -25,14 +25,38 @@ void WaitUntilPainted(const ProgressWindow& window, QEventLoop& loop) {
 
 }  // namespace
 
+Waiting::Waiting(UiContext& context, QWidget* parent, const QString& title)
+    : databases_(context.databases), parent_(parent), title_(title) {}
+
+Waiting::~Waiting() = default;
+
+void Waiting::EndDialog() {
+  window_.reset();
+}
+
 bool Waiting::Run(LogLines& log, Part part) {
   const auto task = std::make_shared<WaitingTask>(
       [] { QCoreApplication::postEvent(qApp, new QEvent(QEvent::None)); });
+  if (keeps_ && left_) return false;
   bool left = false;
-  ProgressWindow window(parent_, title_, [&] { left = task->Cancel(); });
-  window.show();
+  cancel_ = [&] { left = task->Cancel(); };
+  if (window_ == nullptr) {
+    window_ = std::make_unique<ProgressWindow>(parent_, title_, [this] {
+      left_ = true;
+      if (cancel_) cancel_();
+    });
+    window_->show();
+  }
+  const bool ended = Wait(task, left, log, std::move(part));
+  cancel_ = {};
+  if (!keeps_) EndDialog();
+  return ended;
+}
+
+bool Waiting::Wait(const std::shared_ptr<WaitingTask>& task, const bool& left, LogLines& log,
+                   Part part) {
   QEventLoop loop;
-  WaitUntilPainted(window, loop);
+  WaitUntilPainted(*window_, loop);
   if (left) return false;
   databases_.Run([task, part = std::move(part)] { part(*task, *task); },
                  [task] { task->Finish(); });
@@ -42,13 +66,13 @@ bool Waiting::Run(LogLines& log, Part part) {
     loop.processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     WaitingTask::News news = task->Take();
     if (left) return false;
-    if (news.step) window.ShowStep(news.step->what, news.step->done, news.step->total);
+    if (news.step) window_->ShowStep(news.step->what, news.step->done, news.step->total);
     for (const WaitingTask::Line& line : news.lines) {
       if (line.kind == WaitingTask::LineKind::Log) {
         all_logged_ = log.Add(line.text, line.error) && all_logged_;
         continue;
       }
-      window.ShowResult(line.text);
+      window_->ShowResult(line.text);
       if (listener_) listener_(line.text, line.error);
     }
     finished = news.finished;
