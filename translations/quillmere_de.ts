@@ -1251,6 +1251,41 @@ Fortfahren?</translation>
     </message>
 </context>
 <context>
+    <name>quillmere::FirstMinute</name>
+    <message>
+        <source>Nothing is copied yet. Three steps to the first job:</source>
+        <translation>Noch wird nichts kopiert. Drei Schritte zum ersten Auftrag:</translation>
+    </message>
+    <message>
+        <source>1.  Register the database to copy &amp;from</source>
+        <translation>1.  Quelldatenbank ein&amp;tragen</translation>
+    </message>
+    <message>
+        <source>2.  Register the database to cop&amp;y to</source>
+        <translation>2.  &amp;Zieldatenbank eintragen</translation>
+    </message>
+    <message>
+        <source>3.  Make a job bet&amp;ween them</source>
+        <translation>3.  Auftra&amp;g zwischen beiden anlegen</translation>
+    </message>
+    <message>
+        <source>&amp;Try it with two sandbox databases</source>
+        <translation>Mit zwei Sandbox-Datenbanken a&amp;usprobieren</translation>
+    </message>
+    <message>
+        <source>Done: %1</source>
+        <translation>Erledigt: %1</translation>
+    </message>
+    <message>
+        <source>It needs both databases</source>
+        <translation>Dazu braucht es beide Datenbanken</translation>
+    </message>
+    <message>
+        <source>No Oracle server is needed: it makes two small databases in %1 and a job between them, and changes the first one every second while this window is open.</source>
+        <translation>Ein Oracle-Server ist nicht nötig: In %1 entstehen zwei kleine Datenbanken und ein Auftrag zwischen ihnen, und die erste wird jede Sekunde geändert, solange dieses Fenster offen ist.</translation>
+    </message>
+</context>
+<context>
     <name>quillmere::JobHead</name>
     <message>
         <source>without a pause</source>
@@ -2704,6 +2739,10 @@ Die erste: %1</translation>
     <message>
         <source>The jobs could not be saved: %1</source>
         <translation>Die Aufträge konnten nicht gespeichert werden: %1</translation>
+    </message>
+    <message>
+        <source>Sandbox databases</source>
+        <translation>Sandbox-Datenbanken</translation>
     </message>
 </context>
 <context>
