@@ -35,6 +35,7 @@ class DdlExecutor {
   void CreateTable(const TableDefinition& def);
   std::string AddColumnRow(const ObjectName& table, std::int64_t table_id, std::size_t position,
                            const ColumnDef& column);
+  void AddColumns(const Table& table, const std::vector<ColumnDef>& columns);
   void CheckColumns(const std::vector<ColumnDef>& columns);
   void NewShape(std::int64_t table_id);
   void Change(const ObjectChange& change);

@@ -14,6 +14,9 @@ Status DdlExecutor::Execute(const Statement& statement) {
   } else if (const auto* added = std::get_if<AddedConstraint>(&statement)) {
     const TablePtr extended = FindTable(added->table);
     if (extended) AddConstraints(extended->id, {added->constraint});
+  } else if (const auto* columns = std::get_if<AddedColumns>(&statement)) {
+    const TablePtr extended = FindTable(columns->table);
+    if (extended) AddColumns(*extended, columns->columns);
   } else if (const auto* index = std::get_if<CreateIndex>(&statement)) {
     Create(*index);
   } else if (const auto* change = std::get_if<ObjectChange>(&statement)) {
@@ -84,6 +87,18 @@ void DdlExecutor::CreateTable(const TableDefinition& def) {
   sql_.Exec("CREATE TABLE t" + std::to_string(id) + "(" + body + ")");
   NewShape(id);
   AddConstraints(id, def.constraints);
+}
+
+// The rows that are there have NULL in them.
+void DdlExecutor::AddColumns(const Table& table, const std::vector<ColumnDef>& columns) {
+  CheckColumns(columns);
+  std::size_t position = table.columns.size();
+  for (const ColumnDef& column : columns) {
+    if (table.FindColumn(column.name) >= 0) sql_.Fail(Ora(957, column.name));
+    sql_.Exec("ALTER TABLE " + table.SqlName() + " ADD COLUMN " +
+              AddColumnRow({table.owner, table.name}, table.id, ++position, column));
+  }
+  NewShape(table.id);
 }
 
 std::string DdlExecutor::AddColumnRow(const ObjectName& table, std::int64_t table_id,

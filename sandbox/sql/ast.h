@@ -139,6 +139,11 @@ struct AddedConstraint {
   ConstraintDef constraint;
 };
 
+struct AddedColumns {
+  ObjectName table;
+  std::vector<ColumnDef> columns;
+};
+
 struct CreateIndex {
   ObjectName index;
   ObjectName table;
@@ -197,8 +202,8 @@ struct ProcedureCall {
   std::vector<ProcedureArgument> arguments;
 };
 
-using Statement =
-    std::variant<Select, Insert, Update, Delete, TableDefinition, AddedConstraint, CreateIndex,
-                 ObjectChange, UserStatement, DatabaseChange, TransactionControl, ProcedureCall>;
+using Statement = std::variant<Select, Insert, Update, Delete, TableDefinition, AddedConstraint,
+                               AddedColumns, CreateIndex, ObjectChange, UserStatement,
+                               DatabaseChange, TransactionControl, ProcedureCall>;
 
 }  // namespace quillmere::sandbox

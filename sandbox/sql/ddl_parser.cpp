@@ -161,13 +161,7 @@ void Parser::ParseAlter(Statement* out) {
     Advance();
     return ParseSupplemental(drop, &logged);
   } else if (table && Take("ADD")) {
-    TableDefinition added;
-    ParseTableElement(&added);
-    if (added.columns.empty()) {
-      *out = AddedConstraint{std::move(change.object), std::move(added.constraints[0])};
-      return;
-    }
-    Fail(Ora(900, "ALTER TABLE ... ADD of a column"));
+    return ParseAdded(std::move(change.object), out);
   } else if (table && Take("DROP")) {
     change.kind = Change::DropConstraint;
     if (Take("CONSTRAINT")) {
@@ -181,6 +175,27 @@ void Parser::ParseAlter(Statement* out) {
     NotUnderstood();
   }
   *out = std::move(change);
+}
+
+// A constraint, a column, or columns in parentheses.
+void Parser::ParseAdded(ObjectName table, Statement* out) {
+  TableDefinition added;
+  const bool list = Take("(");
+  do {
+    ParseTableElement(&added);
+  } while (list && Take(","));
+  if (list) Need(")");
+  if (added.columns.empty() && !list) {
+    *out = AddedConstraint{std::move(table), std::move(added.constraints[0])};
+    return;
+  }
+  for (const ColumnDef& column : added.columns) {
+    if (column.not_null || column.default_value) {
+      Fail(Ora(900, "ALTER TABLE ... ADD of a column that must have a value or has a default"));
+    }
+  }
+  if (!added.constraints.empty()) Fail(Ora(900, "ALTER TABLE ... ADD: constraints one by one"));
+  *out = AddedColumns{std::move(table), std::move(added.columns)};
 }
 
 void Parser::ParseDatabase(DatabaseChange* out) {

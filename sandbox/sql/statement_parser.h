@@ -56,6 +56,7 @@ class Parser : public TokenReader {
   // Tables, indexes, and users (ddl_parser.cpp)
   void ParseCreate(Statement* out);
   void ParseAlter(Statement* out);
+  void ParseAdded(ObjectName table, Statement* out);
   void ParseDrop(ObjectChange* out);
   void ParseCreateTable(TableDefinition* out);
   void ParseTableElement(TableDefinition* out);

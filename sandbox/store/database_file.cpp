@@ -20,9 +20,11 @@ CREATE TABLE qm_user(id INTEGER PRIMARY KEY AUTOINCREMENT, name TEXT NOT NULL UN
   password TEXT NOT NULL, created TEXT NOT NULL);
 CREATE TABLE qm_table(id INTEGER PRIMARY KEY AUTOINCREMENT, owner TEXT NOT NULL, name TEXT NOT NULL,
   tablespace TEXT, shape INTEGER NOT NULL, temporary INTEGER NOT NULL,
-  supplemental TEXT NOT NULL DEFAULT 'NONE',
-  UNIQUE(owner, name));
+  supplemental TEXT NOT NULL DEFAULT 'NONE', created TEXT NOT NULL DEFAULT CURRENT_TIMESTAMP,
+  last_ddl TEXT NOT NULL DEFAULT CURRENT_TIMESTAMP, UNIQUE(owner, name));
 CREATE INDEX qm_table_name ON qm_table(name);
+CREATE TRIGGER qm_table_ddl AFTER UPDATE OF name, shape, supplemental ON qm_table
+  BEGIN UPDATE qm_table SET last_ddl = CURRENT_TIMESTAMP WHERE id = new.id; END;
 CREATE TABLE qm_column(id INTEGER PRIMARY KEY AUTOINCREMENT, table_id INTEGER NOT NULL,
   position INTEGER NOT NULL, name TEXT NOT NULL, type_code INTEGER NOT NULL, data_type TEXT NOT NULL,
   data_length INTEGER NOT NULL, data_precision INTEGER, data_scale INTEGER,
@@ -60,7 +62,7 @@ CREATE VIEW qm_archived_log AS SELECT '.arch' || sequence AS suffix, *
 INSERT INTO qm_logfile VALUES(1, '');
 INSERT INTO qm_log(grp, first_scn) VALUES(1, 1);
 INSERT INTO qm_meta(id, format, scn, dict_version, next_name, created, dbid)
-  VALUES(1, 5, 1000, 1, 1, strftime('%Y-%m-%d %H:%M:%S', 'now'), abs(random() % 4000000000));
+  VALUES(1, 6, 1000, 1, 1, strftime('%Y-%m-%d %H:%M:%S', 'now'), abs(random() % 4000000000));
 )sql";
 
 Status FillDatabase(SqliteConnection* connection, const std::string& password) {
@@ -113,7 +115,7 @@ Status CreateDatabase(const DatabasePath& path, const std::string& password) {
 }
 
 Status OpenDatabase(const DatabasePath& path, std::unique_ptr<SqliteConnection>* out) {
-  constexpr int kFormat = 5;
+  constexpr int kFormat = 6;
   std::error_code error;
   if (!std::filesystem::is_regular_file(path.file, error)) return Ora(12154);
   std::unique_ptr<SqliteConnection> connection;

@@ -18,6 +18,21 @@ constexpr std::string_view kTables =
     "OWNER t.owner; TABLE_NAME t.name; TABLESPACE_NAME t.tablespace; n:NUM_ROWS NULL;"
     "STATUS 'VALID'; TEMPORARY iif(t.temporary, 'Y', 'N');";
 
+// Of all objects only the tables.
+constexpr std::string_view kObjects =
+    "OWNER t.owner; OBJECT_NAME t.name; n:OBJECT_ID t.id; OBJECT_TYPE 'TABLE'; d:CREATED t.created;"
+    "d:LAST_DDL_TIME t.last_ddl; STATUS 'VALID';";
+
+constexpr std::string_view kTabColumns =
+    "OWNER t.owner; TABLE_NAME t.name; COLUMN_NAME c.name; DATA_TYPE c.data_type;"
+    "n:DATA_LENGTH c.data_length; n:DATA_PRECISION c.data_precision; n:DATA_SCALE c.data_scale;"
+    "NULLABLE CASE WHEN c.nullable AND NOT EXISTS (SELECT 1 FROM qm_constraint_column p"
+    " JOIN qm_constraint k ON k.id = p.constraint_id AND k.type = 'P' WHERE p.column_id = c.id)"
+    " THEN 'Y' ELSE 'N' END;"
+    "n:COLUMN_ID c.position; DATA_DEFAULT c.default_text; n:CHAR_LENGTH c.char_length;"
+    "CHAR_USED c.char_used; DATA_TYPE_OWNER NULL; n:DEFAULT_LENGTH length(c.default_text);";
+constexpr std::string_view kTabColumnsFrom = "qm_column c JOIN qm_table t ON t.id = c.table_id";
+
 constexpr std::string_view kNoGrants = "OWNER NULL; TABLE_NAME NULL; PRIVILEGE NULL;";
 
 // There is one at most, and of the sessions only the one that has it is known.
@@ -63,15 +78,10 @@ constexpr Definition kDefinitions[] = {
      "USERNAME name; n:USER_ID id; ACCOUNT_STATUS 'OPEN'; d:CREATED created;", "qm_user"},
     {"DBA_ALL_TABLES", ViewAccess::Dictionary, kTables, "qm_table t"},
     {"DBA_TABLES", ViewAccess::Dictionary, kTables, "qm_table t"},
-    {"DBA_TAB_COLUMNS", ViewAccess::Dictionary,
-     "OWNER t.owner; TABLE_NAME t.name; COLUMN_NAME c.name; DATA_TYPE c.data_type;"
-     "n:DATA_LENGTH c.data_length; n:DATA_PRECISION c.data_precision; n:DATA_SCALE c.data_scale;"
-     "NULLABLE CASE WHEN c.nullable AND NOT EXISTS (SELECT 1 FROM qm_constraint_column p"
-     " JOIN qm_constraint k ON k.id = p.constraint_id AND k.type = 'P' WHERE p.column_id = c.id)"
-     " THEN 'Y' ELSE 'N' END;"
-     "n:COLUMN_ID c.position; DATA_DEFAULT c.default_text; n:CHAR_LENGTH c.char_length;"
-     "CHAR_USED c.char_used; DATA_TYPE_OWNER NULL; n:DEFAULT_LENGTH length(c.default_text);",
-     "qm_column c JOIN qm_table t ON t.id = c.table_id"},
+    {"DBA_OBJECTS", ViewAccess::Dictionary, kObjects, "qm_table t"},
+    {"ALL_OBJECTS", ViewAccess::Everybody, kObjects, "qm_table t"},
+    {"DBA_TAB_COLUMNS", ViewAccess::Dictionary, kTabColumns, kTabColumnsFrom},
+    {"ALL_TAB_COLUMNS", ViewAccess::Everybody, kTabColumns, kTabColumnsFrom},
     {"DBA_CONSTRAINTS", ViewAccess::Dictionary,
      "OWNER t.owner; CONSTRAINT_NAME c.name; CONSTRAINT_TYPE c.type; TABLE_NAME t.name;"
      "R_OWNER r.owner; R_CONSTRAINT_NAME r.name; DELETE_RULE iif(c.type = 'R', 'NO ACTION', NULL); "
