@@ -51,7 +51,7 @@ std::string CheckDestinationGrants(Visit& visit) {
   std::set<std::string> any;
   for (const std::vector<std::string>& row : anywhere) any.insert(row[0]);
   const std::string& user = side.log_on.user_id;
-  for (const PatientTable& table : visit.Job().tables) {
+  for (const CarriedTable& table : visit.Job().tables) {
     if (EqualsIgnoringCase(table.to_owner, user)) continue;
     std::string missing;
     for (const std::string_view verb : kVerbs) {
@@ -86,7 +86,7 @@ std::string CheckRoom(Visit& visit) {
   }
   std::set<std::string> owners;
   std::map<std::string, Space> spaces;
-  for (const PatientTable& table : visit.Job().tables) {
+  for (const CarriedTable& table : visit.Job().tables) {
     owners.insert(table.to_owner);
     const TableFacts::Table* const known = side.facts.Find(table.to_owner, table.name);
     if (known != nullptr && !known->tablespace.empty()) spaces[known->tablespace];

@@ -11,7 +11,7 @@ using Name = std::pair<std::string, std::string>;
 
 std::set<Name> Targets(const Visit& visit) {
   std::set<Name> targets;
-  for (const PatientTable& table : visit.Job().tables) {
+  for (const CarriedTable& table : visit.Job().tables) {
     targets.insert({table.to_owner, table.name});
   }
   return targets;
@@ -77,7 +77,7 @@ std::string CheckRows(Visit& visit) {
   Side& destination = visit.Destination();
   if (!visit.Connected(source) || !visit.Connected(destination)) return {};
   std::size_t counted = 0;
-  for (const PatientTable& table : visit.Job().tables) {
+  for (const CarriedTable& table : visit.Job().tables) {
     // What is not there was told before.
     if (source.facts.Find(table.owner, table.name) == nullptr ||
         destination.facts.Find(table.to_owner, table.name) == nullptr) {

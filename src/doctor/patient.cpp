@@ -9,17 +9,6 @@ namespace {
 
 using Name = std::pair<std::string, std::string>;
 
-std::vector<PatientTable> CarriedTables(const JobConfig& job) {
-  std::vector<PatientTable> carried;
-  for (const auto& [owner, schema] : job.schemas) {
-    for (const JobTable& table : schema.Tables()) {
-      if (!table.includeflag) continue;
-      carried.push_back({owner, table.name, table.desowner.empty() ? owner : table.desowner});
-    }
-  }
-  return carried;
-}
-
 }  // namespace
 
 Patient PatientOf(JobList& jobs, std::size_t index) {
@@ -41,14 +30,14 @@ Patient PatientOf(JobList& jobs, std::size_t index) {
     to = job.config.des_database_name;
   }
   std::set<Name> written;
-  for (const PatientTable& table : patient.tables) written.insert({table.to_owner, table.name});
+  for (const CarriedTable& table : patient.tables) written.insert({table.to_owner, table.name});
   for (const SyncJob* other : jobs.LiveJobs()) {
     if (other == &job) continue;
     const MutexLock lock(other->config_mutex);
     const JobConfig& config = other->config;
     const bool takes_back = config.src_database_name == to && config.des_database_name == from;
     if (config.des_database_name != to && !takes_back) continue;
-    for (const PatientTable& table : CarriedTables(config)) {
+    for (const CarriedTable& table : CarriedTables(config)) {
       const std::string& owner = takes_back ? table.owner : table.to_owner;
       if (!written.contains({owner, table.name})) continue;
       patient.meetings.push_back({config.name, owner, table.name, takes_back});

@@ -11,11 +11,6 @@
 
 namespace quillmere {
 
-struct PatientTable {
-  std::string owner, name;  // on the source
-  std::string to_owner;     // on the destination
-};
-
 struct Patient {
   std::string name;
   LogOn source, destination;
@@ -23,7 +18,7 @@ struct Patient {
   std::string container;
   std::int32_t interval = 0;         // minutes
   bool fetched = false;              // its tables are known
-  std::vector<PatientTable> tables;  // carried
+  std::vector<CarriedTable> tables;  // carried
 
   // Another job that writes to a table of this one, or takes back to the source what this one
   // brings to the destination.

@@ -34,6 +34,7 @@ constexpr Question kQuestions[] = {
     {"select username from dba_users where username = ' '", "dba_users"},
     {"select owner from dba_all_tables where owner = ' '", "dba_all_tables"},
     {"select owner from dba_tab_columns where owner = ' '", "dba_tab_columns"},
+    {"select owner from dba_objects where owner = ' '", "dba_objects", Question::Commits},
     {"select owner from dba_constraints where owner = ' '", "dba_constraints"},
     {"select owner from dba_cons_columns where owner = ' '", "dba_cons_columns"},
     {"select owner from dba_indexes where owner = ' '", "dba_indexes"},
@@ -139,7 +140,7 @@ std::string CheckSupplemental(Visit& visit) {
     visit.Unknown(tables, tables.session.LastError());
     return {};
   }
-  for (const PatientTable& table : visit.Job().tables) {
+  for (const CarriedTable& table : visit.Job().tables) {
     const auto found = logging.find({table.owner, table.name});
     if (found != logging.end() && (found->second.key || found->second.all)) continue;
     const std::string name = SqlName(table.owner, table.name);

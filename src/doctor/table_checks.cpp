@@ -2,8 +2,10 @@
 // Checks 14 to 18, of each table.
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "doctor/visit.h"
+#include "engine/column_differences.h"
 #include "engine/rewriter.h"
 
 namespace quillmere::doctor {
@@ -23,7 +25,7 @@ bool IsOneOf(const Names& names, std::string_view type) {
 
 // A carried table as both sides have it.
 struct Pair {
-  const PatientTable& table;
+  const CarriedTable& table;
   const TableFacts::Table* source;
   const TableFacts::Table* destination;
   std::string Name() const { return SqlName(table.to_owner, table.name); }
@@ -38,7 +40,7 @@ bool ForEachTable(Visit& visit, Look look) {
       !source.facts.Load(visit, source) || !destination.facts.Load(visit, destination)) {
     return false;
   }
-  for (const PatientTable& table : visit.Job().tables) {
+  for (const CarriedTable& table : visit.Job().tables) {
     look(Pair{table, source.facts.Find(table.owner, table.name),
               destination.facts.Find(table.to_owner, table.name)});
   }
@@ -49,45 +51,6 @@ std::string Joined(const std::vector<std::string>& columns) {
   std::string list;
   for (const std::string& column : columns) list += (list.empty() ? "" : ", ") + SqlName(column);
   return list;
-}
-
-// "TIMESTAMP(6)" as "TIMESTAMP".
-std::string_view Family(std::string_view type) {
-  return type.substr(0, type.find('('));
-}
-
-// What the source has that does not fit.
-bool IsNarrower(const TableFacts::Column& there, const TableFacts::Column& column) {
-  if (there.type != "NUMBER") return there.length < column.length;
-  if (there.precision == 0) return false;
-  return column.precision == 0 || there.scale < column.scale ||
-         there.precision - there.scale < column.precision - column.scale;
-}
-
-void CompareColumns(Visit& visit, const Pair& pair) {
-  Side& side = visit.Destination();
-  const std::string alter = "alter table " + pair.Name();
-  for (const TableFacts::Column& column : pair.source->columns) {
-    const TableFacts::Column* const there = pair.destination->FindColumn(column.name);
-    const std::string declared = " (" + SqlName(column.name) + " " + TypeText(column) + ");";
-    if (there == nullptr) {
-      visit.Fail(pair.Name(), "has no column " + column.name, alter + " add" + declared, &side);
-    } else if (Family(there->type) != Family(column.type)) {
-      visit.Fail(pair.Name(),
-                 column.name + " is " + TypeText(*there) + ", on the source " + TypeText(column),
-                 alter + " modify" + declared, &side);
-    } else if (IsNarrower(*there, column)) {
-      visit.Fail(pair.Name(),
-                 column.name + " is " + TypeText(*there) + ", narrower than " + TypeText(column),
-                 alter + " modify" + declared, &side);
-    }
-  }
-  for (const TableFacts::Column& there : pair.destination->columns) {
-    if (there.nullable || there.has_default) continue;
-    if (pair.source->FindColumn(there.name) != nullptr) continue;
-    visit.Fail(pair.Name(), there.name + " must have a value, and the source does not have it",
-               alter + " modify (" + SqlName(there.name) + " null);", &side);
-  }
 }
 
 }  // namespace
@@ -134,7 +97,12 @@ std::string CheckKeys(Visit& visit) {
 
 std::string CheckColumns(Visit& visit) {
   ForEachTable(visit, [&](const Pair& pair) {
-    if (pair.source != nullptr && pair.destination != nullptr) CompareColumns(visit, pair);
+    if (pair.source == nullptr || pair.destination == nullptr) return;
+    const std::string name = pair.Name();
+    for (ColumnDifference& found :
+         CompareColumns(name, pair.source->columns, pair.destination->columns)) {
+      visit.Fail(name, std::move(found.what), std::move(found.cure), &visit.Destination());
+    }
   });
   return "the destination has room for each";
 }
@@ -142,12 +110,12 @@ std::string CheckColumns(Visit& visit) {
 std::string CheckTypes(Visit& visit) {
   Side& side = visit.SourceTables();
   if (!visit.Connected(side) || !side.facts.Load(visit, side)) return {};
-  for (const PatientTable& table : visit.Job().tables) {
+  for (const CarriedTable& table : visit.Job().tables) {
     const TableFacts::Table* const known = side.facts.Find(table.owner, table.name);
     if (known == nullptr) continue;
     const std::string name = SqlName(table.owner, table.name);
     for (const TableFacts::Column& column : known->columns) {
-      const std::string_view type = Family(column.type);
+      const std::string_view type = TypeFamily(column.type);
       if (IsOneOf(kLeftOut, type) || !column.type_owner.empty()) {
         visit.Fail(
             name, column.name + " is " + column.type + ", of which LogMiner tells nothing",
@@ -164,7 +132,7 @@ std::string CheckTypes(Visit& visit) {
 
 std::string CheckNames(Visit& visit) {
   const std::string cure = "job exclude " + visit.Job().name + " ";
-  for (const PatientTable& table : visit.Job().tables) {
+  for (const CarriedTable& table : visit.Job().tables) {
     const std::string name = SqlName(table.owner, table.name);
     const std::string exclude = Command(cure + table.owner + " " + table.name);
     if (table.owner.size() > kLongestName || table.name.size() > kLongestName) {

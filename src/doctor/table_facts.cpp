@@ -28,7 +28,7 @@ TableFacts::Table* TableFacts::Wanted(const std::string& owner, const std::strin
 bool TableFacts::Load(Visit& visit, Side& side) {
   if (loaded_) return *loaded_ || visit.Connected(side);
   std::set<std::string> owners;
-  for (const PatientTable& table : visit.Job().tables) {
+  for (const CarriedTable& table : visit.Job().tables) {
     const std::string& owner = &side == &visit.Destination() ? table.to_owner : table.owner;
     tables_[{owner, table.name}];
     owners.insert(owner);
@@ -53,26 +53,9 @@ bool TableFacts::LoadOwner(Visit& visit, Side& side, const std::string& owner) {
     const auto found = tables_.find({owner, row[0]});
     if (found != tables_.end()) found->second.emplace().tablespace = row[1];
   }
-  if (!visit.Read(side,
-                  "select table_name, column_name, data_type, data_type_owner, data_length, "
-                  "nvl(data_precision, 0), nvl(data_scale, 0), nullable, nvl(default_length, 0) "
-                  "from dba_tab_columns where owner = " +
-                      name + " order by table_name, column_id",
-                  9, rows)) {
-    return false;
-  }
+  if (!visit.Read(side, ColumnsQuery(owner), kColumnFields, rows)) return false;
   for (const std::vector<std::string>& row : rows) {
-    Table* const table = Wanted(owner, row[0]);
-    if (table == nullptr) continue;
-    Column& column = table->columns.emplace_back();
-    column.name = row[1];
-    column.type = row[2];
-    column.type_owner = row[3];
-    ParseNumber(row[4], column.length);
-    ParseNumber(row[5], column.precision);
-    ParseNumber(row[6], column.scale);
-    column.nullable = row[7] != "N";
-    column.has_default = row[8] != "0";
+    if (Table* const table = Wanted(owner, row[0])) table->columns.push_back(ColumnOf(row));
   }
   if (!visit.Read(side,
                   "select c.table_name, k.column_name from dba_constraints c join "
@@ -96,17 +79,6 @@ bool TableFacts::LoadOwner(Visit& visit, Side& side, const std::string& owner) {
     if (Table* const table = Wanted(owner, row[0])) table->unique = true;
   }
   return true;
-}
-
-std::string TypeText(const TableFacts::Column& column) {
-  const bool sized =
-      column.type.ends_with("CHAR") || column.type.ends_with("CHAR2") || column.type == "RAW";
-  // National ones are declared in characters of two bytes.
-  const std::int64_t size = column.type.starts_with('N') ? column.length / 2 : column.length;
-  if (sized) return column.type + "(" + std::to_string(size) + ")";
-  if (column.type != "NUMBER" || column.precision == 0) return column.type;
-  return column.type + "(" + std::to_string(column.precision) +
-         (column.scale == 0 ? "" : "," + std::to_string(column.scale)) + ")";
 }
 
 }  // namespace quillmere::doctor

@@ -2,13 +2,14 @@
 // What one side's dictionary says of the tables that the job carries. Internal to doctor/.
 #pragma once
 
-#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "oracle/table_columns.h"
 
 namespace quillmere::doctor {
 
@@ -17,12 +18,7 @@ class Visit;
 
 class TableFacts {
  public:
-  struct Column {
-    std::string name, type, type_owner;  // of a type that is not the server's own
-    std::int64_t length = 0, precision = 0, scale = 0;
-    bool nullable = true;
-    bool has_default = false;
-  };
+  using Column = TableColumn;
   struct Table {
     std::string tablespace;
     std::vector<Column> columns;
@@ -45,8 +41,5 @@ class TableFacts {
   std::optional<bool> loaded_;
   std::map<Name, std::optional<Table>> tables_;  // those of the job
 };
-
-// As a column is declared: "VARCHAR2(20)", "NUMBER(8,2)".
-std::string TypeText(const TableFacts::Column& column);
 
 }  // namespace quillmere::doctor

@@ -90,14 +90,6 @@ bool Visit::ReadOne(Side& side, std::string_view sql, std::string& value) {
   return true;
 }
 
-std::string SqlName(std::string_view name) {
-  return NeedsQuotes(name) ? '"' + std::string(name) + '"' : std::string(name);
-}
-
-std::string SqlName(std::string_view owner, std::string_view table) {
-  return SqlName(owner) + "." + SqlName(table);
-}
-
 std::string UserName(const Side& side) {
   const std::string& user = side.log_on.user_id;
   return user.starts_with('"') ? user : SqlName(UpperCase(user));

@@ -11,6 +11,7 @@
 
 #include "doctor/doctor.h"
 #include "doctor/table_facts.h"
+#include "engine/rewriter.h"
 #include "oracle/read_rows.h"
 
 namespace quillmere::doctor {
@@ -78,10 +79,6 @@ class Visit {
   bool goes_on_ = true;
   std::vector<Finding> findings_;
 };
-
-// What a cure calls a table, with quotes where it needs them.
-std::string SqlName(std::string_view owner, std::string_view table);
-std::string SqlName(std::string_view name);
 
 // Who is logged on there, for a grant.
 std::string UserName(const Side& side);

@@ -95,6 +95,14 @@ bool NeedsQuotes(std::string_view name) {
          !std::all_of(name.begin(), name.end(), is_plain);
 }
 
+std::string SqlName(std::string_view name) {
+  return NeedsQuotes(name) ? '"' + std::string(name) + '"' : std::string(name);
+}
+
+std::string SqlName(std::string_view owner, std::string_view table) {
+  return SqlName(owner) + "." + SqlName(table);
+}
+
 void Rewrite(const ParsedStatement& parsed, std::string_view owner, NameQuotes quotes,
              std::string& to_execute) {
   constexpr std::string_view kKeywords[] = {"INTO", "FROM", ""};  // an update has none

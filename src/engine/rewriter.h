@@ -44,6 +44,10 @@ Verdict Decide(SyncJob& job, const ParsedStatement& parsed);
 // first. Other alphabets are taken for letters that need them.
 bool NeedsQuotes(std::string_view name);
 
+// A name as it is written by hand: with quotes where it needs them.
+std::string SqlName(std::string_view name);
+std::string SqlName(std::string_view owner, std::string_view table);
+
 enum class NameQuotes {
   Dropped,
   Kept,  // where they were and the name needs them; an owner that an operator chose stays as typed

@@ -87,4 +87,15 @@ const JobTable* JobSchema::Find(std::string_view name) const {
   return found == by_name_.end() ? nullptr : found->second;
 }
 
+std::vector<CarriedTable> CarriedTables(const JobConfig& job) {
+  std::vector<CarriedTable> carried;
+  for (const auto& [owner, schema] : job.schemas) {
+    for (const JobTable& table : schema.Tables()) {
+      if (!table.includeflag) continue;
+      carried.push_back({owner, table.name, table.desowner.empty() ? owner : table.desowner});
+    }
+  }
+  return carried;
+}
+
 }  // namespace quillmere

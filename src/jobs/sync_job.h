@@ -120,6 +120,14 @@ struct RunRecord {
 };
 static_assert(sizeof(RunRecord) == 40);
 
+// A table whose changes are carried.
+struct CarriedTable {
+  std::string owner, name;  // on the source
+  std::string to_owner;     // on the destination
+
+  bool operator==(const CarriedTable&) const = default;
+};
+
 // What a job is to do, as an operator chose it and its source has it.
 struct JobConfig {
   std::string name;
@@ -193,7 +201,11 @@ std::string NameOf(const SyncJob& job);
 
 // How it follows its source, and who owns the table of its position row; read under its lock.
 Follow FollowOf(const SyncJob& job);
+
 std::string PositionOwnerOf(const SyncJob& job);
+
+// Of all owners, in their order. The caller has the job's configuration lock.
+std::vector<CarriedTable> CarriedTables(const JobConfig& config);
 
 // The container that it follows; read under its lock.
 std::string ContainerOf(const SyncJob& job);

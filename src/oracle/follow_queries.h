@@ -114,6 +114,13 @@ inline constexpr std::string_view kArchivedReach =
     "0) from v$archived_log where name is not null and deleted = 'NO' and status = 'A' and "
     "standby_dest = 'NO' and resetlogs_change# = (select resetlogs_change# from v$database)";
 
+// --- Definitions, on both sides --------------------------------------------------------------
+
+// Value: dba or all. How many tables, when a definition changed last, and now.
+inline constexpr std::string_view kNewestChange =
+    "select count(*), nvl(to_char(max(last_ddl_time), 'YYYY-MM-DD HH24:MI:SS'), '0'), "
+    "to_char(sysdate, 'YYYY-MM-DD HH24:MI:SS') from {}_objects where object_type = 'TABLE'";
+
 // --- Contents --------------------------------------------------------------------------------
 
 // Columns of kContents by position.
