@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <array>
-#include <vector>
 
 #include "foundation/text.h"
 #include "foundation/xml_document.h"
+#include "foundation/xml_long_text.h"
 
 namespace quillmere {
 namespace {
@@ -19,57 +19,6 @@ constexpr std::array<std::pair<Where, std::string_view>, 4> kPlaces = {
      {Where::Statement, "statement"},
      {Where::Disk, "disk"}}};
 constexpr std::size_t kMostOfStatement = 64 << 10;
-constexpr std::size_t kPiece = 600;  // bytes; three times as many on a line are still read whole
-
-// The dialect drops blanks at the ends of texts and has no control characters: they stand as "%20".
-std::string Plain(std::string_view text) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string plain;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    const bool at_end = i == 0 || i + 1 == text.size();
-    if (c == '%' || IsControlCharacter(c) || (c == ' ' && at_end)) {
-      const auto byte = static_cast<unsigned char>(c);
-      (plain += '%') += kDigits[byte >> 4];
-      plain += kDigits[byte & 15];
-    } else {
-      plain += c;
-    }
-  }
-  return plain;
-}
-
-std::string Meant(std::string_view plain) {
-  std::string text;
-  for (std::size_t i = 0; i < plain.size(); ++i) {
-    int byte = 0;
-    const char* const digits = plain.data() + i + 1;
-    if (plain[i] == '%' && i + 2 < plain.size() &&
-        std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2) {
-      text += static_cast<char>(byte);
-      i += 2;
-    } else {
-      text += plain[i];
-    }
-  }
-  return text;
-}
-
-// A long text is several elements.
-void AddText(XmlNode& node, std::string_view name, std::string_view text) {
-  for (; !text.empty(); text.remove_prefix(std::min(text.size(), kPiece))) {
-    node.AddChild(name, Plain(text.substr(0, kPiece)));
-  }
-}
-
-std::string TextOf(const XmlNode& node, std::string_view name) {
-  std::vector<const XmlNode*> pieces;
-  node.Children(name, pieces);
-  std::string text;
-  for (const XmlNode* piece : pieces) text += Meant(piece->Data());
-  return text;
-}
-
 template <typename Number>
 bool ReadNumber(const XmlNode& node, std::string_view name, Number& number) {
   return ParseNumber(node.ChildValue(name), number) && number >= 0;
@@ -81,12 +30,12 @@ bool ReadProblem(const XmlNode& node, JobProblem& problem) {
                                   [&](const auto& one) { return one.second == place; });
   if (found == kPlaces.end()) return false;
   problem.what = {found->first,
-                  TextOf(node, "error"),
-                  TextOf(node, "owner"),
-                  TextOf(node, "table"),
+                  LongTextOf(node, "error"),
+                  LongTextOf(node, "owner"),
+                  LongTextOf(node, "table"),
                   0,
                   0,
-                  TextOf(node, "statement")};
+                  LongTextOf(node, "statement")};
   return !problem.what.error.empty() && ReadNumber(node, "ora", problem.ora) &&
          ReadNumber(node, "number", problem.what.number) &&
          ReadNumber(node, "of", problem.what.of) && ReadNumber(node, "first", problem.first.ms) &&
@@ -131,10 +80,10 @@ bool WriteProblemFile(FileSystem& files, const JobFolder& folder, const JobProbl
                                      {"complete_until", problem.complete_until.ms}}) {
     node.AddChild(name, std::to_string(number));
   }
-  AddText(node, "owner", what.owner);
-  AddText(node, "table", what.table);
-  AddText(node, "error", what.error);
-  AddText(node, "statement", std::string_view(what.statement).substr(0, kMostOfStatement));
+  AddLongText(node, "owner", what.owner);
+  AddLongText(node, "table", what.table);
+  AddLongText(node, "error", what.error);
+  AddLongText(node, "statement", std::string_view(what.statement).substr(0, kMostOfStatement));
   return MakeFolders(files, folder.Path(), error) &&
          ReplaceTextFile(files, folder.File(JobFile::Problem), document.Text(),
                          FileAccess::OwnerOnly, error);
