@@ -1515,6 +1515,17 @@ Fortfahren?</translation>
         <source>in %1, unless the job goes on</source>
         <translation>in %1, wenn der Auftrag nicht weitergeht</translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln more</source>
+        <translation>
+            <numerusform>%Ln weitere</numerusform>
+            <numerusform>%Ln weitere</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Does not fit</source>
+        <translation>Passt nicht</translation>
+    </message>
     <message>
         <source>Redo is gone</source>
         <translation>Redo ist weg</translation>

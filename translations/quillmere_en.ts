@@ -119,6 +119,13 @@
             <numerusform>%Ln changes</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln more</source>
+        <translation>
+            <numerusform>%Ln more</numerusform>
+            <numerusform>%Ln more</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quillmere::ProblemPage</name>

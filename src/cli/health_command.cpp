@@ -44,7 +44,8 @@ HealthStatus StatusOf(const WatchedJob& job, bool named, std::optional<int> max_
       status = HealthStatus::Warning;
       break;
   }
-  if (job.time_to_loss && *job.time_to_loss < std::chrono::hours{loss_hours}) {
+  const bool short_of_redo = job.time_to_loss && *job.time_to_loss < std::chrono::hours{loss_hours};
+  if (short_of_redo || job.definitions) {
     status = HealthStatus::Warning;
   }
   if (!max_behind) return status;

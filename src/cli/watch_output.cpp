@@ -49,6 +49,17 @@ void AddHealth(Json& object, const WatchedJob& job) {
       job.room && job.room->oldest_scn != 0
           ? Json{{"needed_scn", job.room->needed_scn}, {"oldest_scn", job.room->oldest_scn}}
           : Json(nullptr);
+  Json definitions = Json::array();
+  if (job.definitions) {
+    for (const DefinitionDifference& one : *job.definitions) {
+      definitions.push_back({{"owner", one.owner},
+                             {"table", one.table},
+                             {"column", one.column},
+                             {"what", one.what},
+                             {"cure", one.cure}});
+    }
+  }
+  object["definitions"] = std::move(definitions);
   object["problem"] = job.problem ? ProblemObject(*job.problem) : Json(nullptr);
 }
 

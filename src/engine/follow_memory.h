@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What following by commits remembers of a job from step to step, as long as the runner lives.
+// What is remembered of a job from step to step, as long as the runner lives.
 // Internal to engine/.
 #pragma once
 
@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "engine/definition_check.h"
 #include "engine/source_readings.h"
 #include "jobs/source_file.h"
 
@@ -30,6 +31,7 @@ struct FollowMemory {
   std::string reach_refused;      // why it is not known, which was told
   bool nothing_archived = false;  // so that the online logs are all there is
   bool told_of_loss = false;
+  DefinitionMemory definitions;
   std::int64_t told_of_oldest = 0;  // the SCN where the transaction begins that was warned of
 };
 

@@ -151,6 +151,7 @@ void JobRunner::Start(std::size_t index) {
   }
   job.run = {};
   job.run.positions = positions;
+  memories_[index].definitions = {};
   // By commits the first pass runs as soon as there is something that it may read.
   if (FollowOf(job) == Follow::Rows) {
     job.run.next_due = AddMinutes(context_.clock.Now(), view.interval_minutes);

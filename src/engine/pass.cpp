@@ -20,6 +20,7 @@ Pass::Pass(EngineContext& context, std::size_t index, FollowMemory& memory,
       folder_(context.catalogue.FolderOf(view_.name)),
       way_(WayOf(context, index, memory)),
       guard_(context, index, memory),
+      definitions_(context, index, view_, memory.definitions),
       record_(context.files, folder_) {
   memory.source.reset();
 }
@@ -64,6 +65,7 @@ Pass::Outcome Pass::Work() {
                              ? memory_.source_scn
                              : job_.run.next_positions.value_or(job_.run.positions).cutoff_scn;
     if (job_.run.pending_batch.Empty()) {
+      definitions_.FinishWithoutBatch([this] { return IsRequested(); });
       baseline_ = job_.run.applied_count;
       return Finish();
     }
@@ -81,6 +83,7 @@ FollowResult Pass::CaptureFromSource(std::string& error) try {
   if (source.Connect(view_.source)) {
     result = way_->Capture(source, error);
     if (result == FollowResult::Done && !way_->Keep(error)) result = FollowResult::Failed;
+    if (result == FollowResult::Done) definitions_.LookAtSource(source);
     if (result == FollowResult::Failed && !source.Stopped() && error.starts_with(kMiningFailed)) {
       WriteSqlErrorFile(context_, std::string_view(error).substr(kMiningFailed.size()));
     }
@@ -151,6 +154,7 @@ Pass::Outcome Pass::ApplyBatch() {
           " synchronize, Connect destination fail : " + destination.LastError());
     return Outcome::Failed;
   }
+  definitions_.LookAtDestination(destination);
   destination.StopWhen({});
   if (guard_.InUse() && !SettlePosition(destination)) return Outcome::Failed;
   if (IsRequested()) return Outcome::Interrupted;

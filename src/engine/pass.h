@@ -8,6 +8,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "engine/definition_check.h"
 #include "engine/engine_context.h"
 #include "engine/follow.h"
 #include "engine/job_view.h"
@@ -100,6 +101,7 @@ class Pass {
   const JobFolder folder_;
   const std::unique_ptr<FollowWay> way_;
   PositionGuard guard_;
+  DefinitionCheck definitions_;
   RunRecordWriter record_;
   bool record_failed_ = false;         // told once a pass
   bool destination_committed_ = true;  // as far as is known

@@ -69,6 +69,7 @@ void Pass::Report(Outcome outcome) {
   if (report_.source_scn == 0) report_.source_scn = memory_.source_scn;
   if (outcome != Outcome::Failed) report_.problem = {};
   MeasureRoom();
+  report_.definitions = definitions_.Found();
   context_.listener.OnPassEnd(index_, report_);
 }
 

@@ -5,9 +5,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "engine/definitions_file.h"
 #include "engine/redo_room.h"
 #include "foundation/clock.h"
 
@@ -45,6 +48,9 @@ struct PassReport {
   std::int64_t source_scn = 0;
   // By commits, when this pass has asked.
   std::optional<RedoRoom> room;
+  // What keeps the destination's tables from taking the source's rows; null when this pass has not
+  // compared them.
+  std::shared_ptr<const std::vector<DefinitionDifference>> definitions;
   PassProblem problem;
 };
 

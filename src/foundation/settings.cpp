@@ -33,6 +33,8 @@ bool LoadSettings(FileSystem& files, const std::filesystem::path& file, Settings
   settings.most_statements = kDefaultMostStatements;
   settings.oldest_transaction_hours = kDefaultOldestHours;
   settings.loss_warning_hours = kDefaultLossHours;
+  settings.definitions_by_rows = false;
+  settings.pause_on_definition = false;
   settings.new_jobs_follow_commits = false;
   settings.client_library.clear();
 
@@ -57,6 +59,8 @@ bool LoadSettings(FileSystem& files, const std::filesystem::path& file, Settings
   number("most_statements", kLeastStatements, kMostStatements, settings.most_statements);
   number("oldest_transaction_hours", 1, kMostHours, settings.oldest_transaction_hours);
   number("loss_warning_hours", 0, kMostHours, settings.loss_warning_hours);
+  settings.definitions_by_rows = ReadBool(*node, "definitions_by_rows");
+  settings.pause_on_definition = ReadBool(*node, "pause_on_definition");
   settings.new_jobs_follow_commits = node->ChildValue("new_jobs_follow") == kCommits;
   settings.client_library = node->ChildValue("client_library");
   return true;
@@ -77,6 +81,8 @@ bool SaveSettings(FileSystem& files, const std::filesystem::path& file, const Se
   node.AddNumber("most_statements", settings.most_statements);
   node.AddNumber("oldest_transaction_hours", settings.oldest_transaction_hours);
   node.AddNumber("loss_warning_hours", settings.loss_warning_hours);
+  node.AddChild("definitions_by_rows", BoolText(settings.definitions_by_rows));
+  node.AddChild("pause_on_definition", BoolText(settings.pause_on_definition));
   node.AddChild("new_jobs_follow", settings.new_jobs_follow_commits ? kCommits : "rows");
   node.AddChild("client_library", settings.client_library);
   return MakeFolders(files, file.parent_path(), error) &&

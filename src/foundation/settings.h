@@ -29,6 +29,8 @@ struct Settings {
   std::atomic<int> oldest_transaction_hours{kDefaultOldestHours};  // warned of when open for longer
   // Warned of when the redo that a job needs stays for less than that.
   std::atomic<int> loss_warning_hours{kDefaultLossHours};
+  std::atomic<bool> definitions_by_rows{false};  // they are compared for such jobs, too
+  std::atomic<bool> pause_on_definition{false};  // a job whose destination does not fit any more
   std::atomic<bool> new_jobs_follow_commits{false};
   std::string client_library;  // "", "oracle", "sandbox" or a path
 };

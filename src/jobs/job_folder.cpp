@@ -18,12 +18,19 @@ struct Kind {
 
 // The commit point comes first: whoever finds it believes it rather than the record.
 constexpr std::array kKinds = {
-    Kind{JobFile::CommitPoint, "commit.dat", true}, Kind{JobFile::Record, "block.dat", true},
-    Kind{JobFile::Batch, "sqlcmds.txt", true},      Kind{JobFile::Tables, "", true},
-    Kind{JobFile::Source, "source.dat", true},      Kind{JobFile::Problem, "problem.xml", true},
-    Kind{JobFile::History, "history.csv", true},    Kind{JobFile::Skip, "skip.xml", true},
-    Kind{JobFile::SetAside, "setaside.sql", false}, Kind{JobFile::Skipped, "skipped.sql", false},
-    Kind{JobFile::ErrorLog, "error.log", false},    Kind{JobFile::Held, "held.xml", true},
+    Kind{JobFile::CommitPoint, "commit.dat", true},
+    Kind{JobFile::Record, "block.dat", true},
+    Kind{JobFile::Batch, "sqlcmds.txt", true},
+    Kind{JobFile::Tables, "", true},
+    Kind{JobFile::Source, "source.dat", true},
+    Kind{JobFile::Problem, "problem.xml", true},
+    Kind{JobFile::History, "history.csv", true},
+    Kind{JobFile::Skip, "skip.xml", true},
+    Kind{JobFile::SetAside, "setaside.sql", false},
+    Kind{JobFile::Skipped, "skipped.sql", false},
+    Kind{JobFile::ErrorLog, "error.log", false},
+    Kind{JobFile::Held, "held.xml", true},
+    Kind{JobFile::Definitions, "definitions.xml", true},
 };
 
 constexpr std::string_view kOld = "old-";

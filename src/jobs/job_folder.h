@@ -28,6 +28,7 @@ enum class JobFile {
   Skipped,      // skipped.sql, the operator's
   ErrorLog,     // error.log, the operator's
   Held,         // held.xml, why the job can not be continued
+  Definitions,  // definitions.xml, the columns of its tables
 };
 
 // Paths of one job; makes nothing by itself. Any thread.

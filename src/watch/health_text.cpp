@@ -53,7 +53,16 @@ TextLines HealthLines(const WatchedJob& job) {
     if (!cells[i].empty()) lines.push_back({heads[i], cells[i]});
   }
   if (job.problem) lines.push_back({"Problem", ProblemSummary(*job.problem)});
+  if (job.definitions) {
+    for (const DefinitionDifference& one : *job.definitions) {
+      lines.push_back({"Definition", DefinitionText(one)});
+    }
+  }
   return lines;
+}
+
+std::string DefinitionText(const DefinitionDifference& one) {
+  return one.owner + "." + one.table + " " + one.what + (one.cure.empty() ? "" : ": " + one.cure);
 }
 
 std::string ProblemSummary(const JobProblem& problem) {

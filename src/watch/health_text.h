@@ -17,6 +17,9 @@ std::vector<std::string> HealthCells(const WatchedJob& job);
 std::string PlaceText(const PassProblem& what);
 std::string TableText(const PassProblem& what);
 
+// What does not fit on the destination, and the statement that brings it up.
+std::string DefinitionText(const DefinitionDifference& one);
+
 // In a few words: where, on which table, the error.
 std::string ProblemSummary(const JobProblem& problem);
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "foundation/text.h"
 #include "watch/metrics.h"
 
 namespace quillmere {
@@ -21,6 +22,11 @@ SteadyTime SteadyOf(LocalTime then, LocalTime now, SteadyTime steady) {
 
 std::string_view FirstLine(std::string_view text) {
   return text.substr(0, text.find('\n'));
+}
+
+std::int32_t IntervalOf(const SyncJob& job) {
+  const MutexLock lock(job.config_mutex);
+  return job.config.sync_interval;
 }
 
 bool Unknown(const PassReport& report) {
@@ -60,6 +66,7 @@ std::string JobWatch::Load(std::size_t index) {
   const bool reaches_back = !lines.empty() && (!failing || problem.complete_until == LocalTime{} ||
                                                lines.front().time < problem.complete_until);
   if (failing && !reaches_back) LoadProblem(facts, problem, now, steady);
+  const std::int32_t interval = IntervalOf(job);
   for (const HistoryLine& line : lines) {
     const SteadyTime at = SteadyOf(line.time, now, steady);
     if (line.source_scn != 0) facts.clock.Add(line.source_scn, at);
@@ -70,13 +77,18 @@ std::string JobWatch::Load(std::size_t index) {
       facts.room_at = at;
     }
     if (line.error.empty()) facts.good = at;
-    facts.next_due = AddMinutes(line.time, [&] {
-      const MutexLock lock(job.config_mutex);
-      return job.config.sync_interval;
-    }());
+    facts.next_due = AddMinutes(line.time, interval);
   }
   if (failing && reaches_back) LoadProblem(facts, std::move(problem), now, steady);
   facts.clock.Reach(facts.reached_scn);
+  Definitions definitions;
+  const FileStatus compared = ReadDefinitionsFile(files_, folder, definitions);
+  if (compared) {
+    facts.definitions = std::make_shared<const std::vector<DefinitionDifference>>(
+        std::move(definitions.differences));
+  } else if (!compared.Missing()) {
+    KeepFirst(error, compared.reason);
+  }
   const MutexLock lock(mutex_);
   facts_[index] = std::move(facts);
   return error;
@@ -101,11 +113,7 @@ WatchedJob JobWatch::Look(std::size_t index) const {
   job.held = jobs_.HeldBecause(index);
   job.waiting = progress.batch_remaining;
   const SyncJob& record = jobs_.At(index);
-  std::int32_t interval = 0;
-  {
-    const MutexLock lock(record.config_mutex);
-    interval = record.config.sync_interval;
-  }
+  const std::int32_t interval = IntervalOf(record);
   const SteadyTime steady = clock_.Steady();
   const MutexLock lock(mutex_);
   if (const auto found = facts_.find(index); found != facts_.end()) {
@@ -113,6 +121,7 @@ WatchedJob JobWatch::Look(std::size_t index) const {
     if (facts.good) job.since_good = duration_cast<seconds>(steady - *facts.good);
     job.behind = BehindOf(facts, steady);
     job.room = facts.room;
+    if (facts.definitions && !facts.definitions->empty()) job.definitions = facts.definitions;
     if (facts.room && facts.room->left && job.state != JobState::Stopped) {
       const seconds since = duration_cast<seconds>(steady - facts.room_at);
       job.time_to_loss = std::max(*facts.room->left - std::max(since, seconds{0}), seconds{0});
@@ -213,6 +222,7 @@ std::vector<WatchMessage> JobWatch::TakePass(std::size_t index, const PassReport
       facts->room = report.room;
       facts->room_at = clock_.Steady();
     }
+    if (report.definitions) facts->definitions = report.definitions;
     facts->took += report.took;
     if (report.outcome == PassReport::Outcome::WorkedOff) {
       NoteGood(*facts, name, told);

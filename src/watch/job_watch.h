@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,6 +33,8 @@ struct WatchedJob {
   std::optional<std::chrono::seconds> time_to_loss;
   std::optional<RedoRoom> room;
   std::uint32_t waiting = 0;  // changes of the batch
+  // Why the destination's tables do not take the source's rows; null: nothing is known to be so.
+  std::shared_ptr<const std::vector<DefinitionDifference>> definitions;
   std::optional<JobProblem> problem;
 };
 
@@ -70,6 +73,7 @@ class JobWatch {
     bool asked = false;  // the last pass knew where the source stood
     std::optional<RedoRoom> room;
     SteadyTime room_at{0};
+    std::shared_ptr<const std::vector<DefinitionDifference>> definitions;
     LocalTime next_due;
     std::int64_t passes[3] = {};  // of this program: good, failed, interrupted
     SteadyTime took{0};

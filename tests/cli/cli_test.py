@@ -458,6 +458,18 @@ class Replication(Site):
         run.wait_for("Successfully synchronized a batch of J")
         self.assertEqual(run.end(), 0)
         self.assert_same()
+        self.sandbox("sql", "A", given="alter table SHOP.SECRET add (MORE varchar2(9));\n")
+        run = Running(self, "--continue", "J")
+        cure = "alter table SHOP.SECRET add (MORE VARCHAR2(9));"
+        run.wait_for("J: on B SHOP.SECRET has no column MORE. To bring it up: " + cure)
+        self.wait_for_job(lambda job: [one["cure"] for one in job["definitions"]] == [cure], "it")
+        self.cli("job", "show", "J", text="SHOP.SECRET has no column MORE: " + cure)
+        self.sandbox("sql", "B", given=cure + "\n")
+        self.fill(400, 402)
+        run.wait_for("The tables on B fit those of J again")
+        self.wait_for_job(lambda job: job["total_done"] == 402, "what was changed then")
+        self.assertEqual(run.end(), 0)
+        self.assert_same()
 
     def test_a_service_tells_its_manager_and_continues_what_is_paused(self):
         ldd = subprocess.run(["ldd", self.command()[0]], stdout=subprocess.PIPE, check=False).stdout

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "sim/change.h"
+#include "sim/dictionary.h"
 
 namespace quillmere::sim {
 
@@ -24,6 +25,8 @@ class DestinationModel {
   // name is the owner and the table as the statements have them: SHOP.ORDERS. table says which of
   // the source's tables arrives there.
   void AddTable(const std::string& name, std::uint8_t table) { tables_[name] = table; }
+
+  ModelDictionary dictionary;
 
   // What no server notices: texts that arrived damaged.
   std::size_t Damaged() const { return state_.damaged; }

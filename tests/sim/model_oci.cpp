@@ -141,6 +141,11 @@ sword ModelOci::Execute(Handle& server, Handle& statement) {
   statement.rows.clear();
   statement.next = statement.mined_columns = statement.fetched = 0;
   int code = 0;
+  const ModelDictionary* const dictionary = server.source != nullptr ? &server.source->dictionary
+                                            : server.destination != nullptr
+                                                ? &server.destination->dictionary
+                                                : nullptr;
+  if (dictionary != nullptr && dictionary->Answer(statement.sql, statement.rows)) return kSuccess;
   if (server.source != nullptr) {
     Tick(source_ms, server.source);
     code = ExecuteOnSource(server, statement);

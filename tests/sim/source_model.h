@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "sim/change.h"
+#include "sim/dictionary.h"
 #include "sim/redo_thread.h"
 #include "sim/workload.h"
 
@@ -39,6 +40,8 @@ class SourceModel {
   void RunUntil(std::int64_t now);
   std::int64_t Now() const { return now_; }
   const SourceShape& Shape() const { return shape_; }
+
+  ModelDictionary dictionary;
 
   // --- What a connection can see --------------------------------------------------------------
   std::int64_t CurrentScn();

@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QStringList>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -56,6 +57,19 @@ QString LossText(const WatchedJob& job) {
   return NowPage::tr("in %1, unless the job goes on").arg(ToQt(AgeText(*job.time_to_loss)));
 }
 
+// A line for each, up to some.
+QString DefinitionsText(const WatchedJob& job) {
+  constexpr std::size_t kMostLines = 50;
+  if (!job.definitions) return {};
+  const std::size_t count = job.definitions->size();
+  QStringList lines;
+  for (std::size_t i = 0; i < std::min(count, kMostLines); ++i) {
+    lines << OneLine(DefinitionText((*job.definitions)[i]));
+  }
+  if (count > kMostLines) lines << NowPage::tr("%Ln more", nullptr, Plural(count - kMostLines));
+  return lines.join(u'\n');
+}
+
 QString Changes(std::int64_t count) {
   return NowPage::tr("%Ln change(s)", nullptr,
                      Plural(static_cast<std::size_t>(std::max<std::int64_t>(count, 0))));
@@ -76,6 +90,7 @@ NowPage::NowPage(UiContext& context, QWidget* parent)
   facts_.Add("Loss", tr("Redo is gone"));
   facts_.Add("Waiting", tr("Waiting"));
   facts_.Add("Done", tr("Since its start"));
+  facts_.Add("Definitions", tr("Does not fit"));
   column->addWidget(offer_ = MakeOffer());
 }
 
@@ -107,7 +122,8 @@ void NowPage::ShowJob(std::size_t job, const WatchedJob& watched) {
       {Translated(HealthName(watched.health)) + QStringLiteral(": ") + Meaning(watched),
        BehindText(watched), GoodText(watched), NextText(watched), LossText(watched),
        tr("%1 of the batch in hand").arg(Changes(watched.waiting)),
-       tr("%1 applied, %2 blocked").arg(Changes(run.applied_count), Changes(run.blocked_count))});
+       tr("%1 applied, %2 blocked").arg(Changes(run.applied_count), Changes(run.blocked_count)),
+       DefinitionsText(watched)});
 }
 
 }  // namespace quillmere
