@@ -5,6 +5,8 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
+#include <QLabel>
 #include <QLoggingCategory>
 #include <QScrollBar>
 #include <QStandardItemModel>
@@ -19,6 +21,7 @@
 #include "null_oci.h"
 #include "support/temp_folder.h"
 #include "ui/main/program_window.h"
+#include "watch/job_history.h"
 
 namespace quillmere::bench {
 
@@ -236,6 +239,49 @@ double LongestTurnOfPreview() {
   return heart.LongestMs();
 }
 
+// From the opening of the page until a month of passes ten seconds apart is drawn.
+double PictureOfAMonth() {
+  constexpr std::int64_t kPasses = kHistoryDays * 86'400 / 10;
+  const TempFolder folder;
+  const OciApi api = NullOci();
+  const auto workspace = OpenWorkspace(folder.Path(), api);
+  MakeJob(*workspace, "old", 10);
+  const JobFolder of_job(workspace->Folder(), "old");
+  HistoryLine line;
+  std::string text, error;
+  const LocalTime now = workspace->TimeSource().Now();
+  for (std::int64_t i = kPasses; i > 0; --i) {
+    line.time.ms = now.ms - i * 10'000;
+    line.captured = line.applied = i % 1000;
+    line.took_ms = 1234;
+    line.behind_s = i % 60;
+    line.error = i % 100 == 0 ? "ORA-00001: unique constraint (SHOP.ITEM_PK) violated" : "";
+    line.source_scn = 10'000'000 - i;
+    line.reached_scn = line.source_scn - 5;
+    text += HistoryText(line);
+  }
+  if (!of_job.Make(workspace->Files(), error) ||
+      !ReplaceFile(workspace->Files(), of_job.File(JobFile::History), text, FileAccess::OwnerOnly,
+                   error)) {
+    std::abort();
+  }
+  ProgramWindow window(*workspace);
+  window.Show();
+  auto* tree = window.Form().findChild<QTreeView*>("JobMgrTV");
+  tree->setCurrentIndex(tree->model()->index(0, 0, tree->model()->index(0, 0)));
+  auto* pages = window.Form().findChild<QTabWidget*>("JobPages");
+  auto* page = pages->findChild<QWidget*>("PicturePage");
+  page->findChild<QComboBox*>("PictureSpan")->setCurrentIndex(3);
+  Settle();
+  const auto begin = std::chrono::steady_clock::now();
+  pages->setCurrentWidget(page);
+  const auto* summary = page->findChild<QLabel*>("PictureSummary");
+  while (summary->text().isEmpty()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  Settle();
+  const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - begin;
+  return took.count();
+}
+
 }  // namespace
 
 void AddWindowBenches(RatioTable& table) {
@@ -267,6 +313,8 @@ void AddWindowBenches(RatioTable& table) {
                   [application] { return LongestTurn(); });
   table.AddFigure("window: longest turn, preview of 100000", "ms", 100,
                   [application] { return LongestTurnOfPreview(); });
+  table.AddFigure("window: picture of 30 days, 10 s apart", "ms", 200,
+                  [application] { return PictureOfAMonth(); });
 }
 
 }  // namespace quillmere::bench

@@ -354,6 +354,25 @@
     </message>
 </context>
 <context>
+    <name>HistoryCharts</name>
+    <message>
+        <source>Applied per second</source>
+        <translation>Angewendet je Sekunde</translation>
+    </message>
+    <message>
+        <source>Waiting</source>
+        <translation>Wartend</translation>
+    </message>
+    <message>
+        <source>Behind</source>
+        <translation>Rückstand</translation>
+    </message>
+    <message>
+        <source>Passes, failed ones hatched</source>
+        <translation>Durchgänge, gescheiterte schraffiert</translation>
+    </message>
+</context>
+<context>
     <name>JobActionList</name>
     <message>
         <source>&amp;New</source>
@@ -1286,6 +1305,29 @@ Fortfahren?</translation>
     </message>
 </context>
 <context>
+    <name>quillmere::HistoryCharts</name>
+    <message>
+        <source>Picture of the job&apos;s history</source>
+        <translation>Bild vom Verlauf des Auftrags</translation>
+    </message>
+    <message>
+        <source>No pass ended in this time</source>
+        <translation>In dieser Zeit endete kein Durchgang</translation>
+    </message>
+    <message>
+        <source>d MMM hh:mm</source>
+        <translation>d. MMM hh:mm</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Passes: %1, failed: %2</source>
+        <translation>Durchgänge: %1, gescheitert: %2</translation>
+    </message>
+</context>
+<context>
     <name>quillmere::JobHead</name>
     <message>
         <source>without a pause</source>
@@ -1540,6 +1582,81 @@ Fortfahren?</translation>
     </message>
 </context>
 <context>
+    <name>quillmere::PicturePage</name>
+    <message>
+        <source>Passes: %1, failed: %2. Applied: %3. Waiting at most: %4.</source>
+        <translation>Durchgänge: %1, gescheitert: %2. Angewendet: %3. Wartend höchstens: %4.</translation>
+    </message>
+    <message>
+        <source>Behind by at most: %1.</source>
+        <translation>Rückstand höchstens: %1.</translation>
+    </message>
+    <message>
+        <source>Where the job and its source stand, in words</source>
+        <translation>Wo der Auftrag und seine Quelle stehen, in Worten</translation>
+    </message>
+    <message>
+        <source>Over the &amp;last</source>
+        <translation>&amp;Zeitraum</translation>
+    </message>
+    <message>
+        <source>Over the last</source>
+        <translation>Zeitraum</translation>
+    </message>
+    <message>
+        <source>hour</source>
+        <translation>Stunde</translation>
+    </message>
+    <message>
+        <source>day</source>
+        <translation>Tag</translation>
+    </message>
+    <message>
+        <source>week</source>
+        <translation>Woche</translation>
+    </message>
+    <message>
+        <source>30 days</source>
+        <translation>30 Tage</translation>
+    </message>
+    <message>
+        <source>The picture in words</source>
+        <translation>Das Bild in Worten</translation>
+    </message>
+    <message>
+        <source>Ask the sour&amp;ce</source>
+        <translation>&amp;Quelle fragen</translation>
+    </message>
+    <message>
+        <source>Reads where the source stands now, its oldest redo and its open transactions</source>
+        <translation>Liest, wo die Quelle jetzt steht, ihr ältestes Redo und ihre offenen Transaktionen</translation>
+    </message>
+    <message>
+        <source>The source was asked at %1</source>
+        <translation>Die Quelle wurde gefragt: %1</translation>
+    </message>
+    <message>
+        <source>open from %1 on: %2</source>
+        <translation>offen ab %1: %2</translation>
+    </message>
+    <message>
+        <source>Ask the source</source>
+        <translation>Quelle fragen</translation>
+    </message>
+    <message>
+        <source>connect to %1</source>
+        <translation>mit %1 verbinden</translation>
+    </message>
+    <message>
+        <source>read where %1 stands</source>
+        <translation>lesen, wo %1 steht</translation>
+    </message>
+    <message>
+        <source>Pict&amp;ure</source>
+        <translation>Ver&amp;lauf</translation>
+    </message>
+</context>
+<context>
     <name>quillmere::PreviewPage</name>
     <message>
         <source>The source could not be read: %1</source>
@@ -1788,6 +1905,49 @@ Ihre Änderungen zählen von da an als blockiert, auch die wartenden, und fehlen
     <message>
         <source>Closes the dialog; nothing is changed</source>
         <translation>Schließt den Dialog; nichts wird geändert</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::ScnStripView</name>
+    <message>
+        <source>oldest redo there %1</source>
+        <translation>ältestes Redo %1</translation>
+    </message>
+    <message>
+        <source>oldest needed %1</source>
+        <translation>gebraucht ab %1</translation>
+    </message>
+    <message>
+        <source>applied %1</source>
+        <translation>angewendet %1</translation>
+    </message>
+    <message>
+        <source>captured %1</source>
+        <translation>erfasst %1</translation>
+    </message>
+    <message>
+        <source>now %1</source>
+        <translation>jetzt %1</translation>
+    </message>
+    <message>
+        <source>at the last pass %1</source>
+        <translation>beim letzten Durchgang %1</translation>
+    </message>
+    <message>
+        <source>Where the job and its source stand</source>
+        <translation>Wo der Auftrag und seine Quelle stehen</translation>
+    </message>
+    <message>
+        <source>Where the job stands is known once it has run</source>
+        <translation>Wo der Auftrag steht, ist bekannt, wenn er gelaufen ist</translation>
+    </message>
+    <message>
+        <source>No transaction is open</source>
+        <translation>Keine Transaktion ist offen</translation>
+    </message>
+    <message>
+        <source>Open transactions: %1, the oldest for %2 h: %3</source>
+        <translation>Offene Transaktionen: %1, die älteste seit %2 h: %3</translation>
     </message>
 </context>
 <context>

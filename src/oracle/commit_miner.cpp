@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "oracle/commit_miner.h"
 
+#include <algorithm>
+
 #include "foundation/text.h"
 #include "oracle/follow_queries.h"
 #include "oracle/text_query.h"
@@ -30,6 +32,13 @@ bool ReadAll(TextQuery& query, const TakeRow& take_row) {
     if (!take_row()) return false;
   }
   return row == TextQuery::Row::End;
+}
+
+// Instance, session, serial number, user, machine and program, from that column on.
+std::string HolderIn(const TextQuery& query, std::size_t first) {
+  const auto text = [&](std::size_t column) { return std::string(query.Text(first + column)); };
+  return "session " + text(1) + "," + text(2) + " of " + text(3) + " on instance " + text(0) +
+         " (" + text(5) + " at " + text(4) + ")";
 }
 
 bool ReadNumber(OracleSession& session, std::string_view sql, std::string_view what,
@@ -96,11 +105,28 @@ bool CommitMiner::DescribeOldest(std::int64_t start_scn, std::string& holder, st
   }
   const TextQuery::Row row = query.Fetch();
   if (row != TextQuery::Row::Fetched) return row == TextQuery::Row::End;
-  const auto text = [&](std::size_t column) { return std::string(query.Text(column)); };
   if (!TakeNumber(query, 0, "the age of a transaction", hours)) return false;
-  holder = "session " + text(2) + "," + text(3) + " of " + text(4) + " on instance " + text(1) +
-           " (" + text(6) + " at " + text(5) + ")";
+  holder = HolderIn(query, 1);
   return true;
+}
+
+bool CommitMiner::ListOpen(std::vector<OpenTransaction>& open, std::size_t most) {
+  open.clear();
+  TextQuery query(session_, kListLabels);
+  const bool read =
+      query.Open(follow::kOpenSessions, {kNumberBytes, kNumberBytes, kNumberBytes, kNumberBytes,
+                                         kNumberBytes, kNameBytes, kNameBytes, kNameBytes}) &&
+      ReadAll(query, [&] {
+        OpenTransaction& found = open.emplace_back();
+        found.holder = HolderIn(query, 2);
+        return TakeNumber(query, 0, "START_SCN", found.start_scn) &&
+               TakeNumber(query, 1, "the age of a transaction", found.hours);
+      });
+  std::sort(open.begin(), open.end(), [](const OpenTransaction& a, const OpenTransaction& b) {
+    return a.start_scn < b.start_scn;
+  });
+  open.resize(std::min(open.size(), most));
+  return read;
 }
 
 bool CommitMiner::ReadThreads(std::vector<RedoThread>& threads) {

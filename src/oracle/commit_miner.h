@@ -3,6 +3,7 @@
 // stands, its redo logs, and the committed changes between two commit SCNs.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -54,6 +55,13 @@ struct MinedRow {
   std::string_view text = {};
 };
 
+// A transaction that has not ended.
+struct OpenTransaction {
+  std::int64_t start_scn = 0;
+  std::int64_t hours = 0;  // it is open
+  std::string holder;      // whose session, in words
+};
+
 class CommitSink {
  public:
   enum class Next { GoOn, Enough, Fail };
@@ -82,6 +90,8 @@ class CommitMiner {
   // Who holds the transaction that began there, in words, and for how many hours it has been open;
   // empty when it has ended.
   bool DescribeOldest(std::int64_t start_scn, std::string& holder, std::int64_t& hours);
+  // The oldest first, and no more than so many.
+  bool ListOpen(std::vector<OpenTransaction>& open, std::size_t most);
   bool ReadThreads(std::vector<RedoThread>& threads);
 
   // The logs by thread and sequence, each once. archived: those that hold redo from from_scn on.

@@ -41,6 +41,12 @@ inline constexpr std::string_view kOldestSession =
     "s.machine, s.program from gv$transaction t join gv$session s on s.inst_id = t.inst_id and "
     "s.saddr = t.ses_addr where t.start_scn = {}";
 
+// The same of all that are open, with the START_SCN before it; for the operator to look at.
+inline constexpr std::string_view kOpenSessions =
+    "select t.start_scn, trunc((sysdate - t.start_date) * 24), s.inst_id, s.sid, s.serial#, "
+    "s.username, s.machine, s.program from gv$transaction t join gv$session s on s.inst_id = "
+    "t.inst_id and s.saddr = t.ses_addr where t.start_scn > 0";
+
 // --- Which database, and how far its redo is written -----------------------------------------
 
 // Another pair than at the start: another database, or one opened with RESETLOGS.

@@ -4,7 +4,9 @@
 #include "support/account.h"
 #include "support/config_of.h"
 #include "support/hand_clock.h"
+#include "support/memory_files.h"
 #include "watch/advice.h"
+#include "watch/history_picture.h"
 #include "watch/refused_row.h"
 #include "watch/statement_values.h"
 
@@ -15,6 +17,46 @@ using std::chrono::seconds;
 
 std::string Text(const std::optional<seconds>& age) {
   return age ? AgeText(*age) : "?";
+}
+
+// What a file of thousands of passes is put together to; the times are seconds of the span.
+TEST(HistoryPicture, PutsPassesTogether) {
+  testing::MemoryFiles files;
+  const LocalTime end{1'769'903'940'000};
+  std::string text;
+  const auto pass = [&](std::int64_t second, std::int64_t captured, std::int64_t applied,
+                        std::optional<std::int64_t> behind, const std::string& error = {}) {
+    HistoryLine line;
+    line.time = {end.ms + (second - 60) * 1000};
+    line.captured = captured;
+    line.applied = applied;
+    line.behind_s = behind;
+    line.error = error;
+    line.source_scn = second == 35 ? 0 : 1000 + second;
+    line.reached_scn = 900 + second;
+    text += HistoryText(line);
+  };
+  for (std::int64_t i = 3000; i > 0; --i) pass(-i * 600, 2, 1, 1);  // days before the span
+  pass(-5, 10, 4, 50);
+  pass(5, 0, 2, 40);
+  pass(15, 0, 0, 60, "ORA-00001");
+  pass(16, 0, 1, {}, std::string(kInterrupted));
+  pass(12, 0, 1, 70);  // the clock was set back
+  pass(35, 3, 3, 0);
+  files.Put("/h.csv", text);
+  const auto seen = [&](std::chrono::seconds span, std::size_t parts) {
+    const HistoryRead read = ReadHistoryPicture(files, "/h.csv", end, span, parts);
+    std::string words = std::to_string(read.source_scn) + " " + std::to_string(read.reached_scn);
+    for (const PicturePoint& point : read.picture.Points()) {
+      words += "; " + std::to_string(point.part) + ": " + std::to_string(point.passes) + "-" +
+               std::to_string(point.failed) + " " + std::to_string(point.applied) + " w" +
+               std::to_string(point.waiting) + " b" + std::to_string(point.behind_s.value_or(-1));
+    }
+    return words + read.error;
+  };
+  EXPECT_EQ(seen(seconds{60}, 6), "1012 935; 0: 1-0 2 w4 b40; 1: 3-1 2 w4 b70; 3: 1-0 3 w0 b0");
+  EXPECT_EQ(seen(seconds{30 * 86'400}, 2), "1012 935; 0: 841-0 841 w1 b1; 1: 2165-1 2170 w6 b70");
+  EXPECT_DOUBLE_EQ(HistoryPicture(end, seconds{60}, 6).AppliedPerSecond({.applied = 5}), 0.5);
 }
 
 // "Started [held] [failing] interval=5 behind=901 good=3", what is left out is not known.

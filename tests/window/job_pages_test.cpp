@@ -121,5 +121,35 @@ TEST_F(JobPages, DoctorSaysWhatIsWrongAndCuresAreTakenAlong) {
   WaitForRow("DoctorList", "1|log-on|failure|B|");
 }
 
+TEST_F(JobPages, PictureShowsThePassesAndWhereTheSourceStands) {
+  OpenRunning("PicturePage");
+  Sql("A", "insert into SHOP.ITEM values (1, 'x');\ninsert into SHOP.ITEM values (2, 'x');");
+  WaitFor("the changes", [this] {
+    NextPass();
+    return Work().Jobs().At(0).run.applied_count == 2;
+  });
+  Choose("PictureSpan", "day");
+  WaitForIn("PictureSummary", " failed: 0. Applied: 2. Waiting at most: 0.");
+  WaitForIn("StripWords", "oldest needed ");
+  // The charts differ from what is drawn of a job without passes.
+  const auto drawn = [this](const char* part) {
+    auto* widget = Find(part);
+    return Ui([=] { return widget->grab().toImage(); });
+  };
+  const QImage charts = drawn("HistoryCharts");
+  const QImage strip = drawn("ScnStrip");
+  OracleSession session(Work().Oci());
+  ASSERT_TRUE(session.Connect({"A", "SYS", kPassword, true})) << session.LastError();
+  ASSERT_TRUE(session.Execute("insert into SHOP.NOTE values (3, 'x')")) << session.LastError();
+  Press("alt+c");
+  WaitForIn("StripWords", "; oldest redo there ");
+  WaitForIn("StripWords", "; open from ");
+  WaitForIn("StripWords", " of SYS on instance 1 (");
+  EXPECT_NE(drawn("ScnStrip"), strip);
+  Choose("PictureSpan", "week");
+  auto* picture = Find("HistoryCharts");
+  WaitFor("another picture", [&] { return picture->grab().toImage() != charts; });
+}
+
 }  // namespace
 }  // namespace quillmere::window

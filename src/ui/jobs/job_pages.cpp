@@ -6,6 +6,7 @@
 
 #include "ui/jobs/doctor_page.h"
 #include "ui/jobs/now_page.h"
+#include "ui/jobs/picture_page.h"
 #include "ui/jobs/preview_page.h"
 #include "ui/jobs/problem_page.h"
 #include "ui/toolkit/icons.h"
@@ -25,7 +26,7 @@ std::vector<JobPage*> MakeJobPages(UiContext& context, WayOutRunner& ways, QTabW
     doctor->Examine();
   });
   return {now, new ProblemPage(context, ways, parent), new PreviewPage(context, ways, parent),
-          doctor};
+          new PicturePage(context, parent), doctor};
 }
 
 JobPages::JobPages(UiContext& context, WayOutRunner& ways, QWidget* parent)

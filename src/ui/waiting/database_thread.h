@@ -22,7 +22,7 @@ class DatabaseThread {
   // Runs work at once, then done, both on the thread; when done is called, the next work may come.
   // Where a connection attempt that nobody waits for any more still holds the thread up, another
   // one takes its place, and goes on beside it afterwards: there are never more than there were
-  // such attempts at a time.
+  // such attempts at a time. So it is while a file is being read (quiet_work.h).
   void Run(std::function<void()> work, std::function<void()> done);
 
   // Waits until all work is over. Nothing runs afterwards.
