@@ -55,6 +55,7 @@ void Simulation::Reopen() {
     const std::uint64_t before = FileFaults();
     Trace("open");
     for (const auto& job : jobs_) {
+      job->SeeEnd(before);
       job->may_go_back |= job->in_the_moment && job->HasCommitPoint(*disk_);
     }
     Workspace::Options options;

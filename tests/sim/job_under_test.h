@@ -111,9 +111,12 @@ struct Simulation::Job {
   // The program dies at an operation, or goes on from what it could read.
   void SeeDeath(std::uint64_t operation, std::uint64_t file_faults) {
     // Behind the commit comes the removal of the commit point, and that reaches the disk.
-    in_the_moment |= operation <= committed_at + 2 || file_faults != faults_at_commit;
+    in_the_moment |= operation <= committed_at + 2;
+    SeeEnd(file_faults);
     tables_unclear = true;
   }
+  // It was told that the commit point stays and what comes of that.
+  void SeeEnd(std::uint64_t file_faults) { in_the_moment |= file_faults != faults_at_commit; }
 
   const std::size_t number;
   const Follow follow;

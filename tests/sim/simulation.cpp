@@ -152,6 +152,7 @@ void Simulation::Rest() {
   noted_ = nullptr;
   for (const auto& source : sources_) source->SendUsersHome();
   Reopen();
+  Check();
   JobList* list = &program_->workspace->Jobs();
   std::size_t due = 0;
   // Who rests is at its end, and so is what only waits to be removed once more.
