@@ -11,6 +11,7 @@
 #include <string>
 
 #include "sandbox/base/status.h"
+#include "sandbox/store/platform.h"
 
 namespace quillmere::sandbox {
 
@@ -48,9 +49,9 @@ class OpenTransaction {
  private:
   struct Shared;
 
-  OpenTransaction(std::intptr_t file, Shared* shared) : file_(file), shared_(shared) {}
+  explicit OpenTransaction(SharedFile file);
 
-  std::intptr_t file_;
+  SharedFile file_;
   Shared* shared_;
   bool shown_ = false;  // by this link: its own lock tells it nothing
 };

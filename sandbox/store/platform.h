@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the platform gives: files that nobody but their owner may read, their locks, and one-way
-// hashes. Plain functions, for any thread.
+// What the platform gives: files that nobody but their owner may read, their locks, memory that
+// processes share, what a process is, and one-way hashes. Plain functions, for any thread.
 #pragma once
 
 #include <cstdint>
@@ -21,6 +21,22 @@ enum class FileLock { Exclusive, Try, None };
 bool LockFile(std::intptr_t file, FileLock lock);
 // ORA-01110 with what the system says of the latest call.
 Status FileFailure(const std::string& what);
+
+// A file that all who map it write and read as one piece of memory. Made (owner-only) when it is
+// not there; ORA-01110 when that fails.
+struct SharedFile {
+  std::intptr_t file = -1;
+  void* memory = nullptr;
+};
+Status MapShared(const std::filesystem::path& path, std::size_t size, SharedFile* out);
+void Unmap(const SharedFile& shared, std::size_t size);
+
+struct ProcessFacts {
+  std::int64_t number = 0;
+  std::string machine;
+  std::string program;  // its file's name
+};
+ProcessFacts ThisProcess();
 
 // Salted, so that the database file does not give passwords away; empty when the platform refuses.
 std::string HashPassword(const std::string& password);

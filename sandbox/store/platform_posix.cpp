@@ -4,8 +4,10 @@
 #include <crypt.h>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <memory>
@@ -44,6 +46,33 @@ bool LockFile(std::intptr_t file, FileLock lock) {
 
 Status FileFailure(const std::string& what) {
   return {1110, "cannot " + what + ": " + std::strerror(errno)};
+}
+
+Status MapShared(const std::filesystem::path& path, std::size_t size, SharedFile* out) {
+  const int file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  if (file < 0) return FileFailure("use " + path.string());
+  void* memory = MAP_FAILED;
+  if (ftruncate(file, static_cast<off_t>(size)) == 0) {
+    memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+  }
+  if (memory == MAP_FAILED) {
+    Status status = FileFailure("use " + path.string());
+    close(file);
+    return status;
+  }
+  *out = {file, memory};
+  return {};
+}
+
+void Unmap(const SharedFile& shared, std::size_t size) {
+  munmap(shared.memory, size);
+  close(static_cast<int>(shared.file));
+}
+
+ProcessFacts ThisProcess() {
+  std::array<char, 256> name{};
+  const bool named = gethostname(name.data(), name.size() - 1) == 0;
+  return {getpid(), named ? name.data() : "", program_invocation_short_name};
 }
 
 std::string HashPassword(const std::string& password) {

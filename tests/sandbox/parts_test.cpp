@@ -11,6 +11,7 @@
 #include "sandbox/redo/redo_text.h"
 #include "sandbox/session/session.h"
 #include "sandbox/values/decimal.h"
+#include "support/temp_folder.h"
 
 namespace quillmere::sandbox {
 
@@ -88,23 +89,21 @@ TEST(RedoRecordTest, DamagedBytesAreRefused) {
 class LocalSessionTest : public ::testing::Test {
  protected:
   LocalSessionTest() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "sandboxXXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
     std::shared_ptr<Link> link;
-    EXPECT_TRUE(FindDatabasePath(folder_, "X", &path_));
+    EXPECT_TRUE(FindDatabasePath(folder_.Path().string(), "X", &path_));
     EXPECT_TRUE(CreateDatabase(path_, "sandbox").ok());
     EXPECT_TRUE(Link::AttachFile(path_, &link).ok());
     EXPECT_TRUE(Session::Open(link, {"SYS", "", true, true}, &session_).ok());
     EXPECT_EQ(Execute("create table t (a number)"), 0);
   }
-  ~LocalSessionTest() override { std::filesystem::remove_all(folder_); }
+  ~LocalSessionTest() override { session_.reset(); }
 
   int Execute(const std::string& sql) {
     StatementResult result;
     return session_->Execute(sql, &result).code();
   }
 
-  std::filesystem::path folder_;
+  TempFolder folder_;
   DatabasePath path_;
   std::unique_ptr<Session> session_;
 };

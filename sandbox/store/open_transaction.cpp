@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <unistd.h>
+#include "sandbox/store/open_transaction.h"
 
 #include <array>
 #include <atomic>
-#include <cerrno>
 #include <cstring>
 #include <string_view>
 
-#include "sandbox/store/open_transaction.h"
 #include "sandbox/store/platform.h"
 
 namespace quillmere::sandbox {
@@ -41,33 +37,21 @@ std::string Get(const std::array<char, size>& from) {
   return {from.data(), strnlen(from.data(), size)};
 }
 
-std::string MachineName() {
-  std::array<char, 96> name{};
-  return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
-}
-
 }  // namespace
 
 Status OpenTransaction::Open(const std::filesystem::path& path,
                              std::unique_ptr<OpenTransaction>* out) {
-  const int file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-  if (file < 0) return FileFailure("use " + path.string());
-  void* shared = MAP_FAILED;
-  if (ftruncate(file, sizeof(Shared)) == 0) {
-    shared = mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
-  }
-  if (shared == MAP_FAILED) {
-    const Status status = FileFailure("use " + path.string());
-    close(file);
-    return status;
-  }
-  out->reset(new OpenTransaction(file, static_cast<Shared*>(shared)));
-  return {};
+  SharedFile file;
+  const Status status = MapShared(path, sizeof(Shared), &file);
+  if (status.ok()) out->reset(new OpenTransaction(file));
+  return status;
 }
 
+OpenTransaction::OpenTransaction(SharedFile file)
+    : file_(file), shared_(static_cast<Shared*>(file.memory)) {}
+
 OpenTransaction::~OpenTransaction() {
-  munmap(shared_, sizeof(Shared));
-  close(static_cast<int>(file_));
+  Unmap(file_, sizeof(Shared));
 }
 
 std::int64_t OpenTransaction::last_scn() const {
@@ -79,14 +63,15 @@ void OpenTransaction::set_last_scn(std::int64_t scn) {
 }
 
 Status OpenTransaction::Show(const TransactionRecord& record) {
-  if (!LockFile(file_, FileLock::Exclusive))
+  if (!LockFile(file_.file, FileLock::Exclusive))
     return FileFailure("lock the file of the open transaction");
   shown_ = true;
-  shared_->process = getpid();
+  const ProcessFacts self = ThisProcess();
+  shared_->process = self.number;
   Put(record.started, &shared_->started);
   Put(record.user, &shared_->user);
-  Put(MachineName(), &shared_->machine);
-  Put(program_invocation_short_name, &shared_->program);
+  Put(self.machine, &shared_->machine);
+  Put(self.program, &shared_->program);
   // Before the SCN shows that there was a change: who sees that one sees this one.
   shared_->start_scn = record.start_scn;
   set_last_scn(record.start_scn);
@@ -97,14 +82,14 @@ void OpenTransaction::Hide() {
   if (!shown_) return;
   shared_->start_scn = 0;
   shown_ = false;
-  LockFile(file_, FileLock::None);
+  LockFile(file_.file, FileLock::None);
 }
 
 bool OpenTransaction::Find(TransactionRecord* out) const {
   out->start_scn = shared_->start_scn;
   if (out->start_scn == 0) return false;
-  if (!shown_ && LockFile(file_, FileLock::Try)) {  // nobody holds it: its process has died
-    LockFile(file_, FileLock::None);
+  if (!shown_ && LockFile(file_.file, FileLock::Try)) {  // nobody holds it: its process has died
+    LockFile(file_.file, FileLock::None);
     return false;
   }
   out->process = shared_->process;
