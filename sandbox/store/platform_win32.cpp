@@ -33,17 +33,18 @@ std::string Hex(const unsigned char* bytes, std::size_t size) {
 
 // Empty when the system refuses.
 std::string Derived(std::string password, std::string salt) {
-  const auto bytes = [](std::string& text) { return reinterpret_cast<unsigned char*>(text.data()); };
+  const auto bytes = [](std::string& text) {
+    return reinterpret_cast<unsigned char*>(text.data());
+  };
   BCRYPT_ALG_HANDLE algorithm = nullptr;
   if (BCryptOpenAlgorithmProvider(&algorithm, BCRYPT_SHA256_ALGORITHM, nullptr,
                                   BCRYPT_ALG_HANDLE_HMAC_FLAG) != 0) {
     return {};
   }
   Bytes key{};
-  const NTSTATUS status =
-      BCryptDeriveKeyPBKDF2(algorithm, bytes(password), static_cast<ULONG>(password.size()),
-                            bytes(salt), static_cast<ULONG>(salt.size()), kRounds, key.data(),
-                            static_cast<ULONG>(key.size()), 0);
+  const NTSTATUS status = BCryptDeriveKeyPBKDF2(
+      algorithm, bytes(password), static_cast<ULONG>(password.size()), bytes(salt),
+      static_cast<ULONG>(salt.size()), kRounds, key.data(), static_cast<ULONG>(key.size()), 0);
   BCryptCloseAlgorithmProvider(algorithm, 0);
   return status == 0 ? Hex(key.data(), key.size()) : std::string();
 }
@@ -93,9 +94,9 @@ Status FileFailure(const std::string& what) {
 }
 
 Status MapShared(const std::filesystem::path& path, std::size_t size, SharedFile* out) {
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE,
-                            FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
-                            FILE_ATTRIBUTE_NORMAL, nullptr);
+  HANDLE file =
+      CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                  nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return FileFailure("use " + path.string());
   // The file grows to the mapping's size. The view keeps the mapping.
   HANDLE mapping =
