@@ -3,9 +3,9 @@
 
 #include <map>
 
-#include "cli/json_text.h"
 #include "cli/text_table.h"
 #include "doctor/doctor.h"
+#include "watch/health_json.h"
 
 namespace quillmere::cli {
 namespace {

@@ -3,9 +3,8 @@
 
 #include <array>
 
-#include "cli/json_text.h"
 #include "cli/text_table.h"
-#include "cli/watch_output.h"
+#include "watch/health_json.h"
 #include "watch/health_text.h"
 
 namespace quillmere::cli {

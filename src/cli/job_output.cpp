@@ -4,10 +4,9 @@
 #include <vector>
 
 #include "cli/command.h"
-#include "cli/json_text.h"
 #include "cli/text_table.h"
-#include "cli/watch_output.h"
 #include "oracle/position_row.h"
+#include "watch/health_json.h"
 #include "watch/health_text.h"
 #include "workspace/job_operations.h"
 

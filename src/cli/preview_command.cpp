@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
-#include "cli/json_text.h"
 #include "cli/text_table.h"
 #include "preview/preview.h"
+#include "watch/health_json.h"
 
 namespace quillmere::cli::job {
 namespace {

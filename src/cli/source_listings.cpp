@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "cli/json_text.h"
 #include "cli/text_table.h"
+#include "watch/health_json.h"
 
 namespace quillmere::cli {
 namespace {

@@ -4,11 +4,10 @@
 #include <chrono>
 #include <thread>
 
-#include "cli/json_text.h"
 #include "cli/row_output.h"
 #include "cli/text_table.h"
-#include "cli/watch_output.h"
 #include "engine/job_runner.h"
+#include "watch/health_json.h"
 #include "watch/health_text.h"
 #include "workspace/skip_statement.h"
 #include "workspace/way_out.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/watch_events.h"
 
-#include "cli/watch_output.h"
+#include "watch/health_json.h"
 
 namespace quillmere::cli {
 namespace {

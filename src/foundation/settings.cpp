@@ -36,6 +36,8 @@ bool LoadSettings(FileSystem& files, const std::filesystem::path& file, Settings
   settings.definitions_by_rows = false;
   settings.pause_on_definition = false;
   settings.new_jobs_follow_commits = false;
+  settings.resume_jobs = false;
+  settings.health_command.clear();
   settings.client_library.clear();
 
   XmlDocument document;
@@ -62,6 +64,8 @@ bool LoadSettings(FileSystem& files, const std::filesystem::path& file, Settings
   settings.definitions_by_rows = ReadBool(*node, "definitions_by_rows");
   settings.pause_on_definition = ReadBool(*node, "pause_on_definition");
   settings.new_jobs_follow_commits = node->ChildValue("new_jobs_follow") == kCommits;
+  settings.resume_jobs = ReadBool(*node, "resume_jobs");
+  settings.health_command = node->ChildValue("health_command");
   settings.client_library = node->ChildValue("client_library");
   return true;
 }
@@ -84,6 +88,8 @@ bool SaveSettings(FileSystem& files, const std::filesystem::path& file, const Se
   node.AddChild("definitions_by_rows", BoolText(settings.definitions_by_rows));
   node.AddChild("pause_on_definition", BoolText(settings.pause_on_definition));
   node.AddChild("new_jobs_follow", settings.new_jobs_follow_commits ? kCommits : "rows");
+  node.AddChild("resume_jobs", BoolText(settings.resume_jobs));
+  node.AddChild("health_command", settings.health_command);
   node.AddChild("client_library", settings.client_library);
   return MakeFolders(files, file.parent_path(), error) &&
          ReplaceTextFile(files, file, document.Text(), FileAccess::Everyone, error);

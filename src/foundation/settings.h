@@ -32,6 +32,8 @@ struct Settings {
   std::atomic<bool> definitions_by_rows{false};  // they are compared for such jobs, too
   std::atomic<bool> pause_on_definition{false};  // a job whose destination does not fit any more
   std::atomic<bool> new_jobs_follow_commits{false};
+  std::atomic<bool> resume_jobs{false};  // what was at work at the last end goes on in the window
+  std::string health_command;  // run at each change of a job's health; the user interface's alone
   std::string client_library;  // "", "oracle", "sandbox" or a path
 };
 

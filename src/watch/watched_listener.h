@@ -4,6 +4,7 @@
 #pragma once
 
 #include "engine/runner_listener.h"
+#include "watch/health_hook.h"
 #include "watch/job_watch.h"
 
 namespace quillmere {
@@ -11,7 +12,8 @@ namespace quillmere {
 // All of it must outlive the listener. Called as any listener is.
 class WatchedListener final : public RunnerListener {
  public:
-  WatchedListener(JobWatch& watch, RunnerListener& face) : watch_(watch), face_(face) {}
+  WatchedListener(JobWatch& watch, RunnerListener& face, HealthHook* hook = nullptr)
+      : watch_(watch), face_(face), hook_(hook) {}
 
   void OnJobChanged(std::size_t job, bool batch_fetched) override {
     face_.OnJobChanged(job, batch_fetched);
@@ -25,6 +27,7 @@ class WatchedListener final : public RunnerListener {
  private:
   JobWatch& watch_;
   RunnerListener& face_;
+  HealthHook* const hook_;  // told, too, where there is one
 };
 
 }  // namespace quillmere

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "cli/watch_output.h"
+#include "watch/health_json.h"
 
 #include <optional>
 
@@ -8,7 +8,7 @@
 #include "watch/health_text.h"
 #include "watch/refused_row.h"
 
-namespace quillmere::cli {
+namespace quillmere {
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -63,4 +63,19 @@ void AddHealth(Json& object, const WatchedJob& job) {
   object["problem"] = job.problem ? ProblemObject(*job.problem) : Json(nullptr);
 }
 
-}  // namespace quillmere::cli
+std::string JsonText(const Json& value) {
+  return value.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+std::string HealthEvent(std::string_view folder, std::string_view name, LocalTime time, Health was,
+                        const WatchedJob& job) {
+  Json object = {{"folder", folder},
+                 {"time", FormatTimeStamp(time)},
+                 {"name", name},
+                 {"was", HealthName(was)},
+                 {"held", job.held}};
+  AddHealth(object, job);
+  return JsonText(object);
+}
+
+}  // namespace quillmere
