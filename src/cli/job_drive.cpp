@@ -149,6 +149,10 @@ void JobDrive::PrintProgress(Time now) {
 void JobDrive::DoPeriodicWork() {
   const Time now = steady_clock::now();
   service_.Alive(now);
+  for (const WatchMessage& told : workspace_.Hook().TakeMessages()) {
+    workspace_.Log().Add(told.text, told.error);
+    PrintMessage({told.text, told.error});
+  }
   if (options_.progress && now >= next_progress_) {
     PrintProgress(now);
     next_progress_ += kProgressPause;

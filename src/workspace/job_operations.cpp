@@ -286,6 +286,19 @@ Outcome RunJob(Workspace& workspace, EngineContext& engine, std::size_t index) {
   return Outcome::Done();
 }
 
+void ResumeInterrupted(Workspace& workspace, EngineContext& engine) {
+  if (!workspace.ProgramSettings().resume_jobs) return;
+  for (const std::size_t index : workspace.Interrupted()) {
+    if (workspace.Jobs().State(index) != JobState::Paused) continue;
+    const std::string name = NameOf(workspace.Jobs().At(index));
+    const Outcome run = RunJob(workspace, engine, index);
+    workspace.Log().AddOf(name,
+                          run ? name + " goes on by itself, as the settings say"
+                              : name + " does not go on by itself: " + run.text,
+                          !run);
+  }
+}
+
 void PauseJob(Workspace& workspace, std::size_t index) {
   workspace.Actions().Note("pause", "job " + NameOf(workspace.Jobs().At(index)));
   RequestPause(workspace.Jobs(), index);

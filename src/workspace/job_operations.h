@@ -86,6 +86,10 @@ Outcome DeleteJob(Workspace& workspace, std::size_t index);
 // of the job is not registered, or its tables were never read.
 Outcome RunJob(Workspace& workspace, EngineContext& engine, std::size_t index);
 
+// The same for each job that was at work when the program ended, if the settings say so. What
+// became of it is a line in the log. Once, when the engine is at work.
+void ResumeInterrupted(Workspace& workspace, EngineContext& engine);
+
 // Ask the engine to pause a started job, or to stop a started or paused one.
 void PauseJob(Workspace& workspace, std::size_t index);
 void StopJob(Workspace& workspace, std::size_t index);

@@ -98,6 +98,7 @@ Workspace::Workspace(const Options& options, fs::path folder)
       registry_(*files_, folder_, log_, settings_),
       catalogue_(*files_, folder_, jobs_, log_),
       watch_(*files_, folder_, jobs_, catalogue_, *clock_),
+      hook_(jobs_, watch_, *clock_, PathText(folder_)),
       actions_(*files_, folder_ / "history.log", *clock_, log_, options.user,
                access_ == Access::Change),
       kept_(*files_, folder_) {}
@@ -177,6 +178,7 @@ JobState Workspace::RestoreJob(SyncJob& job) {
   if (!restored.problem.empty()) log_.Add(restored.problem, true);
   const std::size_t index = jobs_.IndexOf(job);
   if (restored.was_running) {
+    interrupted_.push_back(index);
     const std::string until =
         restored.until == LocalTime{} ? "" : " until " + ReadableTime(restored.until);
     const auto left = restored.progress.batch_remaining;
@@ -210,9 +212,10 @@ void Workspace::HoldRestored(std::size_t index, std::string held, bool asks_agai
 }
 
 EngineContext Workspace::EngineFor(RunnerListener& listener) {
+  hook_.Use(settings_.health_command);
   return {*files_,    folder_,   jobs_,
           catalogue_, *oci_,     log_,
-          *clock_,    settings_, listeners_.emplace_back(watch_, listener)};
+          *clock_,    settings_, listeners_.emplace_back(watch_, listener, &hook_)};
 }
 
 std::optional<LogOn> Workspace::LogOnOf(std::string_view data_source) const {

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "datasources/data_source_registry.h"
 #include "engine/job_runner.h"
@@ -14,6 +15,7 @@
 #include "jobs/job_list.h"
 #include "messages/message_log.h"
 #include "oracle/H_oracle.h"
+#include "watch/health_hook.h"
 #include "watch/watched_listener.h"
 #include "workspace/action_log.h"
 #include "workspace/folder_lock.h"
@@ -72,6 +74,12 @@ class Workspace {
   // How the jobs are; what the engine made here does is known to it.
   JobWatch& Watch() { return watch_; }
   const JobWatch& Watch() const { return watch_; }
+
+  // Tells how they change to a command of the operator's, while there is an engine.
+  HealthHook& Hook() { return hook_; }
+
+  // Jobs that were at work when the program ended, and are Paused now.
+  const std::vector<std::size_t>& Interrupted() const { return interrupted_; }
 
   // Before settings, data sources or jobs are saved: keeps them once a day as they were. That it
   // could not is in the log.
@@ -137,9 +145,11 @@ class Workspace {
   JobList jobs_;
   JobCatalogue catalogue_;
   JobWatch watch_;
+  HealthHook hook_;
   ActionLog actions_;
   KeptSettings kept_;
   std::deque<WatchedListener> listeners_;  // one for each engine
+  std::vector<std::size_t> interrupted_;
   bool uses_sandbox_ = false;
   bool other_program_ = false;  // when looking only: it had the folder while this one read it
 };
