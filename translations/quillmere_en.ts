@@ -164,4 +164,14 @@
         </translation>
     </message>
 </context>
+<context>
+    <name>quillmere::Tray</name>
+    <message numerus="yes">
+        <source>and %Ln more</source>
+        <translation>
+            <numerusform>and %Ln more</numerusform>
+            <numerusform>and %Ln more</numerusform>
+        </translation>
+    </message>
+</context>
 </TS>

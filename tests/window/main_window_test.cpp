@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QAction>
 #include <QApplication>
 #include <csignal>
 
@@ -67,6 +68,7 @@ TEST_F(MainWindow, HintsMessagesAndSettings) {
   Choose("CBNewJobsFollow", "Commits (recommended)");
   Choose("CBLanguage", "Deutsch");
   Enter("EditMessageLimit", "7");
+  Enter("EditHealthCommand", "/bin/true \"a b\"");
   Click("OkBtn");
   WaitForNoDialog();
   Press("ctrl+2");
@@ -77,6 +79,7 @@ TEST_F(MainWindow, HintsMessagesAndSettings) {
   WaitForMessage("A job created, name is J");
   EXPECT_TRUE(Work().ProgramSettings().debug);
   EXPECT_EQ(Work().ProgramSettings().message_limit, 7);
+  EXPECT_EQ(Work().ProgramSettings().health_command, "/bin/true \"a b\"");
   EXPECT_EQ(Work().ProgramSettings().commit_age_seconds, 9);
   EXPECT_TRUE(Work().ProgramSettings().new_jobs_follow_commits);
   EXPECT_FALSE(IsShown("TreeView1"));
@@ -98,6 +101,40 @@ TEST_F(MainWindow, StaysOpenWhileThereIsWork) {
   Ui([&] { Work().Jobs().SetState(0, JobState::Paused, {3, 0}); });
   ChooseInMenu("Job", "Exit");
   WaitFor("the window to close", [this] { return !Window().Form().isVisible(); });
+}
+
+TEST_F(MainWindow, HidesInTheTrayAndComesBack) {
+  OpenWithJob();
+  const auto trigger = [this](const char* name) {
+    Ui([&] { Window().Form().findChild<QAction*>(name)->trigger(); });
+  };
+  const auto wait_until = [this](bool shown) {
+    WaitFor(shown ? "the window" : "none",
+            [=, this] { return Window().Form().isVisible() == shown; });
+  };
+  Press("alt+j");
+  WaitFor("the menu", [] { return QApplication::activePopupWidget() != nullptr; });
+  EXPECT_FALSE(Ui([this] { return Window().Form().findChild<QAction*>("Hide")->isEnabled(); }));
+  Press("Escape");
+  auto tray = std::make_unique<x::Tray>();
+  ChooseInMenu("Job", "Hide");
+  wait_until(false);
+  trigger("TrayShow");
+  wait_until(true);
+  ChooseInMenu("Job", "Hide");
+  wait_until(false);
+  tray.reset();
+  wait_until(true);
+}
+
+TEST_F(MainWindow, WhatWasAtWorkGoesOnByItselfIfAsked) {
+  OpenWithJob();
+  StartJob();
+  folder_.Write("config/settings.xml",
+                "<settings>\n<resume_jobs>true</resume_jobs>\n</settings>\n");
+  Restart();
+  WaitForMessage("J goes on by itself, as the settings say");
+  WaitForState(JobState::Started);
 }
 
 TEST_F(MainWindow, EndsDuringAPassAndGoesOnThere) {

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QTimer>
 #include <QWindow>
+#include <thread>
 
 #include "ui/waiting/progress_window.h"
 #include "window_actions.h"
@@ -99,6 +100,21 @@ TEST_F(Waiting, HoldsUpNothingButItself) {
   EXPECT_EQ(gate_.OfWatched(), 0) << "exchanges of the user interface";
   Sql("A", "select * from SHOP.NOTE;", false);
   EXPECT_EQ(Ui([this] { return Work().Jobs().Count(); }), 4U) << "J, K, and two new ones";
+}
+
+TEST_F(Waiting, TheEndSaysWhatItWaitsFor) {
+  SetStage();
+  gate_.SpareKnownThreads();
+  ManagerAtA();
+  gate_.Hold();
+  ClickTest();
+  WaitFor("its first exchange", [this] { return gate_.Held() == 1; });
+  Click("ProgressCancel");
+  WaitFor("the dialog to go at once", [] { return Dialog() == nullptr; });
+  std::thread end([this] { Quit(); });
+  Find("Splash");
+  gate_.LetGo();
+  end.join();
 }
 
 }  // namespace

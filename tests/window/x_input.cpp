@@ -31,6 +31,26 @@ void Stroke(KeyCode code) {
 
 }  // namespace
 
+Tray::Tray()
+    : window_(XCreateSimpleWindow(Server(), DefaultRootWindow(Server()), 0, 0, 1, 1, 0, 0, 0)) {
+  const Atom role = XInternAtom(Server(), "_NET_SYSTEM_TRAY_S0", 0);
+  XSetSelectionOwner(Server(), role, window_, CurrentTime);
+  XEvent told{};
+  told.xclient.type = ClientMessage;
+  told.xclient.window = DefaultRootWindow(Server());
+  told.xclient.message_type = XInternAtom(Server(), "MANAGER", 0);
+  told.xclient.format = 32;
+  told.xclient.data.l[1] = static_cast<long>(role);
+  told.xclient.data.l[2] = static_cast<long>(window_);
+  XSendEvent(Server(), DefaultRootWindow(Server()), 0, StructureNotifyMask, &told);
+  XSync(Server(), 0);
+}
+
+Tray::~Tray() {
+  XDestroyWindow(Server(), window_);
+  XSync(Server(), 0);
+}
+
 void MoveTo(QPoint screen) {
   XTestFakeMotionEvent(Server(), -1, screen.x(), screen.y(), 0);
   XSync(Server(), 0);

@@ -24,6 +24,18 @@ int Type(std::string_view text);
 // Where the window's upper left corner is, whatever its frame.
 QPoint PositionOf(unsigned long window);
 
+// A desktop's tray, which takes whatever comes and shows nothing, while it lives.
+class Tray {
+ public:
+  Tray();
+  ~Tray();
+  Tray(const Tray&) = delete;
+  Tray& operator=(const Tray&) = delete;
+
+ private:
+  unsigned long window_ = 0;
+};
+
 // Of the window with the keyboard's focus, whoever's it is.
 std::string ActiveTitle();
 

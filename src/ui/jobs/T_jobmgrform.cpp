@@ -178,6 +178,7 @@ void TJobMgrForm::showEvent(QShowEvent* event) {
     return;
   }
   shown_ = true;
+  ResumeInterrupted(context_.workspace, worker_.Engine());
   tree_.Update(jobs_);
   TellHealth();
   frame_.Tree().expand(tree_.Root());
@@ -185,6 +186,7 @@ void TJobMgrForm::showEvent(QShowEvent* event) {
 }
 
 void TJobMgrForm::TellHealth() {
+  Q_EMIT JobsSeen();
   const HealthCounts counts = tree_.Counts();
   if (counts == told_) return;
   told_ = counts;

@@ -6,6 +6,7 @@
 #include <QWidget>
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -49,11 +50,13 @@ class TJobMgrForm : public QWidget {
   bool MayClose();
 
   // Ends the worker behind the statement in hand. Nothing runs afterwards.
-  void EndWorker() { worker_.End(); }
+  void EndWorker(const std::function<void()>& turn = {}) { worker_.End(turn); }
 
  Q_SIGNALS:
   // An action begins: whoever chose it in the main menu ought to see what it acts on.
   void Acting();
+  // The jobs may not be as they were.
+  void JobsSeen();
   // How the jobs are is not as it was.
   void HealthChanged(const HealthCounts& counts);
   // A message could not be written to error.log.

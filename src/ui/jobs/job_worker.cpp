@@ -86,10 +86,13 @@ void JobWorker::Take(const WorkerBridge::Message& message) {
   Q_EMIT MessageLost(ToQt(message.text));
 }
 
-void JobWorker::End() {
+void JobWorker::End(const std::function<void()>& turn) {
   if (thread_ == nullptr) return;
   thread_->Terminate();
-  while (!thread_->WaitFor(kEndTurn)) TakeMessages();
+  while (!thread_->WaitFor(kEndTurn)) {
+    TakeMessages();
+    if (turn) turn();
+  }
   thread_.reset();
   do {
     TakeMessages();

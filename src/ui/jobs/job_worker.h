@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -34,7 +35,8 @@ class JobWorker : public QObject {
 
   // Ends the thread behind the statement in hand. Its messages are in the log then, and nothing
   // runs afterwards.
-  void End();
+  // turn: called again and again while that is waited for.
+  void End(const std::function<void()>& turn = {});
 
  Q_SIGNALS:
   void JobsChanged(const std::vector<std::size_t>& jobs);

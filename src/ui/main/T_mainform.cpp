@@ -20,6 +20,7 @@
 #include "ui/jobs/job_health.h"
 #include "ui/main/banner.h"
 #include "ui/main/message_panel.h"
+#include "ui/main/tray.h"
 #include "ui/toolkit/hints.h"
 #include "ui/toolkit/icons.h"
 #include "ui/toolkit/notice.h"
@@ -60,6 +61,7 @@ TMainForm::TMainForm(UiContext& context, std::chrono::milliseconds sweep_pause)
   column->addWidget(splitter_, 1);
   column->addWidget(MakeHintLine());
   setCentralWidget(all);
+  tray_ = new Tray(context_, *this);
   MakeMenus();
   ShowUnread(messages_->UnreadWords());
   banner->SetMenu(findChild<QMenu*>(QStringLiteral("PMOptions")));
@@ -75,9 +77,9 @@ TMainForm::~TMainForm() {
   KeepPlace();
 }
 
-void TMainForm::EndWorker() {
+void TMainForm::EndWorker(const std::function<void()>& turn) {
   workload_.reset();
-  job_manager_->EndWorker();
+  job_manager_->EndWorker(turn);
 }
 
 QWidget* TMainForm::MakePages(std::chrono::milliseconds sweep_pause) {
@@ -89,6 +91,7 @@ QWidget* TMainForm::MakePages(std::chrono::milliseconds sweep_pause) {
   AddPage(job_manager_, "TSJobMgr", tr("Job Explorer"),
           tr("Jobs manager: Design, mangage and monitor"));
   connect(job_manager_, &TJobMgrForm::MessageLost, this, &TMainForm::SayLost);
+  connect(job_manager_, &TJobMgrForm::JobsSeen, this, &TMainForm::OnJobsSeen);
   connect(job_manager_, &TJobMgrForm::HealthChanged, this, &TMainForm::ShowHealth);
   connect(job_manager_, &TJobMgrForm::Acting, pages_, [this] { pages_->setCurrentIndex(0); });
   database_manager_ = new TDbMgrForm(context_, this);
@@ -140,6 +143,14 @@ void TMainForm::ShowHealth(const HealthCounts& counts) {
   const auto worst = WorstOf(counts);
   pages_->setTabIcon(0, worst ? MarkedIcon("jobs", HealthMark(*worst)) : Icon("jobs"));
   pages_->setTabToolTip(0, words);
+}
+
+void TMainForm::OnJobsSeen() {
+  if (tray_ != nullptr) tray_->Look();
+  Workspace& workspace = context_.workspace;
+  for (const WatchMessage& told : workspace.Hook().TakeMessages()) {
+    if (!workspace.Log().Add(told.text, told.error)) SayLost(ToQt(told.text));
+  }
 }
 
 void TMainForm::OnPageChanged() {

@@ -6,6 +6,7 @@
 #include <QMainWindow>
 #include <QTimer>
 #include <chrono>
+#include <functional>
 #include <memory>
 
 #include "engine/work_thread.h"
@@ -22,6 +23,7 @@ namespace quillmere {
 
 struct HealthCounts;
 class MessagePanel;
+class Tray;
 class TDbMgrForm;
 class TJobMgrForm;
 
@@ -34,7 +36,8 @@ class TMainForm : public QMainWindow {
   ~TMainForm() override;
 
   // Nothing runs afterwards; the window is to be hidden before.
-  void EndWorker();
+  // turn: called again and again while that is waited for.
+  void EndWorker(const std::function<void()>& turn = {});
 
   // In the hint line, until the mouse goes elsewhere.
   void ShowTip(const QString& text);
@@ -51,6 +54,7 @@ class TMainForm : public QMainWindow {
   void AddPageKeys();
   void OnPageChanged();
   void ShowHealth(const HealthCounts& counts);
+  void OnJobsSeen();
   void ShowUnread(const QString& words);
   void PlaceWindow();
   void KeepPlace();
@@ -69,6 +73,7 @@ class TMainForm : public QMainWindow {
   void AddSwitches(QMenu& menu);
   QMenu* MakeAppearanceMenu();
   QMenu* MakeSkinMenu();
+  QAction* MakeHide(QMenu& menu);
   QAction* MakeAction(const char* name, const QString& caption, const char* icon);
   void LoadBasicSkin();
   void LoadOtherSkin();
@@ -83,6 +88,7 @@ class TMainForm : public QMainWindow {
   TDbMgrForm* database_manager_ = nullptr;
   QSplitter* splitter_ = nullptr;
   MessagePanel* messages_ = nullptr;
+  Tray* tray_ = nullptr;
   QLabel* tips_ = nullptr;
   QAction* show_log_ = nullptr;
   QTimer clear_timer_{this};

@@ -14,6 +14,7 @@
 #include "ui/main/T_mainform.h"
 #include "ui/main/message_panel.h"
 #include "ui/main/shared_files.h"
+#include "ui/main/tray.h"
 #include "ui/main_dialogs/about.h"
 #include "ui/main_dialogs/settings_form.h"
 #include "ui/toolkit/icons.h"
@@ -68,11 +69,25 @@ QMenu* TMainForm::MakeJobMenu() {
   menu->addSeparator();
   menu->addActions({jobs.RunRun, jobs.RunPause, jobs.RunStop});
   menu->addSeparator();
+  menu->addAction(MakeHide(*menu));
   QAction* const leave = MakeAction("Exit", tr("&Exit"), "exit");
   leave->setShortcut(QKeySequence::Quit);
   connect(leave, &QAction::triggered, this, &QWidget::close);
   menu->addAction(leave);
   return menu;
+}
+
+// Whether there is a way back is looked up when the menu opens: trays come and go.
+QAction* TMainForm::MakeHide(QMenu& menu) {
+  QAction* const hide = MakeAction("Hide", tr("&Hide"), "");
+  connect(hide, &QAction::triggered, tray_, &Tray::Hide);
+  connect(&menu, &QMenu::aboutToShow, hide, [this, hide] {
+    const bool may = tray_->MayHide();
+    hide->setEnabled(may);
+    // Where a menu has shortcuts.
+    hide->setText(may ? tr("&Hide") : tr("&Hide") + u'\t' + tr("this desktop has no tray"));
+  });
+  return hide;
 }
 
 QMenu* TMainForm::MakeDatabaseMenu() {

@@ -3,8 +3,26 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QStringList>
+
+#include "ui/main/farewell.h"
+#include "ui/toolkit/text.h"
 
 namespace quillmere {
+namespace {
+
+QString WhatIsWaitedFor(const JobList& jobs) {
+  QStringList names;
+  for (std::size_t index = 0; index < jobs.Count(); ++index) {
+    if (IsRunning(jobs.State(index))) names << OneLine(NameOf(jobs.At(index)));
+  }
+  if (names.isEmpty()) return Farewell::tr("Ending: waiting for the exchange in hand");
+  return Farewell::tr("Ending: waiting for the databases of %1")
+      .arg(names.join(QStringLiteral(", ")));
+}
+
+}  // namespace
+
 ProgramWindow::ProgramWindow(Workspace& workspace, std::unique_ptr<Opening> opening,
                              std::chrono::milliseconds sweep_pause)
     : workspace_(workspace),
@@ -46,7 +64,12 @@ void ProgramWindow::RequestEnd() {
 
 bool ProgramWindow::Finish(std::string& reason) {
   form_.hide();
-  form_.EndWorker();
+  Farewell farewell;
+  form_.EndWorker([&] { farewell.Wait(WhatIsWaitedFor(workspace_.Jobs())); });
+  // Nobody waits for these any more, but a connection attempt can not be taken back.
+  while (databases_.Busy()) {
+    farewell.Wait(Farewell::tr("Ending: waiting for a connection that was left"));
+  }
   return workspace_.SaveJobs(reason);
 }
 

@@ -117,6 +117,19 @@ QWidget* SettingsForm::MakeJobs() {
       tr("What the dialog of a new job proposes; jobs that are there stay as they "
          "are"));
   form->addRow(tr("&New jobs follow:"), follow_);
+  resume_ =
+      AddCheck(*form, "CheckResume", tr("Jobs that were at work at the end &go on by themselves"),
+               tr("At the next start they are continued, as Run does with a paused job; "
+                  "otherwise they wait for somebody to do so"));
+  health_command_ = new QLineEdit;
+  health_command_->setObjectName(QStringLiteral("EditHealthCommand"));
+  health_command_->setAccessibleName(tr("Health command"));
+  health_command_->setMaxLength(std::numeric_limits<int>::max());
+  health_command_->setPlaceholderText(tr("None"));
+  health_command_->setToolTip(
+      tr("A program with its arguments that is run once for each change of a job's health, with "
+         "what changed as JSON on its standard input; 30 s at most"));
+  form->addRow(tr("&Health command:"), health_command_);
   return box;
 }
 
@@ -199,6 +212,8 @@ void SettingsForm::Show(const SettingsValues& values) {
   registry_messages_->setChecked(values.registry_messages);
   message_limit_->setValue(values.message_limit);
   follow_->setCurrentIndex(values.new_jobs_follow_commits ? 1 : 0);
+  resume_->setChecked(values.resume_jobs);
+  health_command_->setText(ToQt(values.health_command));
   const ClientKind kind = KindOf(values.client_library);
   if (kind == ClientKind::File) client_path_->setText(ToQt(values.client_library));
   client_->setCurrentIndex(client_->findData(static_cast<int>(kind)));
@@ -223,7 +238,9 @@ SettingsValues SettingsForm::Entered() const {
           registry_messages_->isChecked(),
           message_limit_->value(),
           as_before ? before_.client_library : ClientSetting(Kind(), ClientPath()),
-          follow_->currentIndex() == 1};
+          follow_->currentIndex() == 1,
+          resume_->isChecked(),
+          EditedText(*health_command_, before_.health_command)};
 }
 
 void SettingsForm::ShowKind() {
@@ -248,12 +265,18 @@ void SettingsForm::OkBtnClick() {
     const QString refused = WhyClientFileRefused(workspace.Files(), entered.client_library);
     if (!refused.isEmpty()) return ShowNotice(this, refused, client_path_);
   }
+  std::vector<std::string> words;
   std::string reason;
+  if (!SplitCommand(entered.health_command, words, reason)) {
+    return ShowNotice(this, tr("The health command can not be understood: %1").arg(ToQt(reason)),
+                      health_command_);
+  }
   workspace.KeepSettings();
   if (!StoreSettings(workspace.Files(), workspace.SettingsFile(), entered,
                      workspace.ProgramSettings(), reason)) {
     return ShowFailure(this, reason);
   }
+  workspace.Hook().Use(entered.health_command);
   const auto scheme = static_cast<Appearance::Scheme>(scheme_->currentData().toInt());
   if (scheme != context_.appearance.ChosenScheme()) context_.appearance.SetScheme(scheme);
   KeepLanguage(context_.memory, static_cast<Language>(language_->currentData().toInt()));

@@ -49,6 +49,8 @@ class SettingsForm : public QDialog {
   QLineEdit* client_path_ = nullptr;
   QPushButton* browse_ = nullptr;
   QComboBox* follow_ = nullptr;
+  QCheckBox* resume_ = nullptr;
+  QLineEdit* health_command_ = nullptr;
   QComboBox* scheme_ = nullptr;
   QComboBox* language_ = nullptr;
 };

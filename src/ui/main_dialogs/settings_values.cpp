@@ -20,13 +20,16 @@ void Assign(Settings& settings, const SettingsValues& values) {
   settings.message_limit = values.message_limit;
   settings.client_library = values.client_library;
   settings.new_jobs_follow_commits = values.new_jobs_follow_commits;
+  settings.resume_jobs = values.resume_jobs;
+  settings.health_command = values.health_command;
 }
 
 }  // namespace
 
 SettingsValues ValuesOf(const Settings& settings) {
   return {settings.debug,         settings.statement_trace, settings.registry_messages,
-          settings.message_limit, settings.client_library,  settings.new_jobs_follow_commits};
+          settings.message_limit, settings.client_library,  settings.new_jobs_follow_commits,
+          settings.resume_jobs,   settings.health_command};
 }
 
 ClientKind KindOf(const std::string& client_library) {

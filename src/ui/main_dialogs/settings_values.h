@@ -17,6 +17,8 @@ struct SettingsValues {
   int message_limit = kDefaultMessageLimit;
   std::string client_library;
   bool new_jobs_follow_commits = false;
+  bool resume_jobs = false;
+  std::string health_command;
 };
 
 inline constexpr int kMostMessageRows = 1'000'000;

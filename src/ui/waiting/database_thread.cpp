@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/waiting/database_thread.h"
 
+#include <algorithm>
 #include <thread>
 #include <utility>
 
@@ -19,6 +20,11 @@ class DatabaseThread::Lane {
     }
     changed_.NotifyAll();
     thread_.join();
+  }
+
+  bool Busy() {
+    const MutexLock lock(mutex_);
+    return busy_;
   }
 
   // False while other work is under way.
@@ -76,6 +82,10 @@ void DatabaseThread::Run(std::function<void()> work, std::function<void()> done)
   }
   lanes_.push_back(std::make_unique<Lane>());
   lanes_.back()->Take(work, done);
+}
+
+bool DatabaseThread::Busy() const {
+  return std::any_of(lanes_.begin(), lanes_.end(), [](const auto& lane) { return lane->Busy(); });
 }
 
 void DatabaseThread::End() {

@@ -25,6 +25,9 @@ class DatabaseThread {
   // such attempts at a time. So it is while a file is being read (quiet_work.h).
   void Run(std::function<void()> work, std::function<void()> done);
 
+  // Some work is not over: a connection attempt that nobody waits for any more, most likely.
+  bool Busy() const;
+
   // Waits until all work is over. Nothing runs afterwards.
   void End();
 
