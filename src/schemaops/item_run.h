@@ -30,6 +30,9 @@ class ItemRun {
   // A result: one of the two texts.
   void Result(bool ok, const std::string& done, const std::string& failed);
 
+  // What an item consists of that went well.
+  void Made(std::string_view line) { Log(line, false); }
+
   // How many of them are there now, for the log.
   void Sum(std::size_t items, const std::string& source, const std::string& target);
 

@@ -12,6 +12,7 @@ class Migration {
       : source_(source), target_(target), options_(options), trace_(trace), run_(run) {}
 
   bool Migrate(ObjectKind kind, const SchemaItem& item) {
+    made_.clear();
     switch (kind) {
       case ObjectKind::PrimaryKey:
         return PrimaryKey(item);
@@ -25,6 +26,8 @@ class Migration {
 
   // Why the last item failed.
   const std::string& Reason() const { return reason_; }
+  // What was made there of the last table, also of one that failed half-way; else empty.
+  const std::string& Made() const { return made_; }
 
  private:
   struct IndexWithColumns {
@@ -73,6 +76,7 @@ class Migration {
   ItemRun& run_;
   std::string source_text_;
   std::string reason_;
+  std::string made_;  // of a table
 };
 
 bool Migration::Whole(bool answered) {
@@ -193,17 +197,21 @@ bool Migration::Create(const SchemaItem& item, const TableParts& parts) {
   if (!target_.CreateTable(table, parts.columns, false, trace_)) {
     return TargetFailed("Create target table:" + item.owner + "." + item.table + " failed");
   }
+  made_ = item.owner + "." + item.table + " was made with " + std::to_string(parts.columns.size()) +
+          (parts.columns.size() == 1 ? " column" : " columns");
   // Indexes go along with the key only.
   if (!options_.include_primary_key) return true;
   if (parts.has_key && !target_.AddPrimaryKey(parts.key, parts.key_columns)) {
     return TargetFailed("Create target primary key:" + parts.key.constraint_name + "of " +
                         item.table + " failed");
   }
+  if (parts.has_key) made_ += ", primary key " + parts.key.constraint_name;
   for (const auto& [index, columns] : parts.indexes) {
     if (!target_.CreateIndex(index, columns)) {
       return TargetFailed("Create target index:" + index.index_name + "of " + item.table +
                           " failed");
     }
+    made_ += ", index " + index.index_name;
   }
   return true;
 }
@@ -239,6 +247,7 @@ SchemaRun SchemaOperations::MigrateItems(const LogOn& source, const LogOn& targe
       const bool ok = migration.Migrate(kind, item);
       run.Result(ok, what + item.name + " successed",
                  what + item.name + " failed. Reason: " + migration.Reason());
+      if (!migration.Made().empty()) run.Made(migration.Made());
     });
     if (items.size() > 1) run.Sum(items.size(), source.name, target.name);
   }
