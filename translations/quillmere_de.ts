@@ -2803,6 +2803,20 @@ Trotzdem schließen?</translation>
         <source>Have the selected tables been compared? Their mark is taken away.</source>
         <translation>Sind die ausgewählten Tabellen verglichen? Ihre Kennzeichnung wird entfernt.</translation>
     </message>
+    <message numerus="yes">
+        <source>%1 was at work when the program ended, and is Paused with %Ln statement(s) left. Continue it with Run</source>
+        <translation>
+            <numerusform>%1 war bei Programmende an der Arbeit und ist pausiert, %Ln Anweisung steht aus. Fortsetzen mit „Starten“</numerusform>
+            <numerusform>%1 war bei Programmende an der Arbeit und ist pausiert, %Ln Anweisungen stehen aus. Fortsetzen mit „Starten“</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>and %Ln more</source>
+        <translation>
+            <numerusform>und %Ln weiterer</numerusform>
+            <numerusform>und %Ln weitere</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quillmere::TMainForm</name>

@@ -163,6 +163,20 @@
             <numerusform>%Ln tables</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%1 was at work when the program ended, and is Paused with %Ln statement(s) left. Continue it with Run</source>
+        <translation>
+            <numerusform>%1 was at work when the program ended, and is Paused with %Ln statement left. Continue it with Run</numerusform>
+            <numerusform>%1 was at work when the program ended, and is Paused with %Ln statements left. Continue it with Run</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>and %Ln more</source>
+        <translation>
+            <numerusform>and %Ln more</numerusform>
+            <numerusform>and %Ln more</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quillmere::Tray</name>

@@ -130,6 +130,9 @@ TEST_F(MainWindow, HidesInTheTrayAndComesBack) {
 TEST_F(MainWindow, WhatWasAtWorkGoesOnByItselfIfAsked) {
   OpenWithJob();
   StartJob();
+  Restart();
+  EXPECT_EQ(TextOf("ListNote").find("J was at work when the program ended, and is Paused"), 0U);
+  StartJob();
   folder_.Write("config/settings.xml",
                 "<settings>\n<resume_jobs>true</resume_jobs>\n</settings>\n");
   Restart();

@@ -254,7 +254,7 @@ void TJobMgrForm::ShowJobs(const JobNodeRef& node) {
           all ? tr("%1. Enter or a double click goes to the job").arg(PageHint()) : PageHint());
   frame_.SetCountText(all ? tr("%Ln job(s)", nullptr, Plural(job_rows_.SourceRowCount()))
                           : QString());
-  frame_.SetNote(all ? QString() : NoteOf(node.job));
+  frame_.SetNote(all ? NoteOfInterrupted() : NoteOf(node.job));
   frame_.SetOneRow(!all);
   // A list that could not be read is not an empty one.
   frame_.ShowFirst(all && job_rows_.SourceRowCount() == 0 &&
@@ -265,15 +265,6 @@ void TJobMgrForm::ShowJob(std::size_t job) {
   KeepExpanded();
   Select({JobNode::Job, job});
   frame_.Tree().setFocus(Qt::OtherFocusReason);
-}
-
-// What an operator has to know of the one job that is shown.
-QString TJobMgrForm::NoteOf(std::size_t job) const {
-  const Follow follow = FollowOf(jobs_.At(job));
-  QString note = tr("Follows %1. %2")
-                     .arg(Translated(FollowName(follow)), Translated(WhatFollowingMeans(follow)));
-  const std::string held = jobs_.HeldBecause(job);
-  return held.empty() ? note : HeldText(held) + u'\n' + note;
 }
 
 void TJobMgrForm::ShowTables(const JobNodeRef& node, TableRows& rows, const QString& layout) {
@@ -399,18 +390,6 @@ void TJobMgrForm::ShowListMenu(const QPoint& place) {
   QMenu* const menu = IsTableNode(kind) ? table_menu_ : MenuOf(kind);
   if (kind == JobNode::AllJobs) OfferRow(frame_.List().indexAt(place));
   if (menu != nullptr) menu->popup(frame_.List().viewport()->mapToGlobal(place));
-}
-
-bool TJobMgrForm::MayClose() {
-  const std::string why = WhyExplorerStaysOpen(jobs_);
-  if (!why.empty()) {
-    ShowNotice(this, why);
-    return false;
-  }
-  std::string reason;
-  if (context_.workspace.SaveJobs(reason)) return true;
-  return Confirm(this,
-                 tr("The jobs could not be saved: %1\n\nClose all the same?").arg(ToQt(reason)));
 }
 
 }  // namespace quillmere

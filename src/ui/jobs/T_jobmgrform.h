@@ -80,6 +80,7 @@ class TJobMgrForm : public QWidget {
   void ShowDetails(const JobNodeRef& node);
   void ShowJobs(const JobNodeRef& node);
   QString NoteOf(std::size_t job) const;
+  QString NoteOfInterrupted() const;
   void ShowTables(const JobNodeRef& node, TableRows& rows, const QString& layout);
   void Rebuild();
   void KeepExpanded();

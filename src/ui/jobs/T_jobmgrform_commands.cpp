@@ -129,4 +129,16 @@ void TJobMgrForm::ClearSelectedMarks() {
   if (!result.unsaved.empty()) ShowFailure(this, result.unsaved);
 }
 
+bool TJobMgrForm::MayClose() {
+  const std::string why = WhyExplorerStaysOpen(jobs_);
+  if (!why.empty()) {
+    ShowNotice(this, why);
+    return false;
+  }
+  std::string reason;
+  if (context_.workspace.SaveJobs(reason)) return true;
+  return Confirm(this,
+                 tr("The jobs could not be saved: %1\n\nClose all the same?").arg(ToQt(reason)));
+}
+
 }  // namespace quillmere
