@@ -155,6 +155,118 @@
         <source>The job was stopped meanwhile: nothing else was done</source>
         <translation>Der Auftrag wurde inzwischen gestoppt: sonst wurde nichts getan</translation>
     </message>
+    <message>
+        <source>The destination has a row with this key already: somebody else writes to the table, or it was not alike when the job was started. Compare the row on both sides; delete it on the destination and try again, or skip the statement.</source>
+        <translation>Am Ziel gibt es schon eine Zeile mit diesem Schlüssel: Jemand anders schreibt in die Tabelle, oder sie war beim Start des Auftrags nicht gleich. Die Zeile auf beiden Seiten vergleichen; sie am Ziel löschen und es erneut versuchen, oder die Anweisung überspringen.</translation>
+    </message>
+    <message>
+        <source>The session was ended by an administrator. Try again.</source>
+        <translation>Die Sitzung wurde von einem Administrator beendet. Erneut versuchen.</translation>
+    </message>
+    <message>
+        <source>The table is locked by another session of the destination. End that session, or try again when it has committed.</source>
+        <translation>Die Tabelle ist von einer anderen Sitzung am Ziel gesperrt. Diese Sitzung beenden oder es nach ihrem Commit erneut versuchen.</translation>
+    </message>
+    <message>
+        <source>The statement waited for a session that waited for it. Try again.</source>
+        <translation>Die Anweisung wartete auf eine Sitzung, die auf sie wartete. Erneut versuchen.</translation>
+    </message>
+    <message>
+        <source>The server can not archive its redo any more. Its administrator makes room in the recovery area; then it goes on by itself.</source>
+        <translation>Der Server kann sein Redo nicht mehr archivieren. Sein Administrator schafft Platz in der Recovery Area; dann geht es von selbst weiter.</translation>
+    </message>
+    <message>
+        <source>A column is missing on the destination: the table was changed on the source. Add the column there and try again.</source>
+        <translation>Am Ziel fehlt eine Spalte: Die Tabelle wurde an der Quelle geändert. Die Spalte dort hinzufügen und es erneut versuchen.</translation>
+    </message>
+    <message>
+        <source>The tables have other columns on the two sides. Make them alike and try again.</source>
+        <translation>Die Tabellen haben auf beiden Seiten andere Spalten. Sie angleichen und es erneut versuchen.</translation>
+    </message>
+    <message>
+        <source>The table is missing on the destination, or the user may not see it. Create it (migrate), grant the right, or exclude the table.</source>
+        <translation>Die Tabelle fehlt am Ziel, oder der Benutzer darf sie nicht sehen. Sie anlegen (migrieren), das Recht vergeben oder die Tabelle ausschließen.</translation>
+    </message>
+    <message>
+        <source>User or password is wrong. Give the data source the right ones.</source>
+        <translation>Benutzer oder Passwort ist falsch. Der Datenquelle die richtigen geben.</translation>
+    </message>
+    <message>
+        <source>The user lacks a right. Grant it on the destination, or on the source when the redo could not be read, and try again.</source>
+        <translation>Dem Benutzer fehlt ein Recht. Es am Ziel vergeben, oder an der Quelle, wenn das Redo nicht gelesen werden konnte, und es erneut versuchen.</translation>
+    </message>
+    <message>
+        <source>A redo log that the job needs is not there any more. Bring the archived logs back and try again; else compare the tables, stop the job and start it anew.</source>
+        <translation>Ein Redo-Log, das der Auftrag braucht, ist nicht mehr vorhanden. Die archivierten Logs zurückholen und es erneut versuchen; sonst die Tabellen vergleichen, den Auftrag stoppen und neu starten.</translation>
+    </message>
+    <message>
+        <source>A column of the destination does not take an empty value and the source&apos;s does. Make the columns alike and try again.</source>
+        <translation>Eine Spalte am Ziel nimmt keinen leeren Wert an, die an der Quelle schon. Die Spalten angleichen und es erneut versuchen.</translation>
+    </message>
+    <message>
+        <source>A number does not fit its column on the destination. Make the column wider and try again.</source>
+        <translation>Eine Zahl passt nicht in ihre Spalte am Ziel. Die Spalte breiter machen und es erneut versuchen.</translation>
+    </message>
+    <message>
+        <source>The quota of the owner on the destination is used up. Raise it and try again.</source>
+        <translation>Die Quota des Besitzers am Ziel ist erschöpft. Sie erhöhen und es erneut versuchen.</translation>
+    </message>
+    <message>
+        <source>The tablespace of the destination is full. Add room and try again.</source>
+        <translation>Der Tablespace am Ziel ist voll. Platz schaffen und es erneut versuchen.</translation>
+    </message>
+    <message>
+        <source>The owner has no quota on the tablespace of the destination. Grant one and try again.</source>
+        <translation>Der Besitzer hat keine Quota auf dem Tablespace am Ziel. Eine vergeben und es erneut versuchen.</translation>
+    </message>
+    <message>
+        <source>A check constraint of the destination forbids the row. Make the constraints alike on both sides and try again, or skip the statement.</source>
+        <translation>Ein Check-Constraint am Ziel verbietet die Zeile. Die Constraints auf beiden Seiten angleichen und es erneut versuchen, oder die Anweisung überspringen.</translation>
+    </message>
+    <message>
+        <source>The row that this one refers to is missing on the destination: its table is not carried, or the order of the changes was lost. Bring the row and try again, or switch the foreign key off there.</source>
+        <translation>Die Zeile, auf die diese verweist, fehlt am Ziel: Ihre Tabelle wird nicht übertragen, oder die Reihenfolge der Änderungen ging verloren. Die Zeile hinbringen und es erneut versuchen, oder den Fremdschlüssel dort abschalten.</translation>
+    </message>
+    <message>
+        <source>Rows of the destination still refer to this one. Delete them or switch the foreign key off there, and try again.</source>
+        <translation>Zeilen am Ziel verweisen noch auf diese. Sie löschen oder den Fremdschlüssel dort abschalten und es erneut versuchen.</translation>
+    </message>
+    <message>
+        <source>The connection broke. It is tried again by itself; when it goes on, ask the server&apos;s administrator.</source>
+        <translation>Die Verbindung brach ab. Es wird von selbst erneut versucht; wenn es so bleibt, den Administrator des Servers fragen.</translation>
+    </message>
+    <message>
+        <source>The connect name is not known here. Look at tnsnames.ora and at the name of the data source.</source>
+        <translation>Der Verbindungsname ist hier nicht bekannt. tnsnames.ora und den Namen der Datenquelle prüfen.</translation>
+    </message>
+    <message>
+        <source>The listener does not know the database: it is down, or the connect name leads to the wrong service.</source>
+        <translation>Der Listener kennt die Datenbank nicht: Sie ist nicht gestartet, oder der Verbindungsname führt zum falschen Dienst.</translation>
+    </message>
+    <message>
+        <source>Nobody listens there: the server or its listener is down, or the connect name leads to the wrong place.</source>
+        <translation>Dort hört niemand: Der Server oder sein Listener läuft nicht, oder der Verbindungsname führt an die falsche Stelle.</translation>
+    </message>
+    <message>
+        <source>A text does not fit its column on the destination. Make the column wider and try again.</source>
+        <translation>Ein Text passt nicht in seine Spalte am Ziel. Die Spalte breiter machen und es erneut versuchen.</translation>
+    </message>
+    <message>
+        <source>The source could not be read. It is tried again at each pass; what is to be mended is there.</source>
+        <translation>Die Quelle konnte nicht gelesen werden. Bei jedem Durchgang wird es erneut versucht; die Ursache liegt dort.</translation>
+    </message>
+    <message>
+        <source>The destination could not be written to. It is tried again at each pass; what is to be mended is there.</source>
+        <translation>Ins Ziel konnte nicht geschrieben werden. Bei jedem Durchgang wird es erneut versucht; die Ursache liegt dort.</translation>
+    </message>
+    <message>
+        <source>A file of the working folder could not be written. Make room, or look at its rights.</source>
+        <translation>Eine Datei im Arbeitsordner konnte nicht geschrieben werden. Platz schaffen oder ihre Rechte prüfen.</translation>
+    </message>
+    <message>
+        <source>Mend the cause on the destination and try again, skip the statement, or exclude the table.</source>
+        <translation>Die Ursache am Ziel beheben und es erneut versuchen, die Anweisung überspringen oder die Tabelle ausschließen.</translation>
+    </message>
 </context>
 <context>
     <name>DatabaseActions</name>
@@ -172,7 +284,7 @@
     </message>
     <message>
         <source>RefreshDS</source>
-        <translation>Auffrischen</translation>
+        <translation>Neu lesen</translation>
     </message>
     <message>
         <source>DropMeta</source>
@@ -335,18 +447,10 @@
     </message>
 </context>
 <context>
-    <name>Farewell</name>
+    <name>Dates</name>
     <message>
-        <source>Ending: waiting for the exchange in hand</source>
-        <translation>Ende: wartet auf den laufenden Austausch</translation>
-    </message>
-    <message>
-        <source>Ending: waiting for the databases of %1</source>
-        <translation>Ende: wartet auf die Datenbanken von %1</translation>
-    </message>
-    <message>
-        <source>Ending: waiting for a connection that was left</source>
-        <translation>Ende: wartet auf eine verlassene Verbindung</translation>
+        <source>yyyy-MM-dd HH:mm:ss</source>
+        <translation>dd.MM.yyyy HH:mm:ss</translation>
     </message>
 </context>
 <context>
@@ -403,15 +507,15 @@
     </message>
     <message>
         <source>&amp;Run</source>
-        <translation>&amp;Starten</translation>
+        <translation>&amp;Start</translation>
     </message>
     <message>
         <source>&amp;Pause</source>
-        <translation>&amp;Pausieren</translation>
+        <translation>&amp;Pause</translation>
     </message>
     <message>
         <source>&amp;Stop</source>
-        <translation>S&amp;toppen</translation>
+        <translation>S&amp;topp</translation>
     </message>
     <message>
         <source>ChangeRemoteOwner</source>
@@ -435,7 +539,7 @@
     </message>
     <message>
         <source>Refresh</source>
-        <translation>Auffrischen</translation>
+        <translation>Neu lesen</translation>
     </message>
     <message>
         <source>expand</source>
@@ -447,7 +551,7 @@
     </message>
     <message>
         <source>ChangeOwner</source>
-        <translation>Zielbesitzer</translation>
+        <translation>Besitzer</translation>
     </message>
     <message>
         <source>create a job</source>
@@ -691,7 +795,7 @@ Die Tabellen mit „vergleichen“ kennzeichnen, bis sie verglichen sind?</trans
     </message>
     <message>
         <source>Select the data source and refresh it (RefreshDS) to read its catalogue anew.</source>
-        <translation>Die Datenquelle auswählen und auffrischen, um ihren Katalog neu zu lesen.</translation>
+        <translation>Die Datenquelle auswählen und mit „Neu lesen“ ihren Katalog neu lesen.</translation>
     </message>
     <message>
         <source>Select the data source and connect to it (ConnectDS): then its catalogue is read.</source>
@@ -932,7 +1036,7 @@ Ihre Anmeldung und das, was von ihrem Katalog gelesen wurde, verschwinden. Die D
     </message>
     <message>
         <source>The table %1 on %2 will get the new name. Jobs know it by the old one until their table lists are refreshed.</source>
-        <translation>Die Tabelle %1 auf %2 bekommt den neuen Namen. Aufträge kennen sie unter dem alten, bis ihre Tabellenlisten aufgefrischt sind.</translation>
+        <translation>Die Tabelle %1 auf %2 bekommt den neuen Namen. Aufträge kennen sie unter dem alten, bis ihre Tabellenlisten neu gelesen sind.</translation>
     </message>
     <message>
         <source>Choose the data source on which %1 of %2 will be created.</source>
@@ -1005,11 +1109,11 @@ Fortfahren?</translation>
     </message>
     <message>
         <source>Refresh</source>
-        <translation>Auffrischen</translation>
+        <translation>Neu lesen</translation>
     </message>
     <message>
         <source>The lists of %1 show what had been read until then. Refresh again when the cause is mended.</source>
-        <translation>Die Listen von %1 zeigen, was bis dahin gelesen war. Bitte noch einmal auffrischen, wenn die Ursache behoben ist.</translation>
+        <translation>Die Listen von %1 zeigen, was bis dahin gelesen war. Bitte noch einmal neu lesen, wenn die Ursache behoben ist.</translation>
     </message>
     <message>
         <source>The lists of %1 are as they were.</source>
@@ -1191,7 +1295,7 @@ Fortfahren?</translation>
     </message>
     <message>
         <source>&amp;Copy cures</source>
-        <translation>Abhilfen &amp;kopieren</translation>
+        <translation>&amp;Kopieren</translation>
     </message>
     <message>
         <source>Copies all cures, to be pasted where they are run</source>
@@ -1199,7 +1303,7 @@ Fortfahren?</translation>
     </message>
     <message>
         <source>S&amp;ave cures ...</source>
-        <translation>Abhilfen spei&amp;chern ...</translation>
+        <translation>Spei&amp;chern ...</translation>
     </message>
     <message>
         <source>Writes all cures to a file for the administrator</source>
@@ -1211,7 +1315,7 @@ Fortfahren?</translation>
     </message>
     <message>
         <source>Looks at what could keep the job from running well, and says what cures it.</source>
-        <translation>Sucht, was den Auftrag behindern könnte, und sagt, was abhilft.</translation>
+        <translation>Sucht, was den Auftrag behindert, und sagt, was abhilft.</translation>
     </message>
     <message>
         <source>Doctor</source>
@@ -1487,11 +1591,11 @@ Fortfahren?</translation>
     </message>
     <message>
         <source>rests where it is. Run continues it</source>
-        <translation>ruht an seiner Stelle. „Starten“ setzt ihn fort</translation>
+        <translation>ruht an seiner Stelle. „Start“ setzt ihn fort</translation>
     </message>
     <message>
         <source>Run begins with the changes made from then on</source>
-        <translation>„Starten“ beginnt mit den Änderungen, die von da an gemacht werden</translation>
+        <translation>„Start“ beginnt mit den Änderungen, die von da an gemacht werden</translation>
     </message>
     <message>
         <source>not known yet</source>
@@ -1817,7 +1921,7 @@ Fortfahren?</translation>
     </message>
     <message>
         <source>Re&amp;try now</source>
-        <translation>&amp;Erneut versuchen</translation>
+        <translation>&amp;Wiederholen</translation>
     </message>
     <message>
         <source>Makes a pass at once</source>
@@ -1833,7 +1937,7 @@ Fortfahren?</translation>
     </message>
     <message>
         <source>E&amp;xclude the table</source>
-        <translation>Tabelle a&amp;usschließen</translation>
+        <translation>A&amp;usschließen</translation>
     </message>
     <message>
         <source>The job does without the table from now on</source>
@@ -1841,7 +1945,7 @@ Fortfahren?</translation>
     </message>
     <message>
         <source>Stop the jo&amp;b</source>
-        <translation>Auftrag stoppe&amp;n</translation>
+        <translation>Stoppe&amp;n</translation>
     </message>
     <message>
         <source>Gives up what waits to be applied</source>
@@ -2129,34 +2233,6 @@ Eine Änderung wirkt ab dem nächsten Start.</translation>
         <source>The language changes at the next start. Messages and log files stay English.</source>
         <translation>Die Sprache wechselt beim nächsten Start. Meldungen und Protokolldateien bleiben englisch.</translation>
     </message>
-    <message>
-        <source>Jobs that were at work at the end &amp;go on by themselves</source>
-        <translation>Aufträge, die am Ende &amp;liefen, laufen von selbst weiter</translation>
-    </message>
-    <message>
-        <source>At the next start they are continued, as Run does with a paused job; otherwise they wait for somebody to do so</source>
-        <translation>Beim nächsten Start werden sie fortgesetzt wie ein pausierter Auftrag durch Starten; sonst warten sie darauf, dass es jemand tut</translation>
-    </message>
-    <message>
-        <source>Health command</source>
-        <translation>Zustandsbefehl</translation>
-    </message>
-    <message>
-        <source>None</source>
-        <translation>Keiner</translation>
-    </message>
-    <message>
-        <source>A program with its arguments that is run once for each change of a job&apos;s health, with what changed as JSON on its standard input; 30 s at most</source>
-        <translation>Ein Programm mit seinen Argumenten, das bei jeder Änderung des Zustands eines Auftrags einmal läuft, mit der Änderung als JSON auf der Standardeingabe; höchstens 30 s</translation>
-    </message>
-    <message>
-        <source>&amp;Health command:</source>
-        <translation>Zustandsbefe&amp;hl:</translation>
-    </message>
-    <message>
-        <source>The health command can not be understood: %1</source>
-        <translation>Der Zustandsbefehl ist nicht zu verstehen: %1</translation>
-    </message>
 </context>
 <context>
     <name>quillmere::SkipForm</name>
@@ -2396,6 +2472,14 @@ Eine Änderung wirkt ab dem nächsten Start.</translation>
         <source>Change the log-on of %1</source>
         <translation>Anmeldung von %1 ändern</translation>
     </message>
+    <message>
+        <source>%1
+
+Data source: %2</source>
+        <translation>%1
+
+Datenquelle: %2</translation>
+    </message>
 </context>
 <context>
     <name>quillmere::TDbLoginForm</name>
@@ -2436,11 +2520,11 @@ Eine Änderung wirkt ab dem nächsten Start.</translation>
     </message>
     <message>
         <source>Select a data source to refresh it</source>
-        <translation>Zum Auffrischen eine Datenquelle auswählen</translation>
+        <translation>Zum Neulesen eine Datenquelle auswählen</translation>
     </message>
     <message>
         <source>%1 is refreshed from its own node: select it first</source>
-        <translation>%1 wird an ihrem eigenen Knoten aufgefrischt: bitte zuerst auswählen</translation>
+        <translation>%1 wird an ihrem eigenen Knoten neu gelesen: bitte zuerst auswählen</translation>
     </message>
     <message>
         <source>%1 is not connected. ConnectDS connects it and reads its lists</source>
@@ -2735,7 +2819,7 @@ So behalten?</translation>
     </message>
     <message>
         <source>The tables have not been read from the source yet: select the job and choose Refresh</source>
-        <translation>Die Tabellen sind noch nicht von der Quelle gelesen: den Auftrag auswählen und „Auffrischen“ wählen</translation>
+        <translation>Die Tabellen sind noch nicht von der Quelle gelesen: den Auftrag auswählen und „Neu lesen“ wählen</translation>
     </message>
     <message>
         <source>No table is excluded</source>
@@ -2797,25 +2881,11 @@ Trotzdem schließen?</translation>
     </message>
     <message>
         <source>Refresh</source>
-        <translation>Auffrischen</translation>
+        <translation>Neu lesen</translation>
     </message>
     <message>
         <source>Have the selected tables been compared? Their mark is taken away.</source>
         <translation>Sind die ausgewählten Tabellen verglichen? Ihre Kennzeichnung wird entfernt.</translation>
-    </message>
-    <message numerus="yes">
-        <source>%1 was at work when the program ended, and is Paused with %Ln statement(s) left. Continue it with Run</source>
-        <translation>
-            <numerusform>%1 war bei Programmende an der Arbeit und ist pausiert, %Ln Anweisung steht aus. Fortsetzen mit „Starten“</numerusform>
-            <numerusform>%1 war bei Programmende an der Arbeit und ist pausiert, %Ln Anweisungen stehen aus. Fortsetzen mit „Starten“</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>and %Ln more</source>
-        <translation>
-            <numerusform>und %Ln weiterer</numerusform>
-            <numerusform>und %Ln weitere</numerusform>
-        </translation>
     </message>
 </context>
 <context>
@@ -2972,14 +3042,6 @@ Die erste: %1</translation>
         <source>Sandbox databases</source>
         <translation>Sandbox-Datenbanken</translation>
     </message>
-    <message>
-        <source>&amp;Hide</source>
-        <translation>&amp;Verbergen</translation>
-    </message>
-    <message>
-        <source>this desktop has no tray</source>
-        <translation>dieser Desktop hat keinen Infobereich</translation>
-    </message>
 </context>
 <context>
     <name>quillmere::TMigrateForm</name>
@@ -3061,7 +3123,7 @@ Die erste: %1</translation>
     </message>
     <message>
         <source>Refresh</source>
-        <translation>Auffrischen</translation>
+        <translation>Neu lesen</translation>
     </message>
 </context>
 <context>
@@ -3109,33 +3171,6 @@ Die erste: %1</translation>
     <message>
         <source>Rename</source>
         <translation>Umbenennen</translation>
-    </message>
-</context>
-<context>
-    <name>quillmere::Tray</name>
-    <message>
-        <source>&amp;Show the window</source>
-        <translation>Fenster &amp;zeigen</translation>
-    </message>
-    <message>
-        <source>&amp;Exit</source>
-        <translation>&amp;Beenden</translation>
-    </message>
-    <message>
-        <source>Quillmere - %1</source>
-        <translation>Quillmere - %1</translation>
-    </message>
-    <message>
-        <source>%1: %2, was %3</source>
-        <comment>a job, its health now and before</comment>
-        <translation>%1: %2, vorher %3</translation>
-    </message>
-    <message numerus="yes">
-        <source>and %Ln more</source>
-        <translation>
-            <numerusform>und %Ln weiterer</numerusform>
-            <numerusform>und %Ln weitere</numerusform>
-        </translation>
     </message>
 </context>
 </TS>

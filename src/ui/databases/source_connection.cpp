@@ -16,7 +16,7 @@ void SourceConnection::Connect(std::size_t index, const std::function<void()>& l
   if (tested.cancelled) return;
   std::optional<LogOn> entered;
   if (!tested) {
-    workspace.Log().Add(tested.text, true);
+    workspace.Log().Add(workspace.Registry().At(index).name + ": " + tested.text, true);
     entered = LogIn(index, tested.text);
     if (!entered) return;
   }

@@ -42,10 +42,10 @@ QString WhereText(const PassProblem& what) {
 QString TriesText(const JobProblem& problem) {
   const QString tries =
       ProblemPage::tr("%Ln time(s)", nullptr, Plural(static_cast<std::size_t>(problem.tries)));
-  const QString first = ToQt(ReadableTime(problem.first));
+  const QString first = Dated(ReadableTime(problem.first));
   if (problem.tries == 1) return tries + QStringLiteral(", ") + first;
   return ProblemPage::tr("%1, first %2, last %3")
-      .arg(tries, first, ToQt(ReadableTime(problem.last)));
+      .arg(tries, first, Dated(ReadableTime(problem.last)));
 }
 
 QString ValueText(const std::optional<std::string>& value) {
@@ -144,8 +144,8 @@ void ProblemPage::ShowJob(std::size_t job, const WatchedJob& watched) {
 void ProblemPage::ShowProblem(const JobProblem& problem) {
   const PassProblem& what = problem.what;
   facts_.Show({ways_.Waits(job_) ? tr("Waits for the end of the pass in hand ...") : QString(),
-               WhereText(what), Shown(what.error), ToQt(AdviceFor(problem)), TriesText(problem),
-               Shown(RowOf(what.statement)), Shown(what.statement),
+               WhereText(what), Shown(what.error), Translated(AdviceFor(problem)),
+               TriesText(problem), Shown(RowOf(what.statement)), Shown(what.statement),
                beside_ ? BesideText(*beside_) : QString()});
 }
 

@@ -17,11 +17,11 @@ namespace {
 constexpr int kTogetherMs = 40;
 constexpr std::size_t kStamp = sizeof("20260131 23:59:07 ") - 1;
 
-// "2026-01-31 23:59:07"; empty when the line does not begin with a stamp.
+// Readable; empty when the line does not begin with a stamp.
 QString ReadableStamp(const std::string& line) {
   if (line.size() < kStamp || line[8] != ' ') return {};
-  return ToQt(line.substr(0, 4) + "-" + line.substr(4, 2) + "-" + line.substr(6, 2) + " " +
-              line.substr(9, 8));
+  return Dated(line.substr(0, 4) + "-" + line.substr(4, 2) + "-" + line.substr(6, 2) + " " +
+               line.substr(9, 8));
 }
 
 QString KindText(const MessageEntry& entry) {

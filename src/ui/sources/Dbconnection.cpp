@@ -199,7 +199,8 @@ void TDbConnForm::TestDSNClick() {
   const Outcome tested = TestDataSource(context_.workspace, *selected, waiting);
   if (tested.cancelled) return;
   if (tested) return ShowInformation(this, tested.text, list_);
-  ShowFailure(this, tested.text, list_);
+  const std::string& name = context_.workspace.Registry().At(*selected).name;
+  ShowFailure(this, tr("%1\n\nData source: %2").arg(ToQt(tested.text), ToQt(name)), list_);
 }
 
 void TDbConnForm::AddBtnClick() {

@@ -41,6 +41,90 @@ inline constexpr const char* kCoreWords[] = {
     QT_TRANSLATE_NOOP("CoreWords", "source"),
     QT_TRANSLATE_NOOP("CoreWords", "destination"),
     QT_TRANSLATE_NOOP("CoreWords", "disk"),
+    // AdviceFor a problem
+    QT_TRANSLATE_NOOP(
+        "CoreWords",
+        "The destination has a row with this key already: somebody else writes to the table, or it "
+        "was not alike when the job was started. Compare the row on both sides; delete it on the "
+        "destination and try again, or skip the statement."),
+    QT_TRANSLATE_NOOP("CoreWords", "The session was ended by an administrator. Try again."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "The table is locked by another session of the destination. End that "
+                      "session, or try again when it has committed."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "The statement waited for a session that waited for it. Try again."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "The server can not archive its redo any more. Its administrator makes room "
+                      "in the recovery area; then it goes on by itself."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "A column is missing on the destination: the table was changed on the "
+                      "source. Add the column there and try again."),
+    QT_TRANSLATE_NOOP(
+        "CoreWords",
+        "The tables have other columns on the two sides. Make them alike and try again."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "The table is missing on the destination, or the user may not see it. Create "
+                      "it (migrate), grant the right, or exclude the table."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "User or password is wrong. Give the data source the right ones."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "The user lacks a right. Grant it on the destination, or on the source when "
+                      "the redo could not be read, and try again."),
+    QT_TRANSLATE_NOOP(
+        "CoreWords",
+        "A redo log that the job needs is not there any more. Bring the archived logs back and try "
+        "again; else compare the tables, stop the job and start it anew."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "A column of the destination does not take an empty value and the source's "
+                      "does. Make the columns alike and try again."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "A number does not fit its column on the destination. Make the column wider "
+                      "and try again."),
+    QT_TRANSLATE_NOOP(
+        "CoreWords",
+        "The quota of the owner on the destination is used up. Raise it and try again."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "The tablespace of the destination is full. Add room and try again."),
+    QT_TRANSLATE_NOOP(
+        "CoreWords",
+        "The owner has no quota on the tablespace of the destination. Grant one and try again."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "A check constraint of the destination forbids the row. Make the constraints "
+                      "alike on both sides and try again, or skip the statement."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "The row that this one refers to is missing on the destination: its table is "
+                      "not carried, or the order of the changes was lost. Bring the row and try "
+                      "again, or switch the foreign key off there."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "Rows of the destination still refer to this one. Delete them or switch the "
+                      "foreign key off there, and try again."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "The connection broke. It is tried again by itself; when it goes on, ask the "
+                      "server's administrator."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "The connect name is not known here. Look at tnsnames.ora and at the name of "
+                      "the data source."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "The listener does not know the database: it is down, or the connect name "
+                      "leads to the wrong service."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "Nobody listens there: the server or its listener is down, or the connect "
+                      "name leads to the wrong place."),
+    QT_TRANSLATE_NOOP(
+        "CoreWords",
+        "A text does not fit its column on the destination. Make the column wider and try again."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "The source could not be read. It is tried again at each pass; what is to be "
+                      "mended is there."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "The destination could not be written to. It is tried again at each pass; "
+                      "what is to be mended is there."),
+    QT_TRANSLATE_NOOP(
+        "CoreWords",
+        "A file of the working folder could not be written. Make room, or look at its rights."),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "Mend the cause on the destination and try again, skip the statement, or "
+                      "exclude the table."),
     // the lines of the about box
     QT_TRANSLATE_NOOP("CoreWords", "Version"),
     QT_TRANSLATE_NOOP("CoreWords", "Oracle client"),

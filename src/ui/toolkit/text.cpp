@@ -2,6 +2,7 @@
 #include "ui/toolkit/text.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QLineEdit>
 #include <QLocale>
 #include <algorithm>
@@ -58,6 +59,11 @@ std::string EditedText(const QLineEdit& field, std::string_view original) {
 
 QString Grouped(std::int64_t number) {
   return QLocale().toString(static_cast<qlonglong>(number));
+}
+
+QString Dated(std::string_view readable_time) {
+  const QDateTime time = QDateTime::fromString(ToQt(readable_time), Qt::ISODate);
+  return time.toString(QCoreApplication::translate("Dates", "yyyy-MM-dd HH:mm:ss"));
 }
 
 int Plural(std::size_t count) {

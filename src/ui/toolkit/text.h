@@ -30,6 +30,9 @@ std::string EditedText(const QLineEdit& field, std::string_view original);
 // With its thousands separated, as the language of the window does it.
 QString Grouped(std::int64_t number);
 
+// "2026-01-31 23:59:07" as the language of the window writes it; empty when it is no such time.
+QString Dated(std::string_view readable_time);
+
 // For the %n of tr(), which counts with an int: what is above counts as many.
 int Plural(std::size_t count);
 
