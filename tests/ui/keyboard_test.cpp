@@ -178,16 +178,19 @@ TEST_P(Keyboard, LeadsToEveryControlOfEveryDialog) {
   main.show();
   QCoreApplication::processEvents();
   Check(main, true);
+  EXPECT_FALSE(main.findChild<QToolButton*>("qt_toolbar_ext_button")->isVisible())
+      << "the tool bar is wider than the smallest window";
   CheckMenus(main);
   auto* tree = main.findChild<QTreeView*>("JobMgrTV");
   tree->setCurrentIndex(tree->model()->index(0, 0, tree->model()->index(0, 0)));
-  main.resize(1000, 640);
   auto* pages = main.findChild<QTabWidget*>("JobPages");
   ASSERT_GE(pages->count(), 3);
   for (int page = 0; page < pages->count(); ++page) {
     pages->setCurrentIndex(page);
     QCoreApplication::processEvents();
     ASSERT_TRUE(pages->currentWidget()->isVisibleTo(&main));
+    EXPECT_TRUE(main.size() == QSize(800, 560))
+        << "page " << page << " needs " << main.width() << "x" << main.height();
     Check(main, true);
   }
 }

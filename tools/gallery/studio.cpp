@@ -21,8 +21,10 @@ constexpr int kRounds = 5;
 
 // Nothing of the desktop's that would make one day's pictures differ from the next's.
 QImage Framed(const QPixmap& window, const QString& title) {
-  const QSize size(window.width() + 2, window.height() + kTitle + 2);
-  QImage picture(size, QImage::Format_ARGB32_Premultiplied);
+  const QSize inside = window.deviceIndependentSize().toSize();
+  const QSize size(inside.width() + 2, inside.height() + kTitle + 2);
+  QImage picture(size * window.devicePixelRatio(), QImage::Format_ARGB32_Premultiplied);
+  picture.setDevicePixelRatio(window.devicePixelRatio());
   picture.fill(Qt::transparent);
   const QPalette palette = QApplication::palette();
   QPainter painter(&picture);

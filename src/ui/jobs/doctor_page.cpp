@@ -112,13 +112,17 @@ DoctorPage::DoctorPage(UiContext& context, QWidget* parent) : JobPage(parent), c
   list_->ShowRows(rows_, QStringLiteral("doctor"), true);
   connect(list_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           &DoctorPage::ShowFinding);
+  // Less than it asks for by itself: the smallest window has to hold the page.
+  list_->setMinimumHeight(3 * list_->fontMetrics().height());
+  list_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
   finding_ = new QPlainTextEdit(this);
   finding_->setObjectName(QStringLiteral("DoctorFinding"));
   finding_->setAccessibleName(tr("The selected finding and its cure"));
   finding_->setPlaceholderText(tr("The selected finding and its cure"));
   finding_->setReadOnly(true);
   finding_->setTabChangesFocus(true);
-  finding_->setFixedHeight(finding_->fontMetrics().height() * kFindingLines);
+  finding_->setMinimumHeight(2 * finding_->fontMetrics().height());
+  finding_->setMaximumHeight(finding_->fontMetrics().height() * kFindingLines);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
@@ -204,7 +208,7 @@ void DoctorPage::Show(Patient patient, Visit visit) {
                                  [](const Finding& finding) { return !finding.cure.empty(); });
   copy_->setEnabled(cures);
   save_->setEnabled(cures);
-  const QString when = ToQt(ReadableTime(context_.workspace.TimeSource().Now()));
+  const QString when = Dated(ReadableTime(context_.workspace.TimeSource().Now()));
   QString words = tr("Examined at %1. %2").arg(when, SummaryOf(findings_));
   if (!visit.whole) words += u' ' + tr("It was ended before all checks were made.");
   summary_->setText(words);

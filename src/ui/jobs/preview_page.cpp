@@ -63,7 +63,7 @@ QString WhatItIs(const Preview& preview) {
 }
 
 QString SummaryOf(const Preview& preview, const std::string& when) {
-  QStringList lines{PreviewPage::tr("Read at %1. %2").arg(ToQt(when), WhatItIs(preview))};
+  QStringList lines{PreviewPage::tr("Read at %1. %2").arg(Dated(when), WhatItIs(preview))};
   if (preview.Size() > 0) {
     lines.front() += u' ' + PreviewPage::tr("Would execute %1 and block %2.")
                                 .arg(CountOf(preview.ToExecute()), CountOf(preview.ToBlock()));
@@ -176,6 +176,7 @@ QSplitter* PreviewPage::MakeLists() {
   lists->setStretchFactor(0, 2);
   lists->setStretchFactor(1, 3);
   lists->setChildrenCollapsible(false);
+  lists->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);  // for the smallest window
   return lists;
 }
 

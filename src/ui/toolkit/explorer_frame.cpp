@@ -170,8 +170,9 @@ void ExplorerFrame::ShowFirst(bool shown) {
 void ExplorerFrame::SetOneRow(bool one) {
   const int bars = list_->horizontalHeader()->height() + 2 * list_->frameWidth() +
                    list_->horizontalScrollBar()->sizeHint().height();
-  list_->setMaximumHeight(one ? bars + list_->verticalHeader()->defaultSectionSize()
-                              : QWIDGETSIZE_MAX);
+  const int row = bars + list_->verticalHeader()->defaultSectionSize();
+  list_->setMinimumHeight(one ? row : 0);
+  list_->setMaximumHeight(one ? row : QWIDGETSIZE_MAX);
 }
 
 void ExplorerFrame::SetCountText(const QString& all, bool of_rows) {
