@@ -27,9 +27,10 @@ constexpr std::size_t kStatements = 100'000;
 
 class Engine {
  public:
-  enum class Watched { No, Yes };
+  enum class Watched { No, Yes, WithDefinitions };
   Engine(std::size_t jobs, std::size_t tables, Watched watched = Watched::No)
-      : library_(NullOci(nullptr)), is_watched_(watched == Watched::Yes) {
+      : library_(NullOci(nullptr)), is_watched_(watched != Watched::No) {
+    settings_.definitions_by_rows = watched == Watched::WithDefinitions;
     for (std::size_t i = 0; i < jobs; ++i) {
       const std::size_t index = jobs_.Claim();
       SyncJob& job = jobs_.At(index);
@@ -293,6 +294,9 @@ void AddEngineBenches(RatioTable& table) {
   const auto watched = std::make_shared<Engine>(1, 10, Engine::Watched::Yes);
   table.Add({"pass of 100000 statements, watched / not", 1.02, [=] { small->Apply(*few); },
              [=] { watched->Apply(*few); }});
+  const auto asked = std::make_shared<Engine>(1, 20'000, Engine::Watched::WithDefinitions);
+  table.Add({"pass in 20000 tables, watched and asked for definitions / not", 1.02,
+             [=] { large->Apply(*few); }, [=] { asked->Apply(*few); }});
   table.Add({"pass of 100 statements without a server's time, watched / not", 0,
              [=] { small->Apply(*hundred); }, [=] { watched->Apply(*hundred); }, 101});
 

@@ -10,6 +10,7 @@
 #include "engine/job_runner.h"
 #include "engine/rewriter.h"
 #include "foundation/text.h"
+#include "jobs/carried_tables.h"
 #include "oracle/read_rows.h"
 #include "oracle/source_facts.h"
 
@@ -68,12 +69,15 @@ void DefinitionCheck::TakeCarried() {
   Digest digest;
   digest.Add(view_.source.name);
   digest.Add(view_.destination.name);
-  std::set<std::string> owners, to_owners;
-  for (const CarriedTable& table : CarriedTables(config)) {
-    for (const std::string* name : {&table.owner, &table.name, &table.to_owner}) digest.Add(*name);
-    owners.insert(table.owner);
-    to_owners.insert(table.to_owner);
-  }
+  std::set<std::string_view> owners, to_owners;
+  // Each pass that counts comes here: nothing is copied.
+  ForEachCarried(config,
+                 [&](const std::string& owner, const JobTable& table, const std::string& to_owner) {
+                   for (const std::string* name : {&owner, &table.name, &to_owner})
+                     digest.Add(*name);
+                   owners.insert(owner);
+                   to_owners.insert(to_owner);
+                 });
   memory_.owners.assign(owners.begin(), owners.end());
   memory_.to_owners.assign(to_owners.begin(), to_owners.end());
   memory_.revision = config.tables_revision;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "jobs/sync_job.h"
 
+#include "jobs/carried_tables.h"
+
 namespace quillmere {
 
 std::string_view FollowName(Follow follow) {
@@ -87,14 +89,12 @@ const JobTable* JobSchema::Find(std::string_view name) const {
   return found == by_name_.end() ? nullptr : found->second;
 }
 
-std::vector<CarriedTable> CarriedTables(const JobConfig& job) {
+std::vector<CarriedTable> CarriedTables(const JobConfig& config) {
   std::vector<CarriedTable> carried;
-  for (const auto& [owner, schema] : job.schemas) {
-    for (const JobTable& table : schema.Tables()) {
-      if (!table.includeflag) continue;
-      carried.push_back({owner, table.name, table.desowner.empty() ? owner : table.desowner});
-    }
-  }
+  ForEachCarried(config,
+                 [&](const std::string& owner, const JobTable& table, const std::string& to_owner) {
+                   carried.push_back({owner, table.name, to_owner});
+                 });
   return carried;
 }
 
