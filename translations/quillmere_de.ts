@@ -454,6 +454,21 @@
     </message>
 </context>
 <context>
+    <name>Farewell</name>
+    <message>
+        <source>Ending: waiting for the exchange in hand</source>
+        <translation>Ende: wartet auf den laufenden Austausch</translation>
+    </message>
+    <message>
+        <source>Ending: waiting for the databases of %1</source>
+        <translation>Ende: wartet auf die Datenbanken von %1</translation>
+    </message>
+    <message>
+        <source>Ending: waiting for a connection that was left</source>
+        <translation>Ende: wartet auf eine verlassene Verbindung</translation>
+    </message>
+</context>
+<context>
     <name>HealthTexts</name>
     <message numerus="yes">
         <source>%Ln job(s)</source>
@@ -2233,6 +2248,34 @@ Eine Änderung wirkt ab dem nächsten Start.</translation>
         <source>The language changes at the next start. Messages and log files stay English.</source>
         <translation>Die Sprache wechselt beim nächsten Start. Meldungen und Protokolldateien bleiben englisch.</translation>
     </message>
+    <message>
+        <source>Jobs that were at work at the end &amp;go on by themselves</source>
+        <translation>Aufträge, die am Ende &amp;liefen, laufen von selbst weiter</translation>
+    </message>
+    <message>
+        <source>At the next start they are continued, as Run does with a paused job; otherwise they wait for somebody to do so</source>
+        <translation>Beim nächsten Start werden sie fortgesetzt wie ein pausierter Auftrag durch Starten; sonst warten sie darauf, dass es jemand tut</translation>
+    </message>
+    <message>
+        <source>Health command</source>
+        <translation>Zustandsbefehl</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keiner</translation>
+    </message>
+    <message>
+        <source>A program with its arguments that is run once for each change of a job&apos;s health, with what changed as JSON on its standard input; 30 s at most</source>
+        <translation>Ein Programm mit seinen Argumenten, das bei jeder Änderung des Zustands eines Auftrags einmal läuft, mit der Änderung als JSON auf der Standardeingabe; höchstens 30 s</translation>
+    </message>
+    <message>
+        <source>&amp;Health command:</source>
+        <translation>Zustandsbefe&amp;hl:</translation>
+    </message>
+    <message>
+        <source>The health command can not be understood: %1</source>
+        <translation>Der Zustandsbefehl ist nicht zu verstehen: %1</translation>
+    </message>
 </context>
 <context>
     <name>quillmere::SkipForm</name>
@@ -2887,6 +2930,20 @@ Trotzdem schließen?</translation>
         <source>Have the selected tables been compared? Their mark is taken away.</source>
         <translation>Sind die ausgewählten Tabellen verglichen? Ihre Kennzeichnung wird entfernt.</translation>
     </message>
+    <message numerus="yes">
+        <source>%1 was at work when the program ended, and is Paused with %Ln statement(s) left. Continue it with Run</source>
+        <translation>
+            <numerusform>%1 war bei Programmende an der Arbeit und ist pausiert, %Ln Anweisung steht aus. Fortsetzen mit „Starten“</numerusform>
+            <numerusform>%1 war bei Programmende an der Arbeit und ist pausiert, %Ln Anweisungen stehen aus. Fortsetzen mit „Starten“</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>and %Ln more</source>
+        <translation>
+            <numerusform>und %Ln weiterer</numerusform>
+            <numerusform>und %Ln weitere</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quillmere::TMainForm</name>
@@ -3042,6 +3099,14 @@ Die erste: %1</translation>
         <source>Sandbox databases</source>
         <translation>Sandbox-Datenbanken</translation>
     </message>
+    <message>
+        <source>&amp;Hide</source>
+        <translation>&amp;Verbergen</translation>
+    </message>
+    <message>
+        <source>this desktop has no tray</source>
+        <translation>dieser Desktop hat keinen Infobereich</translation>
+    </message>
 </context>
 <context>
     <name>quillmere::TMigrateForm</name>
@@ -3171,6 +3236,33 @@ Die erste: %1</translation>
     <message>
         <source>Rename</source>
         <translation>Umbenennen</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::Tray</name>
+    <message>
+        <source>&amp;Show the window</source>
+        <translation>Fenster &amp;zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Exit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>Quillmere - %1</source>
+        <translation>Quillmere - %1</translation>
+    </message>
+    <message>
+        <source>%1: %2, was %3</source>
+        <comment>a job, its health now and before</comment>
+        <translation>%1: %2, vorher %3</translation>
+    </message>
+    <message numerus="yes">
+        <source>and %Ln more</source>
+        <translation>
+            <numerusform>und %Ln weiterer</numerusform>
+            <numerusform>und %Ln weitere</numerusform>
+        </translation>
     </message>
 </context>
 </TS>
