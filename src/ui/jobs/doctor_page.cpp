@@ -113,7 +113,7 @@ DoctorPage::DoctorPage(UiContext& context, QWidget* parent) : JobPage(parent), c
   connect(list_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           &DoctorPage::ShowFinding);
   // Less than it asks for by itself: the smallest window has to hold the page.
-  list_->setMinimumHeight(3 * list_->fontMetrics().height());
+  list_->setMinimumHeight(5 * list_->fontMetrics().height());
   list_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
   finding_ = new QPlainTextEdit(this);
   finding_->setObjectName(QStringLiteral("DoctorFinding"));
@@ -123,12 +123,13 @@ DoctorPage::DoctorPage(UiContext& context, QWidget* parent) : JobPage(parent), c
   finding_->setTabChangesFocus(true);
   finding_->setMinimumHeight(2 * finding_->fontMetrics().height());
   finding_->setMaximumHeight(finding_->fontMetrics().height() * kFindingLines);
+  finding_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
   column->addWidget(MakeHead());
-  column->addWidget(list_, 1);
-  column->addWidget(finding_);
+  column->addWidget(list_, 3);
+  column->addWidget(finding_, 1);
 }
 
 QPushButton* DoctorPage::AddButton(QHBoxLayout& row, const char* name, const QString& caption,
