@@ -30,6 +30,15 @@ bool RecordAndNotify(EngineContext& context, std::size_t index, JobState state) 
   return recorded;
 }
 
+// What a stop could not record is recorded before the position row changes: behind that a death
+// would bring back the run before, and its row is gone.
+bool RecordTheStop(EngineContext& context, std::size_t index, std::string& error) {
+  const JobFolder folder = context.catalogue.FolderOf(NameOf(context.jobs.At(index)));
+  FileFacts facts;
+  return context.files.Look(folder.File(JobFile::Record), facts).Missing() ||
+         WriteRecord(context, index, JobState::Stopped, error);
+}
+
 // Of the start before; empty when there is none.
 std::string JobIdOf(const EngineContext& context, std::size_t index) {
   SourceFile source;
@@ -126,7 +135,10 @@ bool JobRunner::FindPositions(std::size_t index, Positions& positions, bool& fou
   found = result == FollowResult::Done;
   // A start that the program's end broke off is not told of: the job is as it was.
   if (result == FollowResult::Later || (!found && source.Stopped())) return false;
-  if (found && guard.InUse()) found = guard.Start(old_job_id, positions.cutoff_scn, error);
+  if (found && guard.InUse()) {
+    found = RecordTheStop(context_, index, error) &&
+            guard.Start(old_job_id, positions.cutoff_scn, error);
+  }
   if (found) found = RemoveCommitPoint(context_, index, error);
   if (!found) context_.listener.OnError(index, error);
   const SyncJob& job = context_.jobs.At(index);
