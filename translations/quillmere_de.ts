@@ -1589,6 +1589,10 @@ Fortfahren?</translation>
         <source>The system has no program to open %1</source>
         <translation>Das System hat kein Programm, um %1 zu öffnen</translation>
     </message>
+    <message>
+        <source>&amp;Explain this message</source>
+        <translation>Meldung &amp;erklären</translation>
+    </message>
 </context>
 <context>
     <name>quillmere::NowPage</name>

@@ -119,6 +119,14 @@ def main():
                        ("packaging/quillmere.metainfo.xml", f'<release version="{version}"')):
         if text not in (folder / name).read_text():
             faults.append(f"{name} does not know version {version}")
+    for file in pages:
+        text = file.read_text()
+        anchors = re.findall(' id="([^"]+)"', text)
+        faults += [f"{file.name}: {anchor} stands there twice" for anchor in set(anchors) if anchors.count(anchor) > 1]
+        faults += [f"{file.name}: a {tag} that the keyboard does not reach"
+                   for tag in re.findall("<pre[^>]*>", text) if "tabindex" not in tag]
+        if file.name == "messages.html":
+            faults += [f"{file.name}: a row without an anchor: {row}" for row in re.findall("<tr><td><code>.*", text)]
     shown = {target for page in pages.values() for target in page.targets}
     for picture in sorted((folder / "HTML/images").glob("*")):
         if f"images/{picture.name}" not in shown:

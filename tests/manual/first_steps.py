@@ -27,7 +27,7 @@ def main():
     page = (Path(sys.argv[1]) / "HTML/first-steps.html").read_text(encoding="utf-8")
     by_hand = page.partition('id="by-hand"')[2]
     file_name = re.search(r"to a file <code>(.*?)</code>", by_hand).group(1)
-    blocks = [html.unescape(text) for text in re.findall("<pre><code>(.*?)</code></pre>", by_hand, re.S)]
+    blocks = [html.unescape(text) for text in re.findall('<pre tabindex="0"><code>(.*?)</code></pre>', by_hand, re.S)]
     environment = dict(os.environ, PATH=str(Path(sys.argv[2]).resolve()) + ":" + os.environ["PATH"])
     with tempfile.TemporaryDirectory(prefix="quillmere-steps-") as folder:
         def sh(text):

@@ -152,8 +152,11 @@ void Simulation::Rest() {
   noted_ = nullptr;
   for (const auto& source : sources_) source->SendUsersHome();
   Reopen();
-  Check();
   JobList* list = &program_->workspace->Jobs();
+  for (const auto& job : jobs_) {
+    const std::size_t index = job->IndexIn(*list);
+    if (index != JobList::kNotFound) SeeTheMoment(*job, index);
+  }
   std::size_t due = 0;
   // Who rests is at its end, and so is what only waits to be removed once more.
   const auto at_rest = [&](const Job& job, std::size_t index) {

@@ -59,7 +59,7 @@ TEST_F(FirstMinute, StepsAreTickedOffAndWhatFailsIsTold) {
     Enter("EditPassword", kPassword);
     Choose("CBMode", "SYSDBA");
     Click("AddBtn");
-    WaitFor("the data source", [&] { return Work().Registry().IndexOf(name) >= 0; });
+    WaitFor("the data source", [&, added = name] { return Work().Registry().IndexOf(added) >= 0; });
     Press("Escape");
     WaitForNoDialog();
     EXPECT_EQ(Steps(), name == std::string("A") ? "010" : "001");

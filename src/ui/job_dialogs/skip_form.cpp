@@ -43,7 +43,9 @@ QString WhatIsSkipped(const JobProblem& problem, Follow follow) {
 
 QString PlaceWords(const PassProblem& what) {
   if (what.where != PassProblem::Where::Statement) return Translated(PlaceText(what));
-  return SkipForm::tr("statement %1 of %2").arg(Grouped(what.number), Grouped(what.of));
+  return SkipForm::tr("statement %1 of %2")
+      .arg(Grouped(static_cast<std::int64_t>(what.number)),
+           Grouped(static_cast<std::int64_t>(what.of)));
 }
 
 SkipForm::SkipForm(const std::string& job, const JobProblem& problem, Follow follow,

@@ -165,6 +165,7 @@ QWidget* TMainForm::MakeMessages() {
   context_.workspace.Log().KeepRecent();
   messages_ = new MessagePanel(context_.workspace.Log(), context_.workspace.Folder(), this);
   connect(messages_, &MessagePanel::UnreadChanged, this, &TMainForm::ShowUnread);
+  connect(messages_, &MessagePanel::HelpAsked, this, &TMainForm::ExplainMessage);
   return messages_;
 }
 

@@ -6,6 +6,7 @@
 #include <QMainWindow>
 #include <QTimer>
 #include <chrono>
+#include <filesystem>
 #include <functional>
 #include <memory>
 
@@ -79,6 +80,9 @@ class TMainForm : public QMainWindow {
   void LoadOtherSkin();
   void LoadSkin(const std::filesystem::path& file);
   void OpenHelp();
+  void ExplainMessage(const QString& message);
+  std::filesystem::path FindPage(const char* name);
+  void Open(const QUrl& url);
   void SaveProgramSettings();
 
   UiContext& context_;

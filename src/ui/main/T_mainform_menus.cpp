@@ -9,6 +9,7 @@
 #include <QUrl>
 
 #include "foundation/files.h"
+#include "messages/message_help.h"
 #include "ui/databases/T_dbmgrform.h"
 #include "ui/jobs/T_jobmgrform.h"
 #include "ui/main/T_mainform.h"
@@ -211,14 +212,35 @@ void TMainForm::LoadSkin(const std::filesystem::path& file) {
 }
 
 void TMainForm::OpenHelp() {
+  const std::filesystem::path file = FindPage("index.html");
+  if (!file.empty()) Open(QUrl::fromLocalFile(FileText(file)));
+}
+
+// The page's beginning, when no row of it is about the message.
+void TMainForm::ExplainMessage(const QString& message) {
+  const std::filesystem::path file = FindPage("messages.html");
+  if (file.empty()) return;
+  std::string page;
+  static_cast<void>(ReadFile(context_.workspace.Files(), file, page));
+  QUrl url = QUrl::fromLocalFile(FileText(file));
+  url.setFragment(ToQt(AnchorOfMessage(page, ToBytes(message))));
+  Open(url);
+}
+
+// Of the manual; empty, and said, when it is not there.
+std::filesystem::path TMainForm::FindPage(const char* name) {
   std::string tried;
-  const std::filesystem::path file =
-      FindSharedFile(context_.workspace.Files(), std::filesystem::path("HTML") / "index.html",
+  std::filesystem::path file =
+      FindSharedFile(context_.workspace.Files(), std::filesystem::path("HTML") / name,
                      context_.workspace.Folder(), ProgramFolder(), tried);
   if (file.empty())
-    return ShowNotice(this, tr("The manual is not there. Looked for: %1").arg(ToQt(tried)));
-  if (QDesktopServices::openUrl(QUrl::fromLocalFile(FileText(file)))) return;
-  ShowNotice(this, tr("The system has no program to open %1").arg(FileText(file)));
+    ShowNotice(this, tr("The manual is not there. Looked for: %1").arg(ToQt(tried)));
+  return file;
+}
+
+void TMainForm::Open(const QUrl& url) {
+  if (QDesktopServices::openUrl(url)) return;
+  ShowNotice(this, tr("The system has no program to open %1").arg(url.toLocalFile()));
 }
 
 }  // namespace quillmere

@@ -85,7 +85,7 @@ void FirstMinute::AddSteps(QVBoxLayout& column) {
     grid->addWidget(step.button, row, 1);
     grid->addWidget(step.state, row, 2);
   }
-  for (const std::size_t i : {0, 1}) {
+  for (const std::size_t i : {0U, 1U}) {
     connect(steps_[i].button, &QPushButton::clicked, this, &FirstMinute::SourceAsked);
   }
   connect(steps_[2].button, &QPushButton::clicked, this, &FirstMinute::JobAsked);
@@ -112,7 +112,7 @@ void FirstMinute::Show(const Step& step, bool done, bool possible, const QString
 void FirstMinute::Refresh() {
   const Workspace& workspace = context_.workspace;
   const std::size_t sources = workspace.Registry().CountInUse();
-  for (const std::size_t i : {0, 1}) {
+  for (const std::size_t i : {0U, 1U}) {
     Show(steps_[i], sources > i, sources == i, SourceName(workspace.Registry(), i));
   }
   const bool both = sources >= 2;

@@ -33,6 +33,7 @@ MessagePanel::MessagePanel(MessageLog& log, const std::filesystem::path& folder,
   row->addWidget(view_, 1);
   row->addWidget(MakeSide());
   connect(view_, &MessageView::LookedAt, this, &MessagePanel::Look);
+  connect(view_, &MessageView::HelpAsked, this, &MessagePanel::HelpAsked);
   connect(&view_->Model(), &MessageListModel::LogShown, this, &MessagePanel::ShowUnread);
   ShowUnread();
 }

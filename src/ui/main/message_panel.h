@@ -28,6 +28,7 @@ class MessagePanel final : public QWidget {
 
  Q_SIGNALS:
   void UnreadChanged(const QString& words);
+  void HelpAsked(const QString& message);
 
  private:
   QWidget* MakeSide();

@@ -84,6 +84,8 @@ void MessageView::MakeMenu() {
   add("SelectAllMessages", tr("Select &all"), "", [this] { selectAll(); });
   add("ClearMessageSelection", tr("Clear &selection"), "", [this] { clearSelection(); });
   menu_->addSeparator();
+  explain_ = add("ExplainMessage", tr("&Explain this message"), "help",
+                 [this] { Q_EMIT HelpAsked(model_.FullText(currentIndex().row())); });
   add("OpenLogFolder", tr("Open log &folder"), "folder", [this] {
     const QString folder = ToQt(PathText(folder_));
     if (QDesktopServices::openUrl(QUrl::fromLocalFile(folder))) return;
@@ -93,6 +95,7 @@ void MessageView::MakeMenu() {
 
 void MessageView::contextMenuEvent(QContextMenuEvent* event) {
   copy_->setEnabled(selectionModel()->hasSelection());
+  explain_->setEnabled(currentIndex().isValid());
   menu_->popup(event->globalPos());
 }
 

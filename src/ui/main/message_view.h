@@ -24,6 +24,7 @@ class MessageView final : public QTreeView {
 
  Q_SIGNALS:
   void LookedAt();  // by an operator who came here or scrolls
+  void HelpAsked(const QString& message);
 
  protected:
   void focusInEvent(QFocusEvent* event) override;
@@ -41,6 +42,7 @@ class MessageView final : public QTreeView {
   const std::filesystem::path folder_;
   QMenu* menu_ = nullptr;
   QAction* copy_ = nullptr;
+  QAction* explain_ = nullptr;
   QTimer follow_;  // one scrolling for many messages
 };
 
