@@ -131,6 +131,16 @@ bool JobCatalogue::MoveFolder(std::string_view from, std::string_view to, LocalT
   return true;
 }
 
+// Moved all the same, and not to be moved back: going on would make a second folder beside it.
+void JobCatalogue::HoldIfMoved(std::size_t index, std::string_view old_name,
+                               std::string_view new_name, const std::string& error) {
+  FileFacts facts;
+  if (files_.Look(FolderOf(old_name).Path(), facts).Missing() &&
+      files_.Look(FolderOf(new_name).Path(), facts)) {
+    jobs_.Hold(index, error + std::string(kOnTheirWay));
+  }
+}
+
 bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, LocalTime now,
                           std::string& error) {
   const MutexLock saving(save_mutex_);
@@ -138,7 +148,11 @@ bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, LocalTim
   const std::string old_name = NameOf(job);
   if (old_name == new_name) return true;
   error = WhyNameRefused(new_name, index);
-  if (!error.empty() || !MoveFolder(old_name, new_name, now, error)) return false;
+  if (!error.empty()) return false;
+  if (!MoveFolder(old_name, new_name, now, error)) {
+    HoldIfMoved(index, old_name, new_name, error);
+    return false;
+  }
   const auto set_name = [&](std::string_view name) {
     const MutexLock lock(job.config_mutex);
     job.config.name = name;

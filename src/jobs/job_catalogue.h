@@ -98,8 +98,14 @@ class JobCatalogue {
   bool SaveList(Selection selection, std::vector<SyncJob*>& changed, std::string& error)
       REQUIRES(save_mutex_);
   bool SaveOwnFile(SyncJob& job, std::string& error) REQUIRES(save_mutex_);
+  void HoldIfMoved(std::size_t index, std::string_view old_name, std::string_view new_name,
+                   const std::string& error);
   bool MoveFolder(std::string_view from, std::string_view to, LocalTime now, std::string& error)
       REQUIRES(save_mutex_);
+
+  static constexpr std::string_view kOnTheirWay =
+      ". The job's files were on their way to another name: start the program again before the job "
+      "is started anew";
 
   FileSystem& files_;
   const std::filesystem::path working_folder_;

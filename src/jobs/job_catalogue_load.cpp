@@ -98,9 +98,7 @@ void JobCatalogue::LoadJob(const XmlNode& node, const std::string& not_taken_bac
   }
   LoadOwnFile(job, FolderOf(name).File(JobFile::Tables));
   if (!not_taken_back.empty()) {
-    jobs_.Hold(index, not_taken_back +
-                          ". The job's files were on their way to another name: start the program "
-                          "again before the job is started anew");
+    jobs_.Hold(index, not_taken_back + std::string(kOnTheirWay));
   }
   JobState state = restore ? restore(job) : JobState::Stopped;
   if (!IsJobState(state)) {

@@ -144,6 +144,7 @@ bool HookProcess::Start(const std::vector<std::string>& words, std::string_view 
   }
   const SpawnPlan plan(given.Number(), writing.Number());
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);
   const int code = ::posix_spawnp(&child->id, arguments.front(), &plan.files, &plan.attributes,

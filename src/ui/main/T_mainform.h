@@ -46,7 +46,11 @@ class TMainForm : public QMainWindow {
  protected:
   void closeEvent(QCloseEvent* event) override;
 
+ Q_SIGNALS:
+  void WorkloadSaid(const std::string& why, bool error);  // on its thread
+
  private:
+  void TellOfWorkload(const std::string& why, bool error);
   // --- the window's parts
   QWidget* MakePages(std::chrono::milliseconds sweep_pause);
   QWidget* MakeMessages();

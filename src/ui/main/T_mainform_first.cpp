@@ -51,13 +51,15 @@ void TMainForm::TrySandbox() {
               " every second, for an hour at most",
           false);
   ShowTip(ToQt(made.text));
+  connect(this, &TMainForm::WorkloadSaid, this, &TMainForm::TellOfWorkload,
+          static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection));
   workload_ = std::make_unique<TrialWorkload>(
       context_.workspace.Oci(), TrialLogOn(trial.source),
-      [this](const std::string& why, bool error) {
-        QMetaObject::invokeMethod(
-            this, [this, why, error] { context_.workspace.Log().Add(why, error); },
-            Qt::QueuedConnection);
-      });
+      [this](const std::string& why, bool error) { Q_EMIT WorkloadSaid(why, error); });
+}
+
+void TMainForm::TellOfWorkload(const std::string& why, bool error) {
+  context_.workspace.Log().Add(why, error);
 }
 
 }  // namespace quillmere
