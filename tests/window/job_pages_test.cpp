@@ -6,6 +6,9 @@
 #include <QGuiApplication>
 #include <QTabBar>
 #include <QTabWidget>
+#include <fstream>
+#include <regex>
+#include <string>
 
 #include "window/program_fixture.h"
 
@@ -127,6 +130,15 @@ TEST_F(JobPages, PictureShowsThePassesAndWhereTheSourceStands) {
   WaitFor("the changes", [this] {
     NextPass();
     return Work().Jobs().At(0).run.applied_count == 2;
+  });
+  // The pass ends behind its changes, and a day is read again after a minute only.
+  WaitFor("the line of its pass", [this] {
+    std::ifstream history(folder_.Path() / "jobs" / "J" / "history.csv");
+    const std::regex applied("[^,]*,[^,]*,2,.*");
+    for (std::string line; std::getline(history, line);) {
+      if (std::regex_match(line, applied)) return true;
+    }
+    return false;
   });
   Choose("PictureSpan", "day");
   WaitForIn("PictureSummary", " failed: 0. Applied: 2. Waiting at most: 0.");
