@@ -41,7 +41,8 @@ std::string CheckTriggers(Visit& visit) {
                   4, triggers) ||
       !visit.Read(side,
                   "select owner, table_name, constraint_name, delete_rule from dba_constraints "
-                  "where constraint_type = 'R' and delete_rule in ('CASCADE', 'SET NULL')",
+                  "where constraint_type = 'R' and delete_rule in ('CASCADE', 'SET NULL') and "
+                  "status = 'ENABLED'",
                   4, cascades)) {
     return {};
   }

@@ -53,12 +53,29 @@ std::string Joined(const std::vector<std::string>& columns) {
   return list;
 }
 
+// Migrating keeps the owner; a table that goes to another one is made by hand.
+std::string CreateText(const Pair& pair) {
+  std::string text;
+  for (const TableFacts::Column& column : pair.source->columns) {
+    text += (text.empty() ? "create table " + pair.Name() + " (" : ", ") + SqlName(column.name) +
+            " " + TypeText(column) + (column.nullable ? "" : " not null");
+  }
+  if (text.empty()) return text;
+  const std::vector<std::string>& key = pair.source->key;
+  return text + (key.empty() ? "" : ", primary key (" + Joined(key) + ")") + ");";
+}
+
 }  // namespace
 
 std::string CheckPresence(Visit& visit) {
   if (visit.Job().tables.empty()) {
-    visit.Fail({}, visit.Job().fetched ? "the job carries no table" : "its tables were never read",
-               Command("job refresh " + visit.Job().name), &visit.Source());
+    const std::string& job = visit.Job().name;
+    if (visit.Job().fetched) {
+      visit.Fail({}, "the job carries no table", Command("job include " + job + " OWNER TABLE..."),
+                 &visit.Source());
+    } else {
+      visit.Fail({}, "its tables were never read", Command("job refresh " + job), &visit.Source());
+    }
     return {};
   }
   const std::string& from = visit.Source().log_on.name;
@@ -68,9 +85,11 @@ std::string CheckPresence(Visit& visit) {
       visit.Warn(SqlName(pair.table.owner, pair.table.name), "is gone from the source",
                  Command("job refresh " + visit.Job().name), &visit.Source());
     } else if (pair.destination == nullptr) {
+      const bool same = pair.table.owner == pair.table.to_owner;
       visit.Fail(pair.Name(), "is not there on the destination",
-                 Command("schema migrate " + from + " " + to + " table " + pair.table.owner + "." +
-                         pair.table.name + " --with-key"),
+                 same ? Command("schema migrate " + from + " " + to + " table " + pair.table.owner +
+                                "." + pair.table.name + " --with-key")
+                      : CreateText(pair),
                  &visit.Destination());
     }
   });

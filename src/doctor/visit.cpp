@@ -69,7 +69,12 @@ void Visit::Unknown(const Side& side, const std::string& why, std::string cure) 
 
 bool Visit::Connected(const Side& side) {
   if (side.connected) return true;
-  Unknown(side, "not logged on");
+  if (&side != inside_.get()) {
+    Unknown(side, "not logged on");  // why not is what the first check says
+  } else {
+    const bool entering = side.session.LastErrorCode() == kNoPrivilege;
+    Unknown(side, side.why_not, entering ? "grant set container to " + UserName(side) + ";" : "");
+  }
   return false;
 }
 

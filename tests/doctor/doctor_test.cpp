@@ -114,7 +114,15 @@ class Case {
       if (what == "container") patient_.container = rest;
       if (what == "interval") patient_.interval = std::stoi(rest);
       if (what == "none") patient_.tables.clear();
-      if (what == "table") patient_.tables.push_back({"SHOP", rest, "SHOP"});
+      if (what == "fetched") patient_.fetched = true;
+      if (what == "user") patient_.source.user_id = patient_.destination.user_id = rest;
+      if (what == "table") {  // NAME OWNER TO_OWNER
+        std::istringstream words(rest);
+        CarriedTable table{"SHOP", {}, "SHOP"};
+        words >> table.name >> table.owner;
+        if (!(words >> table.to_owner)) table.owner = table.to_owner = "SHOP";
+        patient_.tables.push_back(table);
+      }
       if (what == "meets") patient_.meetings.push_back({"K", "SHOP", "ITEM", rest == "back"});
     }
   }
@@ -130,6 +138,38 @@ TEST(Doctor, EachCheckAndWhatFailsIt) {
     const std::string found = Case(given).Look();
     return found.empty() ? "all well" : found;
   });
+}
+
+TEST(Doctor, JobsThatMeetAreThoseThatWriteToATableOfThisOneOrBackToItsSource) {
+  JobList jobs;
+  const auto add = [&](const char* name, const char* from, const char* to, const char* owner,
+                       const char* to_owner, bool carried = true) {
+    const std::size_t index = jobs.Claim();
+    {
+      SyncJob& job = jobs.At(index);
+      const MutexLock lock(job.config_mutex);
+      job.config.name = name;
+      job.config.src_database_name = from;
+      job.config.des_database_name = to;
+      JobTable& table = job.config.schemas[owner].Append({"ITEM", to_owner});
+      table.includeflag = carried;
+    }
+    jobs.SetState(index, JobState::Stopped);
+  };
+  add("J", "A", "B", "SHOP", "SHIP");
+  add("same table", "C", "B", "X", "SHIP");
+  add("its owner's", "C", "B", "SHIP", "");
+  add("back", "B", "A", "SHIP", "SHOP");
+  add("another table", "C", "B", "SHOP", "SHOP");
+  add("not carried", "C", "B", "X", "SHIP", false);
+  add("elsewhere", "A", "C", "SHOP", "SHIP");
+  add("further", "B", "C", "SHIP", "SHOP");
+  add("back from another table", "B", "A", "SHOP", "SHOP");
+  std::string met;
+  for (const Patient::Meeting& one : PatientOf(jobs, 0).meetings) {
+    met += one.job + ":" + one.owner + "." + one.table + (one.takes_back ? " back" : "") + "\n";
+  }
+  EXPECT_EQ(met, "same table:SHIP.ITEM\nits owner's:SHIP.ITEM\nback:SHIP.ITEM back\n");
 }
 
 TEST(Doctor, CuresAreAScriptInWhichOnlyCuresRun) {
