@@ -24,6 +24,7 @@ struct FollowMemory {
   std::optional<SourceFile> source;  // source.dat as the pass in hand has read it
   std::string job_id;  // of the start that the rest belongs to; empty while a start is in hand
   SourceReadings readings;
+  std::optional<std::int64_t> clock_ahead;  // ms, of the clock that nobody sets, at the last step
   std::optional<SteadyTime> waiting_since;  // for a reading that can be used
   bool told_of_waiting = false;
   bool container_checked = false;        // the source is, or has, the one that the job follows

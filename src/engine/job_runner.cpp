@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "engine/job_runner.h"
 
+#include <algorithm>
 #include <exception>
 
 #include "engine/follow.h"
@@ -97,9 +98,8 @@ void JobRunner::Step(std::size_t index) try {
     case JobState::Stopping:
       return Reset(index);
     case JobState::Started:
-      if (JobRun& run = context_.jobs.At(index).run;
-          context_.clock.Now() >= run.next_due || run.pass_asked) {
-        run.pass_asked = false;
+      if (IsDue(index)) {
+        context_.jobs.At(index).run.pass_asked = false;
         Pass(context_, index, memories_[index], end_requested_).Run();
       }
       return;
@@ -117,6 +117,22 @@ void JobRunner::Step(std::size_t index) try {
   } catch (const std::exception&) {
     // There is not even enough for telling. The job rests all the same.
   }
+}
+
+// A clock that was set back by a day keeps no job waiting for longer than its interval. What it is
+// slewed by does not matter.
+bool JobRunner::IsDue(std::size_t index) {
+  constexpr std::int64_t kLeastSetBack = 60'000;  // ms
+  JobRun& run = context_.jobs.At(index).run;
+  const LocalTime now = context_.clock.Now();
+  const std::int64_t ahead = now.ms - context_.clock.Steady().count();
+  std::optional<std::int64_t>& before = memories_[index].clock_ahead;
+  if (before && *before - ahead >= kLeastSetBack) {
+    const JobView view(context_.jobs.At(index));
+    run.next_due = std::min(run.next_due, AddMinutes(now, view.interval_minutes));
+  }
+  before = ahead;
+  return now >= run.next_due || run.pass_asked;
 }
 
 bool JobRunner::FindPositions(std::size_t index, Positions& positions, bool& found,
@@ -164,6 +180,7 @@ void JobRunner::Start(std::size_t index) {
   job.run = {};
   job.run.positions = positions;
   memories_[index].definitions = {};
+  memories_[index].clock_ahead.reset();
   // By commits the first pass runs as soon as there is something that it may read.
   if (FollowOf(job) == Follow::Rows) {
     job.run.next_due = AddMinutes(context_.clock.Now(), view.interval_minutes);

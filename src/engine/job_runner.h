@@ -35,6 +35,7 @@ class JobRunner {
   bool EndRequested() const { return end_requested_; }
 
  private:
+  bool IsDue(std::size_t index);
   // False: to be asked again with the next sweep.
   bool FindPositions(std::size_t index, Positions& positions, bool& found,
                      std::vector<FootingLine>& footing);

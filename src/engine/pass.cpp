@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "engine/pass.h"
 
+#include <algorithm>
 #include <exception>
 
 #include "engine/follow_memory.h"
@@ -295,8 +296,9 @@ bool Pass::KeepRowFinished() {
 }
 
 Pass::Outcome Pass::Finish() {
-  const LocalTime from =
-      job_.run.next_due == LocalTime{} ? context_.clock.Now() : job_.run.next_due;
+  const LocalTime now = context_.clock.Now();
+  // One that was asked for came before its time, and does not put off the next.
+  const LocalTime from = job_.run.next_due == LocalTime{} ? now : std::min(job_.run.next_due, now);
   job_.run.next_due = AddMinutes(from, view_.interval_minutes);
   job_.run.pending_batch.Clear();
   job_.run.batch_pending = 0;

@@ -114,6 +114,28 @@ TEST_F(Account, Requests) {
   Tell("stop");
 }
 
+TEST_F(Account, NeitherAClockThatIsSetNorAnAskedPassKeepsAJobWaiting) {
+  StartJob();
+  constexpr std::int64_t kDay = 86'400'000;
+  const auto due_after = [&](std::int64_t jump) {
+    Step();
+    clock_.jumped_ms += jump;
+    Step();
+    return job_.run.next_due.ms - clock_.Now().ms;
+  };
+  const std::int64_t due = job_.run.next_due.ms - clock_.Now().ms;
+  EXPECT_GT(due, 0);
+  for (int i = 0; i < 2; ++i) {
+    job_.run.pass_asked = true;
+    EXPECT_EQ(due_after(0), due) << "a pass that was asked for does not put off the next";
+  }
+  EXPECT_EQ(due_after(-30'000), due + 30'000) << "the schedule keeps its rhythm";
+  EXPECT_EQ(due_after(-kDay), due);
+  EXPECT_LT(due_after(kDay), due) << "it is due";
+  EXPECT_LE(due_after(-kDay), due);
+  EXPECT_GT(due_after(-kDay), 0) << "and not at every step from now on";
+}
+
 TEST_F(Account, Passes) {
   StartJob();
   clock_.now = LocalTime{job_.run.next_due.ms - 1};
