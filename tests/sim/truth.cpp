@@ -102,7 +102,10 @@ void Ledger::Skip(bool sure) {
 bool Ledger::IsSkipped(std::size_t index, bool arrives) {
   for (Skipped& one : skipped_) {
     if (index < one.first || index >= one.end) continue;
-    if (!one.holds) one.holds = !arrives;
+    if (!one.holds) {
+      one.holds = !arrives;
+      left_out_ += arrives ? 0 : 1;
+    }
     if (*one.holds) return true;
   }
   return false;

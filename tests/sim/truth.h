@@ -51,7 +51,10 @@ class Ledger {
   std::vector<Choice> choices = std::vector<Choice>(kTableCount);
 
   void Begin(std::int64_t scn);
-  void End() { running_ = false; }
+  void End() {
+    running_ = false;
+    left_out_ = 0;
+  }
   bool Running() const { return running_; }
   // The destination has committed what arrived, and the job says how many statements are behind it.
   // What is wrong with that, or nothing.
@@ -59,6 +62,8 @@ class Ledger {
   // An operator leaves out what comes next, of a job by commits the whole transaction. Not sure: it
   // was cut off.
   void Skip(bool sure);
+  // Of those that were cut off, how many were left out; of all starts.
+  std::size_t LeftOut() const { return left_out_; }
   // Whether the destination was right to commit no more than it has, when it refuses a change.
   bool IsUpToRefused(std::int64_t id) const;
   // Where it was before the last commit that took it further.
@@ -86,6 +91,7 @@ class Ledger {
     std::optional<bool> holds;
   };
   std::vector<Skipped> skipped_;
+  std::size_t left_out_ = 0;
   bool running_ = false;
   std::int64_t scn_ = 0;  // of the start
   std::size_t first_ = 0, before_ = 0, next_ = 0, applied_ = 0, applied_before_ = 0;
