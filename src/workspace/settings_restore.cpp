@@ -98,6 +98,16 @@ Outcome BringSettings(Workspace& workspace, const XmlNode& bundle, Bring what,
     if (!BringProgramSettings(workspace, *settings, error)) return Outcome::Refused(error);
     told.emplace_back("The settings are as they were");
   }
+  // What a file from elsewhere names, as a command or a library, is never run.
+  if (what == Bring::Missing && settings != nullptr) {
+    std::string line = "The settings are left as they are";
+    const std::string command(settings->ChildValue("health_command"));
+    if (!command.empty()) {
+      line += ". The bundle's health command is left out: " + command +
+              ". Set it in Options > Settings if you want it run here";
+    }
+    told.push_back(std::move(line));
+  }
   Bringing bringing(workspace, what, told);
   std::vector<const XmlNode*> nodes;
   bundle.Children("source", nodes);

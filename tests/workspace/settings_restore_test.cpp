@@ -15,6 +15,7 @@ TEST_F(SettingsRestore, WhatWasKeptComesBackWithoutPasswordsAndStopped) {
   std::string error;
   Settings& settings = workspace->ProgramSettings();
   settings.commit_age_seconds = 9;
+  settings.health_command = "/bin/mail root";
   ASSERT_TRUE(SaveSettings(files, workspace->SettingsFile(), settings, error)) << error;
   clock.TurnMinutes(24 * 60);
   Forget();
@@ -27,6 +28,7 @@ TEST_F(SettingsRestore, WhatWasKeptComesBackWithoutPasswordsAndStopped) {
   ASSERT_TRUE(DeleteJob(*workspace, 1).done);
   workspace->Jobs().SetState(2, JobState::Paused);
   settings.commit_age_seconds = 60;
+  settings.health_command.clear();
   ASSERT_TRUE(SaveSettings(files, workspace->SettingsFile(), settings, error)) << error;
   Forget();
 
@@ -38,8 +40,10 @@ TEST_F(SettingsRestore, WhatWasKeptComesBackWithoutPasswordsAndStopped) {
     Tell(what, brought);
   };
   bring("import", Bring::Missing);
+  EXPECT_EQ(settings.health_command, "") << "nothing from a file is run";
   bring("restore", Bring::Back);
   EXPECT_EQ(settings.commit_age_seconds, 9);
+  EXPECT_EQ(settings.health_command, "/bin/mail root");
   EXPECT_TRUE(Table(0, "ORDERS")->includeflag);
   EXPECT_EQ(Table(0, "ORDERS")->totalsynced, 7) << "what was counted is no setting";
   EXPECT_EQ(workspace->Jobs().State(1), JobState::Stopped);
@@ -51,6 +55,9 @@ TEST_F(SettingsRestore, WhatWasKeptComesBackWithoutPasswordsAndStopped) {
   workspace = Open();
   taken = 0;
   bring("import into a new folder", Bring::Missing);
+  Settings saved;
+  ASSERT_TRUE(LoadSettings(files, workspace->SettingsFile(), saved, error)) << error;
+  EXPECT_EQ(saved.health_command + workspace->ProgramSettings().health_command, "");
   for (int day = 0; day < 25; ++day) {
     clock.TurnMinutes(24 * 60);
     Refuse(day == 3 ? "append" : "", "/kept/");
