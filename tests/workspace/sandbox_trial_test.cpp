@@ -4,9 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <future>
 
+#include "foundation/files.h"
+#include "support/environment.h"
 #include "support/temp_folder.h"
 #include "workspace/program_folder.h"
 #include "workspace/trial_workload.h"
@@ -16,8 +17,8 @@ namespace {
 
 struct Trial {
   explicit Trial(std::filesystem::path program = quillmere::ProgramFolder()) {
-    ::setenv("QUILLMERE_SANDBOX_DIR", (folder / "sandbox").c_str(), 1);
-    ::setenv("QUILLMERE_SANDBOX_SYNC", "off", 1);
+    SetEnvironment("QUILLMERE_SANDBOX_DIR", PathText(folder / "sandbox"));
+    SetEnvironment("QUILLMERE_SANDBOX_SYNC", "off");
     program_folder = std::move(program);
     Open();
   }
