@@ -3,6 +3,7 @@
 
 #include "engine/engine_fixture.h"
 #include "engine/work_thread.h"
+#include "support/stored_text.h"
 
 namespace quillmere {
 namespace {
@@ -254,7 +255,7 @@ TEST_F(EngineTest, WhatHoldsAJobIsKeptWhenItIsStoppedOrStartsAnew) {
         return refused ? FileStatus{FileCode::Denied, "Permission denied"} : FileStatus();
       };
       second.Load();
-      EXPECT_NE(second.jobs.HeldBecause(0).find(file), std::string::npos);
+      EXPECT_NE(AsStored(second.jobs.HeldBecause(0)).find(file), std::string::npos);
       if (name != "block.dat") {
         EXPECT_EQ(second.State(), JobState::Paused);
         EXPECT_FALSE(RequestRun(second.context, 0, error));

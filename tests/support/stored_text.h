@@ -23,15 +23,16 @@ inline std::string StoredText(const std::filesystem::path& file) {
   return {std::istreambuf_iterator<char>(stored), {}};
 }
 
-// On Windows paths in messages have a drive and other separators.
+// On Windows paths in messages have a drive and other separators, which files of ours hold twice.
 inline std::string AsStored(std::string text) {
 #ifdef _WIN32
-  static const std::regex kPath(R"((?:[A-Z]:\\work|/work(?=\\))[A-Za-z0-9_.\\-]*)");
+  static const std::regex kPath(R"((?:[A-Z]:\\{1,2}work|/work(?=\\))[A-Za-z0-9_.\\-]*)");
   std::string stored, name;
   auto from = text.cbegin();
   for (std::sregex_iterator path(from, text.cend(), kPath), end; path != end; ++path) {
     name = (*path)[0];
     if (name.size() > 1 && name[1] == ':') name.erase(0, 2);
+    for (std::size_t at; (at = name.find(R"(\\)")) != name.npos;) name.erase(at, 1);
     std::replace(name.begin(), name.end(), '\\', '/');
     stored.append(from, (*path)[0].first).append(name);
     from = (*path)[0].second;
