@@ -234,12 +234,12 @@ QString HistoryCharts::TipAt(QPoint place) const {
   const QRect plot = Plot(place.x() < width() / 2 ? 0 : 1);
   const double wanted = static_cast<double>(place.x() - plot.left()) / std::max(plot.width(), 1) *
                         static_cast<double>(picture_->Parts());
-  const auto far = [wanted](const PicturePoint& point) {
+  const auto distance = [wanted](const PicturePoint& point) {
     return std::abs(static_cast<double>(point.part) + 0.5 - wanted);
   };
   const PicturePoint& point =
       *std::min_element(picture_->Points().begin(), picture_->Points().end(),
-                        [&](const auto& a, const auto& b) { return far(a) < far(b); });
+                        [&](const auto& a, const auto& b) { return distance(a) < distance(b); });
   QString tip = QLocale().toString(Moment(picture_->TimeOf(point.part)), QLocale::ShortFormat);
   for (int chart = 0; chart < kPasses; ++chart) {
     const std::optional<double> value = ValueOf(*picture_, point, chart);
