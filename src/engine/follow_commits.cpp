@@ -129,7 +129,7 @@ FollowResult FollowCommits::Start(OracleSession& source, Positions& positions, s
     }
     memory_ = {};
     error = "GetLastScn fail : a transaction on " + SourceName() +
-            " does not say where it began. Start the job again";
+            " does not say where it began. Start " + name_ + " again";
     return FollowResult::Failed;
   }
   memory_ = {};
@@ -267,7 +267,7 @@ bool FollowCommits::SetLogs(CommitMiner& miner, const std::vector<RedoThread>& t
   }
   std::string reason;
   if (!ChooseLogs(threads, online, archived, from, chosen, reason)) {
-    error = "SetLogs fail : " + reason;
+    error = "SetLogs fail : " + name_ + ": " + reason;
     return false;
   }
   if (miner.StartMining(chosen, from)) return true;
@@ -295,7 +295,7 @@ bool FollowCommits::Mine(CommitMiner& miner, const std::vector<RedoThread>& thre
   }
   const RedoLog* const used_again = good ? FirstUsedAgain(chosen, online, now) : nullptr;
   if (used_again != nullptr) {
-    error = used_again->file +
+    error = name_ + ": " + used_again->file +
             " was used again while it was read. The next pass reads it from its archived copy";
     good = false;
   }

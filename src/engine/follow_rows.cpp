@@ -82,7 +82,7 @@ std::string WarningOfNames(const SyncJob& job) {
     }
   }
   if (count == 0) return {};
-  return "Tables whose names need quotes: " + std::to_string(count) + " (" + names +
+  return "tables whose names need quotes: " + std::to_string(count) + " (" + names +
          (count > kMostNamed ? ", ..." : "") +
          "). A job that follows rows writes names without quotes, so the destination refuses "
          "changes of these tables or takes another table for them: exclude them";
@@ -105,7 +105,7 @@ FollowResult FollowRows::Start(OracleSession& source, Positions& positions, std:
   }
   positions = {scn, scn};
   const std::string warning = WarningOfNames(job_);
-  if (!warning.empty()) context_.listener.OnError(index_, warning);
+  if (!warning.empty()) context_.listener.OnError(index_, NameOf(job_) + ": " + warning);
   return FollowResult::Done;
 }
 

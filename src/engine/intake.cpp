@@ -80,21 +80,22 @@ bool Intake::Keep(std::string& error) {
 }
 
 void Intake::Tell() const {
-  const JobFolder folder = context_.catalogue.FolderOf(NameOf(job_));
+  const std::string job = NameOf(job_);
+  const JobFolder folder = context_.catalogue.FolderOf(job);
   const std::string file = PathText(folder.File(JobFile::SetAside));
   for (const std::string& line : set_aside_.Messages(file)) {
-    context_.listener.OnError(index_, line);
+    context_.listener.OnError(index_, job + ": " + line);
   }
   for (const auto& [table, untold] : untold_) {
-    context_.listener.OnError(index_, "Changes of " + table.first + "." + table.second +
+    context_.listener.OnError(index_, job + ": changes of " + table.first + "." + table.second +
                                           " that came without a statement and are not applied: " +
                                           std::to_string(untold.count) +
                                           ". The first: " + untold.first + "; compare the table");
   }
   if (passed_over_ == 0) return;
   context_.listener.OnInformation(
-      index_, "Rows of the redo that are no statement left out: " + std::to_string(passed_over_) +
-                  ". The first: " + first_passed_over_);
+      index_, job + ": rows of the redo that are no statement left out: " +
+                  std::to_string(passed_over_) + ". The first: " + first_passed_over_);
 }
 
 }  // namespace quillmere

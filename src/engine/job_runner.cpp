@@ -111,9 +111,9 @@ void JobRunner::Step(std::size_t index) try {
   // destination took of this pass is taken back or settled when the program starts again.
   context_.jobs.ReplaceState(index, JobState::Started, JobState::Pausing);
   try {
-    context_.listener.OnError(index,
-                              std::string("The step was given up: ") + failure.what() +
-                                  ". End the program and start it again before the job goes on");
+    context_.listener.OnError(
+        index, NameOf(context_.jobs.At(index)) + ": the step was given up: " + failure.what() +
+                   ". End the program and start it again before the job goes on");
   } catch (const std::exception&) {
     // There is not even enough for telling. The job rests all the same.
   }

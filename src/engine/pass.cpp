@@ -206,7 +206,7 @@ void Pass::TakeBackPart(OracleSession& destination) {
   const std::size_t first = BeginOfTransaction(job_.run.pending_batch, next);
   if (first == next) return;
   if (!destination.Execute(follow::kBackToSavepoint)) {
-    Error("Going back to the savepoint on " + view_.destination.name +
+    Error(view_.name + ": going back to the savepoint on " + view_.destination.name +
           " failed : " + destination.LastError());
     destination.Abandon();
     abandoned_ = true;

@@ -21,8 +21,8 @@ void Pass::Hold(const std::string& reason) {
 // The answer was lost: both files stay, and the next pass asks the row.
 void Pass::LeaveUnsettled(const std::string& reason) {
   job_.run.unsettled = {commit_point_, CountedOfTables()};
-  Error("The end of the session on " + view_.destination.name + " failed : " + reason +
-        ". Whether it took the statements of this pass is found out by the next one" +
+  Error(view_.name + ": the end of the session on " + view_.destination.name + " failed : " +
+        reason + ". Whether it took the statements of this pass is found out by the next one" +
         TablesOfPass());
 }
 
@@ -30,7 +30,7 @@ void Pass::LeaveUnsettled(const std::string& reason) {
 void Pass::TellOfLoss(const OracleSession& destination) {
   constexpr oci::sb4 kTakenBack = 2091;  // "transaction rolled back", as by a deferred constraint
   const std::string& name = view_.destination.name;
-  const std::string failed = "The end of the session on " + name + " failed : ";
+  const std::string failed = view_.name + ": the end of the session on " + name + " failed : ";
   if (destination.LastErrorCode() == kTakenBack) {
     Error(failed + destination.LastError() + ". The statements of this pass are not applied");
     return;
@@ -83,7 +83,7 @@ bool Pass::SettlePosition(OracleSession& destination) {
       Hold(error);
       [[fallthrough]];
     case PositionGuard::Found::Failed:
-      Error(error);
+      Error(view_.name + ": " + error);
       return false;
   }
   context_.jobs.SetProgress(index_, progress_);

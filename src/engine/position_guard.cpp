@@ -49,7 +49,7 @@ PositionGuard::Found PositionGuard::Lock(OracleSession& destination, std::uint32
   }
   std::optional<PositionRow::Value> value;
   if (!PositionRow(destination, owner_, source_.job_id).Lock(value)) {
-    error = "The position row could not be locked : " + destination.LastError();
+    error = "the position row could not be locked : " + destination.LastError();
     return Found::Failed;
   }
   const std::string where = owner_ + "." + std::string(kPositionTable);
@@ -80,7 +80,7 @@ PositionGuard::Found PositionGuard::Lock(OracleSession& destination, std::uint32
 bool PositionGuard::Write(OracleSession& destination, std::uint32_t remaining, std::string& error) {
   const PositionRow::Value value{job_.run.positions.cutoff_scn, remaining};
   if (PositionRow(destination, owner_, source_.job_id).Update(value)) return true;
-  error = "The position row could not be written : " + destination.LastError();
+  error = NameOf(job_) + ": the position row could not be written : " + destination.LastError();
   return false;
 }
 
@@ -107,7 +107,7 @@ bool PositionGuard::Start(const std::string& old_job_id, std::int64_t cutoff_scn
                     (old_job_id.empty() || PositionRow(destination, owner_, old_job_id).Delete()) &&
                     row.Insert({cutoff_scn, 0}) && destination.EndSession();
   if (!good) {
-    error = "The position row in " + owner_ + "." + std::string(kPositionTable) +
+    error = NameOf(job_) + ": the position row in " + owner_ + "." + std::string(kPositionTable) +
             " could not be made : " + destination.LastError();
     return false;
   }

@@ -46,7 +46,7 @@ std::vector<std::string> SetAside::Messages(std::string_view file) const {
                          " more tables");
       break;
     }
-    messages.push_back("Changes of " + NameOf(table.owner, table.name) +
+    messages.push_back("changes of " + NameOf(table.owner, table.name) +
                        " set aside and not applied: " + std::to_string(table.count) +
                        ". The first, at SCN " + std::to_string(table.first_scn) + ": " +
                        std::string(WhyUnsafe(table.first_why)) + ": " + table.beginning +

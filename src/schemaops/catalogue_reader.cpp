@@ -32,8 +32,8 @@ std::string NameOf(const TableRecord& table) {
 // One reading of a catalogue, into lists of its own.
 class Reader {
  public:
-  Reader(OracleSession& session, LogLines& log, ProgressListener& listener)
-      : session_(session), log_(log), listener_(listener) {}
+  Reader(std::string source, OracleSession& session, LogLines& log, ProgressListener& listener)
+      : source_(std::move(source)), session_(session), log_(log), listener_(listener) {}
 
   CatalogueRead Read(std::string& reason);
   void MoveInto(DataSource& source);
@@ -48,6 +48,7 @@ class Reader {
   bool Tell(const std::string& what);
   CatalogueRead ReadAll(std::string& reason);
 
+  const std::string source_;  // its name
   OracleSession& session_;
   LogLines& log_;
   ProgressListener& listener_;
@@ -100,7 +101,8 @@ bool Reader::Tell(const std::string& what) {
 }
 
 void Reader::LogWarnings() {
-  for (const std::string& warning : session_.TakeWarnings()) log_.Add(warning, true);
+  for (const std::string& warning : session_.TakeWarnings())
+    log_.Add(source_ + ": " + warning, true);
 }
 
 bool Reader::ListTables() {
@@ -226,7 +228,7 @@ std::string ReadVersion(OracleSession& session) {
 
 CatalogueRead SchemaOperations::ReadCatalogue(OracleSession& session, DataSource& source,
                                               ProgressListener& listener, std::string& reason) {
-  Reader reader(session, log_, listener);
+  Reader reader(source.name, session, log_, listener);
   const CatalogueRead result = reader.Read(reason);
   if (result != CatalogueRead::Cancelled) reader.MoveInto(source);
   if (result == CatalogueRead::Read) source.needsave = true;
@@ -240,7 +242,7 @@ CatalogueRead SchemaOperations::RefreshCatalogue(DataSource& source, ProgressLis
   if (!session.Connect(source)) {
     reason = "Can't not connect to database: " + source.name;
     log_.Add(reason, true);
-    log_.Add(session.LastError(), true);
+    log_.Add(source.name + ": " + session.LastError(), true);
     reason += ". Reason: " + session.LastError();
     return CatalogueRead::Failed;
   }

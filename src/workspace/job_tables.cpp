@@ -32,12 +32,13 @@ LogOn SourceOf(const SyncJob& job) {
 
 // Where the tables of a job are.
 struct TablesPlace {
+  std::string job;
   LogOn log_on;
   std::string container;
 };
 
 TablesPlace PlaceOf(const SyncJob& job) {
-  return {SourceOf(job), ContainerOf(job)};
+  return {NameOf(job), SourceOf(job), ContainerOf(job)};
 }
 
 // What a source answers.
@@ -69,7 +70,7 @@ Outcome FetchLists(OracleSession& session, const TablesPlace& place, SourceLists
   if (!session.Connect(source)) {
     const std::string text = "Can not connect to source, refresh failed";
     log.Add(text, true);
-    log.Add(session.LastError(), true);
+    log.Add(place.job + ": " + source.name + ": " + session.LastError(), true);
     return Outcome::Refused(text + ". Reason: " + session.LastError());
   }
   if (!place.container.empty() &&
@@ -78,7 +79,8 @@ Outcome FetchLists(OracleSession& session, const TablesPlace& place, SourceLists
   }
   if (!SourceFacts(session).Enter(place.container)) {
     return Failed(session, log,
-                  "Can not enter container " + place.container + ", refresh failed. Reason: ");
+                  "Can not enter container " + place.container + " of " + source.name +
+                      ", refresh failed. Reason: ");
   }
   if (!ReadNext(session, "owners of " + source.name, listener)) return Outcome::Cancelled();
   if (!session.ListUsers(lists.owners)) {
@@ -89,7 +91,9 @@ Outcome FetchLists(OracleSession& session, const TablesPlace& place, SourceLists
   if (!session.ListTables(lists.tables)) {
     return Failed(session, log, "Can't get source table info list, refresh failed. Reason: ");
   }
-  for (const std::string& warning : session.TakeWarnings()) log.Add(warning, true);
+  for (const std::string& warning : session.TakeWarnings()) {
+    log.Add(place.job + ": " + warning, true);
+  }
   return Outcome::Done();
 }
 
@@ -240,7 +244,8 @@ void TellOverlap(Workspace& workspace, std::size_t index) {
     std::set_intersection(mine.tables.begin(), mine.tables.end(), others.tables.begin(),
                           others.tables.end(), std::back_inserter(both));
     if (both.empty()) continue;
-    workspace.Log().Add(
+    workspace.Log().AddOf(
+        NameOf(jobs.At(index)),
         NameOf(jobs.At(index)) + " and " + NameOf(jobs.At(other)) + " both carry " + both.front() +
             (both.size() == 1 ? "" : " and " + std::to_string(both.size() - 1) + " more") +
             " from " + mine.from + " to " + mine.to +

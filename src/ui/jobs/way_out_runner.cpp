@@ -39,7 +39,8 @@ void WayOutRunner::Serve(std::size_t job) {
   if (state == JobState::Pausing) return Q_EMIT Done();
   const auto action = std::move(waiting_.extract(job).mapped());
   if (state != JobState::Paused) {
-    return Tell(Outcome::Refused("The job was stopped meanwhile: nothing else was done"));
+    return Tell(Outcome::Refused(NameOf(workspace_.Jobs().At(job)) +
+                                 " was stopped meanwhile: nothing else was done"));
   }
   Outcome outcome = action();
   const Outcome continued = RetryJob(workspace_, engine_, job);
