@@ -152,10 +152,6 @@
         <translation>Bitte angeben, warum die Anweisung übersprungen wird</translation>
     </message>
     <message>
-        <source>The job was stopped meanwhile: nothing else was done</source>
-        <translation>Der Auftrag wurde inzwischen gestoppt: sonst wurde nichts getan</translation>
-    </message>
-    <message>
         <source>The destination has a row with this key already: somebody else writes to the table, or it was not alike when the job was started. Compare the row on both sides; delete it on the destination and try again, or skip the statement.</source>
         <translation>Am Ziel gibt es schon eine Zeile mit diesem Schlüssel: Jemand anders schreibt in die Tabelle, oder sie war beim Start des Auftrags nicht gleich. Die Zeile auf beiden Seiten vergleichen; sie am Ziel löschen und es erneut versuchen, oder die Anweisung überspringen.</translation>
     </message>
@@ -266,6 +262,234 @@
     <message>
         <source>Mend the cause on the destination and try again, skip the statement, or exclude the table.</source>
         <translation>Die Ursache am Ziel beheben und es erneut versuchen, die Anweisung überspringen oder die Tabelle ausschließen.</translation>
+    </message>
+    <message>
+        <source>A name must not be empty</source>
+        <translation>Ein Name darf nicht leer sein</translation>
+    </message>
+    <message>
+        <source>A name must not be longer than %1 bytes</source>
+        <translation>Ein Name darf nicht länger als %1 Byte sein</translation>
+    </message>
+    <message>
+        <source>A name must not begin with a blank</source>
+        <translation>Ein Name darf nicht mit einem Leerzeichen beginnen</translation>
+    </message>
+    <message>
+        <source>A name must not end with a blank</source>
+        <translation>Ein Name darf nicht mit einem Leerzeichen enden</translation>
+    </message>
+    <message>
+        <source>A name must not end with a dot</source>
+        <translation>Ein Name darf nicht mit einem Punkt enden</translation>
+    </message>
+    <message>
+        <source>A name must not contain control characters</source>
+        <translation>Ein Name darf keine Steuerzeichen enthalten</translation>
+    </message>
+    <message>
+        <source>A name must not contain &apos;%1&apos;</source>
+        <translation>Ein Name darf kein „%1“ enthalten</translation>
+    </message>
+    <message>
+        <source>A name must not be that of a device, like NUL or COM1</source>
+        <translation>Ein Name darf nicht der eines Geräts sein, wie NUL oder COM1</translation>
+    </message>
+    <message>
+        <source>A job&apos;s name must not begin with %1</source>
+        <translation>Der Name eines Auftrags darf nicht mit %1 beginnen</translation>
+    </message>
+    <message>
+        <source>There is a job %1 already</source>
+        <translation>Es gibt schon einen Auftrag %1</translation>
+    </message>
+    <message>
+        <source>There is a data source %1 already</source>
+        <translation>Es gibt schon eine Datenquelle %1</translation>
+    </message>
+    <message>
+        <source>There is a data source %1 already, whose file can not be read</source>
+        <translation>Es gibt schon eine Datenquelle %1, deren Datei nicht gelesen werden kann</translation>
+    </message>
+    <message>
+        <source>The name %1 is taken by a file of the program</source>
+        <translation>Der Name %1 gehört einer Datei des Programms</translation>
+    </message>
+    <message>
+        <source>There are %1 data sources already, which is the most that can be registered</source>
+        <translation>Es gibt schon %1 Datenquellen; mehr können nicht registriert werden</translation>
+    </message>
+    <message>
+        <source>There is no data source %1</source>
+        <translation>Es gibt keine Datenquelle %1</translation>
+    </message>
+    <message>
+        <source>A password must not be longer than %1 bytes</source>
+        <translation>Ein Kennwort darf nicht länger als %1 Byte sein</translation>
+    </message>
+    <message>
+        <source>What %1 follows can be changed while it is stopped only</source>
+        <translation>Wem %1 folgt, kann nur geändert werden, während er gestoppt ist</translation>
+    </message>
+    <message>
+        <source>The position row of %1 can be changed while it is stopped only</source>
+        <translation>Die Positionszeile von %1 kann nur geändert werden, während er gestoppt ist</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is no plain name of an owner: capital letters, digits, _ $ and #</source>
+        <translation>„%1“ ist kein einfacher Name eines Eigentümers: Großbuchstaben, Ziffern, _ $ und #</translation>
+    </message>
+    <message>
+        <source>%1 could not be made : %2. Grant the right to create a table there, or name another owner</source>
+        <translation>%1 konnte nicht angelegt werden: %2. Das Recht erteilen, dort eine Tabelle anzulegen, oder einen anderen Eigentümer nennen</translation>
+    </message>
+    <message>
+        <source>To %1 a row of %2 was refused : %3. Grant select, insert, update and delete on it</source>
+        <translation>%1 einer Zeile von %2 wurde abgelehnt: %3. Darauf select, insert, update und delete erteilen</translation>
+    </message>
+    <message>
+        <source>Can not connect to %1 : %2</source>
+        <translation>Keine Verbindung zu %1: %2</translation>
+    </message>
+    <message>
+        <source>Job %1 is not stopped. Stop it first</source>
+        <translation>Der Auftrag %1 ist nicht gestoppt. Bitte zuerst stoppen</translation>
+    </message>
+    <message>
+        <source>Job %1 is running. Pause or stop it first</source>
+        <translation>Der Auftrag %1 läuft. Bitte zuerst pausieren oder stoppen</translation>
+    </message>
+    <message>
+        <source>connect Database failed. Error: %1</source>
+        <translation>Die Verbindung zur Datenbank ist gescheitert. Fehler: %1</translation>
+    </message>
+    <message>
+        <source>Database already exist, user another please</source>
+        <translation>Diese Datenbank gibt es schon, bitte eine andere nehmen</translation>
+    </message>
+    <message>
+        <source>Not get table list yet, refresh first please.</source>
+        <translation>Die Tabellenliste fehlt noch, bitte zuerst auffrischen.</translation>
+    </message>
+    <message>
+        <source>A statement can be skipped while the job is paused. %1 is not</source>
+        <translation>Eine Anweisung kann übersprungen werden, während der Auftrag pausiert ist. %1 ist es nicht</translation>
+    </message>
+    <message>
+        <source>%1 is held: %2</source>
+        <translation>%1 ist gesperrt: %2</translation>
+    </message>
+    <message>
+        <source>Whether the destination took the last pass of %1 is not known yet. Let the job run once, then skip</source>
+        <translation>Ob das Ziel den letzten Durchgang von %1 angenommen hat, ist noch nicht bekannt. Den Auftrag einmal laufen lassen, dann überspringen</translation>
+    </message>
+    <message>
+        <source>%1 has no statement to skip: its batch is worked off</source>
+        <translation>%1 hat keine Anweisung zum Überspringen: sein Stapel ist abgearbeitet</translation>
+    </message>
+    <message>
+        <source>%1 is neither started nor paused: there is nothing to try again</source>
+        <translation>%1 ist weder gestartet noch pausiert: es gibt nichts, was neu versucht werden könnte</translation>
+    </message>
+    <message>
+        <source>%1 got further meanwhile: nothing was skipped</source>
+        <translation>%1 ist inzwischen weitergekommen: nichts wurde übersprungen</translation>
+    </message>
+    <message>
+        <source>The sandbox database %1 could not be made: %2</source>
+        <translation>Die Sandbox-Datenbank %1 konnte nicht angelegt werden: %2</translation>
+    </message>
+    <message>
+        <source>The sandbox library is not installed: it comes with the package quillmere-sandbox</source>
+        <translation>Die Sandbox-Bibliothek ist nicht installiert: sie kommt mit dem Paket quillmere-sandbox</translation>
+    </message>
+    <message>
+        <source>This folder has data sources of another client library: take a new working folder to try the sandbox</source>
+        <translation>Dieser Ordner hat Datenquellen einer anderen Client-Bibliothek: für einen Versuch mit der Sandbox einen neuen Arbeitsordner nehmen</translation>
+    </message>
+    <message>
+        <source>%1 is not registered any more</source>
+        <translation>%1 ist nicht mehr registriert</translation>
+    </message>
+    <message>
+        <source>connect to %1 successed</source>
+        <translation>Die Verbindung zu %1 gelang</translation>
+    </message>
+    <message>
+        <source>%1 was stopped meanwhile: nothing else was done</source>
+        <translation>%1 wurde inzwischen gestoppt: sonst ist nichts geschehen</translation>
+    </message>
+    <message>
+        <source>Drop Primary key %1 successed</source>
+        <translation>Primärschlüssel %1 gelöscht</translation>
+    </message>
+    <message>
+        <source>Drop Index %1 successed</source>
+        <translation>Index %1 gelöscht</translation>
+    </message>
+    <message>
+        <source>Drop Table %1 successed</source>
+        <translation>Tabelle %1 gelöscht</translation>
+    </message>
+    <message>
+        <source>Drop Primary key %1 failed. Reason: %2</source>
+        <translation>Primärschlüssel %1 wurde nicht gelöscht. Grund: %2</translation>
+    </message>
+    <message>
+        <source>Drop Index %1 failed. Reason: %2</source>
+        <translation>Index %1 wurde nicht gelöscht. Grund: %2</translation>
+    </message>
+    <message>
+        <source>Drop Table %1 failed, reason: %2</source>
+        <translation>Tabelle %1 wurde nicht gelöscht, Grund: %2</translation>
+    </message>
+    <message>
+        <source>Migarte Primary key %1 successed</source>
+        <translation>Primärschlüssel %1 übertragen</translation>
+    </message>
+    <message>
+        <source>Migarte Index %1 successed</source>
+        <translation>Index %1 übertragen</translation>
+    </message>
+    <message>
+        <source>Migarte Table %1 successed</source>
+        <translation>Tabelle %1 übertragen</translation>
+    </message>
+    <message>
+        <source>Migarte Primary key %1 failed. Reason: %2</source>
+        <translation>Primärschlüssel %1 wurde nicht übertragen. Grund: %2</translation>
+    </message>
+    <message>
+        <source>Migarte Index %1 failed. Reason: %2</source>
+        <translation>Index %1 wurde nicht übertragen. Grund: %2</translation>
+    </message>
+    <message>
+        <source>Migarte Table %1 failed. Reason: %2</source>
+        <translation>Tabelle %1 wurde nicht übertragen. Grund: %2</translation>
+    </message>
+    <message>
+        <source>change Pk name of %1 failed. Reason: %2</source>
+        <translation>Der Primärschlüssel %1 wurde nicht umbenannt. Grund: %2</translation>
+    </message>
+    <message>
+        <source>change index name of %1 failed. Reason: %2</source>
+        <translation>Der Index %1 wurde nicht umbenannt. Grund: %2</translation>
+    </message>
+    <message>
+        <source>change table name of %1 failed. Reason: %2</source>
+        <translation>Die Tabelle %1 wurde nicht umbenannt. Grund: %2</translation>
+    </message>
+    <message>
+        <source>Key: %1&apos;s name changed to %2</source>
+        <translation>Der Schlüssel %1 heißt jetzt %2</translation>
+    </message>
+    <message>
+        <source>index: %1&apos;s name changed to %2</source>
+        <translation>Der Index %1 heißt jetzt %2</translation>
+    </message>
+    <message>
+        <source>table: %1&apos;s name changed to %2</source>
+        <translation>Die Tabelle %1 heißt jetzt %2</translation>
     </message>
 </context>
 <context>

@@ -4,11 +4,19 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QLineEdit>
 #include <QPalette>
+#include <string>
+#include <string_view>
+#include <utility>
 
+#include "foundation/file_names.h"
 #include "support/temp_folder.h"
+#include "ui/toolkit/core_words.h"
+#include "ui/toolkit/language.h"
 #include "ui/toolkit/text.h"
+#include "workspace/job_tables.h"
 
 namespace quillmere {
 namespace {
@@ -63,6 +71,32 @@ TEST_F(AppearanceTest, TheChoiceComesBackAndAMissingSkinIsSaid) {
   without.Restore(reason);
   EXPECT_NE(reason.find("skin.qss"), std::string::npos) << reason;
   EXPECT_EQ(Window(), dark);
+}
+
+// Of what the core says with names in it: that the core still says it so, and that the names stay.
+TEST_F(AppearanceTest, SentencesOfTheCoreAreTranslatedAroundTheirNames) {
+  UseLanguage(Language::German);
+  const std::pair<std::string, const char*> rows[] = {
+      {WhyNoFileName("a?b"), "Ein Name darf kein „?“ enthalten"},
+      {WhyNoFileName(std::string(1000, 'a')), "Ein Name darf nicht länger als "},
+      {WhyBusy("%1"), "Der Auftrag %1 läuft. Bitte zuerst pausieren oder stoppen"},
+      {"%2 is held: J is held: %1", "%2 ist gesperrt: J is held: %1"},
+      {"There is a data source A already, whose file can not be read",
+       "Es gibt schon eine Datenquelle A, deren Datei nicht gelesen werden kann"},
+      {"J is held", "J is held"},
+      {"Rows of J", "Rows of J"},
+  };
+  for (const auto& [said, shown] : rows) {
+    EXPECT_TRUE(ToBytes(Translated(said)).starts_with(shown)) << ToBytes(Translated(said));
+  }
+  for (const std::string_view words : kCoreWords) {
+    const QString pattern = ToQt(words);
+    if (!pattern.contains(u'%')) continue;
+    const QString names = QString(pattern).replace("%1", "A").replace("%2", "B");
+    QString german = QCoreApplication::translate("CoreWords", words.data());
+    EXPECT_EQ(Translated(ToBytes(QString(names).replace("%3", "C"))),
+              german.replace("%1", "A").replace("%2", "B").replace("%3", "C"));
+  }
 }
 
 TEST_F(AppearanceTest, AnUntouchedFieldGivesItsBytesBack) {

@@ -96,7 +96,7 @@ void SchemaDialog::ShowTip(std::string_view line, bool failed) {
   QPalette colours = palette();
   if (failed) colours.setColor(QPalette::WindowText, FailureColor());
   tips_->setPalette(colours);
-  const QString text = OneLine(line);
+  const QString text = OneLine(ToBytes(Translated(line)));
   tips_->setText(tips_->fontMetrics().elidedText(text, Qt::ElideRight, tips_->width()));
   tips_->setToolTip(text);
 }

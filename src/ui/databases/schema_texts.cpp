@@ -99,7 +99,7 @@ QString OptionsWithoutEffect(const MigratePlan& plan) {
 
 QString WhatFailed(const SchemaRun& run, std::size_t total) {
   if (run.failed == 0) return {};
-  const QString reason = ToQt(std::string_view(run.first_failure).substr(0, kLongestReason));
+  const QString reason = Translated(run.first_failure).left(kLongestReason);
   if (total == 1) return reason;
   return SchemaTexts::tr("%1 of %2 failed, the first one with:\n%3")
       .arg(Grouped(static_cast<std::int64_t>(run.failed)),

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The words and sentences of the core that the window shows in its own language (Translated in
 // text.h). The core has no translations: what it says to a log or to the command line is English.
-// One that is not here, or is put together there with names in it, is shown as it is.
+// %1, %2 and so on, in this order, are places where the core puts names or what a server said,
+// which stay as they are. What is not here is shown as it is.
 #pragma once
 
 #include <QtGlobal>
@@ -146,7 +147,79 @@ inline constexpr const char* kCoreWords[] = {
     QT_TRANSLATE_NOOP("CoreWords", "Database is using in running job, delete later"),
     QT_TRANSLATE_NOOP("CoreWords", "A password must not contain a zero byte"),
     QT_TRANSLATE_NOOP("CoreWords", "Say why the statement is skipped"),
-    QT_TRANSLATE_NOOP("CoreWords", "The job was stopped meanwhile: nothing else was done"),
+    // refusals with names in them
+    QT_TRANSLATE_NOOP("CoreWords", "A name must not be empty"),
+    QT_TRANSLATE_NOOP("CoreWords", "A name must not be longer than %1 bytes"),
+    QT_TRANSLATE_NOOP("CoreWords", "A name must not begin with a blank"),
+    QT_TRANSLATE_NOOP("CoreWords", "A name must not end with a blank"),
+    QT_TRANSLATE_NOOP("CoreWords", "A name must not end with a dot"),
+    QT_TRANSLATE_NOOP("CoreWords", "A name must not contain control characters"),
+    QT_TRANSLATE_NOOP("CoreWords", "A name must not contain '%1'"),
+    QT_TRANSLATE_NOOP("CoreWords", "A name must not be that of a device, like NUL or COM1"),
+    QT_TRANSLATE_NOOP("CoreWords", "A job's name must not begin with %1"),
+    QT_TRANSLATE_NOOP("CoreWords", "There is a job %1 already"),
+    QT_TRANSLATE_NOOP("CoreWords", "There is a data source %1 already"),
+    QT_TRANSLATE_NOOP("CoreWords", "There is a data source %1 already, whose file can not be read"),
+    QT_TRANSLATE_NOOP("CoreWords", "The name %1 is taken by a file of the program"),
+    QT_TRANSLATE_NOOP(
+        "CoreWords", "There are %1 data sources already, which is the most that can be registered"),
+    QT_TRANSLATE_NOOP("CoreWords", "There is no data source %1"),
+    QT_TRANSLATE_NOOP("CoreWords", "A password must not be longer than %1 bytes"),
+    QT_TRANSLATE_NOOP("CoreWords", "What %1 follows can be changed while it is stopped only"),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "The position row of %1 can be changed while it is stopped only"),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "'%1' is no plain name of an owner: capital letters, digits, _ $ and #"),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "%1 could not be made : %2. Grant the right to create a table there, or name "
+                      "another owner"),
+    QT_TRANSLATE_NOOP(
+        "CoreWords",
+        "To %1 a row of %2 was refused : %3. Grant select, insert, update and delete on it"),
+    QT_TRANSLATE_NOOP("CoreWords", "Can not connect to %1 : %2"),
+    QT_TRANSLATE_NOOP("CoreWords", "Job %1 is not stopped. Stop it first"),
+    QT_TRANSLATE_NOOP("CoreWords", "Job %1 is running. Pause or stop it first"),
+    QT_TRANSLATE_NOOP("CoreWords", "connect Database failed. Error: %1"),
+    QT_TRANSLATE_NOOP("CoreWords", "Database already exist, user another please"),
+    QT_TRANSLATE_NOOP("CoreWords", "Not get table list yet, refresh first please."),
+    QT_TRANSLATE_NOOP("CoreWords", "A statement can be skipped while the job is paused. %1 is not"),
+    QT_TRANSLATE_NOOP("CoreWords", "%1 is held: %2"),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "Whether the destination took the last pass of %1 is not known yet. Let the "
+                      "job run once, then skip"),
+    QT_TRANSLATE_NOOP("CoreWords", "%1 has no statement to skip: its batch is worked off"),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "%1 is neither started nor paused: there is nothing to try again"),
+    QT_TRANSLATE_NOOP("CoreWords", "%1 got further meanwhile: nothing was skipped"),
+    QT_TRANSLATE_NOOP("CoreWords", "The sandbox database %1 could not be made: %2"),
+    QT_TRANSLATE_NOOP(
+        "CoreWords",
+        "The sandbox library is not installed: it comes with the package quillmere-sandbox"),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "This folder has data sources of another client library: take a new working "
+                      "folder to try the sandbox"),
+    QT_TRANSLATE_NOOP("CoreWords", "%1 is not registered any more"),
+    QT_TRANSLATE_NOOP("CoreWords", "connect to %1 successed"),
+    QT_TRANSLATE_NOOP("CoreWords", "%1 was stopped meanwhile: nothing else was done"),
+    // what became of a drop, a rename or a migration
+    QT_TRANSLATE_NOOP("CoreWords", "Drop Primary key %1 successed"),
+    QT_TRANSLATE_NOOP("CoreWords", "Drop Index %1 successed"),
+    QT_TRANSLATE_NOOP("CoreWords", "Drop Table %1 successed"),
+    QT_TRANSLATE_NOOP("CoreWords", "Drop Primary key %1 failed. Reason: %2"),
+    QT_TRANSLATE_NOOP("CoreWords", "Drop Index %1 failed. Reason: %2"),
+    QT_TRANSLATE_NOOP("CoreWords", "Drop Table %1 failed, reason: %2"),
+    QT_TRANSLATE_NOOP("CoreWords", "Migarte Primary key %1 successed"),
+    QT_TRANSLATE_NOOP("CoreWords", "Migarte Index %1 successed"),
+    QT_TRANSLATE_NOOP("CoreWords", "Migarte Table %1 successed"),
+    QT_TRANSLATE_NOOP("CoreWords", "Migarte Primary key %1 failed. Reason: %2"),
+    QT_TRANSLATE_NOOP("CoreWords", "Migarte Index %1 failed. Reason: %2"),
+    QT_TRANSLATE_NOOP("CoreWords", "Migarte Table %1 failed. Reason: %2"),
+    QT_TRANSLATE_NOOP("CoreWords", "change Pk name of %1 failed. Reason: %2"),
+    QT_TRANSLATE_NOOP("CoreWords", "change index name of %1 failed. Reason: %2"),
+    QT_TRANSLATE_NOOP("CoreWords", "change table name of %1 failed. Reason: %2"),
+    QT_TRANSLATE_NOOP("CoreWords", "Key: %1's name changed to %2"),
+    QT_TRANSLATE_NOOP("CoreWords", "index: %1's name changed to %2"),
+    QT_TRANSLATE_NOOP("CoreWords", "table: %1's name changed to %2"),
 };
 
 }  // namespace quillmere
