@@ -4,6 +4,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QTabBar>
 #include <QTabWidget>
 #include <fstream>
@@ -122,6 +123,23 @@ TEST_F(JobPages, DoctorSaysWhatIsWrongAndCuresAreTakenAlong) {
   std::filesystem::remove(folder_ / "sandbox/B.db");
   Press("alt+m");
   WaitForRow("DoctorList", "1|log-on|failure|B|");
+}
+
+TEST_F(JobPages, NowSaysWhatDoesNotFitOnTheDestinationUntilItDoes) {
+  OpenRunning("NowPage");
+  const std::string row = "insert into SHOP.ITEM (ID) values ";
+  Sql("A", row + "(1);\nalter table SHOP.ITEM add (EXTRA VARCHAR2(20));\n" + row + "(2);");
+  const auto wait_for = [this](const std::string& words) {
+    const auto* field = Find("NowPage")->findChild<QLabel*>("NowDefinitions");
+    WaitFor("definitions: " + words, [=, this] {
+      NextPass();
+      return words.empty() ? field->text().isEmpty() : field->text().contains(words.c_str());
+    });
+  };
+  wait_for("SHOP.ITEM has no column EXTRA");
+  Sql("B", "alter table SHOP.ITEM add (EXTRA VARCHAR2(20));");
+  Sql("A", row + "(3);");
+  wait_for("");
 }
 
 TEST_F(JobPages, PictureShowsThePassesAndWhereTheSourceStands) {

@@ -7,7 +7,13 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDesktopServices>
+#include <QTextBrowser>
+#include <QTreeView>
+#include <QUrl>
 #include <csignal>
+#include <memory>
+#include <utility>
 
 #include "window/program_fixture.h"
 #include "workspace/program_folder.h"
@@ -85,6 +91,42 @@ TEST_F(MainWindow, HintsMessagesAndSettings) {
   EXPECT_FALSE(IsShown("TreeView1"));
   ChooseInMenu("Optionen", "Meldungen zeigen");
   EXPECT_TRUE(IsShown("TreeView1"));
+}
+
+TEST_F(MainWindow, ExplainsTheMessageUnderTheMouse) {
+  folder_.Write("HTML/messages.html",
+                "<tr id=\"gone\"><td><code>job: <var>JOB</var> deleted.</code></td></tr>\n"
+                "<tr id=\"made\"><td><code>A job created, name is <var>JOB</var></code></td></tr>");
+  OpenWithJob();
+  Ui([this] { Work().Log().Add("job: J deleted.", false); });
+  const auto browser = Ui([] { return std::make_unique<QTextBrowser>(); });
+  Ui([&] { QDesktopServices::setUrlHandler("file", browser.get(), "setSource"); });
+  const auto wait_for = [&](const QString& anchor) {
+    WaitFor(anchor.toStdString(), [&] {
+      return browser->source().fileName() == "messages.html" &&
+             browser->source().fragment() == anchor;
+    });
+  };
+  for (const auto& [words, anchor] :
+       {std::pair(" A job created, name is J", "made"), std::pair(" job: J deleted.", "gone")}) {
+    const auto* list = Find<QTreeView>("TreeView1")->model();
+    const auto line = Ui([&, end = words] {
+      return list->match(list->index(0, 0), Qt::DisplayRole, end, 1, Qt::MatchEndsWith)
+          .value(0)
+          .data()
+          .toString()
+          .toStdString();
+    });
+    ClickRow("TreeView1", line, x::kRight);
+    ChooseInPopup("Explain this message");
+    wait_for(anchor);
+  }
+  Ui([&] { browser->setSource(QUrl()); });
+  Press("Menu");
+  WaitFor("the menu", [] { return QApplication::activePopupWidget() != nullptr; });
+  Press("e");
+  wait_for("gone");
+  Ui([] { QDesktopServices::unsetUrlHandler("file"); });
 }
 
 TEST_F(MainWindow, StaysOpenWhileThereIsWork) {
