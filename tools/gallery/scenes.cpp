@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "gallery/scenes.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPushButton>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTableView>
 #include <QThread>
 #include <QTreeView>
 #include <chrono>
+#include <utility>
 
 #include "ui/databases/T_dropform.h"
 #include "ui/databases/T_migrateform.h"
@@ -93,6 +96,26 @@ void TakeJobExplorer(Scene& scene, Studio& studio) {
   scene.SelectNode("JobMgrTV", {1, 1});
   scene.SelectRows("JobMgrLV", {0});
   studio.Take(scene.Main(), "main-exclude");
+}
+
+// The doctor asks the example's databases.
+void TakeDoctor(Scene& scene, Studio& studio) {
+  scene.TurnTo(0);
+  scene.SelectNode("JobMgrTV", {1});
+  auto* pages = scene.Part<QTabWidget>("JobPages");
+  pages->setCurrentWidget(scene.Part<QWidget>("DoctorPage"));
+  scene.Part<QPushButton>("ExamineBtn")->click();
+  auto* list = scene.Part<QAbstractItemView>("DoctorList");
+  const auto found =
+      list->model()->match(list->model()->index(0, 2), Qt::DisplayRole, "failure", 1);
+  if (!found.empty()) list->setCurrentIndex(found.front());
+  scene.Main().resize(kMainSize.width(), 800);
+  Settle();
+  list->scrollTo(list->currentIndex());
+  Settle();
+  studio.Take(scene.Main(), "job-doctor");
+  scene.Main().resize(kMainSize);
+  pages->setCurrentIndex(0);
 }
 
 void TakeDatabaseManager(Scene& scene, Studio& studio) {
@@ -235,6 +258,7 @@ void TakeAll(UiContext& context, Studio& studio) {
   }
   Scene scene(context);
   TakeJobExplorer(scene, studio);
+  TakeDoctor(scene, studio);
   TakeDatabaseManager(scene, studio);
   TakeMessages(scene, studio);
   TakeMenus(scene, studio);
