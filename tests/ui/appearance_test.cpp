@@ -5,14 +5,17 @@
 
 #include <QApplication>
 #include <QCoreApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPalette>
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "foundation/file_names.h"
 #include "support/temp_folder.h"
+#include "ui/main/farewell.h"
 #include "ui/toolkit/core_words.h"
 #include "ui/toolkit/language.h"
 #include "ui/toolkit/text.h"
@@ -96,6 +99,23 @@ TEST_F(AppearanceTest, SentencesOfTheCoreAreTranslatedAroundTheirNames) {
     QString german = QCoreApplication::translate("CoreWords", words.data());
     EXPECT_EQ(Translated(ToBytes(QString(names).replace("%3", "C"))),
               german.replace("%1", "A").replace("%2", "B").replace("%3", "C"));
+  }
+}
+
+TEST_F(AppearanceTest, AnEndThatTakesLongSaysWhatItWaitsFor) {
+  Farewell farewell;
+  const auto is_said = [](const QString& what) {
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return std::any_of(windows.begin(), windows.end(), [&](const QWidget* window) {
+      const auto labels = window->findChildren<QLabel*>();
+      return window->isVisible() && std::any_of(labels.begin(), labels.end(), [&](QLabel* label) {
+               return label->text() == what;
+             });
+    });
+  };
+  for (const QString what : {"for A", "for B"}) {
+    for (int turn = 0; turn < 12000 && !is_said(what); ++turn) farewell.Wait(what);
+    EXPECT_TRUE(is_said(what)) << what.toStdString();
   }
 }
 
