@@ -68,7 +68,7 @@ TEST_F(CatalogueReaderTest, CancelKeepsTheRecordAndProgressIsPaced) {
   EXPECT_EQ(Refresh(), CatalogueRead::Read);
   EXPECT_LT(heard_.progress.size(), 1000u);
   EXPECT_EQ(source_.tables.size(), 3000u);
-  EXPECT_TRUE(TakeLog()[2].starts_with("! DEMO: table beginning with S.TTT"));
+  EXPECT_TRUE(TakeLog()[2].starts_with("! FROM: table beginning with S.TTT"));
 }
 
 TEST(Version, IsTheWordThatLooksLikeARelease) {
