@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 
+#include "gallery/stuck_job.h"
 #include "workspace/job_operations.h"
 #include "workspace/job_tables.h"
 #include "workspace/source_operations.h"
@@ -126,27 +127,44 @@ std::unique_ptr<Workspace> ExampleFolder::Open(const std::filesystem::path& fold
   return Workspace::Open(options, reason);
 }
 
+std::unique_ptr<Workspace> ExampleFolder::OpenStuck(std::string& reason) {
+  if (!MakeDatabase("SHOP", kShop, reason) || !MakeDatabase("MIRROR", kShop, reason))
+    return nullptr;
+  std::unique_ptr<Workspace> workspace = Open(folder_ / "stuck", reason);
+  const auto enter = [&](const std::string& database, const std::string& script) {
+    return Enter(database, script, reason);
+  };
+  if (workspace == nullptr || !MakeStuckJob(*workspace, clock_, "SHOP", "MIRROR", enter, reason)) {
+    return nullptr;
+  }
+  return workspace;
+}
+
 bool ExampleFolder::MakeDatabase(const std::string& name, const std::string& script,
                                  std::string& reason) {
-  const QString file = QString::fromStdString((folder_ / (name + ".sql")).string());
+  return UseTool({"create", QString::fromStdString(name)}, reason) && Enter(name, script, reason);
+}
+
+bool ExampleFolder::Enter(const std::string& database, const std::string& script,
+                          std::string& reason) {
+  const QString file = QString::fromStdString((folder_ / (database + ".sql")).string());
   QFile text(file);
   if (!text.open(QIODevice::WriteOnly) || text.write(script.c_str()) < 0) {
     reason = text.errorString().toStdString();
     return false;
   }
   text.close();
-  const QString database = QString::fromStdString(name);
-  for (const QStringList& arguments :
-       {QStringList{"create", database}, QStringList{"sql", database, file}}) {
-    QProcess tool;
-    tool.start(QString::fromStdString((programs_ / "quillmere-sandbox").string()),
-               QStringList{"--workdir", QString::fromStdString(folder_.string())} + arguments);
-    if (!tool.waitForFinished() || tool.exitCode() != 0) {
-      reason = name + ": " + (tool.errorString() + ' ' + tool.readAllStandardError()).toStdString();
-      return false;
-    }
-  }
-  return true;
+  return UseTool({"sql", QString::fromStdString(database), file}, reason);
+}
+
+bool ExampleFolder::UseTool(const QStringList& arguments, std::string& reason) {
+  QProcess tool;
+  tool.start(QString::fromStdString((programs_ / "quillmere-sandbox").string()),
+             QStringList{"--workdir", QString::fromStdString(folder_.string())} + arguments);
+  if (tool.waitForFinished() && tool.exitCode() == 0) return true;
+  reason = (arguments.join(' ') + ": " + tool.errorString() + ' ' + tool.readAllStandardError())
+               .toStdString();
+  return false;
 }
 
 bool ExampleFolder::Register(std::string& reason) {

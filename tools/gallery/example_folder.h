@@ -3,6 +3,7 @@
 // sources and jobs between them, and a day's messages.
 #pragma once
 
+#include <QStringList>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -38,9 +39,14 @@ class ExampleFolder {
   // A folder as a newcomer has it, in the example's. To be closed before the example goes.
   std::unique_ptr<Workspace> OpenEmpty(std::string& reason) const;
 
+  // A folder with one job, which a refused row holds up; likewise. Once.
+  std::unique_ptr<Workspace> OpenStuck(std::string& reason);
+
  private:
   std::unique_ptr<Workspace> Open(const std::filesystem::path& folder, std::string& reason) const;
   bool MakeDatabase(const std::string& name, const std::string& script, std::string& reason);
+  bool Enter(const std::string& database, const std::string& script, std::string& reason);
+  bool UseTool(const QStringList& arguments, std::string& reason);
   bool Register(std::string& reason);
   bool MakeJobs(std::string& reason);
   void SetCounts();

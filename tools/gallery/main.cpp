@@ -29,6 +29,11 @@ int TakePictures(const QString& folder, const QString& language) {
     QTextStream(stderr) << QString::fromStdString(reason) << '\n';
     return 1;
   }
+  const std::unique_ptr<Workspace> stuck = example.OpenStuck(reason);
+  if (stuck == nullptr) {
+    QTextStream(stderr) << QString::fromStdString(reason) << '\n';
+    return 1;
+  }
   int taken = 0;
   bool failed = false;
   WindowMemory memory(example.Opened().Folder());
@@ -37,6 +42,7 @@ int TakePictures(const QString& folder, const QString& language) {
   DatabaseThread databases;
   UiContext context{example.Opened(), memory, appearance, databases};
   UiContext newcomer{*empty, memory, appearance, databases};
+  UiContext held_up{*stuck, memory, appearance, databases};
   const auto take = [&](Appearance::Scheme scheme, const QString& suffix, auto&& scenes) {
     appearance.SetScheme(scheme);
     Studio studio{QDir(folder), suffix};
@@ -47,6 +53,7 @@ int TakePictures(const QString& folder, const QString& language) {
   const auto all = [&](Studio& studio) {
     TakeAll(context, studio);
     TakeEmpty(newcomer, studio);
+    TakeStuck(held_up, studio);
   };
   take(Appearance::Scheme::Light, {}, all);
   take(Appearance::Scheme::Dark, "-dark", all);

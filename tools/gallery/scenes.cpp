@@ -3,7 +3,9 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
 #include <QItemSelectionModel>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
@@ -274,6 +276,32 @@ void TakeEmpty(UiContext& context, Studio& studio) {
   studio.Take(scene.Main(), "main-empty");
   scene.TurnTo(1);
   studio.Take(scene.Main(), "database-empty");
+}
+
+void TakeStuck(UiContext& context, Studio& studio) {
+  Scene scene(context);
+  scene.TurnTo(0);
+  scene.SelectNode("JobMgrTV", {0});
+  scene.Main().resize(kMainSize.width(), 800);
+  auto* pages = scene.Part<QTabWidget>("JobPages");
+  const auto open = [&](const char* page, const char* button) {
+    pages->setCurrentWidget(scene.Part<QWidget>(page));
+    scene.Part<QPushButton>(button)->click();
+    Settle();
+  };
+  open("ProblemPage", "LookBtn");
+  studio.Take(scene.Main(), "job-problem");
+  open("PreviewPage", "PreviewBtn");
+  studio.Take(scene.Main(), "job-preview");
+  scene.Part<QComboBox>("PictureSpan")->setCurrentIndex(2);
+  open("PicturePage", "AskSourceBtn");
+  // The file is read by another thread.
+  const auto* summary = scene.Part<QLabel>("PictureSummary");
+  for (int turn = 0; turn < 500 && summary->text().isEmpty(); ++turn) {
+    QThread::msleep(10);
+    Settle();
+  }
+  studio.Take(scene.Main(), "job-picture");
 }
 
 void TakeSkin(UiContext& context, Studio& studio, const std::filesystem::path& skin) {

@@ -13,6 +13,9 @@ void TakeAll(UiContext& context, Studio& studio);
 // What a newcomer sees: a folder with nothing in it.
 void TakeEmpty(UiContext& context, Studio& studio);
 
+// The pages of a job that a refused row holds up.
+void TakeStuck(UiContext& context, Studio& studio);
+
 // The main window once more, in the skin.
 void TakeSkin(UiContext& context, Studio& studio, const std::filesystem::path& skin);
 

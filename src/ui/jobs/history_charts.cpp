@@ -161,19 +161,23 @@ void HistoryCharts::DrawFrame(QPainter& painter, int chart, double top) const {
 }
 
 void HistoryCharts::DrawTimes(QPainter& painter, const QRect& plot) const {
-  constexpr int kTimes = 4;
+  constexpr int kMostTimes = 4;
   const bool days = picture_->Span() > std::chrono::hours(25);
   const QString format = days ? tr("d MMM hh:mm") : QStringLiteral("hh:mm");
-  const int width = plot.width() / kTimes;
-  for (int i = 0; i < kTimes; ++i) {
+  const auto words = [&](std::int64_t since_ms) {
+    return QLocale().toString(Moment({picture_->Begin().ms + since_ms}), format);
+  };
+  const int room = fontMetrics().horizontalAdvance(words(0)) + kMargin;
+  const int times = std::clamp(plot.width() / room, 1, kMostTimes);
+  const int width = plot.width() / times;
+  for (int i = 0; i < times; ++i) {
     const int x = plot.left() + i * width;
-    const std::int64_t since = picture_->Span().count() * i / kTimes;
+    const std::int64_t since = picture_->Span().count() * i / times;
     painter.setPen(palette().color(QPalette::Mid));
     painter.drawLine(x, plot.bottom(), x, plot.bottom() + 3);
     painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.drawText(QRect(x + 3, plot.bottom() + 1, width - 3, fontMetrics().height()),
-                     Qt::AlignLeft | Qt::AlignVCenter,
-                     QLocale().toString(Moment({picture_->Begin().ms + since}), format));
+                     Qt::AlignLeft | Qt::AlignVCenter, words(since));
   }
 }
 
