@@ -10,6 +10,7 @@
 #include <QStringList>
 #include <QTableView>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 #include "ui/jobs/way_out_runner.h"
@@ -154,7 +155,11 @@ QSplitter* PreviewPage::MakeLists() {
   statements_->horizontalHeader()->setHighlightSections(false);
   statements_->horizontalHeader()->setStretchLastSection(true);
   constexpr int kWidths[] = {70, 80, 120, 420};
-  for (int i = 0; i < StatementRows::kWhy; ++i) statements_->setColumnWidth(i, kWidths[i]);
+  // In other languages a heading may be longer; words of the cells are as short as it.
+  for (int i = 0; i < StatementRows::kWhy; ++i) {
+    statements_->setColumnWidth(
+        i, std::max(kWidths[i], statements_->horizontalHeader()->sectionSizeHint(i)));
+  }
   connect(statements_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           &PreviewPage::ShowStatement);
   statement_ = new QPlainTextEdit(this);
