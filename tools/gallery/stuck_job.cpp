@@ -82,11 +82,11 @@ bool WriteWeek(Workspace& workspace, LocalTime now, std::string& reason) {
 
 }  // namespace
 
-bool MakeStuckJob(Workspace& workspace, StandingClock& clock, const std::string& source,
-                  const std::string& destination,
-                  const std::function<bool(const std::string& database, const std::string& script)>&
-                      enter,
-                  std::string& reason) {
+bool MakeStuckJob(
+    Workspace& workspace, StandingClock& clock, const std::string& source,
+    const std::string& destination,
+    const std::function<bool(const std::string& database, const std::string& script)>& enter,
+    std::string& reason) {
   InPlace work;
   for (const std::string& name : {source, destination}) {
     const Outcome added = AddDataSource(workspace, {name, "SYS", "sandbox", true}, work);
