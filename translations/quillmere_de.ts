@@ -678,6 +678,423 @@
     </message>
 </context>
 <context>
+    <name>DoctorWords</name>
+    <message>
+        <source>log-on</source>
+        <translation>Anmeldung</translation>
+    </message>
+    <message>
+        <source>version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>container</source>
+        <translation>Container</translation>
+    </message>
+    <message>
+        <source>characters and formats</source>
+        <translation>Zeichen und Formate</translation>
+    </message>
+    <message>
+        <source>clock</source>
+        <translation>Uhr</translation>
+    </message>
+    <message>
+        <source>grants on the source</source>
+        <translation>Rechte an der Quelle</translation>
+    </message>
+    <message>
+        <source>LogMiner</source>
+        <translation>LogMiner</translation>
+    </message>
+    <message>
+        <source>archiving</source>
+        <translation>Archivierung</translation>
+    </message>
+    <message>
+        <source>supplemental logging</source>
+        <translation>Supplemental Logging</translation>
+    </message>
+    <message>
+        <source>redo kept</source>
+        <translation>Aufbewahrung des Redo</translation>
+    </message>
+    <message>
+        <source>log members</source>
+        <translation>Dateien der Logs</translation>
+    </message>
+    <message>
+        <source>grants on the destination</source>
+        <translation>Rechte am Ziel</translation>
+    </message>
+    <message>
+        <source>room</source>
+        <translation>Platz</translation>
+    </message>
+    <message>
+        <source>tables on both sides</source>
+        <translation>Tabellen auf beiden Seiten</translation>
+    </message>
+    <message>
+        <source>keys</source>
+        <translation>Schlüssel</translation>
+    </message>
+    <message>
+        <source>columns</source>
+        <translation>Spalten</translation>
+    </message>
+    <message>
+        <source>types</source>
+        <translation>Typen</translation>
+    </message>
+    <message>
+        <source>names</source>
+        <translation>Namen</translation>
+    </message>
+    <message>
+        <source>triggers and cascades</source>
+        <translation>Trigger und Kaskaden</translation>
+    </message>
+    <message>
+        <source>other jobs</source>
+        <translation>Andere Aufträge</translation>
+    </message>
+    <message>
+        <source>rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>tablespace %1</source>
+        <translation>Tablespace %1</translation>
+    </message>
+    <message>
+        <source>could not be checked: %1</source>
+        <translation>Nicht zu prüfen: %1</translation>
+    </message>
+    <message>
+        <source>could not be checked: not logged on</source>
+        <translation>Nicht zu prüfen: keine Anmeldung</translation>
+    </message>
+    <message>
+        <source>could not be checked: the version reads &apos;%1&apos;</source>
+        <translation>Nicht zu prüfen: Die Version lautet „%1“</translation>
+    </message>
+    <message>
+        <source>could not be checked: its time reads &apos;%1&apos;</source>
+        <translation>Nicht zu prüfen: Ihre Zeit lautet „%1“</translation>
+    </message>
+    <message>
+        <source>both databases can be logged on to</source>
+        <translation>Die Anmeldung an beiden Datenbanken gelingt</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>von %1 nach %2</translation>
+    </message>
+    <message>
+        <source>%1 is too old to be followed</source>
+        <translation>%1 ist zu alt für eine Quelle</translation>
+    </message>
+    <message>
+        <source>%1 is older than the source, %2: it may not take what the source writes</source>
+        <translation>%1 ist älter als die Quelle, %2: Womöglich nimmt das Ziel nicht alles an, was die Quelle schreibt</translation>
+    </message>
+    <message>
+        <source>leads to the root, not to one of its containers</source>
+        <translation>führt zur Wurzel, nicht zu einem ihrer Container</translation>
+    </message>
+    <message>
+        <source>is the root, which shows the changes of all containers</source>
+        <translation>ist die Wurzel, die die Änderungen aller Container zeigt</translation>
+    </message>
+    <message>
+        <source>leads to %1, the job follows %2</source>
+        <translation>führt zu %1, der Auftrag folgt %2</translation>
+    </message>
+    <message>
+        <source>leads to none, the job follows %1</source>
+        <translation>führt zu keinem Container, der Auftrag folgt %1</translation>
+    </message>
+    <message>
+        <source>has no container %1</source>
+        <translation>hat keinen Container %1</translation>
+    </message>
+    <message>
+        <source>the source leads to: %1</source>
+        <translation>Die Quelle führt zu: %1</translation>
+    </message>
+    <message>
+        <source>the source leads to: none</source>
+        <translation>Die Quelle führt zu keinem Container</translation>
+    </message>
+    <message>
+        <source>has characters of %1, the source those of %2: what it does not know is lost</source>
+        <translation>hat den Zeichensatz %1, die Quelle %2: Was das Ziel nicht kennt, geht verloren</translation>
+    </message>
+    <message>
+        <source>reads dates or numbers in other formats than the source writes</source>
+        <translation>liest Datumsangaben oder Zahlen in anderen Formaten, als die Quelle sie schreibt</translation>
+    </message>
+    <message>
+        <source>writes dates as %1, without the time of day</source>
+        <translation>schreibt Datumsangaben als %1, ohne die Uhrzeit</translation>
+    </message>
+    <message>
+        <source>%1 to %2, dates and numbers alike</source>
+        <translation>von %1 nach %2, Datumsangaben und Zahlen gleich</translation>
+    </message>
+    <message>
+        <source>its clock and ours are %1 s apart</source>
+        <translation>Ihre Uhr und unsere gehen %1 s auseinander</translation>
+    </message>
+    <message>
+        <source>both clocks agree with ours</source>
+        <translation>Beide Uhren stimmen mit unserer überein</translation>
+    </message>
+    <message>
+        <source>every query of the program is answered</source>
+        <translation>Jede Abfrage des Programms wird beantwortet</translation>
+    </message>
+    <message>
+        <source>no current log can be read</source>
+        <translation>Das aktuelle Log ist nicht zu lesen</translation>
+    </message>
+    <message>
+        <source>starts and ends on %1</source>
+        <translation>lässt sich mit %1 starten und beenden</translation>
+    </message>
+    <message>
+        <source>redo that is overwritten is lost: nothing is archived</source>
+        <translation>Überschriebenes Redo ist verloren: Nichts wird archiviert</translation>
+    </message>
+    <message>
+        <source>%1; by rows only online logs are read</source>
+        <translation>%1; nach Zeilen werden nur Online-Logs gelesen</translation>
+    </message>
+    <message>
+        <source>without the minimal kind LogMiner can not be relied on</source>
+        <translation>Ohne die minimale Art ist auf LogMiner kein Verlass</translation>
+    </message>
+    <message>
+        <source>for the whole database: all columns</source>
+        <translation>für die ganze Datenbank: alle Spalten</translation>
+    </message>
+    <message>
+        <source>for the whole database: keys</source>
+        <translation>für die ganze Datenbank: Schlüssel</translation>
+    </message>
+    <message>
+        <source>its updates may not tell their row</source>
+        <translation>Ihre Änderungen nennen womöglich ihre Zeile nicht</translation>
+    </message>
+    <message>
+        <source>for each table of the job</source>
+        <translation>für jede Tabelle des Auftrags</translation>
+    </message>
+    <message>
+        <source>redo is kept for %1 minutes, two intervals are %2 minutes</source>
+        <translation>Redo bleibt %1 min erhalten, zwei Intervalle sind %2 min</translation>
+    </message>
+    <message>
+        <source>redo is kept for %1 minutes, two intervals are %2 hours</source>
+        <translation>Redo bleibt %1 min erhalten, zwei Intervalle sind %2 h</translation>
+    </message>
+    <message>
+        <source>redo is kept for %1 hours, two intervals are %2 hours</source>
+        <translation>Redo bleibt %1 h erhalten, zwei Intervalle sind %2 h</translation>
+    </message>
+    <message>
+        <source>a transaction is open since SCN %1, the oldest redo there begins at %2</source>
+        <translation>Seit SCN %1 ist eine Transaktion offen, das älteste Redo dort beginnt bei %2</translation>
+    </message>
+    <message>
+        <source>for %1 minutes</source>
+        <translation>für %1 min</translation>
+    </message>
+    <message>
+        <source>for %1 hours</source>
+        <translation>für %1 h</translation>
+    </message>
+    <message>
+        <source>for %1 minutes, in the first log that was used</source>
+        <translation>für %1 min, im ersten Log, das benutzt wurde</translation>
+    </message>
+    <message>
+        <source>for %1 hours, in the first log that was used</source>
+        <translation>für %1 h, im ersten Log, das benutzt wurde</translation>
+    </message>
+    <message>
+        <source>group %1: %2 is %3</source>
+        <translation>Gruppe %1: %2 ist %3</translation>
+    </message>
+    <message>
+        <source>%1 members, all in use</source>
+        <translation>Dateien: %1, alle in Benutzung</translation>
+    </message>
+    <message>
+        <source>%1 may not %2</source>
+        <translation>%1 fehlt das Recht zu %2</translation>
+    </message>
+    <message>
+        <source>%1 may write to every table of the job</source>
+        <translation>%1 darf in jede Tabelle des Auftrags schreiben</translation>
+    </message>
+    <message>
+        <source>%1 has %2 MB left of its quota on %3</source>
+        <translation>%1 hat noch %2 MB seiner Quota auf %3</translation>
+    </message>
+    <message>
+        <source>%1 MB left</source>
+        <translation>noch %1 MB</translation>
+    </message>
+    <message>
+        <source>in %1 tablespaces</source>
+        <translation>Tablespaces: %1</translation>
+    </message>
+    <message>
+        <source>the job carries no table</source>
+        <translation>Der Auftrag überträgt keine Tabelle</translation>
+    </message>
+    <message>
+        <source>its tables were never read</source>
+        <translation>Seine Tabellen wurden nie gelesen</translation>
+    </message>
+    <message>
+        <source>is gone from the source</source>
+        <translation>ist an der Quelle nicht mehr vorhanden</translation>
+    </message>
+    <message>
+        <source>is not there on the destination</source>
+        <translation>ist am Ziel nicht vorhanden</translation>
+    </message>
+    <message>
+        <source>all %1</source>
+        <translation>alle vorhanden: %1</translation>
+    </message>
+    <message>
+        <source>has no key or unique index, the source has</source>
+        <translation>hat keinen Schlüssel oder eindeutigen Index, die an der Quelle schon</translation>
+    </message>
+    <message>
+        <source>has no key or unique index on either side: equal rows can not be told apart</source>
+        <translation>hat auf keiner Seite einen Schlüssel oder eindeutigen Index: Gleiche Zeilen sind nicht zu unterscheiden</translation>
+    </message>
+    <message>
+        <source>every table has a key or a unique index</source>
+        <translation>Jede Tabelle hat einen Schlüssel oder eindeutigen Index</translation>
+    </message>
+    <message>
+        <source>has no column %1</source>
+        <translation>hat keine Spalte %1</translation>
+    </message>
+    <message>
+        <source>%1 is %2, on the source %3</source>
+        <translation>%1 ist %2, an der Quelle %3</translation>
+    </message>
+    <message>
+        <source>%1 is %2, narrower than %3</source>
+        <translation>%1 ist %2, schmaler als %3</translation>
+    </message>
+    <message>
+        <source>%1 must have a value, and the source does not have it</source>
+        <translation>%1 muss einen Wert haben, und die Quelle hat die Spalte nicht</translation>
+    </message>
+    <message>
+        <source>the destination has room for each</source>
+        <translation>Das Ziel hat Platz für jede</translation>
+    </message>
+    <message>
+        <source>%1 is %2, of which LogMiner tells nothing</source>
+        <translation>%1 ist %2, wovon LogMiner nichts meldet</translation>
+    </message>
+    <message>
+        <source>%1 is %2: what is changed in parts comes without a statement</source>
+        <translation>%1 ist %2: Was in Teilen geändert wird, kommt ohne Anweisung</translation>
+    </message>
+    <message>
+        <source>LogMiner knows each</source>
+        <translation>LogMiner kennt jeden</translation>
+    </message>
+    <message>
+        <source>its name is too long: its changes are blocked</source>
+        <translation>Ihr Name ist zu lang: Ihre Änderungen werden blockiert</translation>
+    </message>
+    <message>
+        <source>needs quotes, and a job that follows rows writes names without them</source>
+        <translation>braucht Anführungszeichen, und ein Auftrag, der Zeilen folgt, schreibt Namen ohne sie</translation>
+    </message>
+    <message>
+        <source>plain, or kept in their quotes</source>
+        <translation>einfach, oder sie behalten ihre Anführungszeichen</translation>
+    </message>
+    <message>
+        <source>the trigger %1 acts again on what is applied</source>
+        <translation>Der Trigger %1 wirkt noch einmal auf das Übertragene</translation>
+    </message>
+    <message>
+        <source>%1 deletes or changes rows by itself (%2)</source>
+        <translation>%1 löscht oder ändert Zeilen von selbst (%2)</translation>
+    </message>
+    <message>
+        <source>none acts on what is applied</source>
+        <translation>Nichts wirkt auf das Übertragene</translation>
+    </message>
+    <message>
+        <source>the job %1 takes its changes back to the source</source>
+        <translation>Der Auftrag %1 bringt ihre Änderungen zurück an die Quelle</translation>
+    </message>
+    <message>
+        <source>the job %1 writes to it, too</source>
+        <translation>Der Auftrag %1 schreibt auch in sie</translation>
+    </message>
+    <message>
+        <source>none writes to the same tables</source>
+        <translation>Keiner schreibt in dieselben Tabellen</translation>
+    </message>
+    <message>
+        <source>%1 rows, on the source %2: of a job that runs, or while people work, they differ for moments</source>
+        <translation>Zeilen: %1, an der Quelle %2: Bei einem laufenden Auftrag, oder während gearbeitet wird, unterscheiden sie sich zeitweise</translation>
+    </message>
+    <message>
+        <source>the same number on both sides, in %1 tables</source>
+        <translation>gleich viele auf beiden Seiten, Tabellen: %1</translation>
+    </message>
+    <message>
+        <source>-- take NLS_DATE_FORMAT and the like out of log-on triggers, on both sides</source>
+        <translation>-- NLS_DATE_FORMAT und dergleichen auf beiden Seiten aus den Logon-Triggern nehmen</translation>
+    </message>
+    <message>
+        <source>-- unset NLS_DATE_FORMAT where the program is started</source>
+        <translation>-- NLS_DATE_FORMAT dort löschen, wo das Programm gestartet wird</translation>
+    </message>
+    <message>
+        <source>-- let both machines take their time from the same servers</source>
+        <translation>-- Beide Rechner ihre Zeit von denselben Servern holen lassen</translation>
+    </message>
+    <message>
+        <source>-- x$ktuxe is for SYS alone: quillmere-cli source edit %1 --user SYS --mode SYSDBA, or follow commits</source>
+        <translation>-- x$ktuxe gehört SYS allein: quillmere-cli source edit %1 --user SYS --mode SYSDBA, oder Commits folgen</translation>
+    </message>
+    <message>
+        <source>-- before 19c only the root can be mined: quillmere-cli job edit %1 --container ..., with a data source at the root</source>
+        <translation>-- Vor 19c ist nur die Wurzel zu lesen: quillmere-cli job edit %1 --container ..., mit einer Datenquelle an der Wurzel</translation>
+    </message>
+    <message>
+        <source>alter database add logfile size 1G;
+-- until the oldest online log is older than two intervals</source>
+        <translation>alter database add logfile size 1G;
+-- bis das älteste Online-Log älter ist als zwei Intervalle</translation>
+    </message>
+    <message>
+        <source>-- bring the archived logs back, or end the transaction before the job starts</source>
+        <translation>-- Die archivierten Logs zurückholen, oder die Transaktion vor dem Start des Auftrags beenden</translation>
+    </message>
+    <message>
+        <source>-- quillmere-cli job exclude, in one of the two</source>
+        <translation>-- quillmere-cli job exclude, in einem der beiden</translation>
+    </message>
+</context>
+<context>
     <name>Farewell</name>
     <message>
         <source>Ending: waiting for the exchange in hand</source>

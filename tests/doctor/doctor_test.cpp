@@ -83,7 +83,12 @@ class Case {
     for (const Finding& finding : findings) {
       EXPECT_TRUE(finding.number == number || finding.number == number + 1);
       number = finding.number;
-      if (finding.grade == Grade::Ok) continue;
+      if (finding.grade == Grade::Ok) {
+        if (told_ == 0 || told_ == number) {
+          text << number << " ok " << finding.check << ": " << finding.text << "\n";
+        }
+        continue;
+      }
       text << number << " " << GradeName(finding.grade) << " " << finding.subject << ": "
            << finding.text << "\n";
       if (!finding.cure.empty()) text << "  " << finding.database << "> " << finding.cure << "\n";
@@ -115,6 +120,7 @@ class Case {
       if (what == "interval") patient_.interval = std::stoi(rest);
       if (what == "none") patient_.tables.clear();
       if (what == "fetched") patient_.fetched = true;
+      if (what == "told") told_ = std::stoi(rest);
       if (what == "user") patient_.source.user_id = patient_.destination.user_id = rest;
       if (what == "table") {  // NAME OWNER TO_OWNER
         std::istringstream words(rest);
@@ -128,6 +134,7 @@ class Case {
   }
 
   Patient patient_;
+  int told_ = -1;  // the check whose good result is told, too; 0: of all
   HandClock clock_;
   ScriptedOci script_;
   std::map<std::string, ScriptedOci::Rows> sides_[2];

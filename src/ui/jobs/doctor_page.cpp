@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "foundation/files.h"
+#include "ui/jobs/doctor_words.h"
 #include "ui/toolkit/appearance.h"
 #include "ui/toolkit/icons.h"
 #include "ui/toolkit/notice.h"
@@ -99,7 +100,7 @@ void FindingRows::Show(const std::vector<Finding>& findings) {
   std::vector<FindingRow> rows;
   rows.reserve(findings.size());
   for (const Finding& finding : findings) {
-    rows.push_back({finding, ToBytes(GradeWord(finding.grade))});
+    rows.push_back({AsShown(finding), ToBytes(GradeWord(finding.grade))});
   }
   Take(std::move(rows), false);
 }
@@ -190,8 +191,9 @@ void DoctorPage::Examine() {
                    patient, library, clock, [&](int number, std::string_view check) {
                      // The first one logs on, which nobody has to wait for.
                      const auto place = static_cast<std::size_t>(number);
-                     made.whole = number == 1 ? listener.OnConnect(check)
-                                              : listener.OnProgress(check, place, kDoctorChecks);
+                     const std::string what = CheckAsShown(check);
+                     made.whole = number == 1 ? listener.OnConnect(what)
+                                              : listener.OnProgress(what, place, kDoctorChecks);
                      return made.whole;
                    });
                return made;

@@ -19,9 +19,10 @@ namespace quillmere {
 
 class RowTable;
 
+// In the operator's language.
 struct FindingRow {
   Finding finding;
-  std::string grade;  // in the operator's language
+  std::string grade;
 };
 
 class FindingRows final : public RowList<FindingRow> {

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The words and sentences of the core that the window shows in its own language (Translated in
-// text.h). The core has no translations: what it says to a log or to the command line is English.
-// %1, %2 and so on, in this order, are places where the core puts names or what a server said,
-// which stay as they are. What is not here is shown as it is.
+// text.h; core_sentences.h says what %1 is). The core has no translations: what it says to a log
+// or to the command line is English. What is not here is shown as it is.
 #pragma once
 
 #include <QtGlobal>

@@ -5,13 +5,13 @@
 #include <QDateTime>
 #include <QLineEdit>
 #include <QLocale>
-#include <QStringList>
 #include <algorithm>
 #include <limits>
 #include <string>
 #include <string_view>
 
 #include "foundation/text.h"
+#include "ui/toolkit/core_sentences.h"
 #include "ui/toolkit/core_words.h"
 #include "ui/toolkit/language.h"
 
@@ -24,40 +24,6 @@ void UseEnglish() {
 }
 
 Q_COREAPP_STARTUP_FUNCTION(UseEnglish)
-
-// How many bytes of the text are the pattern's own, and what stands in the places of the others; 0
-// when the text is none of the pattern.
-std::size_t CommonWith(std::string_view pattern, std::string_view text, QStringList& names) {
-  const std::size_t first = pattern.find('%');
-  if (first == pattern.npos || !text.starts_with(pattern.substr(0, first))) return 0;
-  std::size_t common = first;
-  text.remove_prefix(first);
-  pattern.remove_prefix(first);
-  while (!pattern.empty()) {
-    const std::size_t next = pattern.find('%', 2);
-    const std::string_view part = pattern.substr(2, next == pattern.npos ? next : next - 2);
-    const std::size_t end =
-        next == pattern.npos ? text.size() - std::min(part.size(), text.size()) : text.find(part);
-    if (end == text.npos || text.substr(end, part.size()) != part) return 0;
-    names << ToQt(text.substr(0, end));
-    common += part.size();
-    text.remove_prefix(end + part.size());
-    pattern.remove_prefix(2 + part.size());
-  }
-  return common;
-}
-
-// All at once, for a name may have a percent sign in it.
-QString WithNames(const QString& words, const QStringList& names) {
-  QString text;
-  for (qsizetype i = 0; i < words.size(); ++i) {
-    const int place = words[i] == u'%' && i + 1 < words.size() ? words[i + 1].digitValue() : 0;
-    const bool name = place >= 1 && place <= names.size();
-    text += name ? names[place - 1] : QString(words[i]);
-    i += name ? 1 : 0;
-  }
-  return text;
-}
 
 }  // namespace
 
@@ -108,18 +74,8 @@ int Plural(std::size_t count) {
 }
 
 QString Translated(std::string_view text) {
-  const std::string words(text);
-  QString translated = QCoreApplication::translate("CoreWords", words.c_str());
-  if (ToBytes(translated) != words) return translated;
-  std::size_t most = 0;
-  for (const char* pattern : kCoreWords) {
-    QStringList names;
-    const std::size_t common = CommonWith(pattern, text, names);
-    if (common <= most) continue;
-    most = common;
-    translated = WithNames(QCoreApplication::translate("CoreWords", pattern), names);
-  }
-  return translated;
+  static const CoreSentences sentences("CoreWords", kCoreWords);
+  return sentences.Translated(text);
 }
 
 }  // namespace quillmere
