@@ -491,6 +491,342 @@
         <source>table: %1&apos;s name changed to %2</source>
         <translation>Die Tabelle %1 heißt jetzt %2</translation>
     </message>
+    <message>
+        <source>The next pass of %1 has nothing to execute</source>
+        <translation>Der nächste Durchgang von %1 hat nichts auszuführen</translation>
+    </message>
+    <message>
+        <source>The next pass of %1 has nothing to execute yet: what has changed since the last one comes with the pass after it</source>
+        <translation>Der nächste Durchgang von %1 hat noch nichts auszuführen: Was sich seit dem letzten geändert hat, kommt mit dem danach</translation>
+    </message>
+    <message>
+        <source>%1 is stopped: it takes what changes on the source from its start on</source>
+        <translation>%1 ist gestoppt: Er nimmt, was sich ab seinem Start an der Quelle ändert</translation>
+    </message>
+    <message>
+        <source>Connect source fail : %1</source>
+        <translation>Keine Verbindung zur Quelle: %1</translation>
+    </message>
+    <message>
+        <source>The source has not written its redo yet</source>
+        <translation>Die Quelle hat ihr Redo noch nicht geschrieben</translation>
+    </message>
+    <message>
+        <source>Only the first %1 changes are shown: there are more</source>
+        <translation>Nur die ersten %1 Änderungen sind gezeigt: Es gibt mehr</translation>
+    </message>
+    <message>
+        <source>Whether the destination took the last pass is not known yet: the next one asks it first, and may begin further on</source>
+        <translation>Ob das Ziel den letzten Durchgang angenommen hat, ist noch nicht bekannt: Der nächste fragt es zuerst und beginnt vielleicht weiter hinten</translation>
+    </message>
+    <message>
+        <source>the job excludes the table</source>
+        <translation>Der Auftrag schließt die Tabelle aus</translation>
+    </message>
+    <message>
+        <source>it names no table</source>
+        <translation>Sie nennt keine Tabelle</translation>
+    </message>
+    <message>
+        <source>the job does not carry its owner</source>
+        <translation>Der Auftrag überträgt ihren Besitzer nicht</translation>
+    </message>
+    <message>
+        <source>it was set aside when it was mined; see setaside.sql</source>
+        <translation>Sie wurde beim Lesen beiseitegelegt, siehe setaside.sql</translation>
+    </message>
+    <message>
+        <source>it is to be skipped</source>
+        <translation>Sie soll übersprungen werden</translation>
+    </message>
+    <message>
+        <source>Made the sandbox databases %1 and %2 with 3 tables each in %3, and the job %4 that copies the first to the second. Select it and press Run</source>
+        <translation>Die Sandbox-Datenbanken %1 und %2 mit je 3 Tabellen in %3 sind angelegt, und der Auftrag %4, der die erste in die zweite kopiert. Ihn auswählen und „Start“ drücken</translation>
+    </message>
+    <message>
+        <source>The sandbox library can not be loaded</source>
+        <translation>Die Sandbox-Bibliothek ist nicht zu laden</translation>
+    </message>
+    <message>
+        <source>Can not open %1: %2</source>
+        <translation>%1 ist nicht zu öffnen: %2</translation>
+    </message>
+    <message>
+        <source>Can not read %1: %2</source>
+        <translation>%1 ist nicht zu lesen: %2</translation>
+    </message>
+    <message>
+        <source>Can not create %1: %2</source>
+        <translation>%1 ist nicht anzulegen: %2</translation>
+    </message>
+    <message>
+        <source>Can not write %1: %2</source>
+        <translation>%1 ist nicht zu schreiben: %2</translation>
+    </message>
+    <message>
+        <source>Can not remove %1: %2</source>
+        <translation>%1 ist nicht zu entfernen: %2</translation>
+    </message>
+    <message>
+        <source>Can not rename %1 to %2: %3</source>
+        <translation>%1 ist nicht in %2 umzubenennen: %3</translation>
+    </message>
+    <message>
+        <source>Can not create folder %1: %2</source>
+        <translation>Der Ordner %1 ist nicht anzulegen: %2</translation>
+    </message>
+    <message>
+        <source>Can not keep a copy of %1: %2</source>
+        <translation>Von %1 ist keine Kopie aufzuheben: %2</translation>
+    </message>
+    <message>
+        <source>connect to %1</source>
+        <translation>Anmelden an %1</translation>
+    </message>
+    <message>
+        <source>migrate %1</source>
+        <translation>%1 wird migriert</translation>
+    </message>
+    <message>
+        <source>migrate %1: %2 rows read</source>
+        <translation>%1 wird migriert: Zeilen gelesen: %2</translation>
+    </message>
+    <message>
+        <source>drop %1</source>
+        <translation>%1 wird gelöscht</translation>
+    </message>
+    <message>
+        <source>drop %1: %2 rows read</source>
+        <translation>%1 wird gelöscht: Zeilen gelesen: %2</translation>
+    </message>
+    <message>
+        <source>rename %1</source>
+        <translation>%1 wird umbenannt</translation>
+    </message>
+    <message>
+        <source>rename %1: %2 rows read</source>
+        <translation>%1 wird umbenannt: Zeilen gelesen: %2</translation>
+    </message>
+    <message>
+        <source>read the list of tables</source>
+        <translation>Die Tabellenliste wird gelesen</translation>
+    </message>
+    <message>
+        <source>read the list of tables: %1 so far</source>
+        <translation>Die Tabellenliste wird gelesen: %1 bis jetzt</translation>
+    </message>
+    <message>
+        <source>read table %1</source>
+        <translation>Tabelle %1 wird gelesen</translation>
+    </message>
+    <message>
+        <source>read the owners of %1</source>
+        <translation>Die Besitzer von %1 werden gelesen</translation>
+    </message>
+    <message>
+        <source>read the tables of %1</source>
+        <translation>Die Tabellen von %1 werden gelesen</translation>
+    </message>
+    <message>
+        <source>owners of %1: %2 rows read</source>
+        <translation>Besitzer von %1: Zeilen gelesen: %2</translation>
+    </message>
+    <message>
+        <source>tables of %1: %2 rows read</source>
+        <translation>Tabellen von %1: Zeilen gelesen: %2</translation>
+    </message>
+    <message>
+        <source>enter container %1</source>
+        <translation>Container %1 wird betreten</translation>
+    </message>
+    <message>
+        <source>make the sandbox database %1</source>
+        <translation>Die Sandbox-Datenbank %1 wird angelegt</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not connect to database: %1. Reason: %2</source>
+        <translation>Keine Verbindung zur Datenbank %1. Grund: %2</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not get table info list,Reason: %1</source>
+        <translation>Die Tabellenliste war nicht zu lesen. Grund: %1</translation>
+    </message>
+    <message>
+        <source>check if has key of  %1 failed. Reason: %2</source>
+        <translation>Ob %1 einen Schlüssel hat, war nicht festzustellen. Grund: %2</translation>
+    </message>
+    <message>
+        <source>get key of table %1 failed. Reason: %2</source>
+        <translation>Der Schlüssel der Tabelle %1 war nicht zu lesen. Grund: %2</translation>
+    </message>
+    <message>
+        <source>get index of table %1 failed. Reason: %2</source>
+        <translation>Die Indizes der Tabelle %1 waren nicht zu lesen. Grund: %2</translation>
+    </message>
+    <message>
+        <source>Can not connect to source, refresh failed. Reason: %1</source>
+        <translation>Keine Verbindung zur Quelle, nichts wurde aufgefrischt. Grund: %1</translation>
+    </message>
+    <message>
+        <source>Can not enter container %1 of %2, refresh failed. Reason: %3</source>
+        <translation>Der Container %1 von %2 war nicht zu betreten, nichts wurde aufgefrischt. Grund: %3</translation>
+    </message>
+    <message>
+        <source>Can&apos;t get source owner list, refresh failed. Reason: %1</source>
+        <translation>Die Besitzer der Quelle waren nicht zu lesen, nichts wurde aufgefrischt. Grund: %1</translation>
+    </message>
+    <message>
+        <source>Can&apos;t get source table info list, refresh failed. Reason: %1</source>
+        <translation>Die Tabellen der Quelle waren nicht zu lesen, nichts wurde aufgefrischt. Grund: %1</translation>
+    </message>
+    <message>
+        <source>The target is the source itself: choose another data source to migrate to</source>
+        <translation>Das Ziel ist die Quelle selbst: bitte eine andere Datenquelle als Ziel wählen</translation>
+    </message>
+    <message>
+        <source>connect source Database failed. Error: %1</source>
+        <translation>Die Verbindung zur Quelldatenbank ist gescheitert. Fehler: %1</translation>
+    </message>
+    <message>
+        <source>connect destination Database failed. Error: %1</source>
+        <translation>Die Verbindung zur Zieldatenbank ist gescheitert. Fehler: %1</translation>
+    </message>
+    <message>
+        <source>Table: %1 not exist. Can&apos;t migrate key: %2: %3</source>
+        <translation>Ob es die Tabelle %1 gibt, war für den Schlüssel %2 nicht festzustellen: %3</translation>
+    </message>
+    <message>
+        <source>Table: %1 not exist. Can&apos;t migrate index: %2: %3</source>
+        <translation>Ob es die Tabelle %1 gibt, war für den Index %2 nicht festzustellen: %3</translation>
+    </message>
+    <message>
+        <source>Check destination table existed failed. Reason:%1</source>
+        <translation>Ob es die Zieltabelle gibt, war nicht festzustellen. Grund: %1</translation>
+    </message>
+    <message>
+        <source>Table: %1 already exist. Can&apos;t migrate Table: %2.</source>
+        <translation>Bei %1 gibt es die Tabelle %2 schon; sie wurde nicht übertragen.</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not get source table&apos;s columns: %1</source>
+        <translation>Die Spalten der Quelltabelle waren nicht zu lesen: %1</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not drop target table: %1</source>
+        <translation>Die Zieltabelle war nicht zu löschen: %1</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not check table&apos;s primary key. %1</source>
+        <translation>Der Primärschlüssel der Tabelle war nicht zu prüfen. %1</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not get source table&apos;s primary key. %1</source>
+        <translation>Der Primärschlüssel der Quelltabelle war nicht zu lesen. %1</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not get primary key&apos;s content: %1</source>
+        <translation>Die Spalten des Primärschlüssels waren nicht zu lesen: %1</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not check table&apos;s index: %1</source>
+        <translation>Die Indizes der Tabelle waren nicht zu prüfen: %1</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not get table&apos;s index: %1</source>
+        <translation>Die Indizes der Tabelle waren nicht zu lesen: %1</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not get source table&apos;s index content: %1</source>
+        <translation>Die Spalten eines Index der Quelltabelle waren nicht zu lesen: %1</translation>
+    </message>
+    <message>
+        <source>Create target table:%1 failed: %2</source>
+        <translation>Die Zieltabelle %1 war nicht anzulegen: %2</translation>
+    </message>
+    <message>
+        <source>Create target primary key:%1of %2 failed: %3</source>
+        <translation>Am Ziel war der Primärschlüssel %1 von %2 nicht anzulegen: %3</translation>
+    </message>
+    <message>
+        <source>Create target index:%1of %2 failed: %3</source>
+        <translation>Am Ziel war der Index %1 von %2 nicht anzulegen: %3</translation>
+    </message>
+    <message>
+        <source>%1 is gone from the source</source>
+        <translation>%1 ist an der Quelle nicht mehr vorhanden</translation>
+    </message>
+    <message>
+        <source>check fk of %1 failed.</source>
+        <translation>Die Fremdschlüssel zu %1 waren nicht zu prüfen.</translation>
+    </message>
+    <message>
+        <source>drop fk of %1 failed.</source>
+        <translation>Die Fremdschlüssel zu %1 waren nicht zu löschen.</translation>
+    </message>
+    <message>
+        <source>drop pk: %1 failed.</source>
+        <translation>Der Primärschlüssel %1 war nicht zu löschen.</translation>
+    </message>
+    <message>
+        <source>dropped and not created again, to be run by hand: %1</source>
+        <translation>gelöscht und nicht wieder angelegt, von Hand auszuführen: %1</translation>
+    </message>
+    <message>
+        <source>Table: %1 not exist. Can&apos;t migrate key: %2</source>
+        <translation>Ob es die Tabelle %1 gibt, war für den Schlüssel %2 nicht festzustellen</translation>
+    </message>
+    <message>
+        <source>Table: %1 not exist. Can&apos;t migrate index: %2</source>
+        <translation>Ob es die Tabelle %1 gibt, war für den Index %2 nicht festzustellen</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not get source table&apos;s columns</source>
+        <translation>Die Spalten der Quelltabelle waren nicht zu lesen</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not drop target table</source>
+        <translation>Die Zieltabelle war nicht zu löschen</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not check table&apos;s primary key.</source>
+        <translation>Der Primärschlüssel der Tabelle war nicht zu prüfen.</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not get source table&apos;s primary key.</source>
+        <translation>Der Primärschlüssel der Quelltabelle war nicht zu lesen.</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not get primary key&apos;s content</source>
+        <translation>Die Spalten des Primärschlüssels waren nicht zu lesen</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not check table&apos;s index</source>
+        <translation>Die Indizes der Tabelle waren nicht zu prüfen</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not get table&apos;s index</source>
+        <translation>Die Indizes der Tabelle waren nicht zu lesen</translation>
+    </message>
+    <message>
+        <source>Can&apos;t not get source table&apos;s index content</source>
+        <translation>Die Spalten eines Index der Quelltabelle waren nicht zu lesen</translation>
+    </message>
+    <message>
+        <source>Create target table:%1 failed</source>
+        <translation>Die Zieltabelle %1 war nicht anzulegen</translation>
+    </message>
+    <message>
+        <source>Create target primary key:%1of %2 failed</source>
+        <translation>Am Ziel war der Primärschlüssel %1 von %2 nicht anzulegen</translation>
+    </message>
+    <message>
+        <source>Create target index:%1of %2 failed</source>
+        <translation>Am Ziel war der Index %1 von %2 nicht anzulegen</translation>
+    </message>
+    <message>
+        <source>%1 beginning with %2 left out: a name in it is longer than %3 bytes</source>
+        <translation>%1, beginnend mit %2, ausgelassen: Ein Name darin ist länger als %3 Byte</translation>
+    </message>
 </context>
 <context>
     <name>DatabaseActions</name>

@@ -43,7 +43,7 @@ int RunWindow(const Workspace::Options& options, int argc, char** argv) {
   QApplication::exec();
   if (window.Finish(reason)) return 0;
   if (!window.EndRequested()) {
-    ShowFailure(nullptr, TMainForm::tr("The jobs could not be saved: %1").arg(ToQt(reason)));
+    ShowFailure(nullptr, TMainForm::tr("The jobs could not be saved: %1").arg(Translated(reason)));
   }
   return kFailed;
 }

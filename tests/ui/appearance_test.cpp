@@ -9,15 +9,22 @@
 #include <QLineEdit>
 #include <QPalette>
 #include <algorithm>
+#include <iterator>
+#include <regex>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "foundation/file_names.h"
+#include "support/stored_text.h"
 #include "support/temp_folder.h"
 #include "ui/main/farewell.h"
 #include "ui/toolkit/core_words.h"
 #include "ui/toolkit/language.h"
+#include "ui/toolkit/other_words.h"
+#include "ui/toolkit/schema_words.h"
 #include "ui/toolkit/text.h"
 #include "workspace/job_tables.h"
 
@@ -83,7 +90,10 @@ TEST_F(AppearanceTest, SentencesOfTheCoreAreTranslatedAroundTheirNames) {
       {WhyNoFileName("a?b"), "Ein Name darf kein „?“ enthalten"},
       {WhyNoFileName(std::string(1000, 'a')), "Ein Name darf nicht länger als "},
       {WhyBusy("%1"), "Der Auftrag %1 läuft. Bitte zuerst pausieren oder stoppen"},
-      {"%2 is held: J is held: %1", "%2 ist gesperrt: J is held: %1"},
+      {"%2 is held: J is held: %1", "%2 ist gesperrt: J ist gesperrt: %1"},
+      {"Migarte Table rows failed. Reason: Create target table:S.T failed: OCI is held: 1",
+       "Tabelle rows wurde nicht übertragen. Grund: Die Zieltabelle S.T war nicht anzulegen: OCI "
+       "is held: 1"},
       {"There is a data source A already, whose file can not be read",
        "Es gibt schon eine Datenquelle A, deren Datei nicht gelesen werden kann"},
       {"J is held", "J is held"},
@@ -92,13 +102,16 @@ TEST_F(AppearanceTest, SentencesOfTheCoreAreTranslatedAroundTheirNames) {
   for (const auto& [said, shown] : rows) {
     EXPECT_TRUE(ToBytes(Translated(said)).starts_with(shown)) << ToBytes(Translated(said));
   }
-  for (const std::string_view words : kCoreWords) {
-    const QString pattern = ToQt(words);
-    if (!pattern.contains(u'%')) continue;
-    const QString names = QString(pattern).replace("%1", "A").replace("%2", "B");
-    QString german = QCoreApplication::translate("CoreWords", words.data());
-    EXPECT_EQ(Translated(ToBytes(QString(names).replace("%3", "C"))),
-              german.replace("%1", "A").replace("%2", "B").replace("%3", "C"));
+  std::vector<std::string_view> patterns(std::begin(kCoreWords), std::end(kCoreWords));
+  patterns.insert(patterns.end(), std::begin(kSchemaWords), std::end(kSchemaWords));
+  patterns.insert(patterns.end(), std::begin(kOtherWords), std::end(kOtherWords));
+  for (const std::string_view words : patterns) {
+    QString said = ToQt(words), german = QCoreApplication::translate("CoreWords", words.data());
+    if (!said.contains(u'%')) continue;
+    for (QString* const text : {&said, &german}) {
+      text->replace("%1", "A").replace("%2", "B").replace("%3", "C").replace("%4", "D");
+    }
+    EXPECT_EQ(Translated(ToBytes(said)), german);
   }
 }
 
@@ -117,6 +130,29 @@ TEST_F(AppearanceTest, AnEndThatTakesLongSaysWhatItWaitsFor) {
     for (int turn = 0; turn < 12000 && !is_said(what); ++turn) farewell.Wait(what);
     EXPECT_TRUE(is_said(what)) << what.toStdString();
   }
+}
+
+// All that the tests of these operations have them say.
+TEST_F(AppearanceTest, WhatDropsRenamesAndMigrationsSayIsGermanButForTheServersWords) {
+  UseLanguage(Language::German);
+  const std::regex said("  (?:told|both|failed|refused:)(?: [-!])? (.*)");
+  const std::regex english("(^|[^A-Za-z])(failed|Reason|Can|not|of|is|left|Table:)([^A-Za-z]|$)");
+  std::size_t seen = 0;
+  for (const char* const file : {"operations.txt", "refusals.txt", "refresh.txt"}) {
+    std::istringstream lines(StoredText(std::string(SCHEMA_ACCOUNTS) + "/" + file));
+    for (std::string line; std::getline(lines, line);) {
+      std::smatch part;
+      if (!std::regex_match(line, part, said)) continue;
+      const std::string shown = ToBytes(Translated(part.str(1)));
+      EXPECT_NE(shown, part.str(1));
+      const std::string ours = shown.substr(0, std::min(shown.find("OCI"), shown.find(" ALTER ")));
+      if (ours.find("beginnend mit") == ours.npos) {
+        EXPECT_FALSE(std::regex_search(ours, english)) << line << "\n" << shown;
+      }
+      ++seen;
+    }
+  }
+  EXPECT_GT(seen, 90U);
 }
 
 TEST_F(AppearanceTest, AnUntouchedFieldGivesItsBytesBack) {

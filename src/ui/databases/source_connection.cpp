@@ -59,7 +59,7 @@ void SourceConnection::Refresh(std::size_t index, const LogOn* log_on) {
                            ? tr("The lists of %1 show what had been read until then. Refresh again "
                                 "when the cause is mended.")
                            : tr("The lists of %1 are as they were.");
-  ShowFailure(parent_, ToQt(outcome.text) + QStringLiteral("\n\n") + left.arg(ToQt(name)));
+  ShowFailure(parent_, Translated(outcome.text) + QStringLiteral("\n\n") + left.arg(ToQt(name)));
 }
 
 void SourceConnection::Disconnect(std::size_t index) {

@@ -137,8 +137,8 @@ bool TJobMgrForm::MayClose() {
   }
   std::string reason;
   if (context_.workspace.SaveJobs(reason)) return true;
-  return Confirm(this,
-                 tr("The jobs could not be saved: %1\n\nClose all the same?").arg(ToQt(reason)));
+  return Confirm(
+      this, tr("The jobs could not be saved: %1\n\nClose all the same?").arg(Translated(reason)));
 }
 
 }  // namespace quillmere

@@ -159,8 +159,7 @@ constexpr const char* kContext = "DoctorWords";
 // Each list by itself: what would be a finding's words may be a part of a statement.
 std::string InFindings(std::string_view text) {
   static const CoreSentences sentences(kContext, kFindings, kLongFindings);
-  // Of the client library or the server; "%1 to %2" is not theirs.
-  return text.starts_with("OCI") ? std::string(text) : ToBytes(sentences.Translated(text));
+  return ToBytes(sentences.Translated(text));
 }
 
 std::string InCures(std::string_view text) {

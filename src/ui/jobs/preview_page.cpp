@@ -42,6 +42,10 @@ std::string_view WhyBlocked(const PreviewRow& row) {
   return row.counts.why;
 }
 
+QString Shown(const std::string& why) {
+  return OneLine(ToBytes(Translated(why)));
+}
+
 QVariant NameExtra(const PreviewRow& row, int role) {
   if (role == Qt::DecorationRole) return Icon("table");
   return role == Qt::ToolTipRole ? OneLine(row.name) : QVariant();
@@ -50,9 +54,9 @@ QVariant NameExtra(const PreviewRow& row, int role) {
 QString WhatItIs(const Preview& preview) {
   switch (preview.What()) {
     case Preview::Kind::Nothing:
-      return OneLine(preview.Why());
+      return Shown(preview.Why());
     case Preview::Kind::Failed:
-      return PreviewPage::tr("The source could not be read: %1").arg(OneLine(preview.Why()));
+      return PreviewPage::tr("The source could not be read: %1").arg(Shown(preview.Why()));
     case Preview::Kind::Pending:
       return PreviewPage::tr("Goes on with a batch of %1 statements, number %2 is next.")
           .arg(CountOf(preview.Size()), CountOf(preview.Next() + 1));
@@ -68,10 +72,10 @@ QString SummaryOf(const Preview& preview, const std::string& when) {
   if (preview.Size() > 0) {
     lines.front() += u' ' + PreviewPage::tr("Would execute %1 and block %2.")
                                 .arg(CountOf(preview.ToExecute()), CountOf(preview.ToBlock()));
-    if (!preview.Why().empty()) lines << OneLine(preview.Why());
+    if (!preview.Why().empty()) lines << Shown(preview.Why());
   }
   for (const std::string& note : preview.Notes()) {
-    if (lines.size() < kHeadLines) lines << Beginning(note, 500);
+    if (lines.size() < kHeadLines) lines << Beginning(ToBytes(Translated(note)), 500);
   }
   return lines.join(u'\n');
 }
@@ -98,6 +102,8 @@ void PreviewTables::Show(const Preview* preview) {
   if (preview != nullptr) {
     for (const PreviewTable& table : preview->Tables()) {
       rows.push_back({ToBytes(StatementRows::TableOf(table.owner, table.table)), table});
+      std::string& why = rows.back().counts.why;
+      why = ToBytes(Translated(why));
     }
   }
   Take(std::move(rows), false);

@@ -68,7 +68,7 @@ QString StatementRows::TextOf(const PreviewEntry& entry, int row, int column) co
     case kStatement:
       return Beginning(entry.statement, kCell);
     default:
-      return OneLine(entry.why);
+      return OneLine(ToBytes(Translated(entry.why)));
   }
 }
 

@@ -50,7 +50,7 @@ void TMainForm::TrySandbox() {
   log.Add(made.text + ". While this window is open, orders are entered on " + trial.source +
               " every second, for an hour at most",
           false);
-  ShowTip(ToQt(made.text));
+  ShowTip(Translated(made.text));
   connect(this, &TMainForm::WorkloadSaid, this, &TMainForm::TellOfWorkload,
           static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection));
   workload_ = std::make_unique<TrialWorkload>(

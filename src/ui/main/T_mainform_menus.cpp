@@ -187,7 +187,7 @@ void TMainForm::SaveProgramSettings() {
   if (SaveSettings(workspace.Files(), workspace.SettingsFile(), workspace.ProgramSettings(),
                    reason))
     return;
-  ShowFailure(this, tr("%1. The choice holds until the program ends").arg(ToQt(reason)));
+  ShowFailure(this, tr("%1. The choice holds until the program ends").arg(Translated(reason)));
 }
 
 void TMainForm::LoadBasicSkin() {

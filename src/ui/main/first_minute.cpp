@@ -124,7 +124,7 @@ void FirstMinute::Refresh() {
           ? tr("No Oracle server is needed: it makes two small databases in %1 and a job between "
                "them, and changes the first one every second while this window is open.")
                 .arg(ToQt(PathText(workspace.SandboxFolder())))
-          : ToQt(why_not));
+          : Translated(why_not));
 }
 
 void FirstMinute::showEvent(QShowEvent* event) {

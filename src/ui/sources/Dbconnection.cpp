@@ -200,7 +200,7 @@ void TDbConnForm::TestDSNClick() {
   if (tested.cancelled) return;
   if (tested) return ShowInformation(this, tested.text, list_);
   const std::string& name = context_.workspace.Registry().At(*selected).name;
-  ShowFailure(this, tr("%1\n\nData source: %2").arg(ToQt(tested.text), ToQt(name)), list_);
+  ShowFailure(this, tr("%1\n\nData source: %2").arg(Translated(tested.text), ToQt(name)), list_);
 }
 
 void TDbConnForm::AddBtnClick() {
@@ -220,7 +220,7 @@ void TDbConnForm::AddBtnClick() {
   if (!added) return ShowFailure(this, added.text);  // registered, but not in the files
   if (!added.text.empty()) {
     ShowNotice(this, tr("%1 is registered, but its catalogue could not be read:\n\n%2")
-                         .arg(ToQt(login.name), ToQt(added.text)));
+                         .arg(ToQt(login.name), Translated(added.text)));
   }
 }
 

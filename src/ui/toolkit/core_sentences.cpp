@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "foundation/text.h"
 #include "ui/toolkit/text.h"
 
 namespace quillmere {
@@ -13,6 +14,14 @@ namespace {
 
 std::string_view FirstWord(std::string_view text) {
   return text.substr(0, text.find(' '));
+}
+
+// What it ends with may be a sentence itself: "... failed. Reason: %2".
+bool EndsWithReason(std::string_view pattern) {
+  const std::size_t last = pattern.rfind('%');
+  if (last + 2 != pattern.size()) return false;
+  const std::string_view before = TrimRight(pattern.substr(0, last), " ");
+  return before.ends_with(':') || before.ends_with('.');
 }
 
 // How many bytes of the text are the pattern's own, and what stands in the places of the others; 0
@@ -70,6 +79,7 @@ void CoreSentences::Look(std::string_view first_word, std::string_view text, Mat
 }
 
 QString CoreSentences::Translated(std::string_view text) const {
+  if (text.starts_with("OCI")) return ToQt(text);
   const std::string words(text);
   QString translated = QCoreApplication::translate(context_, words.c_str());
   if (ToBytes(translated) != words) return translated;
@@ -79,6 +89,7 @@ QString CoreSentences::Translated(std::string_view text) const {
   if (best.pattern == nullptr) return translated;
   std::vector<QString> names;
   for (const std::string_view name : best.names) names.push_back(ToQt(name));
+  if (EndsWithReason(best.pattern)) names.back() = Translated(best.names.back());
   return WithNames(QCoreApplication::translate(context_, best.pattern), names);
 }
 

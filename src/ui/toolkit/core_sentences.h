@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // A list of words and sentences of the core, in the language of the window. %1, %2 and so on, in
 // this order, are places in them where the core puts names or what a server said, which stay as
-// they are. Any thread.
+// they are; what stands behind a colon or a full stop at the end may be a sentence itself. Any
+// thread.
 #pragma once
 
 #include <QString>
@@ -22,8 +23,10 @@ class CoreSentences {
     (add(lists), ...);
   }
 
-  // As it is when the list does not have it. Of several patterns the one that says most of the text
-  // itself counts. Patterns are found by their first words, but for those that begin with a name.
+  // As it is when the list does not have it, or when it is the client library's or the server's,
+  // for then it begins with the name of the call. Of several patterns the one that says most of the
+  // text itself counts. Patterns are found by their first words, but for those that begin with a
+  // name.
   QString Translated(std::string_view text) const;
 
  private:

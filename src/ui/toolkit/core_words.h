@@ -219,6 +219,16 @@ inline constexpr const char* kCoreWords[] = {
     QT_TRANSLATE_NOOP("CoreWords", "Key: %1's name changed to %2"),
     QT_TRANSLATE_NOOP("CoreWords", "index: %1's name changed to %2"),
     QT_TRANSLATE_NOOP("CoreWords", "table: %1's name changed to %2"),
+    // longer ones of previews and of the sandbox
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "The next pass of %1 has nothing to execute yet: what has changed since the "
+                      "last one comes with the pass after it"),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "Whether the destination took the last pass is not known yet: the next one "
+                      "asks it first, and may begin further on"),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "Made the sandbox databases %1 and %2 with 3 tables each in %3, and the job "
+                      "%4 that copies the first to the second. Select it and press Run"),
 };
 
 }  // namespace quillmere

@@ -14,6 +14,8 @@
 #include "ui/toolkit/core_sentences.h"
 #include "ui/toolkit/core_words.h"
 #include "ui/toolkit/language.h"
+#include "ui/toolkit/other_words.h"
+#include "ui/toolkit/schema_words.h"
 
 namespace quillmere {
 namespace {
@@ -74,7 +76,7 @@ int Plural(std::size_t count) {
 }
 
 QString Translated(std::string_view text) {
-  static const CoreSentences sentences("CoreWords", kCoreWords);
+  static const CoreSentences sentences("CoreWords", kCoreWords, kSchemaWords, kOtherWords);
   return sentences.Translated(text);
 }
 

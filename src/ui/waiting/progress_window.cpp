@@ -19,7 +19,7 @@ constexpr int kSteps = 1000;  // of the bar: totals may be above what it counts 
 constexpr int kWidthInCharacters = 72;
 
 void SetText(QLabel& label, std::string_view text) {
-  const QString line = OneLine(text);
+  const QString line = OneLine(ToBytes(Translated(text)));
   label.setText(label.fontMetrics().elidedText(line, Qt::ElideMiddle, label.width()));
 }
 
