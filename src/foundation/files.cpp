@@ -209,6 +209,11 @@ bool MakeFolders(FileSystem& files, const fs::path& folder, std::string& error) 
   return Passed(status, "create folder", folder, error);
 }
 
+bool FlushFolder(FileSystem& files, const fs::path& folder, std::string& error) {
+  const FileStatus status = files.FlushFolder(folder);
+  return status.Missing() || Passed(status, "flush", folder, error);
+}
+
 bool RenamePath(FileSystem& files, const fs::path& from, const fs::path& to, std::string& error) {
   FileStatus status = files.Rename(from, to);
   if (status) status = files.FlushFolder(FolderOf(to));

@@ -61,6 +61,9 @@ bool IsFolder(FileSystem& files, const std::filesystem::path& path);
 // Creates the folder and what is missing on the way to it, down to the disk.
 bool MakeFolders(FileSystem& files, const std::filesystem::path& folder, std::string& error);
 
+// Brings down to the disk which files the folder holds; one that is not there holds none.
+bool FlushFolder(FileSystem& files, const std::filesystem::path& folder, std::string& error);
+
 // Renames a file or folder, down to the disk.
 bool RenamePath(FileSystem& files, const std::filesystem::path& from,
                 const std::filesystem::path& to, std::string& error);

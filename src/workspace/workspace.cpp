@@ -155,10 +155,26 @@ void Workspace::BeginIfNew() {
   if (!registry_.Save(error) || !catalogue_.SaveAll(error)) log_.Add(error, true);
 }
 
+// A program that was killed may have replaced a file without having flushed its folder. What is
+// read now is what people and jobs go by from here on: a power cut must not bring the former file
+// back.
+void Workspace::FlushWhatWasLeft() {
+  if (access_ == Access::LookOnly) return;
+  std::vector<fs::path> folders = {folder_ / "config", folder_ / "jobs"};
+  for (const SyncJob* job : jobs_.LiveJobs()) {
+    folders.push_back(catalogue_.FolderOf(NameOf(*job)).Path());
+  }
+  for (const fs::path& folder : folders) {
+    std::string error;
+    if (!FlushFolder(*files_, folder, error)) log_.Add(error, true);
+  }
+}
+
 void Workspace::LoadAll() {
   registry_.Load();
   catalogue_.Load([this](std::string_view name) { return LogOnOf(name); },
                   [this](SyncJob& job) { return RestoreJob(job); });
+  FlushWhatWasLeft();
   HoldUnregistered();
   for (std::size_t index = 0; index < jobs_.Count(); ++index) {
     if (jobs_.State(index) == JobState::Empty) continue;

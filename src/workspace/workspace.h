@@ -123,6 +123,7 @@ class Workspace {
   Workspace(const Options& options, std::filesystem::path folder);
 
   void BeginIfNew();
+  void FlushWhatWasLeft();
   void LoadAll();
   void HoldUnregistered();
   void OpenClient(const Options& options);
