@@ -108,7 +108,7 @@ void Simulation::WithWhatCouldBeRead() {
       return Wrong(*job, "comes back stopped, without a word");
     }
     if (list.State(index) != JobState::Paused) continue;
-    if (job->choices_unclear) job->TakeChoices(list.At(index), false);
+    if (job->choices_unclear) TakeChoices(*job, index, false);
     SeeTheMoment(*job, index);
     PlayOnJob({"run"}, *job, index);
   }
@@ -134,7 +134,7 @@ void Simulation::TakeUp(Job& job) {
   if (!job.choices_unclear && !unclear && loaded != job.saved) {
     return Wrong(job, "comes back with other tables than were saved");
   }
-  job.TakeChoices(found, !job.choices_unclear && !unclear);
+  TakeChoices(job, index, !job.choices_unclear && !unclear);
   job.tables_unclear = true;
   const JobState state = list.State(index);
   if (state == JobState::Stopped) {

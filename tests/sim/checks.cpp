@@ -5,15 +5,19 @@
 
 namespace quillmere::sim {
 
-std::size_t Simulation::BehindIt(const Job& job, std::size_t index) const {
-  const JobList& list = program_->workspace->Jobs();
-  JobList::Progress progress;
-  static_cast<void>(list.State(index, &progress));
-  const JobRun& run = list.At(index).run;
+std::size_t Simulation::MinedUpTo(const Job& job, std::size_t index) const {
+  const JobRun& run = program_->workspace->Jobs().At(index).run;
   const bool finished = job.follow == Follow::Rows && run.batch_pending == 0;
-  const History& history = histories_[job.number / 2];
-  if (finished) return history.Below(run.positions.mining_start_scn, job.follow);
-  return history.Below(run.positions.cutoff_scn, job.follow) - progress.batch_remaining;
+  return histories_[job.number / 2].Below(
+      finished ? run.positions.mining_start_scn : run.positions.cutoff_scn, job.follow);
+}
+
+std::size_t Simulation::BehindIt(const Job& job, std::size_t index) const {
+  JobList::Progress progress;
+  static_cast<void>(program_->workspace->Jobs().State(index, &progress));
+  const bool finished =
+      job.follow == Follow::Rows && program_->workspace->Jobs().At(index).run.batch_pending == 0;
+  return MinedUpTo(job, index) - (finished ? 0 : progress.batch_remaining);
 }
 
 void Simulation::Check() {
@@ -96,21 +100,27 @@ void Simulation::CheckTables(Job& job, SyncJob& found) {
   job.tables_unclear = false;
 }
 
-// What was not applied is kept for the operator.
-void Simulation::CheckKept(Job& job, std::size_t index) {
-  const SyncJob& found = program_->workspace->Jobs().At(index);
-  const std::string folder = "/work/jobs/" + NameOf(found) + '/';
-  JobList::Progress progress;
-  static_cast<void>(program_->workspace->Jobs().State(index, &progress));
+// What must be set aside is known by the choices that it was mined with.
+void Simulation::SeeMined(Job& job, std::size_t index) {
   const History& history = histories_[job.number / 2];
-  const std::size_t mined =
-      job.ledger.Next() + (found.run.batch_pending != 0 ? progress.batch_remaining : 0);
+  const std::size_t mined = MinedUpTo(job, index);
   for (; job.mined < mined; ++job.mined) {
     const History::Due& due = history[job.mined];
     if (due.aside && job.ledger.choices[due.arrival.table].carried) {
       job.aside.push_back("-- SCN " + std::to_string(due.scn) + ", ");
     }
   }
+}
+
+void Simulation::TakeChoices(Job& job, std::size_t index, bool are_saved) {
+  if (job.ledger.Running()) SeeMined(job, index);
+  job.TakeChoices(program_->workspace->Jobs().At(index), are_saved);
+}
+
+// What was not applied is kept for the operator.
+void Simulation::CheckKept(Job& job, std::size_t index) {
+  const std::string folder = "/work/jobs/" + NameOf(program_->workspace->Jobs().At(index)) + '/';
+  SeeMined(job, index);
   if (job.aside_seen < job.aside.size()) {
     const std::string kept = disk_->Content(folder + "setaside.sql");
     for (; job.aside_seen < job.aside.size(); ++job.aside_seen) {

@@ -62,7 +62,7 @@ void Simulation::Add(Job& job) {
     Hear(UsePositionTable(workspace, index, "OPS"));
   }
   job.there = added && !dead_ ? Job::There::Yes : Job::There::Unclear;
-  if (index != JobList::kNotFound) job.TakeChoices(workspace.Jobs().At(index), false);
+  if (index != JobList::kNotFound) TakeChoices(job, index, false);
 }
 
 // What was said to be left out is; what was cut off may be.
@@ -103,7 +103,7 @@ void Simulation::PlayOnJob(const Event& event, Job& job, std::size_t index) {
     Skip(job, index);
   } else if (event.verb == "refresh") {
     const bool refreshed = Hear(RefreshTables(workspace, index, place_));
-    job.TakeChoices(list.At(index), refreshed && !dead_);
+    TakeChoices(job, index, refreshed && !dead_);
   } else if (event.verb == "exclude" || event.verb == "include" || event.verb == "owner") {
     TableChoice choice{.owner = "SHOP", .owner_saving = OwnerSaving::AtOnce};
     choice.tables = {std::string(kTables[static_cast<std::size_t>(event.second)])};
@@ -112,7 +112,7 @@ void Simulation::PlayOnJob(const Event& event, Job& job, std::size_t index) {
     const FilterResult result = FilterTables(workspace, index, choice);
     told_ += result.refused.empty() && result.unsaved.empty() ? 0 : 1;
     if (!result.refused.empty()) return;
-    job.TakeChoices(list.At(index), result.unsaved.empty() && !dead_);
+    TakeChoices(job, index, result.unsaved.empty() && !dead_);
   } else if (event.verb == "edit" || event.verb == "rename") {
     JobProperties properties = PropertiesOf(list.At(index));
     if (event.verb == "edit") properties.interval = static_cast<std::int32_t>(event.second);

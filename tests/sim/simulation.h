@@ -94,8 +94,11 @@ class Simulation final : public RunnerListener {
   void Check();
   void SeeTheMoment(Job& job, std::size_t index);
   void CheckJob(Job& job, std::size_t index);
+  void SeeMined(Job& job, std::size_t index);
+  void TakeChoices(Job& job, std::size_t index, bool are_saved);
   void CheckKept(Job& job, std::size_t index);
   void CheckTables(Job& job, SyncJob& found);
+  std::size_t MinedUpTo(const Job& job, std::size_t index) const;
   std::size_t BehindIt(const Job& job, std::size_t index) const;
   void Wrong(const Job& job, const std::string& what);
   void Trace(std::string_view what, std::string_view text = {}) const;
