@@ -134,7 +134,8 @@ void Simulation::TakeUp(Job& job) {
   if (!job.choices_unclear && !unclear && loaded != job.saved) {
     return Wrong(job, "comes back with other tables than were saved");
   }
-  TakeChoices(job, index, !job.choices_unclear && !unclear);
+  const std::vector<Ledger::Choice> before = job.ledger.choices;
+  job.TakeChoices(found, !job.choices_unclear && !unclear);
   job.tables_unclear = true;
   const JobState state = list.State(index);
   if (state == JobState::Stopped) {
@@ -145,6 +146,7 @@ void Simulation::TakeUp(Job& job) {
   job.ledger.Look();
   const bool other = !job.ledger.Running() || BehindIt(job, index) != job.ledger.Next();
   if (job.starting && other) job.BeginLedger(found);
+  if (job.ledger.Running()) SeeMined(job, index, before);
   job.starting = false;
   if (job.asked == Job::Asked::ToRun) job.asked = Job::Asked::Nothing;
   job.told += list.HeldBecause(index).empty() ? 0 : 1;

@@ -101,26 +101,27 @@ void Simulation::CheckTables(Job& job, SyncJob& found) {
 }
 
 // What must be set aside is known by the choices that it was mined with.
-void Simulation::SeeMined(Job& job, std::size_t index) {
+void Simulation::SeeMined(Job& job, std::size_t index,
+                          const std::vector<Ledger::Choice>& choices) {
   const History& history = histories_[job.number / 2];
   const std::size_t mined = MinedUpTo(job, index);
   for (; job.mined < mined; ++job.mined) {
     const History::Due& due = history[job.mined];
-    if (due.aside && job.ledger.choices[due.arrival.table].carried) {
+    if (due.aside && choices[due.arrival.table].carried) {
       job.aside.push_back("-- SCN " + std::to_string(due.scn) + ", ");
     }
   }
 }
 
 void Simulation::TakeChoices(Job& job, std::size_t index, bool are_saved) {
-  if (job.ledger.Running()) SeeMined(job, index);
+  if (job.ledger.Running()) SeeMined(job, index, job.ledger.choices);
   job.TakeChoices(program_->workspace->Jobs().At(index), are_saved);
 }
 
 // What was not applied is kept for the operator.
 void Simulation::CheckKept(Job& job, std::size_t index) {
   const std::string folder = "/work/jobs/" + NameOf(program_->workspace->Jobs().At(index)) + '/';
-  SeeMined(job, index);
+  SeeMined(job, index, job.ledger.choices);
   if (job.aside_seen < job.aside.size()) {
     const std::string kept = disk_->Content(folder + "setaside.sql");
     for (; job.aside_seen < job.aside.size(); ++job.aside_seen) {

@@ -94,7 +94,7 @@ class Simulation final : public RunnerListener {
   void Check();
   void SeeTheMoment(Job& job, std::size_t index);
   void CheckJob(Job& job, std::size_t index);
-  void SeeMined(Job& job, std::size_t index);
+  void SeeMined(Job& job, std::size_t index, const std::vector<Ledger::Choice>& choices);
   void TakeChoices(Job& job, std::size_t index, bool are_saved);
   void CheckKept(Job& job, std::size_t index);
   void CheckTables(Job& job, SyncJob& found);
