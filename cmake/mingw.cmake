@@ -16,3 +16,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+# The programs that Qt runs while something is built with it are those of Debian's own Qt.
+set(QT_HOST_PATH /usr)
+file(GLOB qt_host /usr/lib/*/cmake/Qt6HostInfo)
+cmake_path(GET qt_host PARENT_PATH QT_HOST_PATH_CMAKE_DIR)

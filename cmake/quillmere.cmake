@@ -63,7 +63,16 @@ function(quillmere_test name)
 endfunction()
 
 if(QUILLMERE_UI)
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Svg LinguistTools)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets)
+  if(QUILLMERE_SVG)
+    find_package(Qt6 REQUIRED COMPONENTS Svg)
+  endif()
+  if(CMAKE_CROSSCOMPILING)
+    find_package(Qt6LinguistTools REQUIRED PATHS ${QT_HOST_PATH_CMAKE_DIR} NO_DEFAULT_PATH
+                 NO_CMAKE_FIND_ROOT_PATH)
+  else()
+    find_package(Qt6 REQUIRED COMPONENTS LinguistTools)
+  endif()
 endif()
 
 # quillmere_ui_library(NAME SOURCES ... LINKS ...): one folder of the window program. Headers that hold
@@ -73,7 +82,8 @@ function(quillmere_ui_library name)
   add_library(${name} STATIC ${ARG_SOURCES})
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
   target_compile_definitions(${name} PUBLIC QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII)
-  target_link_libraries(${name} PUBLIC quillmere_options ${ARG_LINKS} Qt6::Widgets Qt6::Svg)
+  target_link_libraries(${name} PUBLIC quillmere_options ${ARG_LINKS} Qt6::Widgets
+                        $<$<BOOL:${QUILLMERE_SVG}>:Qt6::Svg>)
   if(name STREQUAL quillmere_ui_toolkit)
     target_precompile_headers(${name} PRIVATE ${QUILLMERE_PCH} <QtWidgets>)
   else()

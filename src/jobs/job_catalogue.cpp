@@ -164,8 +164,8 @@ bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, LocalTim
   std::string ignored;
   if (!renamed && MoveFolder(new_name, old_name, now, ignored)) {
     set_name(old_name);
-    // It may have been replaced, and only not be known to be on the disk. As long as it may bear the
-    // new name the job must be found by that.
+    // It may have been replaced, and only not be known to be on the disk. As long as it may bear
+    // the new name the job must be found by that.
     if (SaveList(Selection::All, changed, ignored)) {
       FolderOf(old_name).ForgetFormer(files_, FolderOf(new_name));
     }

@@ -101,8 +101,7 @@ void Simulation::CheckTables(Job& job, SyncJob& found) {
 }
 
 // What must be set aside is known by the choices that it was mined with.
-void Simulation::SeeMined(Job& job, std::size_t index,
-                          const std::vector<Ledger::Choice>& choices) {
+void Simulation::SeeMined(Job& job, std::size_t index, const std::vector<Ledger::Choice>& choices) {
   const History& history = histories_[job.number / 2];
   const std::size_t mined = MinedUpTo(job, index);
   for (; job.mined < mined; ++job.mined) {
