@@ -141,6 +141,15 @@ void JobCatalogue::HoldIfMoved(std::size_t index, std::string_view old_name,
   }
 }
 
+// Whatever the ends of its lines are here.
+bool JobCatalogue::IsOnDisk(std::string list) {
+  std::string text, ignored;
+  if (!ReadFile(files_, ListFile(), text)) return false;
+  std::erase(text, '\r');
+  std::erase(list, '\r');
+  return text == list && FlushFolder(files_, ListFile().parent_path(), ignored);
+}
+
 bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, LocalTime now,
                           std::string& error) {
   const MutexLock saving(save_mutex_);
@@ -159,6 +168,7 @@ bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, LocalTim
     job.config.error_log_path = PathText(FolderOf(name).File(JobFile::ErrorLog));
   };
   set_name(new_name);
+  const std::string former_list = saved_list_;
   std::vector<SyncJob*> changed;
   const bool renamed = SaveList(Selection::All, changed, error);
   std::string ignored;
@@ -166,7 +176,7 @@ bool JobCatalogue::Rename(std::size_t index, std::string_view new_name, LocalTim
     set_name(old_name);
     // It may have been replaced, and only not be known to be on the disk. As long as it may bear
     // the new name the job must be found by that.
-    if (SaveList(Selection::All, changed, ignored)) {
+    if (SaveList(Selection::All, changed, ignored) || IsOnDisk(former_list)) {
       FolderOf(old_name).ForgetFormer(files_, FolderOf(new_name));
     }
   } else if (renamed) {

@@ -98,6 +98,7 @@ class JobCatalogue {
   bool SaveList(Selection selection, std::vector<SyncJob*>& changed, std::string& error)
       REQUIRES(save_mutex_);
   bool SaveOwnFile(SyncJob& job, std::string& error) REQUIRES(save_mutex_);
+  bool IsOnDisk(std::string list);
   void HoldIfMoved(std::size_t index, std::string_view old_name, std::string_view new_name,
                    const std::string& error);
   bool MoveFolder(std::string_view from, std::string_view to, LocalTime now, std::string& error)
