@@ -20,6 +20,10 @@ if(TARGET quillmere)
     cmake_path(NORMAL_PATH file)
     install(FILES ${file} DESTINATION .)
   endforeach()
+  # They come with names of functions for debuggers, which are more than half of them.
+  install(CODE "file(GLOB_RECURSE libraries \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/*.dll\")
+                execute_process(COMMAND ${CMAKE_STRIP} --strip-unneeded \${libraries}
+                                COMMAND_ERROR_IS_FATAL ANY)")
   # What Qt is under.
   install(FILES /usr/share/common-licenses/LGPL-3 /usr/share/common-licenses/GPL-3 DESTINATION licenses)
 endif()
