@@ -827,6 +827,26 @@
         <source>%1 beginning with %2 left out: a name in it is longer than %3 bytes</source>
         <translation>%1, beginnend mit %2, ausgelassen: Ein Name darin ist länger als %3 Byte</translation>
     </message>
+    <message>
+        <source>The destination has no row with the change&apos;s values of %1</source>
+        <translation>Das Ziel hat keine Zeile mit den Werten der Änderung von %1</translation>
+    </message>
+    <message>
+        <source>The destination has 1 row with the change&apos;s values of %1</source>
+        <translation>Das Ziel hat 1 Zeile mit den Werten der Änderung von %1</translation>
+    </message>
+    <message>
+        <source>The destination has %1 rows with the change&apos;s values of %2</source>
+        <translation>Das Ziel hat %1 Zeilen mit den Werten der Änderung von %2</translation>
+    </message>
+    <message>
+        <source>No row is to be looked for: the problem is no statement that names one</source>
+        <translation>Es ist keine Zeile zu suchen: das Problem ist keine Anweisung, die eine nennt</translation>
+    </message>
+    <message>
+        <source>The destination did not give the row: %1</source>
+        <translation>Das Ziel hat die Zeile nicht gegeben: %1</translation>
+    </message>
 </context>
 <context>
     <name>DatabaseActions</name>

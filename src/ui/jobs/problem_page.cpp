@@ -55,7 +55,7 @@ QString ValueText(const std::optional<std::string>& value) {
 
 // "NAME: there 'a', expected 'b', given 'c', differs", a line for each column.
 QString BesideText(const RowBeside& row) {
-  QString text = ToQt(RowSummary(row));
+  QString text = Translated(RowSummary(row));
   for (const RowBeside::Column& column : row.columns) {
     QStringList facts;
     if (row.rows > 0) facts << ProblemPage::tr("there %1").arg(ValueText(column.there));

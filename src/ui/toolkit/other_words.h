@@ -19,6 +19,13 @@ inline constexpr const char* kOtherWords[] = {
     QT_TRANSLATE_NOOP("CoreWords", "the job does not carry its owner"),
     QT_TRANSLATE_NOOP("CoreWords", "it was set aside when it was mined; see setaside.sql"),
     QT_TRANSLATE_NOOP("CoreWords", "it is to be skipped"),
+    // the row beside a change that was refused
+    QT_TRANSLATE_NOOP("CoreWords", "The destination has no row with the change's values of %1"),
+    QT_TRANSLATE_NOOP("CoreWords", "The destination has 1 row with the change's values of %1"),
+    QT_TRANSLATE_NOOP("CoreWords", "The destination has %1 rows with the change's values of %2"),
+    QT_TRANSLATE_NOOP("CoreWords",
+                      "No row is to be looked for: the problem is no statement that names one"),
+    QT_TRANSLATE_NOOP("CoreWords", "The destination did not give the row: %1"),
     // a sandbox to try things out
     QT_TRANSLATE_NOOP("CoreWords", "The sandbox library can not be loaded"),
     // files
