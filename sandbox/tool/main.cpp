@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // quillmere-sandbox: makes sandbox databases, runs SQL on them and compares them.
 #include <CLI/CLI.hpp>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -29,7 +30,12 @@ struct Arguments {
   std::vector<std::string> excluded;
   std::vector<std::string> mapped;
 
-  std::string Directory() const { return (std::filesystem::path(workdir) / "sandbox").string(); }
+  // As the library and the other programs find it.
+  std::string Directory() const {
+    const char* const named = std::getenv("QUILLMERE_SANDBOX_DIR");
+    return named != nullptr && *named != 0 ? named
+                                           : (std::filesystem::path(workdir) / "sandbox").string();
+  }
 };
 
 int Fail(const std::string& reason, int code = kFailed) {
@@ -127,7 +133,8 @@ int Main(int argc, char** argv) {
   CLI::App app("Makes sandbox databases, runs SQL on them and compares them.", "quillmere-sandbox");
   app.set_version_flag("--version", std::string("quillmere-sandbox ") + ProgramVersion());
   app.require_subcommand(1);
-  app.add_option("--workdir", arguments.workdir, "databases are in DIR/sandbox (default: .)");
+  app.add_option("--workdir", arguments.workdir,
+                 "databases are in DIR/sandbox, or in $QUILLMERE_SANDBOX_DIR (default: .)");
   int (*command)(const Arguments&) = nullptr;
   const auto add = [&](const char* name, const char* help, int (*function)(const Arguments&)) {
     CLI::App* sub = app.add_subcommand(name, help);
