@@ -16,10 +16,11 @@ struct Kind {
   bool goes_with_job;     // with its ".bad" copy and leftovers
 };
 
-// The commit point comes first: whoever finds it believes it rather than the record.
+// They are removed in this order. The record goes before the commit point, which says what is sure:
+// a record that is left alone would be believed.
 constexpr std::array kKinds = {
-    Kind{JobFile::CommitPoint, "commit.dat", true},
     Kind{JobFile::Record, "block.dat", true},
+    Kind{JobFile::CommitPoint, "commit.dat", true},
     Kind{JobFile::Batch, "sqlcmds.txt", true},
     Kind{JobFile::Tables, "", true},
     Kind{JobFile::Source, "source.dat", true},

@@ -16,8 +16,8 @@
 namespace quillmere {
 
 enum class JobFile {
-  CommitPoint,  // commit.dat
   Record,       // block.dat
+  CommitPoint,  // commit.dat
   Batch,        // sqlcmds.txt
   Tables,       // named after the job
   Source,       // source.dat, of a job that follows commits
