@@ -106,13 +106,16 @@ FileStatus ReadRunRecord(FileSystem& files, const std::filesystem::path& path, R
 bool WriteCommitPoint(FileSystem& files, const JobFolder& folder, const RunRecord& record,
                       std::string& error) {
   const std::filesystem::path path = folder.File(JobFile::CommitPoint);
+  FileFacts facts;
+  const bool left = !files.Look(path, facts).Missing();
   if (folder.Make(files, error) &&
       ReplaceFile(files, path, BytesOf(record), FileAccess::Everyone, error)) {
     return true;
   }
   error = CanNotCreate(path) + " (" + error + ")";
-  // One whose folder could not be flushed would go back to a pass that was never begun.
-  static_cast<void>(RemoveForGood(files, path));
+  // One that a pass has left takes back what the record says of that pass. A new one whose folder
+  // could not be flushed would go back to a pass that was never begun.
+  if (!left) static_cast<void>(RemoveForGood(files, path));
   return false;
 }
 

@@ -41,7 +41,7 @@ class RunRecordWriter {
 FileStatus ReadRunRecord(FileSystem& files, const std::filesystem::path& path, RunRecord& record);
 
 // The commit point: the record to go back to when the destination did not commit. Down to the disk
-// before it returns. On failure there is none.
+// before it returns. On failure there is none but one that an earlier pass has left.
 bool WriteCommitPoint(FileSystem& files, const JobFolder& folder, const RunRecord& record,
                       std::string& error);
 
