@@ -113,7 +113,8 @@ void Simulation::SeeMined(Job& job, std::size_t index, const std::vector<Ledger:
 }
 
 void Simulation::TakeChoices(Job& job, std::size_t index, bool are_saved) {
-  if (job.ledger.Running()) SeeMined(job, index, job.ledger.choices);
+  // One that starts anew has its ledger from before.
+  if (job.ledger.Running() && !job.starting) SeeMined(job, index, job.ledger.choices);
   job.TakeChoices(program_->workspace->Jobs().At(index), are_saved);
 }
 
