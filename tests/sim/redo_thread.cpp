@@ -27,7 +27,11 @@ bool RedoThread::Write(std::int64_t now) {
 }
 
 void RedoThread::WriteUntil(std::int64_t time) {
-  for (; !buffer_.empty() && buffer_.front().time <= time; buffer_.pop_front()) {
+  // Of what has one SCN all is written or nothing, as what is told of the last one written means.
+  const auto goes = [&](const Record& record) {
+    return record.time <= time || record.scn == last_written_;
+  };
+  for (; !buffer_.empty() && goes(buffer_.front()); buffer_.pop_front()) {
     const Record& record = buffer_.front();
     // A log ends between two SCNs.
     if (bytes_ >= shape_.bytes && record.scn > last_written_) Switch(record.scn);
