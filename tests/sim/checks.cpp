@@ -140,10 +140,14 @@ void Simulation::CheckKept(Job& job, std::size_t index) {
 void Simulation::OnCommit(Job& job, std::span<const Arrival> arrived) {
   counts_.statements += arrived.size();
   Trace("commit", std::to_string(arrived.size()));
-  if (!arrived.empty()) {
-    committed_at_ = job.committed_at = operation_;
+  const auto see = [&] {
+    job.committed_at = operation_;
     job.faults_at_commit = FileFaults();
     job.in_the_moment = false;
+  };
+  if (!arrived.empty()) {
+    committed_at_ = operation_;
+    see();
   }
   if (program_ == nullptr) return;
   const std::size_t index = job.IndexIn(program_->workspace->Jobs());
@@ -152,6 +156,7 @@ void Simulation::OnCommit(Job& job, std::span<const Arrival> arrived) {
                       !program_->workspace->Jobs().At(index).run.unsettled;
   job.ledger.Look();
   const std::size_t upto = passes ? BehindIt(job, index) : job.ledger.Next();
+  if (upto != job.ledger.Next()) see();  // also when all of it was left out
   const std::string wrong = job.ledger.Commit(arrived, upto);
   if (!wrong.empty()) Wrong(job, wrong);
 }
